@@ -1,0 +1,156 @@
+// Component: what a loadable library says of itself, and the four functions that it exports.
+//
+// A component is a shared library that exports DllCanUnloadNow, DllGetClassObject, DllRegisterServer and
+// DllUnregisterServer and nothing else. Each forwards to the run time together with the library's one static
+// ComponentDescription; PLATFORM_COMPONENT_EXPORTS writes the four. The descriptions are constants: they may
+// be read on any thread, at any time while the library is loaded.
+#pragma once
+
+#include <array>
+#include <atomic>
+#include <cstdint>
+#include <span>
+
+#include "platform/Identity.h"
+#include "platform/Value.h"
+
+namespace Platform {
+
+enum class ArgumentType { None, BooleanWord, Integer16, Text, ObjectReference };
+
+struct ArgumentDescription {
+  StringView Name;
+  ArgumentType Type;
+  bool ByReference;
+};
+
+struct MemberDescription {
+  StringView Name;
+  StringView ImplementedBy;
+  std::span<const ArgumentDescription> Arguments;
+  ArgumentType Result;
+};
+
+// The members stand in the order of their slots.
+struct InterfaceDescription {
+  StringView Name;
+  Identity Id;
+  StringView Library;     // the type library that declares it
+  StringView Attributes;  // in words, separated by ", "
+  std::span<const MemberDescription> Members;
+};
+
+struct ClassDescription {
+  StringView Name;
+  Identity Id;
+  StringView Version;
+  StringView Attributes;
+  ObjectRef (*Create)();
+  const InterfaceDescription* DefaultInterface;  // null for a class known by its members' names
+  std::span<const InterfaceDescription* const> MoreInterfaces;
+};
+
+struct ImportedLibrary {
+  StringView File;
+  StringView Name;
+  StringView Version;
+};
+
+struct TypeLibraryDescription {
+  StringView Name;
+  Identity Id;
+  StringView HelpString;
+  StringView Version;
+  std::uint32_t Locale;
+  StringView Target;
+  std::span<const ImportedLibrary> Imports;
+  std::span<const std::uint8_t>
+      DefaultInterfaceResource;  // the named resource with the default interface's id
+  StringView DefaultInterfaceResourceName;
+};
+
+struct VersionField {
+  StringView Name;
+  StringView Text;
+};
+
+struct VersionRecord {
+  std::array<std::uint16_t, 4> FileVersion;
+  std::array<std::uint16_t, 4> ProductVersion;
+  std::uint32_t FileFlags;
+  std::uint32_t FileSystem;
+  std::uint32_t FileType;
+  std::uint16_t Language;
+  std::uint16_t CodePage;
+  std::span<const VersionField> Texts;
+};
+
+// What registration, creation and a curious host need to know of a library.
+struct ComponentDescription {
+  StringView ProjectName;  // programmatic names are "ProjectName.ClassName"
+  StringView ProjectDescription;
+  StringView HelpDirectory;
+  StringView ThreadingModel;
+  std::span<const ClassDescription> Classes;
+  const TypeLibraryDescription* TypeLibrary;  // null where a library has none
+  const VersionRecord* Version;               // null where a library has none
+  std::atomic<long>* LiveObjects;             // counts the objects of this library that are alive
+};
+
+// Makes objects of one class. A factory lives as long as its library is loaded; any thread.
+class ClassFactory {
+ public:
+  virtual ~ClassFactory();
+
+  // A new object, which belongs to the calling thread. A failure of its constructor passes.
+  virtual ObjectRef CreateInstance() const = 0;
+
+  // The library and the class that this factory serves.
+  virtual const ComponentDescription& Library() const = 0;
+  virtual const ClassDescription& Class() const = 0;
+};
+
+inline constexpr Identity ClassFactoryInterface = "{6D0B2C5E-95F1-4C0B-8E57-1A35B7F0C901}"_identity;
+
+// What the exports give back.
+namespace Status {
+inline constexpr std::int32_t Ok = 0;
+inline constexpr std::int32_t No = 1;
+inline constexpr std::int32_t NoInterface = static_cast<std::int32_t>(0x80004002);
+inline constexpr std::int32_t NoClass = static_cast<std::int32_t>(0x80040111);
+inline constexpr std::int32_t RegistrationFailed = static_cast<std::int32_t>(0x80040200);
+}  // namespace Status
+
+// The signatures of the exports. DllGetClassObject stores a `const ClassFactory*` behind object, or null.
+using CanUnloadNowFunction = std::int32_t();
+using GetClassObjectFunction = std::int32_t(const Identity& classId, const Identity& interfaceId,
+                                            const void** object);
+using RegisterServerFunction = std::int32_t();
+
+// The run time's side of the exports. They raise nothing; codeAddress is any address inside the library.
+namespace ComponentRuntime {
+std::int32_t CanUnloadNow(const ComponentDescription& library);
+std::int32_t GetClassObject(const ComponentDescription& library, const Identity& classId,
+                            const Identity& interfaceId, const void** object);
+std::int32_t RegisterServer(const ComponentDescription& library, const void* codeAddress);
+std::int32_t UnregisterServer(const ComponentDescription& library);
+}  // namespace ComponentRuntime
+
+}  // namespace Platform
+
+// The four exports of a library whose description is the given constant.
+#define PLATFORM_COMPONENT_EXPORTS(description)                                                           \
+  extern "C" std::int32_t DllCanUnloadNow() {                                                             \
+    return Platform::ComponentRuntime::CanUnloadNow(description);                                         \
+  }                                                                                                       \
+  extern "C" std::int32_t DllGetClassObject(const Platform::Identity& classId,                            \
+                                            const Platform::Identity& interfaceId, const void** object) { \
+    return Platform::ComponentRuntime::GetClassObject(description, classId, interfaceId, object);         \
+  }                                                                                                       \
+  extern "C" std::int32_t DllRegisterServer() {                                                           \
+    return Platform::ComponentRuntime::RegisterServer(description,                                        \
+                                                      reinterpret_cast<const void*>(&DllRegisterServer)); \
+  }                                                                                                       \
+  extern "C" std::int32_t DllUnregisterServer() {                                                         \
+    return Platform::ComponentRuntime::UnregisterServer(description);                                     \
+  }

@@ -1,0 +1,66 @@
+#include "platform/Failure.h"
+
+#include <new>
+#include <utility>
+
+namespace Platform {
+namespace {
+
+StringView StandardDescription(std::int32_t number) {
+  switch (number) {
+    case FailureNumber::InvalidArgument:
+      return u"Invalid argument";
+    case FailureNumber::Overflow:
+      return u"Overflow: a number or a length is too large";
+    case FailureNumber::Subscript:
+      return u"Position out of range";
+    case FailureNumber::TypeMismatch:
+      return u"Type mismatch: the value can't be used here";
+    case FailureNumber::PathNotFound:
+      return u"Path not found";
+    case FailureNumber::ObjectNotSet:
+      return u"Object not set";
+    case FailureNumber::CannotCreate:
+      return u"Component can't be created";
+    case FailureNumber::NoSuchMember:
+      return u"The object has no such member";
+    case FailureNumber::WrongArguments:
+      return u"Wrong number of arguments";
+    case FailureNumber::FileDialogCancelled:
+      return u"The file dialog was cancelled";
+    default:
+      return u"The operation failed";
+  }
+}
+
+}  // namespace
+
+Failure::Failure(std::int32_t number, String source, String description)
+    : number_(number),
+      source_(std::move(source)),
+      description_(std::move(description)),
+      what_(ToUtf8(description_)) {}
+
+Failure::~Failure() = default;
+
+void Raise(std::int32_t number, StringView detail) {
+  String description(StandardDescription(number));
+  if (!detail.empty()) description.append(u": ").append(detail);
+  throw Failure(number, {}, std::move(description));
+}
+
+Failure CurrentFailure() {
+  try {
+    throw;
+  } catch (const Failure& failure) {
+    return failure;
+  } catch (const std::bad_alloc&) {
+    return Failure(FailureNumber::DeviceFailed, {}, u"Out of memory");
+  } catch (const std::exception& exception) {
+    return Failure(FailureNumber::DeviceFailed, {}, FromUtf8(exception.what()));
+  } catch (...) {
+    return Failure(FailureNumber::DeviceFailed, {}, String(StandardDescription(0)));
+  }
+}
+
+}  // namespace Platform

@@ -1,0 +1,104 @@
+#include "platform/Forms/UserHand.h"
+
+#include "platform/Failure.h"
+
+namespace Platform {
+
+void UserHand::Act(const std::function<void()>& act) {
+  try {
+    act();
+  } catch (...) {
+    toolkit_.MessageBox(CurrentFailure().Description(), std::nullopt);
+  }
+}
+
+bool UserHand::Usable(const Control& control, ControlKind kind) const {
+  return control.Kind() == kind && control.CanFocus() && form_.IsShown();
+}
+
+void UserHand::Activate() {
+  Act([&] { form_.Fire({}, Event::Activate); });
+}
+
+bool UserHand::Focus(Control& control) {
+  if (!control.CanFocus() || !form_.IsShown()) return false;
+  Act([&] { form_.MoveFocus(control); });
+  return true;
+}
+
+bool UserHand::MouseDown(Control& control) {
+  if (!control.CanFocus() || !form_.IsShown()) return false;
+  Act([&] { form_.Fire(control.Name(), Event::MouseDown); });
+  return true;
+}
+
+bool UserHand::MouseMove(Control& control) {
+  if (!control.CanFocus() || !form_.IsShown()) return false;
+  Act([&] { form_.Fire(control.Name(), Event::MouseMove); });
+  return true;
+}
+
+bool UserHand::Type(Control& control, StringView text) {
+  if (!Usable(control, ControlKind::TextBox) || control.Locked()) return false;
+  const auto limit = static_cast<std::size_t>(control.MaxLength());
+  control.SetText(String(limit == 0 ? text : text.substr(0, limit)));
+  return true;
+}
+
+bool UserHand::Check(Control& control, bool on) {
+  if (!Usable(control, ControlKind::CheckBox)) return false;
+  Act([&] { control.SetValue(on ? 1 : 0); });
+  return true;
+}
+
+bool UserHand::Choose(Control& list, std::int32_t position) {
+  if (!Usable(list, ControlKind::ComboBox)) return false;
+  if (position < 0 || position >= static_cast<std::int32_t>(list.List().size())) return false;
+  Act([&] { list.SetListIndex(position); });
+  return true;
+}
+
+bool UserHand::KeyUp(Control& control, std::int32_t keyCode) {
+  if (!control.CanFocus() || !form_.IsShown()) return false;
+  Act([&] { form_.Fire(control.Name(), Event::KeyUp, {keyCode}); });
+  return true;
+}
+
+bool UserHand::Scroll(Control& list) {
+  if (!Usable(list, ControlKind::ComboBox)) return false;
+  Act([&] { form_.Fire(list.Name(), Event::Scroll); });
+  return true;
+}
+
+bool UserHand::Press(Control& button) {
+  if (!Usable(button, ControlKind::CommandButton)) return false;
+  Act([&] {
+    form_.MoveFocus(button);
+    form_.Fire(button.Name(), Event::Click);
+  });
+  return true;
+}
+
+bool UserHand::PressWhere(bool (Control::*wanted)() const) {
+  for (const auto& control : form_.Controls()) {
+    if ((*control.*wanted)()) return Press(*control);
+  }
+  return false;
+}
+
+bool UserHand::Enter() {
+  return PressWhere(&Control::IsDefault);
+}
+bool UserHand::Escape() {
+  return PressWhere(&Control::IsCancel);
+}
+
+void UserHand::KeyDown(std::int32_t keyCode) {
+  if (form_.KeyPreview()) Act([&] { form_.Fire({}, Event::KeyDown, {keyCode}); });
+}
+
+void UserHand::Close() {
+  Act([&] { form_.Unload(); });
+}
+
+}  // namespace Platform

@@ -1,0 +1,114 @@
+#include "platform/NumberReader.h"
+
+#include <charconv>
+#include <cmath>
+#include <limits>
+#include <string>
+
+#include "platform/Failure.h"
+
+namespace Platform {
+namespace {
+
+bool IsDigit(char16_t c) {
+  return c >= u'0' && c <= u'9';
+}
+
+// The digits in front of the point, without their commas, moved from text into plain. False if a comma stands
+// where no group of three ends.
+bool TakeWholeDigits(StringView& text, std::string& plain) {
+  std::size_t group = 0;
+  bool grouped = false;
+  while (!text.empty() && (IsDigit(text[0]) || text[0] == u',')) {
+    if (text[0] == u',') {
+      if (group == 0 || group > 3 || (grouped && group != 3)) return false;
+      grouped = true;
+      group = 0;
+    } else {
+      plain += static_cast<char>(text[0]);
+      ++group;
+    }
+    text.remove_prefix(1);
+  }
+  return !grouped || group == 3;
+}
+
+std::size_t TakeDigits(StringView& text, std::string& plain) {
+  std::size_t count = 0;
+  for (; !text.empty() && IsDigit(text[0]); text.remove_prefix(1), ++count)
+    plain += static_cast<char>(text[0]);
+  return count;
+}
+
+template <class Integer>
+Integer Round(double value) {
+  const double whole = value - std::remainder(value, 1.0);  // remainder ties to even
+  if (!(whole >= std::numeric_limits<Integer>::min() && whole <= std::numeric_limits<Integer>::max())) {
+    Raise(FailureNumber::Overflow);
+  }
+  return static_cast<Integer>(whole);
+}
+
+}  // namespace
+
+std::optional<double> ReadNumber(StringView text) {
+  const String trimmed = Trim(text);
+  StringView rest = trimmed;
+  bool negative = false;
+  if (!rest.empty() && (rest[0] == u'-' || rest[0] == u'+')) {
+    negative = rest[0] == u'-';
+    rest.remove_prefix(1);
+  }
+  std::string plain;
+  if (!TakeWholeDigits(rest, plain)) return {};
+  std::size_t digits = plain.size();
+  if (!rest.empty() && rest[0] == u'.') {
+    rest.remove_prefix(1);
+    if (plain.empty()) plain += '0';
+    plain += '.';
+    const std::size_t fraction = TakeDigits(rest, plain);
+    if (fraction == 0) plain += '0';
+    digits += fraction;
+  }
+  if (digits == 0) return {};
+  if (!rest.empty() && (rest[0] == u'E' || rest[0] == u'e')) {
+    rest.remove_prefix(1);
+    plain += 'e';
+    if (!rest.empty() && (rest[0] == u'-' || rest[0] == u'+')) {
+      plain += static_cast<char>(rest[0]);
+      rest.remove_prefix(1);
+    }
+    if (TakeDigits(rest, plain) == 0) return {};
+  }
+  if (!rest.empty()) return {};
+
+  double value = 0;
+  const auto result = std::from_chars(plain.data(), plain.data() + plain.size(), value);
+  if (result.ec == std::errc::result_out_of_range) {
+    // from_chars doesn't tell which end of the range was left. The exponent's sign does, and without an
+    // exponent a zero in front of the point.
+    const bool tiny = plain.find("e-") != std::string::npos ||
+                      (plain.starts_with("0.") && plain.find('e') == std::string::npos);
+    value = tiny ? 0.0 : std::numeric_limits<double>::infinity();
+  }
+  return negative ? -value : value;
+}
+
+bool IsNumeric(StringView text) {
+  return ReadNumber(text).has_value();
+}
+
+std::int16_t RoundToInt16(double value) {
+  return Round<std::int16_t>(value);
+}
+std::int32_t RoundToInt32(double value) {
+  return Round<std::int32_t>(value);
+}
+
+std::int32_t ReadInt32(StringView text) {
+  const auto value = ReadNumber(text);
+  if (!value) Raise(FailureNumber::TypeMismatch, text.substr(0, 80));
+  return RoundToInt32(*value);
+}
+
+}  // namespace Platform

@@ -1,0 +1,141 @@
+#include "platform/Text.h"
+
+#include <locale.h>
+#include <wctype.h>
+
+#include <cstdint>
+
+namespace Platform {
+namespace {
+
+constexpr char32_t kReplacement = 0xFFFD;
+
+bool IsHighSurrogate(char16_t c) {
+  return c >= 0xD800 && c <= 0xDBFF;
+}
+bool IsLowSurrogate(char16_t c) {
+  return c >= 0xDC00 && c <= 0xDFFF;
+}
+
+char32_t Join(char16_t high, char16_t low) {
+  return 0x10000 + ((static_cast<char32_t>(high) - 0xD800) << 10) + (low - 0xDC00);
+}
+
+void AppendUtf16(String& text, char32_t code) {
+  if (code < 0x10000) {
+    text += static_cast<char16_t>(code);
+  } else {
+    text += static_cast<char16_t>(0xD800 + ((code - 0x10000) >> 10));
+    text += static_cast<char16_t>(0xDC00 + ((code - 0x10000) & 0x3FF));
+  }
+}
+
+char32_t FoldCode(char32_t code) {
+  if (code < 0x80) return code >= 'A' && code <= 'Z' ? code + ('a' - 'A') : code;
+  // The dotted capital I folds to i in one language alone; taking it for i everywhere would let one address
+  // pass for another. Final sigma is the same letter as sigma.
+  if (code == 0x130) return code;
+  if (code == 0x3C2) return 0x3C3;
+  static const locale_t locale = newlocale(LC_CTYPE_MASK, "C.UTF-8", nullptr);
+  return locale ? static_cast<char32_t>(towlower_l(static_cast<wint_t>(code), locale)) : code;
+}
+
+// The code point at position i, which moves behind it. A lone surrogate is a code point of its own.
+char32_t NextCode(StringView text, std::size_t& i) {
+  const char16_t c = text[i++];
+  if (IsHighSurrogate(c) && i < text.size() && IsLowSurrogate(text[i])) return Join(c, text[i++]);
+  return c;
+}
+
+// The code point at bytes[i], which moves behind it; a stray byte gives kReplacement, moves by one and clears
+// good. A surrogate in three bytes counts as good.
+char32_t NextUtf8(std::string_view bytes, std::size_t& i, bool& good) {
+  const auto at = [&](std::size_t k) { return static_cast<std::uint8_t>(bytes[k]); };
+  const std::uint8_t lead = at(i);
+  if (lead < 0x80) return at(i++);
+  const int count = lead >= 0xF0 && lead <= 0xF4 ? 3 : lead >= 0xE0 ? 2 : lead >= 0xC2 ? 1 : 0;
+  if (count != 0 && lead <= 0xF4 && i + count < bytes.size()) {
+    char32_t code = lead & (0x3F >> count);
+    int read = 0;
+    while (read < count && (at(i + 1 + read) & 0xC0) == 0x80) {
+      code = (code << 6) | (at(i + 1 + read) & 0x3F);
+      ++read;
+    }
+    const char32_t least = count == 1 ? 0x80 : count == 2 ? 0x800 : 0x10000;
+    if (read == count && code >= least && code <= 0x10FFFF) {
+      i += 1 + count;
+      return code;
+    }
+  }
+  good = false;
+  ++i;
+  return kReplacement;
+}
+
+}  // namespace
+
+String Trim(StringView text) {
+  const auto first = text.find_first_not_of(u' ');
+  if (first == StringView::npos) return {};
+  return String(text.substr(first, text.find_last_not_of(u' ') - first + 1));
+}
+
+bool EqualsIgnoreCase(StringView left, StringView right) {
+  if (left.size() != right.size()) return false;  // folding never leaves a plane, so it keeps lengths
+  for (std::size_t i = 0, j = 0; i < left.size();) {
+    if (left[i] == right[j] && !IsHighSurrogate(left[i])) {
+      ++i;
+      ++j;
+    } else if (FoldCode(NextCode(left, i)) != FoldCode(NextCode(right, j)) || i != j) {
+      return false;
+    }
+  }
+  return true;
+}
+
+String FoldCase(StringView text) {
+  String folded;
+  folded.reserve(text.size());
+  for (std::size_t i = 0; i < text.size();) AppendUtf16(folded, FoldCode(NextCode(text, i)));
+  return folded;
+}
+
+std::string ToUtf8(StringView text) {
+  std::string bytes;
+  bytes.reserve(text.size() + text.size() / 2);
+  for (std::size_t i = 0; i < text.size();) {
+    const char32_t code = NextCode(text, i);
+    if (code < 0x80) {
+      bytes += static_cast<char>(code);
+    } else if (code < 0x800) {
+      bytes += static_cast<char>(0xC0 | (code >> 6));
+      bytes += static_cast<char>(0x80 | (code & 0x3F));
+    } else if (code < 0x10000) {
+      bytes += static_cast<char>(0xE0 | (code >> 12));
+      bytes += static_cast<char>(0x80 | ((code >> 6) & 0x3F));
+      bytes += static_cast<char>(0x80 | (code & 0x3F));
+    } else {
+      bytes += static_cast<char>(0xF0 | (code >> 18));
+      bytes += static_cast<char>(0x80 | ((code >> 12) & 0x3F));
+      bytes += static_cast<char>(0x80 | ((code >> 6) & 0x3F));
+      bytes += static_cast<char>(0x80 | (code & 0x3F));
+    }
+  }
+  return bytes;
+}
+
+String FromUtf8(std::string_view bytes) {
+  String text;
+  text.reserve(bytes.size());
+  bool good = true;
+  for (std::size_t i = 0; i < bytes.size();) AppendUtf16(text, NextUtf8(bytes, i, good));
+  return text;
+}
+
+bool IsUtf8(std::string_view bytes) {
+  bool good = true;
+  for (std::size_t i = 0; i < bytes.size() && good;) NextUtf8(bytes, i, good);
+  return good;
+}
+
+}  // namespace Platform

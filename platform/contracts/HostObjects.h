@@ -1,0 +1,50 @@
+// HostObjects: typed windows on the objects that the mail-reader host hands in.
+//
+// Each member is asked for anew at every call; nothing is kept.
+#pragma once
+
+#include "platform/contracts/NamedWindow.h"
+
+namespace Platform {
+
+// A message: Message of the object is the mail itself.
+class MailMessage : public NamedWindow {
+ public:
+  using NamedWindow::NamedWindow;
+  bool HasFrom() const { return From() != nullptr; }
+  String FromAddress() const { return Part(From()).Text(u"Address"); }
+  String Subject() const { return Part(Message()).Text(u"subject"); }
+  String Body() const { return Part(Message()).Text(u"body"); }
+
+ private:
+  class Part : public NamedWindow {
+   public:
+    using NamedWindow::NamedWindow;
+    String Text(StringView member) const { return Get(member).ToString(); }
+    ObjectRef Child(StringView member) const { return Get(member).ToObject(); }
+  };
+  ObjectRef Message() const { return Get(u"Message").ToObject(); }
+  ObjectRef From() const { return Part(Message()).Child(u"From"); }
+};
+
+// The host's object for one mailbox, which tells how the project's mail is sent.
+class Session : public NamedWindow {
+ public:
+  using NamedWindow::NamedWindow;
+  bool HasSendLogon() const { return Get(u"SendLogon").ToObject() != nullptr; }
+  bool HasUser() const { return Get(u"User").ToObject() != nullptr; }
+  String Transport() const { return Part(Get(u"SendLogon").ToObject()).Text(u"Transport"); }
+  String MAPIProfile() const { return Get(u"MAPIProfile").ToString(); }
+  String HostName() const { return Part(Get(u"SendLogon").ToObject()).Text(u"HostName"); }
+  String Address() const { return Part(Get(u"User").ToObject()).Text(u"Address"); }
+  String RealName() const { return Part(Get(u"User").ToObject()).Text(u"RealName"); }
+
+ private:
+  class Part : public NamedWindow {
+   public:
+    using NamedWindow::NamedWindow;
+    String Text(StringView member) const { return Get(member).ToString(); }
+  };
+};
+
+}  // namespace Platform

@@ -1,0 +1,38 @@
+// Process: what a program does to run components: the folders, the toolkit, and the libraries by their files.
+#pragma once
+
+#include <memory>
+
+#include "platform/Component.h"
+#include "platform/Forms/FormsToolkit.h"
+
+namespace Runtime {
+
+using namespace Platform;
+
+// Where the stores lie: TALVANE_HOME if set; else /var/lib/talvane for the superuser, and
+// $XDG_DATA_HOME/talvane or
+// ~/.local/share/talvane for a user. Without a separator at its end. Raises 76 where none can be told.
+String HomeFolder();
+
+// The folder of the run time's own file, where the other libraries and the resource files lie.
+String LibraryFolder();
+
+// The toolkit of the process; null for none. To be called while no form is shown.
+void InstallToolkit(std::shared_ptr<FormsToolkit> toolkit);
+
+// The factory of a class, asked of a library file by its DllGetClassObject. A file name without a folder lies
+// in LibraryFolder. The library stays loaded. Raises 429, with the reason, for a file that is missing, is no
+// component, or lacks the class.
+const ClassFactory& LoadClassFactory(const String& file, const Identity& classId);
+
+// Runs DllRegisterServer or DllUnregisterServer of a library file. Raises 429 as above, 57 if the
+// registration itself failed.
+void RegisterComponent(const String& file);
+void UnregisterComponent(const String& file);
+
+// Opens a toolkit plug-in: a library that exports `Platform::FormsToolkit* CreateFormsToolkit(std::string&
+// reason)`. Null, with the reason in words, where the file is missing or the plug-in refuses.
+std::shared_ptr<FormsToolkit> LoadToolkit(const String& file, String& reason);
+
+}  // namespace Runtime

@@ -1,0 +1,75 @@
+// EMailManager: the handler object that a mail-reader host creates, one for each mailbox that it serves.
+//
+// It keeps what lives between calls: the project library's application and the project, which stay open from
+// message to message until MailHandler_Finalize or the object's end, and what the inbound dialog left for
+// MailHandler_MboxUpdate. Created and called on one thread.
+#pragma once
+
+#include <memory>
+
+#include "platform/Object.h"
+#include "platform/contracts/HostObjects.h"
+#include "platform/contracts/MailHandler.h"
+#include "platform/contracts/ProjectLibrary.h"
+
+namespace TvEmailServices {
+
+using namespace Platform;
+
+class frmCfgInb;
+
+class EMailManager : public Object, public EMailManagerInterface, public MailHandler {
+ public:
+  EMailManager();
+  ~EMailManager() override;
+
+  Boolean ConfigureOutBoundEmail() override;
+
+  void MailHandler_Initialize(const String& arg, const ObjectRef& MBUser) override;
+  String MailHandler_HandleMessage(const ObjectRef& mess) override;
+  void MailHandler_Finalize() override;
+  Boolean MailHandler_Configure(std::int16_t AddMode, String& MailBoxName, String& ProductName,
+                                const ObjectRef& Sess) override;
+  Boolean MailHandler_MboxUpdate(const String& MailBoxName, const ObjectRef& Sess) override;
+  void MailHandler_MboxDelete(const String& MailBoxName) override;
+
+ private:
+  void SetAddMode(Boolean mode) { addMode_ = mode; }
+  Boolean AddMode() const { return addMode_; }
+  void SetMailBoxArg(const String& name) { mailBoxArg_ = name; }
+  String MailBoxArg() const { return mailBoxArg_; }
+  void SetEditedMailBoxName(const String& name) { editedMailBoxName_ = name; }
+  String EditedMailBoxName() const { return editedMailBoxName_; }
+  void SetPassword(const String& password) { password_ = Trim(password); }
+  String Password() const { return password_; }
+  void SetProjectPath(const String& path) { projectPath_ = Trim(path); }
+  String ProjectPath() const { return projectPath_; }
+  void SetUserID(const String& userId) { userID_ = Trim(userId); }
+  String UserID() const { return userID_; }
+
+  bool ApplyMailBoxUpdate(const String& mailBoxName, const ObjectRef& sess);
+
+  // The key of the first user with the address, compared without regard to case. False: errorText holds the
+  // complaint, unless it held one before. A failure ends it with false and the failure's description.
+  bool FindSenderKey(const std::shared_ptr<ProjectUsers>& users, const String& address, std::int32_t& userKey,
+                     String& errorText);
+
+  // Steps of MailHandler_Configure. Each shows its own failure, with the text of 10045, and gives false.
+  bool SetConfigureMode(std::int16_t addMode, const String& mailBoxName);
+  bool FillInboundForm(frmCfgInb& form, const String& mailBoxName, std::int16_t addMode);
+  bool CollectInboundForm(frmCfgInb& form, String& productName, String& mailBoxName);
+  void ResetConfigureState();
+
+  void ReleaseSession();
+
+  std::shared_ptr<TalvaneApplication> application_;
+  std::shared_ptr<Project> project_;
+  String mailBoxArg_;
+  String editedMailBoxName_;
+  String projectPath_;
+  String userID_;
+  String password_;
+  Boolean addMode_;
+};
+
+}  // namespace TvEmailServices
