@@ -4,6 +4,7 @@
 // All of it works on any form, on the thread that shows it. The font's name is asked for once in each thread.
 #pragma once
 
+#include "platform/Boolean.h"
 #include "platform/Forms/Form.h"
 
 namespace TvEmailServices {
