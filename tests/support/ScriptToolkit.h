@@ -1,0 +1,54 @@
+// ScriptToolkit: a forms toolkit whose user is a test, and which records all that a user would see.
+#pragma once
+
+#include <deque>
+#include <functional>
+#include <vector>
+
+#include "platform/Forms/UserHand.h"
+
+namespace Tests {
+
+using namespace Platform;
+
+class ScriptToolkit : public FormsToolkit {
+ public:
+  using Script = std::function<void(Form& form, UserHand& hand)>;
+
+  struct Box {
+    std::optional<String> Title;
+    String Text;
+  };
+
+  // What the user does in each modal show, in order. A user who has nothing more to do uses the close box.
+  std::deque<Script> Scripts;
+
+  // The user's answers to open-file dialogs, in order; none left or an empty one is a cancel.
+  std::deque<std::optional<String>> Files;
+
+  ScreenSize Size{15360, 11520};
+  bool HelpOpens = true;
+
+  std::vector<Box> Boxes;
+  std::vector<OpenFileRequest> FileRequests;
+  // "load NAME", "show NAME", "unload NAME", "pointer N", "standing N", "help FILE COMMAND NUMBER", "topic
+  // NAME".
+  std::vector<std::string> Log;
+
+  // The texts of all boxes so far, which it then forgets.
+  std::vector<std::string> TakeBoxes();
+
+  void Load(Form& form) override;
+  void ShowModal(Form& form) override;
+  void Unload(Form& form) override;
+  void MessageBox(StringView text, const std::optional<String>& title) override;
+  std::optional<String> OpenFile(const OpenFileRequest& request) override;
+  ScreenSize Screen() override { return Size; }
+  void SetMousePointer(MousePointer pointer) override;
+  void SetStanding(Form& form, Standing standing) override;
+  bool ShowHelp(std::intptr_t window, const std::string& file, std::uint32_t command,
+                std::uint32_t number) override;
+  bool ShowTopic(StringView topic) override;
+};
+
+}  // namespace Tests

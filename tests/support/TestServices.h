@@ -1,0 +1,65 @@
+// TestServices: the real platform services, with parts that can be missing, replaced or made to fail.
+//
+// While Watching is on, every object created by name is put behind a watcher, which records each call and
+// property as "RegUtil.AddKey(Apollo)" or "RegValue.DataType=1" and lets a planned fault happen in place of
+// it.
+#pragma once
+
+#include <functional>
+#include <map>
+#include <optional>
+#include <set>
+#include <string>
+#include <variant>
+#include <vector>
+
+#include "platform/Object.h"
+#include "platform/Services.h"
+
+namespace Tests {
+
+using namespace Platform;
+
+// What happens in place of the nth call of a member: it gives a value, or raises a failure.
+struct Fault {
+  std::string Member;  // "RegUtil.AddKey"
+  int Occurrence = 1;  // counts from 1; 0 is every call
+  std::variant<Value, Failure> Outcome = Value(false);
+};
+
+class TestServices : public PlatformServices {
+ public:
+  explicit TestServices(PlatformServices& real) : real_(real) {}
+
+  std::set<std::string> Missing;      // programmatic names that can't be created
+  std::set<Identity> MissingClasses;  // the same for classes by identity
+  std::map<std::string, std::function<ObjectRef()>> Instead;
+  std::map<Identity, std::function<ObjectRef()>> InsteadOfClass;
+  std::optional<String> ComponentFolder;  // what FolderOf gives
+  std::optional<Moment> Present;          // what Now gives
+  RandomSource* RandomInstead = nullptr;
+
+  bool Watching = false;
+  std::vector<Fault> Faults;
+  std::vector<std::string> Calls;    // what the watchers recorded
+  std::vector<std::string> Created;  // every programmatic name or identity that was asked for
+
+  std::map<std::string, int> Occurrences;  // how often each member was called
+
+  // The recorded calls that begin so, in their order.
+  std::vector<std::string> CallsOf(const std::string& beginning) const;
+
+  ObjectRef CreateByName(StringView programmaticName) override;
+  ObjectRef CreateByClass(const Identity& classId) override;
+  String FolderOf(const void* codeAddress) override;
+  Moment Now() override { return Present ? *Present : real_.Now(); }
+  RandomSource& Random() override { return RandomInstead ? *RandomInstead : real_.Random(); }
+  FormsToolkit& Toolkit() override { return *ToolkitInUse; }
+
+  FormsToolkit* ToolkitInUse = nullptr;
+
+ private:
+  PlatformServices& real_;
+};
+
+}  // namespace Tests

@@ -1,0 +1,68 @@
+#include "tests/support/World.h"
+
+#include <stdlib.h>
+
+#include <fstream>
+#include <sstream>
+
+#include "runtime/Process.h"
+#include "runtime/RegistryStore.h"
+
+namespace Tests {
+namespace {
+
+namespace fs = std::filesystem;
+
+PlatformServices& RealServices() {
+  InstallServices(nullptr);
+  return Platform::Services();
+}
+
+}  // namespace
+
+TemporaryFolder::TemporaryFolder() {
+  std::string pattern = (fs::temp_directory_path() / "talvane-test-XXXXXX").string();
+  if (!mkdtemp(pattern.data())) throw std::runtime_error("no temporary folder: " + pattern);
+  path_ = pattern;
+}
+
+TemporaryFolder::~TemporaryFolder() {
+  std::error_code ignored;
+  fs::remove_all(path_, ignored);
+}
+
+void WriteFile(const fs::path& path, std::string_view bytes) {
+  std::ofstream(path, std::ios::binary).write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
+}
+
+std::string ReadFile(const fs::path& path) {
+  std::ostringstream bytes;
+  bytes << std::ifstream(path, std::ios::binary).rdbuf();
+  return bytes.str();
+}
+
+World::World() : Services(RealServices()) {
+  setenv("TALVANE_HOME", (Home.Path() / "home").c_str(), 1);
+  Services.ToolkitInUse = &Toolkit;
+  Runtime::RegistryStore::Create(Hive::LocalMachine);
+  Runtime::RegistryStore::Create(Hive::CurrentUser);
+  Runtime::RegistryStore::CreateKey(Hive::LocalMachine, u"Software\\Ostrand Software\\Email\\MailBoxes");
+  Runtime::RegistryStore::CreateKey(Hive::CurrentUser, u"Software\\Ostrand Software\\Talvane\\4.0");
+  const fs::path libraries = ToUtf8(Runtime::LibraryFolder());
+  for (const StringView name : {u"TvGeneralServices.so", u"TvResourceServices.so", u"TvGeneralGuiServices.so",
+                                u"Talvane40.so", u"OstrCipherCOM.so"}) {
+    if (fs::exists(libraries / ToUtf8(name))) Runtime::RegisterComponent(String(name));
+  }
+  InstallServices(&Services);
+}
+
+World::~World() {
+  InstallServices(nullptr);
+}
+
+std::string World::Registry(Hive hive, StringView path, StringView name) const {
+  const auto value = Runtime::RegistryStore::Read(hive, path, name);
+  return value ? ToUtf8(value->Content.ToString()) : "(none)";
+}
+
+}  // namespace Tests
