@@ -44,6 +44,7 @@ std::string ReadFile(const fs::path& path) {
 World::World() : Services(RealServices()) {
   setenv("TALVANE_HOME", (Home.Path() / "home").c_str(), 1);
   Services.ToolkitInUse = &Toolkit;
+  Services.ComponentFolder = Runtime::LibraryFolder();
   Runtime::RegistryStore::Create(Hive::LocalMachine);
   Runtime::RegistryStore::Create(Hive::CurrentUser);
   Runtime::RegistryStore::CreateKey(Hive::LocalMachine, u"Software\\Ostrand Software\\Email\\MailBoxes");

@@ -1,0 +1,40 @@
+#!/bin/sh
+# Installs what is missing of Debian's packages. Asks the package manager nothing where all is there.
+#   scripts/install-packages.sh run     what building and running tvmail needs
+#   scripts/install-packages.sh test    that, and what the tests of every part need (Qt among it)
+#   scripts/install-packages.sh check   that, and what .ci/run needs beside
+#   scripts/install-packages.sh bench   what the benchmarks need beside run
+set -eu
+
+run="g++ cmake ninja-build pkg-config ccache libsqlite3-dev libgmime-3.0-dev libicu-dev libssl-dev libcli11-dev"
+test="$run libgtest-dev qt6-base-dev xvfb xdotool openbox fonts-dejavu-core fonts-vlgothic binutils sqlite3 procps"
+check="$test clang clang-format clang-tidy libclang-rt-14-dev git"
+bench="$run libbenchmark-dev"
+
+case "${1:-}" in
+  run) wanted=$run ;;
+  test) wanted=$test ;;
+  check) wanted=$check ;;
+  bench) wanted=$bench ;;
+  *) echo "usage: $0 run|test|check|bench" >&2; exit 64 ;;
+esac
+
+missing=
+for package in $wanted; do
+  status=$(dpkg-query -W -f='${db:Status-Status}' "$package" 2>/dev/null || true)
+  [ "$status" = installed ] || missing="$missing $package"
+done
+[ -n "$missing" ] || exit 0
+
+as_root=
+if [ "$(id -u)" -ne 0 ]; then
+  command -v sudo >/dev/null || {
+    echo "These Debian packages are missing:$missing" >&2
+    echo "Run this once as root: apt-get install$missing" >&2
+    exit 1
+  }
+  as_root=sudo
+fi
+echo "Installing:$missing"
+$as_root apt-get update -q >/dev/null
+$as_root env DEBIAN_FRONTEND=noninteractive apt-get install -y -q --no-install-recommends $missing >/dev/null

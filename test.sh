@@ -1,0 +1,7 @@
+#!/bin/sh
+# Installs what is missing, builds everything and runs all tests. Safe to repeat.
+set -eu
+cd "$(dirname "$0")"
+scripts/install-packages.sh test
+scripts/build.sh release -DTALVANE_TESTS=ON -DTALVANE_DESKTOP=ON
+ctest --test-dir build/release --output-on-failure --parallel "$(nproc)"
