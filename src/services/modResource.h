@@ -6,6 +6,7 @@
 #pragma once
 
 #include "platform/contracts/ResourceServices.h"
+#include "src/services/PassOver.h"
 
 namespace TvEmailServices {
 
@@ -20,6 +21,15 @@ Resource GetCachedResourceObject();
 String LoadTvResourceString(std::int32_t number);
 String LoadTVResourceStringV(std::int32_t number, const Array& arguments);
 String LoadTVResourceStringS(std::int32_t number, const String& first, const String& second);
+
+// What ask gets from the object: ResourceServiceMissing without an object, the empty string if ask fails.
+template <class Ask>
+String TextOf(const Resource& resource, Ask&& ask) {
+  if (!resource) return String(ResourceServiceMissing);
+  String text;
+  PassOver([&] { text = ask(resource); });
+  return text;
+}
 
 // True if the resource object can be had. If not and report is on, shows ResourceServiceMissing in a box
 // without a title of its own.

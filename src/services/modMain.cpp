@@ -1,0 +1,51 @@
+#include "src/services/modMain.h"
+
+#include "platform/Forms/FormsToolkit.h"
+#include "platform/NumberReader.h"
+#include "platform/Services.h"
+#include "src/services/PassOver.h"
+#include "src/services/ResourceObjects.h"
+#include "src/services/modResource.h"
+
+namespace TvEmailServices {
+namespace {
+
+constexpr std::int32_t kBoxTitle = 9000;
+
+void ShowText(const String& text) {
+  const String title = LoadTvResourceString(kBoxTitle);
+  PassOver([&] { Services().Toolkit().MessageBox(text, title); });
+}
+
+}  // namespace
+
+String LoadTVCOMResourceString(std::int32_t number) {
+  return TextOf(CreateComResourceObject(),
+                [&](const Resource& resource) { return resource.ResourceString(number); });
+}
+
+void ShowResourceMessage(std::int32_t number, const String& detail) {
+  String text;
+  // A numeric detail beyond every resource number fails here, and the box then comes without a text.
+  PassOver([&] {
+    const String first = LoadTvResourceString(number) + u" ";
+    text = first + (IsNumeric(detail) ? LoadTvResourceString(ReadInt32(detail)) : detail);
+  });
+  ShowText(text);
+}
+
+void ShowResourceMessageV(std::int32_t number, const Array& arguments) {
+  ShowText(LoadTVResourceStringV(number, arguments));
+}
+
+void ShowErrorMessage(const Failure& failure, std::int32_t number, const String& extra) {
+  String text = failure.Description();
+  if (number > 0) text.append(u" ").append(LoadTvResourceString(number));
+  ShowText(text.append(extra));
+}
+
+void ShowErrorMessageV(const Failure& failure, std::int32_t number, const Array& arguments) {
+  ShowText(failure.Description() + u"  " + LoadTVResourceStringV(number, arguments));
+}
+
+}  // namespace TvEmailServices
