@@ -97,6 +97,18 @@ struct ComponentDescription {
   std::atomic<long>* LiveObjects;             // counts the objects of this library that are alive
 };
 
+// A member of every object that a library hands out: it makes the object count among the library's live ones.
+class LiveObject {
+ public:
+  explicit LiveObject(std::atomic<long>& count) : count_(count) { ++count_; }
+  LiveObject(const LiveObject&) = delete;
+  LiveObject& operator=(const LiveObject&) = delete;
+  ~LiveObject() { --count_; }
+
+ private:
+  std::atomic<long>& count_;
+};
+
 // Makes objects of one class. A factory lives as long as its library is loaded; any thread.
 class ClassFactory {
  public:
