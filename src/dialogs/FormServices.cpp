@@ -1,0 +1,138 @@
+#include "src/dialogs/FormServices.h"
+
+#include <exception>
+
+#include "platform/Failure.h"
+#include "platform/Forms/FormsToolkit.h"
+#include "platform/NumberReader.h"
+#include "platform/Services.h"
+#include "src/services/modComponents.h"
+#include "src/services/modMain.h"
+#include "src/services/modResource.h"
+
+namespace TvEmailServices {
+namespace {
+
+constexpr std::int32_t WesternCharset = 0;
+constexpr std::int32_t ShiftJisCharset = 128;
+
+thread_local String CachedFormFontName;
+thread_local Boolean FormFontNameLoaded;
+
+// Runs one step, and lets the next one run whatever becomes of it.
+template <class Step>
+void SkipOnFailure(const Step& step) {
+  try {
+    step();
+  } catch (const std::exception&) {
+    // Fonts are an ornament: a control that can't take one keeps its own, and nobody is told.
+  }
+}
+
+template <class Change>
+void ChangeFont(Control& control, const Change& change) {
+  SkipOnFailure([&] {
+    Font font = control.Font();
+    change(font);
+    control.SetFont(std::move(font));
+  });
+}
+
+// One of the six strings that SystemInfo fills; what it wrote before a failure counts too.
+String AskSystem(const General& general, std::size_t position) {
+  Value strings[] = {String(), String(), String(), String(), String(), String()};
+  SkipOnFailure([&] { general.SystemInfo(strings); });
+  String answer;
+  SkipOnFailure([&] { answer = strings[position].ToString(); });
+  return answer;
+}
+
+// True on the one platform whose Western fonts don't reach beyond their own character set.
+bool NeedsShiftJis() {
+  const General general = GetGeneral(false);
+  if (!general) return false;
+  const String platform = AskSystem(general, General::PlatformString);
+  const String version = AskSystem(general, General::VersionString);
+  return EqualsIgnoreCase(platform, u"NT") && EqualsIgnoreCase(version, u"5");
+}
+
+// The difference in whole twips, halved toward zero.
+std::int32_t HalfOfRest(float screen, float form) {
+  const float rest = screen - form;
+  return RoundToInt32(rest) / 2;
+}
+
+bool IsLocalized(const Control& control) {
+  const StringView type = control.TypeName();
+  return type == u"Label" || type == u"CommandButton" || type == u"CheckBox";
+}
+
+}  // namespace
+
+void CenterForm(Form* form) {
+  if (!form) return;
+  const ScreenSize screen = Services().Toolkit().Screen();
+  const Place window = form->Place();
+  const std::int32_t top = HalfOfRest(screen.Height, window.Height);
+  const std::int32_t left = HalfOfRest(screen.Width, window.Width);
+  form->Move(static_cast<float>(left), static_cast<float>(top));
+}
+
+void LocalizeForm(Form& form) {
+  try {
+    const auto controls = form.Controls();  // where this is the form's first touch, it loads the form
+    if (IsNumeric(form.Tag())) form.SetCaption(LoadTvResourceString(ReadInt32(form.Tag())));
+    for (const auto& control : controls) {
+      if (!IsLocalized(*control)) continue;
+      control->SetCaption({});
+      if (IsNumeric(control->Tag())) control->SetCaption(LoadTvResourceString(ReadInt32(control->Tag())));
+    }
+  } catch (...) {
+    ShowErrorMessage(CurrentFailure(), 0, {});
+  }
+}
+
+String GetFormFontName() {
+  if (!FormFontNameLoaded) {
+    CachedFormFontName = GetCachedResourceObject().GetFontName();
+    FormFontNameLoaded = True;
+  }
+  return CachedFormFontName;
+}
+
+void ApplyFormFont(Form& form) {
+  String name;
+  SkipOnFailure([&] { name = GetFormFontName(); });
+  if (name.empty()) return;
+
+  SkipOnFailure([&] {
+    Font font = form.Font();
+    font.Name = name;
+    form.SetFont(std::move(font));
+  });
+  const bool needsShiftJis = NeedsShiftJis();
+  for (const auto& control : form.Controls()) {
+    if (needsShiftJis) {
+      ChangeFont(*control, [](Font& font) {
+        if (font.Charset == WesternCharset) font.Charset = ShiftJisCharset;
+      });
+    }
+    ChangeFont(*control, [&](Font& font) { font.Name = name; });
+  }
+}
+
+void SetFontSizes(Form& form, double points) {
+  for (const auto& control : form.Controls()) {
+    ChangeFont(*control, [&](Font& font) { font.Size = points; });
+  }
+}
+
+void SelectOnFocus(Control& textBox, Boolean& focusByMouse) {
+  if (!focusByMouse) {
+    textBox.SetSelStart(0);
+    textBox.SetSelLength(static_cast<std::int32_t>(textBox.Text().size()));
+  }
+  focusByMouse = False;
+}
+
+}  // namespace TvEmailServices
