@@ -1,11 +1,12 @@
 #include "src/dialogs/FormServices.h"
 
-#include <exception>
+#include <utility>
 
 #include "platform/Failure.h"
 #include "platform/Forms/FormsToolkit.h"
 #include "platform/NumberReader.h"
 #include "platform/Services.h"
+#include "src/services/PassOver.h"
 #include "src/services/modComponents.h"
 #include "src/services/modMain.h"
 #include "src/services/modResource.h"
@@ -13,25 +14,16 @@
 namespace TvEmailServices {
 namespace {
 
-constexpr std::int32_t WesternCharset = 0;
-constexpr std::int32_t ShiftJisCharset = 128;
+constexpr std::int32_t kWesternCharset = 0;
+constexpr std::int32_t kShiftJisCharset = 128;
 
 thread_local String CachedFormFontName;
 thread_local Boolean FormFontNameLoaded;
 
-// Runs one step, and lets the next one run whatever becomes of it.
-template <class Step>
-void SkipOnFailure(const Step& step) {
-  try {
-    step();
-  } catch (const std::exception&) {
-    // Fonts are an ornament: a control that can't take one keeps its own, and nobody is told.
-  }
-}
-
+// Fonts are an ornament: a control that can't take one keeps its own, and nobody is told.
 template <class Change>
 void ChangeFont(Control& control, const Change& change) {
-  SkipOnFailure([&] {
+  PassOver([&] {
     Font font = control.Font();
     change(font);
     control.SetFont(std::move(font));
@@ -41,9 +33,9 @@ void ChangeFont(Control& control, const Change& change) {
 // One of the six strings that SystemInfo fills; what it wrote before a failure counts too.
 String AskSystem(const General& general, std::size_t position) {
   Value strings[] = {String(), String(), String(), String(), String(), String()};
-  SkipOnFailure([&] { general.SystemInfo(strings); });
+  PassOver([&] { general.SystemInfo(strings); });
   String answer;
-  SkipOnFailure([&] { answer = strings[position].ToString(); });
+  PassOver([&] { answer = strings[position].ToString(); });
   return answer;
 }
 
@@ -78,18 +70,16 @@ void CenterForm(Form* form) {
   form->Move(static_cast<float>(left), static_cast<float>(top));
 }
 
-void LocalizeForm(Form& form) {
-  try {
-    const auto controls = form.Controls();  // where this is the form's first touch, it loads the form
-    if (IsNumeric(form.Tag())) form.SetCaption(LoadTvResourceString(ReadInt32(form.Tag())));
-    for (const auto& control : controls) {
-      if (!IsLocalized(*control)) continue;
-      control->SetCaption({});
-      if (IsNumeric(control->Tag())) control->SetCaption(LoadTvResourceString(ReadInt32(control->Tag())));
-    }
-  } catch (...) {
-    ShowErrorMessage(CurrentFailure(), 0, {});
+void LocalizeForm(Form& form) try {
+  const auto controls = form.Controls();  // where this is the form's first touch, it loads the form
+  if (IsNumeric(form.Tag())) form.SetCaption(LoadTvResourceString(ReadInt32(form.Tag())));
+  for (const auto& control : controls) {
+    if (!IsLocalized(*control)) continue;
+    control->SetCaption({});
+    if (IsNumeric(control->Tag())) control->SetCaption(LoadTvResourceString(ReadInt32(control->Tag())));
   }
+} catch (...) {
+  ShowErrorMessage(CurrentFailure(), 0, {});
 }
 
 String GetFormFontName() {
@@ -102,10 +92,10 @@ String GetFormFontName() {
 
 void ApplyFormFont(Form& form) {
   String name;
-  SkipOnFailure([&] { name = GetFormFontName(); });
+  PassOver([&] { name = GetFormFontName(); });
   if (name.empty()) return;
 
-  SkipOnFailure([&] {
+  PassOver([&] {
     Font font = form.Font();
     font.Name = name;
     form.SetFont(std::move(font));
@@ -114,7 +104,7 @@ void ApplyFormFont(Form& form) {
   for (const auto& control : form.Controls()) {
     if (needsShiftJis) {
       ChangeFont(*control, [](Font& font) {
-        if (font.Charset == WesternCharset) font.Charset = ShiftJisCharset;
+        if (font.Charset == kWesternCharset) font.Charset = kShiftJisCharset;
       });
     }
     ChangeFont(*control, [&](Font& font) { font.Name = name; });

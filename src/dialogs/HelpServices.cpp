@@ -7,11 +7,11 @@ namespace TvEmailServices {
 namespace {
 
 // The help system takes all of this as one name: what stands behind ">" is its window.
-constexpr StringView HelpFile = u"MailPump.hlp >(w95sec)";
+constexpr StringView kHelpFile = u"MailPump.hlp >(w95sec)";
 
-constexpr std::uint32_t ShowContextCommand = 1;
+constexpr std::uint32_t kShowContextCommand = 1;
 
-thread_local Help KeptHelp;
+thread_local Help keptHelp;
 
 bool EndsInBin(StringView folder) {
   return folder.size() >= 3 && EqualsIgnoreCase(folder.substr(folder.size() - 3), u"bin");
@@ -45,9 +45,9 @@ String GetHelpFolder() {
 
 void ShowHelpContext(std::int32_t context, std::intptr_t window) {
   String file = GetHelpFolder();
-  EnsureTrailingSeparator(file) += HelpFile;
+  EnsureTrailingSeparator(file) += kHelpFile;
   // The 8-bit text of this platform is UTF-8, so that a folder of any name reaches the viewer.
-  Services().Toolkit().ShowHelp(window, ToUtf8(file), ShowContextCommand,
+  Services().Toolkit().ShowHelp(window, ToUtf8(file), kShowContextCommand,
                                 static_cast<std::uint32_t>(context));
 }
 
@@ -56,8 +56,8 @@ void ShowHelpTopic(const String& topic, std::intptr_t /*window*/) {
 }
 
 Help GetHelpObject() {
-  if (!KeptHelp) KeptHelp = Help(Services().CreateByName(u"TvGeneralGuiServices.Help"));
-  return KeptHelp;
+  if (!keptHelp) keptHelp = Help(Services().CreateByName(u"TvGeneralGuiServices.Help"));
+  return keptHelp;
 }
 
 }  // namespace TvEmailServices

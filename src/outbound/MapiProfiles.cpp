@@ -1,0 +1,33 @@
+#include "src/outbound/MapiProfiles.h"
+
+#include "platform/Failure.h"
+#include "src/services/modComponents.h"
+#include "src/services/modMain.h"
+
+namespace TvEmailServices {
+namespace {
+
+// The key whose sub keys are the profiles; one family of platforms keeps it a level deeper.
+StringView ProfilesPath(StringView platform) {
+  if (platform == u"NT") {
+    return u"Software\\Microsoft\\Windows NT\\CurrentVersion\\Windows Messaging Subsystem\\Profiles";
+  }
+  return u"Software\\Microsoft\\Windows Messaging Subsystem\\Profiles";
+}
+
+}  // namespace
+
+bool GetMAPIProfiles(Value& collection) try {
+  const General general = GetGeneral(false);
+  if (!general) return false;
+  Value strings[] = {String(), String(), String(), String(), String(), String()};
+  if (!general.SystemInfo(strings)) return false;
+  const String platform = strings[General::PlatformString].ToString();
+  const RegUtil registry = GetRegUtil(Hive::CurrentUser, String(ProfilesPath(platform)), false);
+  return collection.IsArray() && registry && registry.EnumKeys(collection);
+} catch (...) {
+  ShowErrorMessage(CurrentFailure(), 0, {});
+  return false;
+}
+
+}  // namespace TvEmailServices

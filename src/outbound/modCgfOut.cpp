@@ -1,0 +1,107 @@
+#include "src/outbound/modCgfOut.h"
+
+#include "platform/Failure.h"
+#include "platform/NumberReader.h"
+#include "src/dialogs/FormServices.h"
+#include "src/mailbox/RegistryValues.h"
+#include "src/outbound/MapiProfiles.h"
+#include "src/outbound/OutboundStore.h"
+#include "src/outbound/frmCfgOut.h"
+#include "src/services/modComponents.h"
+#include "src/services/modMain.h"
+#include "src/services/modResource.h"
+
+namespace TvEmailServices {
+namespace {
+
+constexpr std::int32_t kMapiName = 9100;
+constexpr std::int32_t kSmtpName = 9102;
+constexpr std::int32_t kLongestEntry = 255;  // characters that a user may type
+
+// A stored value that isn't empty, or nothing.
+std::optional<String> ReadSetting(const RegUtil& registry, StringView name) {
+  Value value;
+  if (!GetRegStringValue(registry, String(name), value, false)) return {};
+  return value.ToString();
+}
+
+void SelectTransport(Control& list, std::int32_t transport) {
+  if (transport == kMapiTransport) list.SetListIndex(frmCfgOut::kMapiPosition);
+  if (transport == kSmtpTransport) list.SetListIndex(frmCfgOut::kSmtpPosition);
+}
+
+void SelectProfile(Control& list, const Array& profiles, StringView stored) {
+  const String wanted = Trim(stored);
+  for (std::size_t position = 0; position < profiles.size(); ++position) {
+    if (!EqualsIgnoreCase(profiles[position].ToString(), wanted)) continue;
+    list.SetListIndex(static_cast<std::int32_t>(position));
+    return;
+  }
+}
+
+}  // namespace
+
+bool PrepareOutboundForm(frmCfgOut& form) try {
+  LocalizeForm(form);
+  form[u"chkEnableEmail"].SetValue(1);
+  for (const StringView box : {u"txtEMailAddress", u"txtHost", u"txtRealName"}) {
+    form[box].SetMaxLength(kLongestEntry);
+  }
+
+  Control& transports = form[u"cmbProvider"];
+  Control& profileList = form[u"cmbProfile"];
+  Value profiles{Array()};
+  if (GetMAPIProfiles(profiles)) {
+    for (const Value& profile : profiles.ToArray()) {
+      profileList.AddItem(profile.ToString());
+      form.SetAreMAPIProfilesDefined(True);
+    }
+  }
+  transports.AddItem(LoadTvResourceString(kMapiName));
+  transports.AddItem(LoadTvResourceString(kSmtpName));
+  if (form.AreMAPIProfilesDefined()) {
+    transports.SetListIndex(frmCfgOut::kMapiPosition);
+    profileList.SetListIndex(0);
+  } else {
+    transports.SetListIndex(frmCfgOut::kSmtpPosition);
+  }
+
+  LoadOutboundSettings(form, profiles);
+  return true;
+} catch (...) {
+  ShowErrorMessage(CurrentFailure(), 0, {});
+  return false;
+}
+
+void LoadOutboundSettings(frmCfgOut& form, const Value& profiles) try {
+  const RegUtil registry = GetRegUtil(Hive::CurrentUser, OutboundKeyPath(), false);
+  if (!registry) return;
+
+  const auto enabled = ReadSetting(registry, kDiscussionEmailEnabledValue);
+  if (enabled && EqualsIgnoreCase(*enabled, u"False")) form[u"chkEnableEmail"].SetValue(0);
+
+  const auto transport = ReadSetting(registry, kTransportIdValue);
+  if (!transport) return;
+  SelectTransport(form[u"cmbProvider"], ReadInt32(*transport));
+
+  if (form.AreMAPIProfilesDefined()) {
+    const auto profile = ReadSetting(registry, kMapiProfileValue);
+    if (profile) SelectProfile(form[u"cmbProfile"], profiles.ToArray(), *profile);
+  }
+
+  const auto hostName = ReadSetting(registry, kSmtpHostNameValue);
+  if (!hostName) return;
+  form[u"txtHost"].SetText(Trim(*hostName));
+
+  const auto address = ReadSetting(registry, kEMailAddressValue);
+  if (!address) return;
+  form[u"txtEMailAddress"].SetText(Trim(*address));
+
+  if (const auto realName = ReadSetting(registry, kRealNameValue)) {
+    form[u"txtRealName"].SetText(Trim(*realName));
+  }
+} catch (...) {
+  ShowErrorMessage(CurrentFailure(), 0, {});
+}
+
+}  // namespace TvEmailServices
