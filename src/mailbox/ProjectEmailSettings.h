@@ -1,6 +1,8 @@
 // ProjectEmailSettings: the e-mail section of a project file, which tells how the project's mail is sent.
 #pragma once
 
+#include <optional>
+
 #include "platform/contracts/GeneralServices.h"
 
 namespace TvEmailServices {
@@ -14,7 +16,7 @@ struct ProjectEmailSettings {
   String MAPIProfile;
   String RealName;
   String EMailAddress;
-  String HostName;
+  Value HostName;  // as the project file gave it
 };
 
 // True if the section holds valid settings: transport 1 with a profile, or 2 with an address and a host. Out
@@ -27,9 +29,14 @@ bool WriteProjectEmailSettings(const String& projectPath, const String& transpor
                                const String& mapiProfile, const String& hostName, const String& eMailAddress,
                                const String& realName);
 
-// True when the project of the mailbox holds no section any more. A raised failure is shown with 10058 if
-// report is on.
-bool DeleteProjectEmailSettings(const String& mailBoxName, bool report);
+// True when the project of the mailbox holds no section any more. False also where the mailbox names no
+// project, or its file can't be had. A raised failure is shown with 10058 if report is on. Where onlyFrom is
+// given, the section of any other project is spared, which counts as done.
+bool DeleteProjectEmailSettings(const String& mailBoxName, bool report,
+                                const std::optional<String>& onlyFrom = {});
+
+// False only if the project file could be read and holds no section. Silent.
+bool MayHoldEmailSettings(const String& projectPath);
 
 // The project file, or nothing. The second gives nothing for an empty path without asking, and shows a raised
 // failure with message 10048.

@@ -1,0 +1,133 @@
+#include "src/mailbox/MailBoxFlows.h"
+
+#include "platform/contracts/HostObjects.h"
+#include "src/mailbox/MailBoxRecords.h"
+#include "src/mailbox/ProjectEmailSettings.h"
+#include "src/mailbox/RegistryValues.h"
+#include "src/services/modMain.h"
+#include "src/services/modResource.h"
+
+namespace TvEmailServices {
+namespace {
+
+bool Refuse(std::int32_t number) {
+  ShowResourceMessage(number, {});
+  return false;
+}
+
+bool IsComplete(const Session& session) {
+  if (!session) return Refuse(10054);
+  if (!session.HasSendLogon()) return Refuse(10053);
+  if (!session.HasUser()) return Refuse(10052);
+  return true;
+}
+
+// Reads all five strings of the session, in this order, whatever its transport needs of them.
+bool WriteSessionSettings(const String& projectPath, const Session& session) {
+  const String transport = session.Transport();
+  const String mapiProfile = session.MAPIProfile();
+  const String hostName = session.HostName();
+  const String address = session.Address();
+  const String realName = session.RealName();
+  return WriteProjectEmailSettings(projectPath, transport, mapiProfile, hostName, address, realName);
+}
+
+void PutSettingsBack(const String& projectPath, const ProjectEmailSettings& old, bool valid) {
+  if (!valid || !WriteProjectEmailSettings(projectPath, old.TransportName, old.MAPIProfile,
+                                           old.HostName.ToString(), old.EMailAddress, old.RealName)) {
+    ShowResourceMessage(10056, {});
+  }
+}
+
+bool ReportAndFail() {
+  ShowErrorMessage(CurrentFailure(), 0, {});
+  return false;
+}
+
+}  // namespace
+
+bool UpdateMailBox(const String& mailBoxName, const ObjectRef& sess, const String& projectPath,
+                   const String& userId, const String& password, bool addMode) try {
+  if (addMode) return AddMailBox(mailBoxName, sess, projectPath, userId, password);
+  if (projectPath.empty() || userId.empty()) return ResaveMailBoxSettings(mailBoxName, sess);
+  return ChangeMailBox(mailBoxName, sess, projectPath, userId, password);
+} catch (...) {
+  return ReportAndFail();
+}
+
+bool AddMailBox(const String& mailBoxName, const ObjectRef& sess, const String& projectPath,
+                const String& userId, const String& password) try {
+  const Session session(sess);
+  if (!IsComplete(session)) return false;
+  // A section that stood before is not the add's to take out: not from this project, and not from another
+  // that the key may still name.
+  const String mayDeleteFrom = MayHoldEmailSettings(projectPath) ? String() : projectPath;
+  if (WriteMailBoxRecord(projectPath, userId, password, mailBoxName) &&
+      WriteSessionSettings(projectPath, session)) {
+    return true;
+  }
+  DeleteMailBox(mailBoxName, true, mayDeleteFrom);
+  return false;
+} catch (...) {
+  return ReportAndFail();
+}
+
+bool ChangeMailBox(const String& mailBoxName, const ObjectRef& sess, const String& projectPath,
+                   const String& userId, const String& password) try {
+  const Session session(sess);
+  if (!IsComplete(session)) return false;
+
+  String oldProjectPath, oldUserId, oldEncodedPassword;
+  const bool hadRecord = ReadMailBoxRecord(oldProjectPath, oldUserId, oldEncodedPassword, mailBoxName);
+
+  const bool recordWritten = WriteMailBoxRecord(projectPath, userId, password, mailBoxName);
+  ProjectEmailSettings oldSettings;
+  bool hadSettings = false;
+  if (recordWritten) {
+    hadSettings = ReadProjectEmailSettings(projectPath, oldSettings, false);
+    if (WriteSessionSettings(projectPath, session)) return true;
+  }
+
+  if (!hadRecord || !RestoreMailBoxRecord(oldProjectPath, oldUserId, oldEncodedPassword, mailBoxName))
+    ShowResourceMessage(10055, {});
+  if (recordWritten) PutSettingsBack(projectPath, oldSettings, hadSettings);
+  return false;
+} catch (...) {
+  return ReportAndFail();
+}
+
+bool ResaveMailBoxSettings(const String& mailBoxName, const ObjectRef& sess) try {
+  const Session session(sess);
+  if (!IsComplete(session)) return false;
+
+  const String projectPath = GetMailBoxProjectPath(mailBoxName, true);
+  if (projectPath.empty()) return Refuse(10048);
+
+  ProjectEmailSettings oldSettings;
+  const bool hadSettings = ReadProjectEmailSettings(projectPath, oldSettings, false);
+  if (WriteSessionSettings(projectPath, session)) return true;
+  PutSettingsBack(projectPath, oldSettings, hadSettings);
+  return false;
+} catch (...) {
+  return ReportAndFail();
+}
+
+bool DeleteMailBox(const String& mailBoxName, bool removeRecord, const std::optional<String>& onlyFrom) try {
+  bool done = true;
+  String sectionText, keyText;
+  if (!DeleteProjectEmailSettings(mailBoxName, false, onlyFrom)) {
+    sectionText = LoadTvResourceString(10058);
+    done = false;
+  }
+  if (removeRecord && !DeleteRegKey(String(MailBoxesKey), Hive::LocalMachine, mailBoxName, false)) {
+    keyText = LoadTvResourceString(10059);
+    done = false;
+  }
+  if (!done) ShowResourceMessage(10047, sectionText + u"  " + keyText);
+  return done;
+} catch (...) {
+  ShowErrorMessage(CurrentFailure(), 10047, {});
+  return false;
+}
+
+}  // namespace TvEmailServices

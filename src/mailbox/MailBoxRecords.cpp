@@ -1,0 +1,128 @@
+#include "src/mailbox/MailBoxRecords.h"
+
+#include <array>
+
+#include "src/mailbox/RegistryValues.h"
+#include "src/security/ComponentSecurity.h"
+#include "src/services/modComponents.h"
+#include "src/services/modMain.h"
+#include "src/services/modResource.h"
+
+namespace TvEmailServices {
+namespace {
+
+const String kProjectPath = u"TVSFilePath";
+const String kUserId = u"DBUID";
+const String kPassword = u"DBPWD";
+
+String RecordKey(const String& mailBoxName) {
+  return String(MailBoxesKey) + u"\\" + mailBoxName;
+}
+
+// Takes what goes to DBPWD from a function, so that a password is encoded only when the other two values
+// stand.
+template <class EncodedPassword>
+bool StoreRecord(const String& projectPath, const String& userId, EncodedPassword encodedPassword,
+                 const String& mailBoxName) try {
+  const RegUtil registry = GetRegUtil(Hive::LocalMachine, String(MailBoxesKey), true);
+  if (!registry) return false;
+  if (!registry.AddKey(mailBoxName)) {
+    ShowResourceMessageV(10013, {mailBoxName});
+    return false;
+  }
+  if (!registry.DropToSubKey(mailBoxName)) {
+    ShowResourceMessageV(10012, {mailBoxName});
+    return false;
+  }
+  if (SetRegStringValue(registry, kProjectPath, projectPath) &&
+      SetRegStringValue(registry, kUserId, userId) &&
+      SetRegStringValue(registry, kPassword, encodedPassword())) {
+    return true;
+  }
+  ShowResourceMessage(10011, {});
+  return false;
+} catch (...) {
+  ShowErrorMessage(CurrentFailure(), 0, {});
+  return false;
+}
+
+// The values of a record that has been reached, as they are stored.
+bool ReadStoredLogon(const RegUtil& registry, String& projectPath, String& userId, String& encodedPassword,
+                     String& errorText) try {
+  const RegValue holder = GetRegValue(true);
+  if (!holder) {
+    errorText = LoadTvResourceString(10024);
+    return false;
+  }
+  const auto read = [&](const String& name, String& content) {
+    holder.SetValueName(name);
+    if (!registry.GetValue(holder)) return false;
+    content = holder.Value().ToString();
+    return true;
+  };
+  if (read(kProjectPath, projectPath) && read(kUserId, userId) && read(kPassword, encodedPassword))
+    return true;
+  errorText = LoadTvResourceString(10029);
+  return false;
+} catch (...) {
+  errorText = CurrentFailure().Description() + u" " + LoadTvResourceString(10029);
+  return false;
+}
+
+}  // namespace
+
+bool WriteMailBoxRecord(const String& projectPath, const String& userId, const String& password,
+                        const String& mailBoxName) {
+  return StoreRecord(
+      projectPath, userId, [&] { return ComponentSecurity().Encrypt(password); }, mailBoxName);
+}
+
+bool RestoreMailBoxRecord(const String& projectPath, const String& userId, const String& encodedPassword,
+                          const String& mailBoxName) {
+  return StoreRecord(
+      projectPath, userId, [&] { return encodedPassword; }, mailBoxName);
+}
+
+bool ReadMailBoxRecord(String& projectPath, String& userId, String& encodedPassword,
+                       const String& mailBoxName) try {
+  const RegUtil registry = OpenMailBoxKey(mailBoxName, false);
+  if (!registry) return false;
+  const auto read = [&](const String& name, String& content) {
+    Value value;
+    if (!GetRegStringValue(registry, name, value, false)) return false;
+    content = Trim(value.ToString());
+    return true;
+  };
+  return read(kProjectPath, projectPath) && read(kUserId, userId) && read(kPassword, encodedPassword);
+} catch (...) {
+  return false;
+}
+
+bool ReadMailBoxLogon(const String& mailBoxName, String& projectPath, String& userId, String& encodedPassword,
+                      String& errorText) try {
+  const RegUtil registry = OpenMailBoxKey(mailBoxName, false);
+  if (!registry) {
+    errorText = LoadTvResourceString(10015);
+    return false;
+  }
+  return ReadStoredLogon(registry, projectPath, userId, encodedPassword, errorText);
+} catch (...) {
+  errorText = CurrentFailure().Description();
+  return false;
+}
+
+String GetMailBoxProjectPath(const String& mailBoxName, bool report) try {
+  // A key that can't be reached is reported twice: as the key, and as the value that is missed in it.
+  const RegUtil registry = OpenMailBoxKey(mailBoxName, report);
+  Value path;
+  return GetRegStringValue(registry, kProjectPath, path, report) ? Trim(path.ToString()) : String();
+} catch (...) {
+  if (report) ShowErrorMessage(CurrentFailure(), 0, {});
+  return {};
+}
+
+RegUtil OpenMailBoxKey(const String& mailBoxName, bool report) {
+  return GetRegUtil(Hive::LocalMachine, RecordKey(mailBoxName), report);
+}
+
+}  // namespace TvEmailServices

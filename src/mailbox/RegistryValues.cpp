@@ -1,0 +1,46 @@
+#include "src/mailbox/RegistryValues.h"
+
+#include "src/services/modComponents.h"
+#include "src/services/modMain.h"
+
+namespace TvEmailServices {
+
+bool SetRegStringValue(const RegUtil& registry, const String& name, const String& value) try {
+  const RegValue holder = GetRegValue(true);
+  if (!holder) return false;
+  holder.SetDataType(RegValue::StringType);
+  if (!registry) return false;
+  holder.SetValueName(name);
+  holder.SetValue(value);
+  return registry.AddOrUpdateValue(holder);
+} catch (...) {
+  ShowErrorMessage(CurrentFailure(), 10034, {});
+  return false;
+}
+
+bool GetRegStringValue(const RegUtil& registry, const String& name, Value& value, bool report) try {
+  bool read = false;
+  const RegValue holder = GetRegValue(true);
+  if (registry && holder) {
+    holder.SetValueName(name);
+    read = registry.GetValue(holder);
+    if (read) value = holder.Value();
+  }
+  const bool found = read && value.IsString() && !value.ToString().empty();
+  if (!found && report) ShowResourceMessage(2057, u" " + name);
+  return found;
+} catch (...) {
+  ShowErrorMessage(CurrentFailure(), 0, {});
+  return false;
+}
+
+bool DeleteRegKey(const String& parentPath, Hive hive, const String& keyName, bool report) try {
+  if (!GetRegUtil(hive, parentPath + u"\\" + keyName, false)) return true;
+  const RegUtil parent = GetRegUtil(hive, parentPath, report);
+  return parent && parent.DeleteKey(keyName);
+} catch (...) {
+  if (report) ShowErrorMessageV(CurrentFailure(), 10050, {keyName});
+  return false;
+}
+
+}  // namespace TvEmailServices
