@@ -1,0 +1,152 @@
+#include "siblings/TvResourceServices/Catalogue.h"
+
+#include <cerrno>
+#include <charconv>
+#include <cstdlib>
+#include <cstring>
+#include <exception>
+#include <fstream>
+#include <iterator>
+#include <mutex>
+
+#include "platform/Failure.h"
+#include "siblings/TvResourceServices/Template.h"
+
+namespace TvResourceServices {
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr StringView kBlanks = u" \t";
+
+[[noreturn]] void Damaged(const String& what) {
+  throw Failure(FailureNumber::DeviceFailed, u"TvResourceServices.Resource.LoadResources", what);
+}
+
+StringView Trimmed(StringView text) {
+  const auto first = text.find_first_not_of(kBlanks);
+  if (first == StringView::npos) return {};
+  return text.substr(first, text.find_last_not_of(kBlanks) - first + 1);
+}
+
+String Unescaped(StringView text) {
+  String result;
+  for (std::size_t i = 0; i < text.size(); ++i) {
+    if (text[i] != u'\\') {
+      result += text[i];
+      continue;
+    }
+    const char16_t mark = ++i < text.size() ? text[i] : u'\0';
+    const auto kind = StringView(u"nrts\\").find(mark);
+    if (kind == StringView::npos) Damaged(u"a backslash stands without n, r, t, s or another one behind it");
+    result += u"\n\r\t \\"[kind];
+  }
+  return result;
+}
+
+std::string ReadBytes(const fs::path& file) {
+  std::ifstream stream(file, std::ios::binary);
+  std::string bytes{std::istreambuf_iterator<char>(stream), {}};
+  if (!stream.is_open() || stream.bad() || fs::is_directory(file)) {
+    Raise(FailureNumber::PathNotFound, FromUtf8(file.string() + " can't be read"));
+  }
+  return bytes;
+}
+
+// The language of the environment in lower case, such as "de"; "en" where it names none.
+std::string LanguageOfEnvironment() {
+  for (const char* name : {"LC_ALL", "LC_MESSAGES", "LANG"}) {
+    const char* value = std::getenv(name);
+    if (!value || !*value) continue;
+    std::string language;
+    for (const char* c = value; *c && !std::strchr("_.@", *c); ++c) {
+      if (!((*c >= 'a' && *c <= 'z') || (*c >= 'A' && *c <= 'Z'))) return "en";
+      language += static_cast<char>(*c | 0x20);
+    }
+    return language == "c" || language == "posix" || language.empty() ? "en" : language;
+  }
+  return "en";
+}
+
+// Reads a file once in the process. A file that is missing or damaged is tried again at the next call.
+std::shared_ptr<const Catalogue> Shared(const std::string& file) {
+  static std::mutex mutex;
+  static std::map<std::string, std::shared_ptr<const Catalogue>> loaded;
+  const std::lock_guard lock(mutex);
+  auto& catalogue = loaded[file];
+  if (!catalogue) catalogue = std::make_shared<const Catalogue>(file);
+  return catalogue;
+}
+
+}  // namespace
+
+Catalogue::Catalogue(const fs::path& file) {
+  const std::string bytes = ReadBytes(file);
+  std::size_t lineNumber = 0;
+  for (std::size_t start = 0; start < bytes.size();) {
+    const std::size_t end = std::min(bytes.find('\n', start), bytes.size());
+    std::string_view line = std::string_view(bytes).substr(start, end - start);
+    if (start == 0 && line.starts_with("\xEF\xBB\xBF")) line.remove_prefix(3);
+    if (line.ends_with('\r')) line.remove_suffix(1);
+    ++lineNumber;
+    try {
+      if (!IsUtf8(line)) Damaged(u"there are bytes that are no UTF-8");
+      ReadLine(FromUtf8(line));
+    } catch (const Failure& failure) {
+      Damaged(FromUtf8(file.string() + ", line " + std::to_string(lineNumber) + ": ") +
+              failure.Description());
+    }
+    start = end + 1;
+  }
+}
+
+void Catalogue::ReadLine(StringView line) {
+  line = Trimmed(line);
+  if (line.empty() || line.front() == u'#') return;
+  const auto equals = line.find(u'=');
+  if (equals == StringView::npos) Damaged(u"a line is \"NUMBER = text\", and this one has no \"=\"");
+  const std::string name = ToUtf8(Trimmed(line.substr(0, equals)));
+  const String text = Unescaped(Trimmed(line.substr(equals + 1)));
+  if (name == "font") {
+    fontName_ = text;
+    return;
+  }
+  std::int32_t number = 0;
+  const auto [end, error] = std::from_chars(name.data(), name.data() + name.size(), number);
+  if (error != std::errc{} || end != name.data() + name.size()) {
+    Damaged(u"\"" + FromUtf8(name) + u"\" is no number");
+  }
+  if (!IsTemplate(text)) Damaged(u"a percent sign stands without a digit or another one behind it");
+  if (!texts_.emplace(number, text).second)
+    Damaged(u"the number " + FromUtf8(name) + u" comes a second time");
+}
+
+const String* Catalogue::Find(std::int32_t number) const {
+  const auto found = texts_.find(number);
+  return found == texts_.end() ? nullptr : &found->second;
+}
+
+void LoadLanguages(StringView resourceFile, Languages& languages) {
+  const auto separator = resourceFile.find_last_of(u"\\/");
+  String stem(resourceFile);
+  if (separator != StringView::npos) stem[separator] = u'/';
+  const auto point = stem.rfind(u'.');
+  if (point != String::npos && (separator == StringView::npos || point > separator)) stem.resize(point);
+  const std::string beginning = ToUtf8(stem) + ".";
+
+  const std::string own = LanguageOfEnvironment();
+  std::exception_ptr failure;
+  try {
+    languages.English = Shared(beginning + "en.txt");
+  } catch (...) {
+    failure = std::current_exception();
+  }
+  if (own == "en") {
+    languages.Own = languages.English;
+  } else if (const std::string file = beginning + own + ".txt"; fs::exists(file)) {
+    languages.Own = Shared(file);
+  }
+  if (failure) std::rethrow_exception(failure);
+}
+
+}  // namespace TvResourceServices

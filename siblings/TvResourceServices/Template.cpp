@@ -1,0 +1,37 @@
+#include "siblings/TvResourceServices/Template.h"
+
+namespace TvResourceServices {
+
+bool IsTemplate(StringView text) {
+  for (std::size_t i = 0; i < text.size(); ++i) {
+    if (text[i] != u'%') continue;
+    ++i;
+    if (i == text.size() || !(text[i] == u'%' || (text[i] >= u'1' && text[i] <= u'9'))) return false;
+  }
+  return true;
+}
+
+String Expand(StringView text, std::span<const String> arguments) {
+  String result;
+  result.reserve(text.size());
+  for (std::size_t i = 0; i < text.size(); ++i) {
+    if (text[i] != u'%' || i + 1 == text.size()) {
+      result += text[i];
+      continue;
+    }
+    const char16_t mark = text[++i];
+    if (mark < u'1' || mark > u'9') {
+      result += mark;
+      continue;
+    }
+    const std::size_t position = mark - u'1';
+    if (position < arguments.size() && !arguments[position].empty()) {
+      result += arguments[position];
+    } else if (result.ends_with(u' ')) {
+      result.pop_back();
+    }
+  }
+  return result;
+}
+
+}  // namespace TvResourceServices
