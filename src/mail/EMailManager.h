@@ -5,8 +5,10 @@
 // MailHandler_MboxUpdate. Created and called on one thread.
 #pragma once
 
+#include <atomic>
 #include <memory>
 
+#include "platform/Component.h"
 #include "platform/Object.h"
 #include "platform/contracts/HostObjects.h"
 #include "platform/contracts/MailHandler.h"
@@ -18,10 +20,16 @@ using namespace Platform;
 
 class frmCfgInb;
 
+// How many handler objects of the process are alive.
+extern std::atomic<long> LiveHandlers;
+
 class EMailManager : public Object, public EMailManagerInterface, public MailHandler {
  public:
   EMailManager();
   ~EMailManager() override;
+
+  // The members of the default interface by their names.
+  Value Call(StringView member, std::span<Value> arguments) override;
 
   Boolean ConfigureOutBoundEmail() override;
 
@@ -47,7 +55,14 @@ class EMailManager : public Object, public EMailManagerInterface, public MailHan
   void SetUserID(const String& userId) { userID_ = Trim(userId); }
   String UserID() const { return userID_; }
 
+  // Gives UpdateMailBox what the inbound dialog left. A raised failure is shown as it is and gives false.
   bool ApplyMailBoxUpdate(const String& mailBoxName, const ObjectRef& sess);
+
+  // Steps of MailHandler_HandleMessage, in their order. False: the message ends here. errorText tells what
+  // went wrong.
+  bool OpenSession(String& errorText);
+  bool ActForSender(const MailMessage& message, String& errorText);
+  void AnswerDiscussion(const MailMessage& message, ObjectRef& discussion, String& errorText);
 
   // The key of the first user with the address, compared without regard to case. False: errorText holds the
   // complaint, unless it held one before. A failure ends it with false and the failure's description.
@@ -70,6 +85,7 @@ class EMailManager : public Object, public EMailManagerInterface, public MailHan
   String userID_;
   String password_;
   Boolean addMode_;
+  LiveObject live_{LiveHandlers};
 };
 
 }  // namespace TvEmailServices

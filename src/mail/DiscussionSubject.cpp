@@ -1,0 +1,66 @@
+#include "src/mail/DiscussionSubject.h"
+
+#include "platform/Failure.h"
+#include "platform/NumberReader.h"
+#include "src/services/modResource.h"
+
+namespace TvEmailServices {
+namespace {
+
+constexpr std::int32_t kNoDiscussionSubject = 10005;
+
+constexpr StringView kDiscussionMarker = u"Ostrand Talvane Discussion ";
+constexpr StringView kDiscussionWord = u"Discussion";
+constexpr StringView kProjectMarker = u"(Ostrand Talvane Project ";
+
+// A folded or tabbed line in one piece: what folds it goes and leaves no blank.
+String Unfold(StringView line) {
+  String unfolded(line);
+  std::erase_if(unfolded, [](char16_t c) { return c == u'\t' || c == u'\r' || c == u'\n'; });
+  return unfolded;
+}
+
+// The text from the first occurrence on, or the whole text where there is none.
+StringView From(StringView text, StringView wanted) {
+  const auto found = text.find(wanted);
+  return found == StringView::npos ? text : text.substr(found);
+}
+
+// The text in front of the first occurrence. Raises 5 where there is none.
+StringView Before(StringView text, StringView wanted) {
+  const auto found = text.find(wanted);
+  if (found == StringView::npos) Raise(FailureNumber::InvalidArgument);
+  return text.substr(0, found);
+}
+
+// What stands between the first blank and the first closing bracket, or all in front of the bracket in a text
+// without a blank. Raises 5 if there is no bracket, or only blanks behind it.
+StringView NumberText(StringView text) {
+  const StringView head = Before(text, u")");
+  const auto blank = text.find(u' ');
+  if (blank == StringView::npos) return head;
+  if (blank > head.size()) Raise(FailureNumber::InvalidArgument);
+  return head.substr(blank + 1);
+}
+
+}  // namespace
+
+bool ParseDiscussionSubject(StringView line, std::int32_t& number, String& subjectText, String& errorText) {
+  try {
+    const String unfolded = Unfold(line);
+    const StringView numberText = NumberText(From(From(unfolded, kDiscussionMarker), kDiscussionWord));
+    subjectText = Before(unfolded, kProjectMarker);
+    if (const auto value = ReadNumber(numberText)) {
+      if (const std::int32_t rounded = RoundToInt32(*value); rounded >= 1) {
+        number = rounded;
+        return true;
+      }
+    }
+    errorText = LoadTvResourceString(kNoDiscussionSubject);
+  } catch (...) {
+    errorText = CurrentFailure().Description();
+  }
+  return false;
+}
+
+}  // namespace TvEmailServices

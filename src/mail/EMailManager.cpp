@@ -1,0 +1,63 @@
+#include "src/mail/EMailManager.h"
+
+#include "src/mailbox/MailBoxFlows.h"
+#include "src/services/modMain.h"
+
+namespace TvEmailServices {
+namespace {
+
+constexpr std::int32_t kConfiguringFailed = 10045;
+
+}  // namespace
+
+EMailManager::EMailManager() {
+  ResetConfigureState();
+}
+
+EMailManager::~EMailManager() {
+  ReleaseSession();
+}
+
+Value EMailManager::Call(StringView member, std::span<Value> arguments) {
+  if (member != u"ConfigureOutBoundEmail") return Object::Call(member, arguments);
+  if (!arguments.empty()) Raise(FailureNumber::WrongArguments, member);
+  return ConfigureOutBoundEmail();
+}
+
+void EMailManager::MailHandler_Initialize(const String& arg, const ObjectRef&) {
+  SetMailBoxArg(Trim(arg));
+}
+
+void EMailManager::MailHandler_Finalize() {
+  ReleaseSession();
+}
+
+Boolean EMailManager::MailHandler_MboxUpdate(const String& MailBoxName, const ObjectRef& Sess) {
+  try {
+    return ApplyMailBoxUpdate(MailBoxName, Sess);
+  } catch (...) {
+    ShowErrorMessage(CurrentFailure(), kConfiguringFailed, {});
+    return False;
+  }
+}
+
+void EMailManager::MailHandler_MboxDelete(const String& MailBoxName) {
+  DeleteMailBox(MailBoxName, false);
+}
+
+bool EMailManager::ApplyMailBoxUpdate(const String& mailBoxName, const ObjectRef& sess) {
+  try {
+    return UpdateMailBox(mailBoxName, sess, ProjectPath(), UserID(), Password(), bool(AddMode()));
+  } catch (...) {
+    ShowErrorMessage(CurrentFailure(), 0, {});
+    return false;
+  }
+}
+
+// A project needs its application to the last, so it goes first.
+void EMailManager::ReleaseSession() {
+  project_.reset();
+  application_.reset();
+}
+
+}  // namespace TvEmailServices

@@ -1,0 +1,138 @@
+// The road of one message, from the mailbox's logon to the reply in the project.
+//
+// It runs unattended, and its result is all that it reports. What fails on the way is noted in the error
+// text, where a later complaint replaces an earlier one; nothing that fails drops the application or the
+// project.
+#include "src/mail/DiscussionSubject.h"
+#include "src/mail/EMailManager.h"
+#include "src/mail/ReplyBody.h"
+#include "src/mailbox/MailBoxRecords.h"
+#include "src/security/ComponentSecurity.h"
+#include "src/services/modComponents.h"
+#include "src/services/modResource.h"
+
+namespace TvEmailServices {
+namespace {
+
+constexpr std::int32_t kNotice = 10006;  // goes with every failure text
+constexpr std::int32_t kNoSuchDiscussion = 10007;
+constexpr std::int32_t kProjectNotOpened = 10030;
+constexpr std::int32_t kSenderUnknown = 10032;
+constexpr std::int32_t kActingUserRefused = 10033;
+constexpr std::int32_t kComponentMissing = 10044;
+constexpr std::int32_t kNoSender = 10060;
+constexpr std::int32_t kNoUsers = 10061;
+constexpr std::int32_t kMailNotAccepted = 10062;
+
+// What OpenProject and SetActingUser take beside their data.
+constexpr std::int32_t kOpenMode = 1;
+constexpr std::int32_t kOpenOptions = 0;
+constexpr std::int32_t kOpenAccess = 3;
+constexpr std::int32_t kActingKind = 1;
+
+// The object behind a reference that has to be there. Raises 91 for nothing.
+template <class T>
+T& Existing(const std::shared_ptr<T>& reference) {
+  if (!reference) Raise(FailureNumber::ObjectNotSet);
+  return *reference;
+}
+
+void Reply(Object& discussion, const String& subjectText, const String& body) {
+  Value arguments[] = {subjectText, body};
+  discussion.Call(u"Reply", arguments);
+}
+
+}  // namespace
+
+String EMailManager::MailHandler_HandleMessage(const ObjectRef& mess) {
+  String errorText;
+  ObjectRef discussion;  // held until the result is built
+  try {
+    const MailMessage message(mess);
+    if (OpenSession(errorText) && ActForSender(message, errorText)) {
+      AnswerDiscussion(message, discussion, errorText);
+    }
+  } catch (...) {
+    return CurrentFailure().Description() + u" " + LoadTvResourceString(kNotice);
+  }
+  return errorText.empty() ? String() : LoadTvResourceString(kNotice) + u" " + errorText;
+}
+
+// The record is read and its password decoded for every message, also when the project is open.
+bool EMailManager::OpenSession(String& errorText) {
+  if (!application_) application_ = GetTalvaneApplication(false);
+  if (!application_) {
+    errorText = LoadTVResourceStringS(kComponentMissing, u"Talvane40.Dll", {});
+    return false;
+  }
+  String projectPath, userId, password;
+  if (!ReadMailBoxLogon(MailBoxArg(), projectPath, userId, password, errorText)) return false;
+  password = ComponentSecurity().Decrypt(password);
+  if (!project_) {
+    project_ = application_->OpenProject(projectPath, kOpenMode, userId, password, kOpenOptions, kOpenAccess);
+  }
+  if (!project_) {
+    errorText = LoadTVResourceStringS(kProjectNotOpened, projectPath, {});
+    errorText += Existing(application_->GetStatus()).GetFailureText();
+    return false;
+  }
+  if (!project_->GetUsers()) {
+    errorText = LoadTvResourceString(kNoUsers);
+    return false;
+  }
+  return true;
+}
+
+// A sender who can't be identified leaves a complaint, and the message goes on with whoever acted before.
+bool EMailManager::ActForSender(const MailMessage& message, String& errorText) {
+  if (!message.HasFrom()) {
+    errorText = LoadTvResourceString(kNoSender);
+    return false;
+  }
+  const std::shared_ptr<ProjectUsers> users = project_->GetUsers();
+  std::int32_t userKey = 0;
+  if (!FindSenderKey(users, message.FromAddress(), userKey, errorText)) return true;
+  const String logonText = Existing(application_->GetLogon()).GetLogonText();
+  if (project_->SetActingUser(userKey, kActingKind, logonText)) return true;
+  errorText = LoadTvResourceString(kActingUserRefused);
+  return false;
+}
+
+void EMailManager::AnswerDiscussion(const MailMessage& message, ObjectRef& discussion, String& errorText) {
+  std::int32_t number = 0;
+  String subjectText;
+  if (!ParseDiscussionSubject(message.Subject(), number, subjectText, errorText)) return;
+  discussion = project_->GetDiscussion(number);
+  if (!discussion) {
+    errorText = LoadTvResourceString(kNoSuchDiscussion);
+    return;
+  }
+  String body = message.Body();
+  if (ParseReplyBody(body, errorText)) Reply(*discussion, subjectText, body);
+}
+
+bool EMailManager::FindSenderKey(const std::shared_ptr<ProjectUsers>& users, const String& address,
+                                 std::int32_t& userKey, String& errorText) {
+  try {
+    bool accepted = false;
+    const std::int32_t count = Existing(users).Count();
+    for (std::int32_t position = 1; position <= count; ++position) {
+      const std::shared_ptr<ProjectUser> user = users->Item(position);
+      if (!EqualsIgnoreCase(Existing(user).GetEMailAddress(), address)) continue;
+      accepted = user->IsMailAccepted();
+      if (accepted) {
+        userKey = user->GetUserKey();
+      } else {
+        errorText = LoadTvResourceString(kMailNotAccepted);
+      }
+      break;
+    }
+    if (!accepted && errorText.empty()) errorText = LoadTvResourceString(kSenderUnknown);
+    return accepted;
+  } catch (...) {
+    errorText = CurrentFailure().Description();
+    return false;
+  }
+}
+
+}  // namespace TvEmailServices
