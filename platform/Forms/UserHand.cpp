@@ -16,6 +16,14 @@ bool UserHand::Usable(const Control& control, ControlKind kind) const {
   return control.Kind() == kind && control.CanFocus() && form_.IsShown();
 }
 
+Control* UserHand::Find(StringView name) {
+  if (!form_.IsLoaded()) return nullptr;
+  for (const auto& control : form_.Controls()) {
+    if (control->Name() == name) return control.get();
+  }
+  return nullptr;
+}
+
 void UserHand::Activate() {
   Act([&] { form_.Fire({}, Event::Activate); });
 }

@@ -16,6 +16,9 @@ class UserHand {
  public:
   UserHand(Form& form, FormsToolkit& toolkit) : form_(form), toolkit_(toolkit) {}
 
+  // The form's control of that name, or null.
+  Control* Find(StringView name);
+
   void Activate();               // the window came to the front
   bool Focus(Control& control);  // by key or pointer
   bool MouseDown(Control& control);

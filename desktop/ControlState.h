@@ -1,0 +1,41 @@
+// ControlState: a copy of all that a window needs to know of one control, safe to hand to the windows'
+// thread.
+#pragma once
+
+#include <optional>
+#include <vector>
+
+#include "platform/Forms/Form.h"
+
+namespace Desktop {
+
+struct ControlState {
+  explicit ControlState(const Platform::Control& control);
+
+  Platform::String Name;
+  Platform::ControlKind Kind;
+  Platform::Place Place;
+  Platform::String Caption;
+  Platform::String Text;
+  std::int16_t Value;
+  std::vector<Platform::String> List;
+  std::int32_t ListIndex;
+  bool Enabled, Visible, Locked, Default, Cancel;
+  std::uint32_t BackColor;
+  std::int32_t MaxLength;
+  std::int32_t SelStart, SelLength;
+  char16_t PasswordChar;
+  std::int32_t ImeMode;
+  std::optional<Platform::Font> Font;
+};
+
+struct FormState {
+  explicit FormState(Platform::Form& form);
+
+  Platform::String Name;
+  Platform::String Caption;
+  float ClientWidth, ClientHeight;
+  std::vector<ControlState> Controls;  // in tab order
+};
+
+}  // namespace Desktop

@@ -1,0 +1,131 @@
+#include "desktop/DesktopToolkit.h"
+
+#include <QFileDialog>
+#include <QGuiApplication>
+#include <QMessageBox>
+#include <QScreen>
+
+#include "desktop/FileFilter.h"
+#include "desktop/FormSession.h"
+#include "desktop/HelpWindow.h"
+#include "desktop/Strings.h"
+#include "runtime/Process.h"
+
+namespace Desktop {
+
+DesktopToolkit::DesktopToolkit() = default;
+
+DesktopToolkit::~DesktopToolkit() {
+  gui_.Run([this] { delete help_; });
+}
+
+std::shared_ptr<FormSession> DesktopToolkit::SessionOf(const Form& form) {
+  const std::lock_guard lock(mutex_);
+  const auto found = sessions_.find(&form);
+  return found != sessions_.end() ? found->second : nullptr;
+}
+
+FormWindow* DesktopToolkit::FrontWindow() {
+  const std::lock_guard lock(mutex_);
+  for (const auto& [form, session] : sessions_) {
+    if (session->Shown() && session->Thread() == std::this_thread::get_id()) return session->Window();
+  }
+  return nullptr;
+}
+
+void DesktopToolkit::Load(Form& form) {
+  auto session = std::make_shared<FormSession>(gui_, form);
+  const std::lock_guard lock(mutex_);
+  sessions_[&form] = std::move(session);
+}
+
+void DesktopToolkit::ShowModal(Form& form) {
+  SessionOf(form)->Show(*this);
+}
+
+void DesktopToolkit::Unload(Form& form) {
+  std::shared_ptr<FormSession> ended;  // outlives the lock
+  const std::lock_guard lock(mutex_);
+  const auto found = sessions_.find(&form);
+  if (found == sessions_.end()) return;
+  ended = std::move(found->second);
+  sessions_.erase(found);
+}
+
+void DesktopToolkit::MessageBox(StringView text, const std::optional<String>& title) {
+  auto closed = std::make_shared<std::promise<void>>();
+  auto wait = closed->get_future();
+  gui_.Post([closed, parent = FrontWindow(), text = ToQt(text),
+             title = title ? ToQt(*title) : QGuiApplication::applicationDisplayName()] {
+    auto* box = new QMessageBox(QMessageBox::NoIcon, title, text, QMessageBox::Ok, parent);
+    box->setTextFormat(Qt::PlainText);
+    box->setAttribute(Qt::WA_DeleteOnClose);
+    QObject::connect(box, &QDialog::finished, box, [closed] { closed->set_value(); });
+    box->open();
+  });
+  wait.get();
+}
+
+std::optional<String> DesktopToolkit::OpenFile(const OpenFileRequest& request) {
+  auto chosen = std::make_shared<std::promise<std::optional<String>>>();
+  auto wait = chosen->get_future();
+  gui_.Post([chosen, request, parent = FrontWindow()] {
+    auto* dialog = new QFileDialog(parent, ToQt(request.Title));
+    dialog->setOption(QFileDialog::DontUseNativeDialog);
+    dialog->setFileMode(QFileDialog::ExistingFile);
+    dialog->setNameFilters(NameFilters(ToQt(request.Filter)));
+    if (!request.FileName.empty()) dialog->selectFile(ToQt(request.FileName));
+    dialog->setAttribute(Qt::WA_DeleteOnClose);
+    QObject::connect(dialog, &QDialog::finished, dialog, [dialog, chosen](int result) {
+      std::optional<String> file;
+      if (result == QDialog::Accepted && !dialog->selectedFiles().isEmpty()) {
+        file = FromQt(dialog->selectedFiles().constFirst());
+      }
+      chosen->set_value(std::move(file));
+    });
+    dialog->open();
+  });
+  return wait.get();
+}
+
+ScreenSize DesktopToolkit::Screen() {
+  return gui_.Run([] {
+    const QScreen* screen = QGuiApplication::primaryScreen();
+    const QSize size = screen->size();
+    return ScreenSize{static_cast<float>(size.width() * 1440.0 / screen->logicalDotsPerInchX()),
+                      static_cast<float>(size.height() * 1440.0 / screen->logicalDotsPerInchY())};
+  });
+}
+
+void DesktopToolkit::SetMousePointer(MousePointer pointer) {
+  gui_.Post([pointer] {
+    while (QGuiApplication::overrideCursor()) QGuiApplication::restoreOverrideCursor();
+    if (pointer == MousePointer::Hourglass) QGuiApplication::setOverrideCursor(Qt::WaitCursor);
+  });
+}
+
+void DesktopToolkit::SetStanding(Form& form, Standing standing) {
+  if (const auto session = SessionOf(form)) session->SetStanding(standing);
+}
+
+bool DesktopToolkit::ShowPage(const std::string& name) {
+  const QString file = ToQt(Runtime::LibraryFolder()) + "/help/" + QString::fromStdString(name);
+  return gui_.Run([this, file] {
+    if (!help_) help_ = new HelpWindow;
+    return help_->ShowFile(file);
+  });
+}
+
+// A context number of a help file "FILE.hlp" is the page "FILE-NUMBER.html".
+bool DesktopToolkit::ShowHelp(std::intptr_t, const std::string& file, std::uint32_t, std::uint32_t number) {
+  const std::string path = file.substr(0, file.find('>'));
+  const auto begin = path.find_last_of("/\\") == std::string::npos ? 0 : path.find_last_of("/\\") + 1;
+  return ShowPage(path.substr(begin, path.rfind('.') - begin) + "-" + std::to_string(number) + ".html");
+}
+
+bool DesktopToolkit::ShowTopic(StringView topic) {
+  const std::string path = ToUtf8(topic);
+  return ShowPage(path.substr(path.rfind('/') + 1));
+}
+
+}  // namespace Desktop

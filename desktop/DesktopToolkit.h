@@ -1,0 +1,53 @@
+// DesktopToolkit: forms, boxes and help in real windows.
+//
+// It is called on the threads that use forms and draws on a thread of its own, so any number of forms may be
+// open at once. A form's handlers run on the thread that called ShowModal.
+#pragma once
+
+#include <map>
+#include <memory>
+#include <mutex>
+
+#include "desktop/GuiThread.h"
+#include "platform/Forms/FormsToolkit.h"
+
+namespace Desktop {
+
+using namespace Platform;
+
+class FormSession;
+class FormWindow;
+class HelpWindow;
+
+class DesktopToolkit : public FormsToolkit {
+ public:
+  DesktopToolkit();
+  ~DesktopToolkit() override;
+
+  void Load(Form& form) override;
+  void ShowModal(Form& form) override;
+  void Unload(Form& form) override;
+  void MessageBox(StringView text, const std::optional<String>& title) override;
+  std::optional<String> OpenFile(const OpenFileRequest& request) override;
+  ScreenSize Screen() override;
+  void SetMousePointer(MousePointer pointer) override;
+  void SetStanding(Form& form, Standing standing) override;
+  bool ShowHelp(std::intptr_t window, const std::string& file, std::uint32_t command,
+                std::uint32_t number) override;
+  bool ShowTopic(StringView topic) override;
+
+ private:
+  std::shared_ptr<FormSession> SessionOf(const Form& form);
+
+  // The window of the form that the calling thread shows, or null.
+  FormWindow* FrontWindow();
+
+  bool ShowPage(const std::string& name);
+
+  GuiThread gui_;
+  HelpWindow* help_ = nullptr;  // on the windows' thread
+  std::mutex mutex_;
+  std::map<const Form*, std::shared_ptr<FormSession>> sessions_;
+};
+
+}  // namespace Desktop

@@ -1,0 +1,47 @@
+// FormSession: one loaded form, between the thread that uses it and the thread that draws it.
+#pragma once
+
+#include <memory>
+#include <thread>
+
+#include "desktop/EventQueue.h"
+#include "desktop/FormWindow.h"
+#include "desktop/GuiThread.h"
+
+namespace Desktop {
+
+// Used on the form's thread alone, but for Thread and Shown.
+class FormSession : public Platform::FormObserver {
+ public:
+  FormSession(GuiThread& gui, Platform::Form& form);
+  ~FormSession() override;
+
+  // Shows the window and lets the user act until the form isn't shown any more.
+  void Show(Platform::FormsToolkit& toolkit);
+
+  void SetStanding(Platform::Standing standing);
+
+  // To be followed on the windows' thread alone. Null before the window is made.
+  FormWindow* Window() const { return window_; }
+  std::thread::id Thread() const { return thread_; }
+  bool Shown() const { return shown_; }
+
+ private:
+  void ControlChanged(const Platform::Control& control, Platform::ControlProperty property) override;
+  void FormChanged(Platform::FormProperty property) override;
+  void FocusMoved(const Platform::Control& control) override;
+  void Ended() override;
+
+  // True, once, for the change that the act at work was expected to make.
+  bool IsEcho(const Echo& change);
+
+  GuiThread& gui_;
+  Platform::Form& form_;
+  std::shared_ptr<EventQueue> queue_ = std::make_shared<EventQueue>();
+  std::optional<Echo> expected_;
+  FormWindow* window_ = nullptr;
+  std::thread::id thread_ = std::this_thread::get_id();
+  std::atomic<bool> shown_ = false;
+};
+
+}  // namespace Desktop
