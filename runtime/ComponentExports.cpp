@@ -1,0 +1,86 @@
+// The run time's side of a component's four exports.
+#include <map>
+#include <mutex>
+#include <utility>
+
+#include "platform/Object.h"
+#include "runtime/Folders.h"
+#include "runtime/Libraries.h"
+#include "runtime/Registration.h"
+
+namespace Runtime {
+namespace {
+
+// Gives the counted object its end: first the object, then its place in the count.
+struct CountedEnd {
+  ObjectRef Held;
+  std::atomic<long>* Count;
+  void operator()(Object*) {
+    Held.reset();
+    --*Count;
+  }
+};
+
+class Factory : public ClassFactory {
+ public:
+  Factory(const ComponentDescription& library, const ClassDescription& theClass)
+      : library_(library), class_(theClass) {}
+
+  ObjectRef CreateInstance() const override {
+    ObjectRef object = class_.Create();
+    if (!object) Raise(FailureNumber::CannotCreate, class_.Name);
+    if (!library_.LiveObjects) return object;
+    ++*library_.LiveObjects;
+    Object* const address = object.get();
+    return ObjectRef(address, CountedEnd{std::move(object), library_.LiveObjects});
+  }
+
+  const ComponentDescription& Library() const override { return library_; }
+  const ClassDescription& Class() const override { return class_; }
+
+ private:
+  const ComponentDescription& library_;
+  const ClassDescription& class_;
+};
+
+// Libraries are never unloaded, so neither end factories.
+const ClassFactory& FactoryOf(const ComponentDescription& library, const ClassDescription& theClass) {
+  static std::mutex& lock = *new std::mutex;
+  static auto& factories = *new std::map<const ClassDescription*, Factory>;
+  const std::lock_guard guard(lock);
+  return factories.try_emplace(&theClass, library, theClass).first->second;
+}
+
+}  // namespace
+}  // namespace Runtime
+
+namespace Platform::ComponentRuntime {
+
+using namespace Runtime;
+
+std::int32_t CanUnloadNow(const ComponentDescription& library) {
+  return !library.LiveObjects || *library.LiveObjects == 0 ? Status::Ok : Status::No;
+}
+
+std::int32_t GetClassObject(const ComponentDescription& library, const Identity& classId,
+                            const Identity& interfaceId, const void** object) {
+  *object = nullptr;
+  if (interfaceId != ClassFactoryInterface) return Status::NoInterface;
+  for (const ClassDescription& offered : library.Classes) {
+    if (offered.Id != classId) continue;
+    const ClassFactory& factory = FactoryOf(library, offered);
+    *object = &factory;
+    return Status::Ok;
+  }
+  return Status::NoClass;
+}
+
+std::int32_t RegisterServer(const ComponentDescription& library, const void* codeAddress) {
+  return TellingWhy([&] { WriteRegistration(library, FileToRegister(codeAddress)); });
+}
+
+std::int32_t UnregisterServer(const ComponentDescription& library) {
+  return TellingWhy([&] { RemoveRegistration(library); });
+}
+
+}  // namespace Platform::ComponentRuntime

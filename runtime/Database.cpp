@@ -1,0 +1,174 @@
+#include "runtime/Database.h"
+
+#include <sqlite3.h>
+
+#include <utility>
+
+#include "platform/Failure.h"
+
+namespace Runtime {
+namespace {
+
+constexpr int kBusyMilliseconds = 10'000;
+
+std::string ReasonOf(int result, sqlite3* handle) {
+  switch (result & 0xFF) {
+    case SQLITE_NOTADB:
+      return "is no database; put a good copy in its place";
+    case SQLITE_CORRUPT:
+      return "is damaged; put a good copy in its place";
+    case SQLITE_BUSY:
+    case SQLITE_LOCKED:
+      return "is in use by another program; try again";
+    case SQLITE_READONLY:
+      return "can't be written; check who owns the file and its folder";
+    case SQLITE_FULL:
+      return "can't grow: the disk is full";
+    case SQLITE_CANTOPEN:
+    case SQLITE_PERM:
+      return "can't be opened; check who owns the file and its folder";
+    default:
+      return std::string("failed: ") + (handle ? sqlite3_errmsg(handle) : sqlite3_errstr(result));
+  }
+}
+
+[[noreturn]] void RaiseReason(const std::string& file, const std::string& reason) {
+  throw Platform::Failure(Platform::FailureNumber::DeviceFailed, u"Runtime.Database",
+                          Platform::FromUtf8(file + " " + reason));
+}
+
+}  // namespace
+
+Database::Database(std::string file) : file_(std::move(file)) {
+  const int flags = SQLITE_OPEN_READWRITE | SQLITE_OPEN_NOMUTEX | SQLITE_OPEN_EXRESCODE;
+  const int result = sqlite3_open_v2(file_.c_str(), &handle_, flags, nullptr);
+  if (result != SQLITE_OK) {
+    const std::string reason = ReasonOf(result, handle_);
+    sqlite3_close(handle_);
+    RaiseReason(file_, reason);
+  }
+  sqlite3_busy_timeout(handle_, kBusyMilliseconds);
+  sqlite3_db_config(handle_, SQLITE_DBCONFIG_TRUSTED_SCHEMA, 0, nullptr);
+  sqlite3_exec(handle_, "PRAGMA synchronous=FULL; PRAGMA cell_size_check=ON", nullptr, nullptr, nullptr);
+}
+
+Database::~Database() {
+  sqlite3_close(handle_);
+}
+
+void Database::Refuse(int result) const {
+  RaiseReason(file_, ReasonOf(result, handle_));
+}
+
+void Database::Run(const char* sql) {
+  const int result = sqlite3_exec(handle_, sql, nullptr, nullptr, nullptr);
+  if (result != SQLITE_OK) Refuse(result);
+}
+
+std::int64_t Database::Number(const char* sql) {
+  Statement statement(*this, sql);
+  Rows rows = statement({});
+  return rows.Next() ? rows.Integer(0) : 0;
+}
+
+Rows::~Rows() {
+  sqlite3_reset(statement_);
+  sqlite3_clear_bindings(statement_);
+}
+
+bool Rows::Next() {
+  const int result = sqlite3_step(statement_);
+  if (result == SQLITE_ROW) return true;
+  if (result != SQLITE_DONE) database_.Refuse(result);
+  return false;
+}
+
+ColumnType Rows::Type(int column) const {
+  switch (sqlite3_column_type(statement_, column)) {
+    case SQLITE_INTEGER:
+      return ColumnType::Integer;
+    case SQLITE_FLOAT:
+      return ColumnType::Real;
+    case SQLITE_TEXT:
+      return ColumnType::Text;
+    case SQLITE_BLOB:
+      return ColumnType::Blob;
+    default:
+      return ColumnType::Null;
+  }
+}
+
+std::int64_t Rows::Integer(int column) const {
+  return sqlite3_column_int64(statement_, column);
+}
+
+double Rows::Real(int column) const {
+  return sqlite3_column_double(statement_, column);
+}
+
+std::string_view Rows::Text(int column) const {
+  const auto* text = reinterpret_cast<const char*>(sqlite3_column_text(statement_, column));
+  return {text ? text : "", static_cast<std::size_t>(sqlite3_column_bytes(statement_, column))};
+}
+
+std::span<const std::uint8_t> Rows::Blob(int column) const {
+  const auto* bytes = static_cast<const std::uint8_t*>(sqlite3_column_blob(statement_, column));
+  return {bytes, static_cast<std::size_t>(sqlite3_column_bytes(statement_, column))};
+}
+
+Statement::Statement(Database& database, const char* sql) : database_(database) {
+  const int result =
+      sqlite3_prepare_v3(database.Handle(), sql, -1, SQLITE_PREPARE_PERSISTENT, &statement_, nullptr);
+  if (result != SQLITE_OK) database.Refuse(result);
+}
+
+Statement::~Statement() {
+  sqlite3_finalize(statement_);
+}
+
+Rows Statement::operator()(std::initializer_list<Parameter> parameters) {
+  int position = 0;
+  for (const Parameter& parameter : parameters) {
+    ++position;
+    int result = SQLITE_OK;
+    if (const auto* number = std::get_if<std::int64_t>(&parameter)) {
+      result = sqlite3_bind_int64(statement_, position, *number);
+    } else if (const auto* real = std::get_if<double>(&parameter)) {
+      result = sqlite3_bind_double(statement_, position, *real);
+    } else if (const auto* text = std::get_if<std::string_view>(&parameter)) {
+      // A view of nothing may have no address, which SQLite would take for NULL.
+      result = sqlite3_bind_text64(statement_, position, text->empty() ? "" : text->data(), text->size(),
+                                   SQLITE_TRANSIENT, SQLITE_UTF8);
+    } else if (const auto* bytes = std::get_if<std::span<const std::uint8_t>>(&parameter)) {
+      result = bytes->empty() ? sqlite3_bind_zeroblob(statement_, position, 0)
+                              : sqlite3_bind_blob64(statement_, position, bytes->data(), bytes->size(),
+                                                    SQLITE_TRANSIENT);
+    } else {
+      result = sqlite3_bind_null(statement_, position);
+    }
+    if (result != SQLITE_OK) database_.Refuse(result);
+  }
+  return Rows(database_, statement_);
+}
+
+void Statement::Run(std::initializer_list<Parameter> parameters) {
+  Rows rows = (*this)(parameters);
+  while (rows.Next()) {
+  }
+}
+
+// Taken at once: one that reads first and writes later fails where another writer came between.
+Transaction::Transaction(Database& database) : database_(database) {
+  database_.Run("BEGIN IMMEDIATE");
+}
+
+Transaction::~Transaction() {
+  if (!sqlite3_get_autocommit(database_.Handle()))
+    sqlite3_exec(database_.Handle(), "ROLLBACK", nullptr, nullptr, nullptr);
+}
+
+void Transaction::Commit() {
+  database_.Run("COMMIT");
+}
+
+}  // namespace Runtime

@@ -1,0 +1,78 @@
+#include "runtime/Folders.h"
+
+#include <dlfcn.h>
+#include <link.h>
+#include <pwd.h>
+#include <unistd.h>
+
+#include <cstdlib>
+#include <filesystem>
+
+#include "platform/Failure.h"
+#include "runtime/Process.h"
+
+namespace Runtime {
+namespace {
+
+std::string Variable(const char* name) {
+  const char* value = std::getenv(name);
+  return value ? value : "";
+}
+
+std::string UserFolder() {
+  if (std::string home = Variable("HOME"); !home.empty()) return home;
+  const passwd* entry = getpwuid(geteuid());
+  return entry && entry->pw_dir ? entry->pw_dir : "";
+}
+
+std::string WithoutSeparatorAtEnd(std::string path) {
+  while (!path.empty() && path.back() == '/') path.pop_back();
+  return path;
+}
+
+}  // namespace
+
+std::string HomePath() {
+  if (const std::string home = Variable("TALVANE_HOME"); !home.empty()) return WithoutSeparatorAtEnd(home);
+  if (geteuid() == 0) return "/var/lib/talvane";
+  // A relative XDG_DATA_HOME is to be ignored, says its standard.
+  if (const std::string data = Variable("XDG_DATA_HOME"); data.starts_with('/'))
+    return WithoutSeparatorAtEnd(data) + "/talvane";
+  const std::string home = UserFolder();
+  if (home.empty())
+    Platform::Raise(Platform::FailureNumber::PathNotFound,
+                    u"no home folder is known; set TALVANE_HOME to a folder for the stores");
+  return WithoutSeparatorAtEnd(home) + "/.local/share/talvane";
+}
+
+std::string FileOfAddress(const void* address) {
+  Dl_info info{};
+  link_map* map = nullptr;
+  if (!dladdr1(address, &info, reinterpret_cast<void**>(&map), RTLD_DL_LINKMAP) || !map) return {};
+  std::error_code error;
+  // The program itself goes by the name that was typed, which may be relative.
+  if (map->l_name[0] == '\0') return std::filesystem::read_symlink("/proc/self/exe", error).string();
+  return std::filesystem::absolute(map->l_name, error).string();
+}
+
+std::string FolderOfPath(const std::string& path) {
+  const auto separator = path.rfind('/');
+  if (separator == std::string::npos) return ".";
+  return separator == 0 ? "/" : path.substr(0, separator);
+}
+
+const std::string& LibraryPath() {
+  static const char anchor = 0;
+  static const std::string path = FolderOfPath(FileOfAddress(&anchor));
+  return path;
+}
+
+String HomeFolder() {
+  return FromUtf8(HomePath());
+}
+
+String LibraryFolder() {
+  return FromUtf8(LibraryPath());
+}
+
+}  // namespace Runtime

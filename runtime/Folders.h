@@ -1,0 +1,22 @@
+// Folders: the places of files, in the bytes that the system takes.
+//
+// Pure but for the environment, which is read anew at each call. Any thread that doesn't race with setenv.
+#pragma once
+
+#include <string>
+
+namespace Runtime {
+
+// HomeFolder in UTF-8. Raises 76 as it does.
+std::string HomePath();
+
+// LibraryFolder in UTF-8.
+const std::string& LibraryPath();
+
+// The full path of the library or program that holds the address, or the empty string if none does.
+std::string FileOfAddress(const void* address);
+
+// The part of a path in front of its last separator: "/" for a file in the root, "." for a bare name.
+std::string FolderOfPath(const std::string& path);
+
+}  // namespace Runtime

@@ -1,0 +1,139 @@
+#include "runtime/Libraries.h"
+
+#include <dlfcn.h>
+#include <unistd.h>
+
+#include <filesystem>
+#include <map>
+#include <mutex>
+#include <utility>
+
+#include "platform/Failure.h"
+#include "runtime/Folders.h"
+#include "runtime/Process.h"
+
+namespace Runtime {
+namespace {
+
+// The path that RegisterComponent is registering, and why the last registration failed.
+thread_local std::string registering;
+thread_local String whyFailed;
+
+[[noreturn]] void RaiseCannotLoad(const std::string& path, const std::string& reason) {
+  throw Failure(FailureNumber::CannotCreate, u"Runtime.Libraries",
+                FromUtf8("the library " + path + " " + reason));
+}
+
+// The library's handle, or null and the reason in words.
+void* Open(const std::string& path, std::string& reason) {
+  if (access(path.c_str(), F_OK) != 0) {
+    reason = "is missing; put it back or run \"tvmail init\"";
+    return nullptr;
+  }
+  void* handle = dlopen(path.c_str(), RTLD_NOW | RTLD_LOCAL);
+  if (!handle) {
+    const char* error = dlerror();
+    reason = std::string("can't be loaded: ") + (error ? error : "no reason is known");
+  }
+  return handle;
+}
+
+template <class Function>
+Function* Export(void* handle, const std::string& path, const char* name) {
+  auto* function = reinterpret_cast<Function*>(dlsym(handle, name));
+  if (!function) RaiseCannotLoad(path, std::string("is no component: it lacks ") + name);
+  return function;
+}
+
+// The open libraries by their paths. None is ever closed.
+void* Library(const std::string& path) {
+  static std::mutex& lock = *new std::mutex;
+  static auto& handles = *new std::map<std::string, void*>;
+  {
+    const std::lock_guard guard(lock);
+    // A file that was taken away counts as missing, though its code is still here.
+    if (const auto found = handles.find(path); found != handles.end() && access(path.c_str(), F_OK) == 0)
+      return found->second;
+  }
+  // Not under the lock: a library's own start may load others.
+  std::string reason;
+  void* handle = Open(path, reason);
+  if (!handle) RaiseCannotLoad(path, reason);
+  const std::lock_guard guard(lock);
+  handles[path] = handle;
+  return handle;
+}
+
+void RunRegistration(const String& file, const char* exportName) {
+  const std::string path = LocateLibrary(file);
+  auto* function = Export<RegisterServerFunction>(Library(path), path, exportName);
+  registering = path;
+  whyFailed.clear();
+  const std::int32_t status = function();
+  registering.clear();
+  if (status == Status::Ok) return;
+  throw Failure(FailureNumber::DeviceFailed, u"Runtime.RegisterComponent",
+                FromUtf8(path + ": " + exportName + " failed: ") +
+                    (whyFailed.empty() ? String(u"it gave no reason") : whyFailed));
+}
+
+}  // namespace
+
+std::string LocateLibrary(const String& file) {
+  const std::string path = ToUtf8(file);
+  if (path.find('/') == std::string::npos) return LibraryPath() + "/" + path;
+  return std::filesystem::absolute(path).lexically_normal().string();
+}
+
+String FileToRegister(const void* codeAddress) {
+  // The loader knows a file that has several names by the first of them alone.
+  std::error_code error;
+  std::string path = FileOfAddress(codeAddress);
+  if (!registering.empty() && std::filesystem::equivalent(path, registering, error)) path = registering;
+  const bool ours = FolderOfPath(path) == LibraryPath();
+  return FromUtf8(ours ? path.substr(LibraryPath().size() + 1) : path);
+}
+
+std::int32_t TellingWhy(const std::function<void()>& work) {
+  try {
+    work();
+    return Status::Ok;
+  } catch (...) {
+    whyFailed = CurrentFailure().Description();
+    return Status::RegistrationFailed;
+  }
+}
+
+const ClassFactory& LoadClassFactory(const String& file, const Identity& classId) {
+  const std::string path = LocateLibrary(file);
+  auto* getClassObject = Export<GetClassObjectFunction>(Library(path), path, "DllGetClassObject");
+  const void* factory = nullptr;
+  if (getClassObject(classId, ClassFactoryInterface, &factory) != Status::Ok || !factory)
+    RaiseCannotLoad(path, "lacks the class " + ToUtf8(ToText(classId)));
+  return *static_cast<const ClassFactory*>(factory);
+}
+
+void RegisterComponent(const String& file) {
+  RunRegistration(file, "DllRegisterServer");
+}
+
+void UnregisterComponent(const String& file) {
+  RunRegistration(file, "DllUnregisterServer");
+}
+
+std::shared_ptr<FormsToolkit> LoadToolkit(const String& file, String& reason) {
+  const std::string path = LocateLibrary(file);
+  std::string why;
+  void* handle = Open(path, why);
+  if (!handle) {
+    reason = FromUtf8(path + " " + why);
+    return nullptr;
+  }
+  auto* create = reinterpret_cast<FormsToolkit* (*)(std::string&)>(dlsym(handle, "CreateFormsToolkit"));
+  FormsToolkit* toolkit = create ? create(why) : nullptr;
+  if (!create) why = path + " is no forms toolkit";
+  if (!toolkit) reason = FromUtf8(why);
+  return std::shared_ptr<FormsToolkit>(toolkit);
+}
+
+}  // namespace Runtime

@@ -1,0 +1,101 @@
+// The platform services of a real process.
+#include <atomic>
+#include <chrono>
+#include <ctime>
+#include <mutex>
+#include <utility>
+
+#include "platform/Failure.h"
+#include "platform/Object.h"
+#include "platform/Services.h"
+#include "runtime/Folders.h"
+#include "runtime/Process.h"
+#include "runtime/Registration.h"
+#include "runtime/SystemRandom.h"
+
+namespace Runtime {
+namespace {
+
+std::shared_ptr<FormsToolkit>& InstalledToolkit() {
+  static auto& toolkit = *new std::shared_ptr<FormsToolkit>;
+  return toolkit;
+}
+
+// Looks a class up by its name or identity and creates an object of it. Whatever stands in the way becomes
+// 429 with what was asked for; a failure of the object's own creation passes as it is.
+template <class Key>
+ObjectRef Create(const Key& key, StringView asked) {
+  const ClassFactory* factory = nullptr;
+  try {
+    const auto found = FindClass(key);
+    if (!found) throw Failure(FailureNumber::CannotCreate, {}, u"it isn't registered; run \"tvmail init\"");
+    factory = &LoadClassFactory(found->File, found->Id);
+  } catch (const Failure& failure) {
+    Raise(FailureNumber::CannotCreate, String(asked) + u": " + failure.Description());
+  }
+  return factory->CreateInstance();
+}
+
+class ProcessServices : public PlatformServices {
+ public:
+  ObjectRef CreateByName(StringView programmaticName) override {
+    return Create(programmaticName, programmaticName);
+  }
+
+  ObjectRef CreateByClass(const Identity& classId) override { return Create(classId, ToText(classId)); }
+
+  String FolderOf(const void* codeAddress) override {
+    const std::string file = FileOfAddress(codeAddress);
+    if (file.empty()) Raise(FailureNumber::PathNotFound, u"no library holds this address");
+    return FromUtf8(FolderOfPath(file));
+  }
+
+  Moment Now() override {
+    const auto now = std::chrono::system_clock::now();
+    const std::time_t seconds = std::chrono::system_clock::to_time_t(now);
+    const auto part = std::chrono::duration_cast<std::chrono::milliseconds>(now.time_since_epoch()) % 1000;
+    std::tm local{};
+    localtime_r(&seconds, &local);
+    return {local.tm_year + 1900,
+            local.tm_mon + 1,
+            local.tm_mday,
+            local.tm_hour,
+            local.tm_min,
+            local.tm_sec,
+            static_cast<std::int32_t>(part.count())};
+  }
+
+  RandomSource& Random() override {
+    thread_local SystemRandom random;
+    return random;
+  }
+
+  FormsToolkit& Toolkit() override {
+    if (!InstalledToolkit()) Raise(FailureNumber::CannotCreate, u"this process has no forms toolkit");
+    return *InstalledToolkit();
+  }
+};
+
+std::atomic<PlatformServices*> installed = nullptr;
+
+}  // namespace
+
+void InstallToolkit(std::shared_ptr<FormsToolkit> toolkit) {
+  InstalledToolkit() = std::move(toolkit);
+}
+
+}  // namespace Runtime
+
+namespace Platform {
+
+PlatformServices& Services() {
+  static auto& own = *new Runtime::ProcessServices;
+  PlatformServices* other = Runtime::installed;
+  return other ? *other : own;
+}
+
+PlatformServices* InstallServices(PlatformServices* services) {
+  return Runtime::installed.exchange(services);
+}
+
+}  // namespace Platform

@@ -1,0 +1,238 @@
+#include "runtime/RegistryFile.h"
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstring>
+
+#include "platform/CheckedArithmetic.h"
+
+namespace Runtime {
+namespace {
+
+// "TvRg", and the version of the tables below.
+constexpr std::int64_t kApplicationId = 0x54765267;
+constexpr std::int64_t kFormat = 1;
+
+// A key's path is folded, so that it matches in any case; its name keeps the spelling. Key 0 is the root.
+constexpr const char* kTables = R"(
+  CREATE TABLE key(id INTEGER PRIMARY KEY, parent INTEGER REFERENCES key(id), path TEXT NOT NULL UNIQUE,
+                   name TEXT NOT NULL);
+  CREATE INDEX key_of_parent ON key(parent, path, name);
+  CREATE TABLE value(key INTEGER NOT NULL REFERENCES key(id), folded TEXT NOT NULL, name TEXT NOT NULL,
+                     type INTEGER NOT NULL, content, PRIMARY KEY(key, folded)) WITHOUT ROWID;
+  INSERT INTO key VALUES(0, NULL, '', '');
+  PRAGMA application_id=1417040487;
+  PRAGMA user_version=1;
+)";
+
+[[noreturn]] void RaiseAbout(const std::string& file, const std::string& what) {
+  throw Failure(FailureNumber::DeviceFailed, u"Runtime.RegistryStore", FromUtf8(file + " " + what));
+}
+
+const std::string& RequireFile(const std::string& file) {
+  struct stat status {};
+  if (stat(file.c_str(), &status) != 0)
+    RaiseAbout(file, std::string("can't be reached (") + std::strerror(errno) +
+                         "); run \"tvmail init\" to make the registry");
+  if (!S_ISREG(status.st_mode)) RaiseAbout(file, "is no file; move it away and run \"tvmail init\"");
+  return file;
+}
+
+bool IsUnfinished(Database& database) {
+  return database.Number("PRAGMA application_id") == 0 &&
+         database.Number("SELECT count(*) FROM sqlite_schema") == 0;
+}
+
+void RequireFormat(Database& database) {
+  if (IsUnfinished(database))
+    RaiseAbout(database.File(), "is empty; run \"tvmail init\" to make the registry");
+  if (database.Number("PRAGMA application_id") != kApplicationId)
+    RaiseAbout(database.File(), "is a database of another kind; move it away and run \"tvmail init\"");
+  if (const auto format = database.Number("PRAGMA user_version"); format != kFormat)
+    RaiseAbout(database.File(), "has format " + std::to_string(format) +
+                                    ", which this version can't read; use the version that made it");
+}
+
+Database& Opened(Database& database) {
+  RequireFormat(database);
+  return database;
+}
+
+std::string Folded(StringView text) {
+  return ToUtf8(FoldCase(text));
+}
+
+// True if every name on the path is one that a key can have. The empty path is the root.
+bool IsPath(StringView path) {
+  while (!path.empty()) {
+    const auto end = path.find(u'\\');
+    if (!IsKeyName(path.substr(0, end))) return false;
+    if (end == StringView::npos) return true;
+    path.remove_prefix(end + 1);
+    if (path.empty()) return false;
+  }
+  return true;
+}
+
+Value ContentOf(const Rows& row, int column) {
+  switch (row.Type(column)) {
+    case ColumnType::Integer: {
+      const std::int64_t number = row.Integer(column);
+      const auto narrow = static_cast<std::int32_t>(number);
+      return narrow == number ? Value(narrow) : Value(static_cast<double>(number));
+    }
+    case ColumnType::Real:
+      return row.Real(column);
+    case ColumnType::Text:
+      return FromUtf8(row.Text(column));
+    case ColumnType::Blob: {
+      const auto bytes = row.Blob(column);
+      return Bytes(bytes.begin(), bytes.end());
+    }
+    case ColumnType::Null:
+      break;
+  }
+  return {};
+}
+
+}  // namespace
+
+bool IsKeyName(StringView name) {
+  return !name.empty() && name.size() <= kLongestKeyName &&
+         name.find_first_of(StringView(u"\\\0", 2)) == StringView::npos;
+}
+
+RegistryFile::RegistryFile(const std::string& file)
+    : database_(RequireFile(file)),
+      find_(Opened(database_), "SELECT id FROM key WHERE path=?"),
+      addKey_(database_, "INSERT INTO key(parent, path, name) VALUES(?, ?, ?) RETURNING id"),
+      subKeys_(database_, "SELECT name FROM key WHERE parent=? ORDER BY path"),
+      deleteValues_(
+          database_,
+          "DELETE FROM value WHERE key IN (SELECT id FROM key WHERE path=?1 OR (path>?2 AND path<?3))"),
+      deleteKeys_(database_, "DELETE FROM key WHERE path=?1 OR (path>?2 AND path<?3)"),
+      read_(database_,
+            "SELECT value.type, value.content FROM key JOIN value ON value.key=key.id "
+            "WHERE key.path=? AND value.folded=?"),
+      write_(database_,
+             "INSERT INTO value VALUES(?, ?, ?, ?, ?) "
+             "ON CONFLICT(key, folded) DO UPDATE SET type=excluded.type, content=excluded.content") {
+  struct stat status {};
+  stat(file.c_str(), &status);
+  device_ = status.st_dev;
+  inode_ = status.st_ino;
+}
+
+void RegistryFile::Create(const std::string& file) {
+  // Made here and not by SQLite, so that nobody else can read it at any time. One that exists isn't opened:
+  // closing it again would drop the locks that this process may have on it.
+  const int made = open(file.c_str(), O_RDWR | O_CREAT | O_EXCL | O_CLOEXEC, 0600);
+  if (made >= 0) close(made);
+  if (made < 0 && errno != EEXIST) RaiseAbout(file, std::string("can't be made: ") + std::strerror(errno));
+  Database database(RequireFile(file));
+  if (IsUnfinished(database)) {
+    database.Run("PRAGMA journal_mode=WAL");
+    Transaction transaction(database);
+    database.Run(kTables);
+    transaction.Commit();
+  }
+  RequireFormat(database);
+}
+
+bool RegistryFile::IsStillInPlace() const {
+  struct stat status {};
+  return stat(database_.File().c_str(), &status) == 0 && status.st_dev == device_ && status.st_ino == inode_;
+}
+
+std::optional<std::int64_t> RegistryFile::Find(StringView path) {
+  if (!IsPath(path)) return {};
+  Rows rows = find_({Folded(path)});
+  if (!rows.Next()) return {};
+  return rows.Integer(0);
+}
+
+bool RegistryFile::KeyExists(StringView path) {
+  return Find(path).has_value();
+}
+
+void RegistryFile::CreateKey(StringView path) {
+  if (!IsPath(path)) Raise(FailureNumber::InvalidArgument, u"no path of a registry key");
+  std::int64_t parent = 0;
+  for (std::size_t end = 0; end < path.size(); ++end) {
+    const std::size_t begin = end;
+    end = std::min(path.find(u'\\', begin), path.size());
+    if (const auto found = Find(path.substr(0, end))) {
+      parent = *found;
+      continue;
+    }
+    Rows rows = addKey_({parent, Folded(path.substr(0, end)), ToUtf8(path.substr(begin, end - begin))});
+    rows.Next();
+    parent = rows.Integer(0);
+    rows.Next();
+  }
+}
+
+std::vector<String> RegistryFile::SubKeys(StringView path) {
+  std::vector<String> names;
+  if (const auto key = Find(path)) {
+    Rows rows = subKeys_({*key});
+    while (rows.Next()) names.push_back(FromUtf8(rows.Text(0)));
+  }
+  return names;
+}
+
+bool RegistryFile::DeleteKey(StringView path) {
+  if (path.empty()) Raise(FailureNumber::InvalidArgument, u"the root of the registry can't be deleted");
+  if (!Find(path)) return false;
+  // All paths below begin with this one and a backslash, behind which "]" comes next.
+  const std::string folded = Folded(path);
+  const std::string below = folded + "\\";
+  const std::string behind = folded + "]";
+  deleteValues_.Run({folded, below, behind});
+  deleteKeys_.Run({folded, below, behind});
+  return true;
+}
+
+std::optional<RegistryValue> RegistryFile::Read(StringView path, StringView name) {
+  if (!IsPath(path)) return {};
+  Rows rows = read_({Folded(path), Folded(name)});
+  if (!rows.Next()) return {};
+  return RegistryValue{static_cast<std::int32_t>(rows.Integer(0)), ContentOf(rows, 1)};
+}
+
+bool RegistryFile::Write(StringView path, StringView name, const RegistryValue& value) {
+  const auto key = Find(path);
+  if (!key) return false;
+  std::string text;
+  Bytes bytes;
+  Parameter content;
+  switch (value.Type) {
+    case 1:
+      text = ToUtf8(value.Content.ToString());
+      content = std::string_view(text);
+      break;
+    case 3:
+      bytes = value.Content.ToBytes();
+      content = std::span<const std::uint8_t>(bytes);
+      break;
+    case 4: {
+      const double number = value.Content.ToDouble();
+      const auto whole = static_cast<std::int64_t>(std::abs(number) < 9e15 ? number : 0);
+      if (static_cast<double>(whole) == number)
+        content = whole;
+      else
+        content = number;
+      break;
+    }
+    default:
+      Raise(FailureNumber::InvalidArgument,
+            u"a registry value is of type 1 (string), 3 (bytes) or 4 (number)");
+  }
+  write_.Run({*key, Folded(name), ToUtf8(name), std::int64_t{value.Type}, content});
+  return true;
+}
+
+}  // namespace Runtime

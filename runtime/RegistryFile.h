@@ -1,0 +1,73 @@
+// RegistryFile: one open store of the registry, and the lock under which it is used.
+//
+// Inside the run time alone; others go through RegistryStore. Paths and names are those of RegistryStore.
+#pragma once
+
+#include <sys/types.h>
+
+#include <mutex>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "runtime/Database.h"
+#include "runtime/RegistryStore.h"
+
+namespace Runtime {
+
+inline constexpr std::size_t kLongestKeyName = 255;  // characters
+
+// A name that a key can have: not empty, not too long, without a backslash and without a NUL.
+bool IsKeyName(StringView name);
+
+// The keys and values of one file. Writes belong inside a Transaction of Store().
+class RegistryFile {
+ public:
+  // Raises 57 where the file is missing, is no registry, or was made by a newer version.
+  explicit RegistryFile(const std::string& file);
+
+  // Makes the file, or finishes one whose making was cut short. One that holds anything else is left alone
+  // and raises 57.
+  static void Create(const std::string& file);
+
+  Database& Store() { return database_; }
+
+  // False when the file has been removed or replaced since it was opened.
+  bool IsStillInPlace() const;
+
+  bool KeyExists(StringView path);
+  void CreateKey(StringView path);
+  std::vector<String> SubKeys(StringView path);
+  bool DeleteKey(StringView path);
+  std::optional<RegistryValue> Read(StringView path, StringView name);
+  bool Write(StringView path, StringView name, const RegistryValue& value);
+
+ private:
+  std::optional<std::int64_t> Find(StringView path);
+
+  Database database_;
+  dev_t device_ = 0;
+  ino_t inode_ = 0;
+  Statement find_, addKey_, subKeys_, deleteValues_, deleteKeys_, read_, write_;
+};
+
+// The store of a hive in the present home folder, locked for this thread as long as the object lives. Stores
+// stay open from one use to the next; one of another home folder, or one whose use ended in a failure, is
+// closed.
+class RegistryAccess {
+ public:
+  explicit RegistryAccess(Hive hive);
+  RegistryAccess(const RegistryAccess&) = delete;
+  RegistryAccess& operator=(const RegistryAccess&) = delete;
+  ~RegistryAccess();
+
+  RegistryFile* operator->() { return file_; }
+
+ private:
+  std::unique_lock<std::mutex> lock_;
+  int exceptionsBefore_;
+  Hive hive_;
+  RegistryFile* file_;
+};
+
+}  // namespace Runtime

@@ -1,0 +1,149 @@
+#include "runtime/RegistryStore.h"
+
+#include <fcntl.h>
+#include <pthread.h>
+#include <sys/file.h>
+#include <unistd.h>
+
+#include <array>
+#include <cerrno>
+#include <cstring>
+#include <exception>
+#include <filesystem>
+#include <memory>
+
+#include "runtime/Folders.h"
+#include "runtime/RegistryFile.h"
+
+namespace Runtime {
+namespace {
+
+std::string PathOf(Hive hive) {
+  if (hive == Hive::LocalMachine) return HomePath() + "/machine.registry";
+  if (hive == Hive::CurrentUser) return HomePath() + "/user-" + std::to_string(geteuid()) + ".registry";
+  Raise(FailureNumber::InvalidArgument, u"no hive of the registry");
+}
+
+// The stores that are open, one for each hive. An open database must not pass into a forked child, which
+// would share its memory without its locks; so all are closed in front of a fork.
+class OpenStores {
+ public:
+  static OpenStores& Of() {
+    static OpenStores& stores = *new OpenStores;  // never destroyed: the last use may come late
+    return stores;
+  }
+
+  std::mutex& Lock() { return lock_; }
+
+  RegistryFile& Open(Hive hive) {
+    auto& store = StoreOf(hive);
+    const std::string file = PathOf(hive);
+    if (store && (store->Store().File() != file || !store->IsStillInPlace())) store.reset();
+    if (!store) store = std::make_unique<RegistryFile>(file);
+    return *store;
+  }
+
+  void Close(Hive hive) { StoreOf(hive).reset(); }
+
+ private:
+  OpenStores() { pthread_atfork(&BeforeFork, &AfterFork, &AfterFork); }
+
+  static void BeforeFork() {
+    Of().lock_.lock();
+    for (auto& store : Of().stores_) store.reset();
+  }
+  static void AfterFork() { Of().lock_.unlock(); }
+
+  std::unique_ptr<RegistryFile>& StoreOf(Hive hive) { return stores_[hive == Hive::LocalMachine ? 0 : 1]; }
+
+  std::mutex lock_;
+  std::array<std::unique_ptr<RegistryFile>, 2> stores_;
+};
+
+// Makes the home folder if need be and keeps all other makers out as long as it lives.
+class FolderLock {
+ public:
+  explicit FolderLock(const std::string& folder) {
+    std::error_code error;
+    if (!std::filesystem::is_directory(folder, error)) {
+      std::filesystem::create_directories(folder, error);
+      if (!error) std::filesystem::permissions(folder, std::filesystem::perms::owner_all, error);
+    }
+    if (!error) descriptor_ = open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+    if (descriptor_ < 0) {
+      const std::string reason = error ? error.message() : std::strerror(errno);
+      throw Failure(FailureNumber::DeviceFailed, u"Runtime.RegistryStore",
+                    FromUtf8("The folder " + folder + " can't be made or opened: " + reason));
+    }
+    while (flock(descriptor_, LOCK_EX) != 0 && errno == EINTR) {
+    }
+  }
+  FolderLock(const FolderLock&) = delete;
+  FolderLock& operator=(const FolderLock&) = delete;
+  ~FolderLock() { close(descriptor_); }
+
+ private:
+  int descriptor_ = -1;
+};
+
+// One write in a transaction of its own.
+template <class Work>
+auto Durably(Hive hive, Work work) {
+  RegistryAccess registry(hive);
+  Transaction transaction(registry->Store());
+  const auto result = work(*registry.operator->());
+  transaction.Commit();
+  return result;
+}
+
+}  // namespace
+
+RegistryAccess::RegistryAccess(Hive hive)
+    : lock_(OpenStores::Of().Lock()),
+      exceptionsBefore_(std::uncaught_exceptions()),
+      hive_(hive),
+      file_(&OpenStores::Of().Open(hive)) {}
+
+RegistryAccess::~RegistryAccess() {
+  // After a failure nothing that was remembered of the file can be trusted.
+  if (std::uncaught_exceptions() > exceptionsBefore_) OpenStores::Of().Close(hive_);
+}
+
+void RegistryStore::Create(Hive hive) {
+  const std::string file = PathOf(hive);
+  const FolderLock lock(FolderOfPath(file));
+  RegistryFile::Create(file);
+}
+
+String RegistryStore::FileOf(Hive hive) {
+  return FromUtf8(PathOf(hive));
+}
+
+bool RegistryStore::KeyExists(Hive hive, StringView path) {
+  return RegistryAccess(hive)->KeyExists(path);
+}
+
+void RegistryStore::CreateKey(Hive hive, StringView path) {
+  Durably(hive, [&](RegistryFile& file) {
+    file.CreateKey(path);
+    return true;
+  });
+}
+
+std::vector<String> RegistryStore::SubKeys(Hive hive, StringView path) {
+  return RegistryAccess(hive)->SubKeys(path);
+}
+
+bool RegistryStore::DeleteKey(Hive hive, StringView path) {
+  return Durably(hive, [&](RegistryFile& file) { return file.DeleteKey(path); });
+}
+
+std::optional<RegistryValue> RegistryStore::Read(Hive hive, StringView path, StringView name) {
+  return RegistryAccess(hive)->Read(path, name);
+}
+
+bool RegistryStore::Write(Hive hive, StringView path, StringView name, const RegistryValue& value) {
+  return Durably(hive, [&](RegistryFile& file) { return file.Write(path, name, value); });
+}
+
+}  // namespace Runtime

@@ -1,0 +1,24 @@
+#include "runtime/SystemRandom.h"
+
+#include <array>
+#include <bit>
+#include <cstdint>
+
+namespace Runtime {
+
+void SystemRandom::Seed(double number) {
+  std::random_device system;
+  std::array<std::uint32_t, 10> words;
+  for (std::uint32_t& word : words) word = system();
+  const auto bits = std::bit_cast<std::uint64_t>(number);
+  words[0] ^= static_cast<std::uint32_t>(bits);
+  words[1] ^= static_cast<std::uint32_t>(bits >> 32);
+  std::seed_seq mixed(words.begin(), words.end());
+  engine_.seed(mixed);
+}
+
+double SystemRandom::Next() {
+  return static_cast<double>(engine_() >> 11) * 0x1p-53;
+}
+
+}  // namespace Runtime
