@@ -152,17 +152,17 @@ std::int32_t UnregisterServer(const ComponentDescription& library);
 
 // The four exports of a library whose description is the given constant.
 #define PLATFORM_COMPONENT_EXPORTS(description)                                                           \
-  extern "C" std::int32_t DllCanUnloadNow() {                                                             \
+  extern "C" [[gnu::visibility("default")]] std::int32_t DllCanUnloadNow() {                              \
     return Platform::ComponentRuntime::CanUnloadNow(description);                                         \
   }                                                                                                       \
-  extern "C" std::int32_t DllGetClassObject(const Platform::Identity& classId,                            \
-                                            const Platform::Identity& interfaceId, const void** object) { \
+  extern "C" [[gnu::visibility("default")]] std::int32_t DllGetClassObject(                               \
+      const Platform::Identity& classId, const Platform::Identity& interfaceId, const void** object) {    \
     return Platform::ComponentRuntime::GetClassObject(description, classId, interfaceId, object);         \
   }                                                                                                       \
-  extern "C" std::int32_t DllRegisterServer() {                                                           \
+  extern "C" [[gnu::visibility("default")]] std::int32_t DllRegisterServer() {                            \
     return Platform::ComponentRuntime::RegisterServer(description,                                        \
                                                       reinterpret_cast<const void*>(&DllRegisterServer)); \
   }                                                                                                       \
-  extern "C" std::int32_t DllUnregisterServer() {                                                         \
+  extern "C" [[gnu::visibility("default")]] std::int32_t DllUnregisterServer() {                          \
     return Platform::ComponentRuntime::UnregisterServer(description);                                     \
   }
