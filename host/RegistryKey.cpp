@@ -1,0 +1,27 @@
+#include "host/RegistryKey.h"
+
+#include "platform/Services.h"
+
+namespace Host {
+
+std::optional<RegistryKey> RegistryKey::Open(Hive hive, StringView path) {
+  const RegUtil cursor(Services().CreateByName(u"TvGeneralServices.RegUtil"));
+  if (!cursor.SetCurrHive(hive) || !cursor.SetCurrPath(path)) return std::nullopt;
+  return RegistryKey(cursor);
+}
+
+String RegistryKey::Text(StringView name) const {
+  const RegValue value(Services().CreateByName(u"TvGeneralServices.RegValue"));
+  value.SetValueName(name);
+  return cursor_.GetValue(value) ? value.Value().ToString() : String();
+}
+
+std::vector<String> RegistryKey::SubKeys() const {
+  Value collection{Array()};
+  std::vector<String> names;
+  if (!cursor_.EnumKeys(collection) || !collection.IsArray()) return names;
+  for (const Value& name : collection.ToArray()) names.push_back(name.ToString());
+  return names;
+}
+
+}  // namespace Host

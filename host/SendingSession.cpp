@@ -1,0 +1,69 @@
+#include "host/SendingSession.h"
+
+#include <map>
+
+#include "platform/Services.h"
+#include "platform/contracts/GeneralServices.h"
+#include "platform/contracts/ResourceServices.h"
+#include "runtime/Process.h"
+
+namespace Host {
+
+namespace {
+
+constexpr std::int32_t kMapiNameText = 9100;
+constexpr std::int32_t kSmtpNameText = 9101;
+
+String TransportName(std::int32_t text) {
+  const Resource texts(Services().CreateByName(u"TvResourceServices.Resource"));
+  texts.LoadResources(Runtime::LibraryFolder() + u"\\TvEmailServicesRes.dll", u"TvEmailServices");
+  return texts.ResourceString(text);
+}
+
+// Properties that are only read.
+class Properties : public Object {
+ public:
+  explicit Properties(std::map<StringView, Value> values) : values_(std::move(values)) {}
+  Value Get(StringView member) override {
+    const auto found = values_.find(member);
+    return found == values_.end() ? Object::Get(member) : found->second;
+  }
+
+ private:
+  std::map<StringView, Value> values_;
+};
+
+ObjectRef MakeProperties(std::map<StringView, Value> values) {
+  return std::make_shared<Properties>(std::move(values));
+}
+
+}  // namespace
+
+String MapiTransportName() {
+  return TransportName(kMapiNameText);
+}
+String SmtpTransportName() {
+  return TransportName(kSmtpNameText);
+}
+
+ObjectRef MakeSession(const SendSettings& settings) {
+  return MakeProperties({
+      {u"SendLogon", MakeProperties({{u"Transport", settings.Transport}, {u"HostName", settings.HostName}})},
+      {u"MAPIProfile", settings.MapiProfile},
+      {u"User", MakeProperties({{u"Address", settings.Address}, {u"RealName", settings.RealName}})},
+  });
+}
+
+SendSettings ReadSendSettings(const String& projectPath) {
+  const Files files(Services().CreateByName(u"TvGeneralServices.Files"));
+  const ProjectFile project = files.RetrieveTVSFile(projectPath);
+  if (!project) return {};
+  const auto key = [&](StringView name) { return project.KeyValue(u"EMail", name).ToString(); };
+  const String transport = key(u"TransportID");
+  return {transport == u"1"   ? MapiTransportName()
+          : transport == u"2" ? SmtpTransportName()
+                              : String(),
+          key(u"MAPIProfile"), key(u"SMTPHostName"), key(u"EMailAddress"), key(u"RealName")};
+}
+
+}  // namespace Host

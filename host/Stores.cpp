@@ -1,0 +1,25 @@
+#include "host/Stores.h"
+
+#include <filesystem>
+
+#include "host/Complaint.h"
+#include "runtime/RegistryStore.h"
+
+namespace Host {
+
+void RequireStores() {
+  using Runtime::RegistryStore;
+  for (const Hive hive : {Hive::LocalMachine, Hive::CurrentUser}) {
+    const String file = RegistryStore::FileOf(hive);
+    std::error_code error;
+    const auto status = std::filesystem::status(std::filesystem::path(ToUtf8(file)), error);
+    // A store that can't be looked at for another reason tells that reason when it is opened.
+    if (status.type() == std::filesystem::file_type::not_found)
+      throw Complaint(NotConfigured, u"there is no store " + file + u": run tvmail init first");
+  }
+  if (!RegistryStore::KeyExists(Hive::LocalMachine, kMailBoxesPath) ||
+      !RegistryStore::KeyExists(Hive::CurrentUser, kVersionPath))
+    throw Complaint(NotConfigured, "the stores were never set up to their end: run tvmail init first");
+}
+
+}  // namespace Host

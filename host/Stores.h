@@ -1,0 +1,18 @@
+// Stores: where a user's data lies, and whether it was set up.
+#pragma once
+
+#include "platform/Text.h"
+
+namespace Host {
+
+using namespace Platform;
+
+inline constexpr StringView kMailBoxesPath = u"Software\\Ostrand Software\\Email\\MailBoxes";
+inline constexpr StringView kVersionPath = u"Software\\Ostrand Software\\Talvane\\4.0";
+inline constexpr StringView kOutboundPath = u"Software\\Ostrand Software\\Talvane\\4.0\\Email";
+inline constexpr StringView kMapiProfilesPath = u"Software\\Microsoft\\Windows Messaging Subsystem\\Profiles";
+
+// Raises a Complaint that names `tvmail init` where a store is missing or the place of the mailboxes is.
+void RequireStores();
+
+}  // namespace Host

@@ -1,0 +1,63 @@
+// tvmail init: makes the stores, the keys that the component expects, and the registration of every library.
+#include <CLI/CLI.hpp>
+#include <iostream>
+
+#include "host/Complaint.h"
+#include "host/Stores.h"
+#include "runtime/Process.h"
+#include "runtime/RegistryStore.h"
+
+namespace Host {
+
+namespace {
+
+using Runtime::RegistryStore;
+
+constexpr StringView kComponents[] = {u"TvGeneralServices.so",    u"TvResourceServices.so",
+                                      u"TvGeneralGuiServices.so", u"Talvane40.so",
+                                      u"OstrCipherCOM.so",        u"TvEmailServices.so"};
+
+void MakeStore(Hive hive, StringView path) {
+  try {
+    RegistryStore::Create(hive);
+    RegistryStore::CreateKey(hive, path);
+  } catch (const Failure& failure) {
+    throw Complaint(CannotCreate,
+                    failure.Description() +
+                        u": mend that, or name another folder in TALVANE_HOME, and run tvmail init again");
+  }
+}
+
+int Init() {
+  MakeStore(Hive::LocalMachine, kMailBoxesPath);
+  MakeStore(Hive::CurrentUser, kVersionPath);
+  bool complete = true;
+  for (const StringView component : kComponents) {
+    try {
+      Runtime::RegisterComponent(String(component));
+    } catch (const Failure& failure) {
+      complete = false;
+      std::cerr << "tvmail: warning: " << ToUtf8(component) << " isn't registered (" << failure.what()
+                << "): put it into " << ToUtf8(Runtime::LibraryFolder()) << " and run tvmail init again\n";
+    }
+  }
+  std::cout << "Data folder:        " << ToUtf8(Runtime::HomeFolder()) << '\n'
+            << "Machine-wide store: " << ToUtf8(RegistryStore::FileOf(Hive::LocalMachine)) << '\n'
+            << "User's store:       " << ToUtf8(RegistryStore::FileOf(Hive::CurrentUser)) << '\n'
+            << "Libraries:          " << ToUtf8(Runtime::LibraryFolder())
+            << (complete ? " (all registered)\n" : " (not all registered)\n");
+  return Done;
+}
+
+}  // namespace
+
+void AddInitCommand(CLI::App& program, Invocation& invocation) {
+  CLI::App* init =
+      program.add_subcommand("init", "Make the stores and register the libraries; safe to repeat");
+  init->footer(
+      "The data lies in TALVANE_HOME if set; else in /var/lib/talvane for the superuser, and in\n"
+      "$XDG_DATA_HOME/talvane or ~/.local/share/talvane for a user.");
+  init->callback([&invocation] { invocation.Run = Init; });
+}
+
+}  // namespace Host

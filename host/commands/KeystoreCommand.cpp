@@ -1,0 +1,47 @@
+// tvmail keystore: makes the sealed files from which the AES-128 encoder takes its key.
+#include <CLI/CLI.hpp>
+#include <iostream>
+#include <memory>
+
+#include "host/AbsolutePath.h"
+#include "host/Secret.h"
+#include "host/Stores.h"
+#include "platform/Object.h"
+#include "platform/Services.h"
+
+namespace Host {
+
+namespace {
+
+struct KeystoreOptions {
+  std::string File;
+  std::string Label;
+  std::string PasswordFile;
+};
+
+int Create(const KeystoreOptions& options) {
+  const String file = AbsolutePath(options.File);
+  const String label = Typed(options.Label);
+  RequireStores();
+  const String password = ReadNewSecret(options.PasswordFile, "Password that seals " + options.File);
+  CallWith(*Services().CreateByName(u"OstrCipherCOM.KeyStore"), u"CreateKey", {file, password, label});
+  std::cout << "A new key " << options.Label << " lies in " << options.File
+            << ", sealed with its password.\n";
+  return Done;
+}
+
+}  // namespace
+
+void AddKeystoreCommand(CLI::App& program, Invocation& invocation) {
+  CLI::App* keystore = program.add_subcommand("keystore", "Key stores of the AES-128 encoder");
+  keystore->require_subcommand(1);
+  auto options = std::make_shared<KeystoreOptions>();
+  CLI::App* create = keystore->add_subcommand("create", "Make a random key in a key store file");
+  create->add_option("FILE", options->File, "The key store file")->required();
+  create->add_option("--label", options->Label, "The key's name in the store")->required();
+  create->add_option("--password-file", options->PasswordFile,
+                     "File with the store's password, - for standard input; asked for without it");
+  create->callback([&invocation, options] { invocation.Run = [options] { return Create(*options); }; });
+}
+
+}  // namespace Host

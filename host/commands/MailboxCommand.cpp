@@ -1,0 +1,248 @@
+// tvmail mailbox: binds mailboxes to projects through the component's own dialog and flows.
+#include <CLI/CLI.hpp>
+#include <algorithm>
+#include <iostream>
+#include <memory>
+
+#include "host/AbsolutePath.h"
+#include "host/Complaint.h"
+#include "host/HandlerObject.h"
+#include "host/Json.h"
+#include "host/MailboxRecords.h"
+#include "host/Secret.h"
+#include "host/Stores.h"
+#include "host/options/OptionToolkit.h"
+#include "host/options/SendOptions.h"
+#include "host/terminal/DialogToolkit.h"
+#include "platform/Services.h"
+#include "platform/contracts/ProjectLibrary.h"
+#include "runtime/Process.h"
+
+namespace Host {
+
+namespace {
+
+struct MailboxOptions {
+  std::string Name;
+  std::string Project;
+  std::string User;
+  std::string PasswordFile;
+  SendOptions Send;
+};
+
+// What is typed into the dialog. Without it the dialog is left by its Cancel, which keeps the logon.
+struct Logon {
+  std::optional<String> ProjectPath;  // none where the box is locked
+  String UserId;
+  String Password;
+};
+
+// The component keeps entries without the blanks at their ends, and so would store what doesn't open the
+// project.
+void RequireNoBlanksAround(const String& text, const std::string& what) {
+  if (Trim(text) != text)
+    throw Complaint(DataRefused, "the " + what +
+                                     " begins or ends with a blank, which a mailbox doesn't keep: change it "
+                                     "in the project");
+}
+
+Logon ReadLogon(const MailboxOptions& options, const std::optional<MailboxRecord>& former) {
+  if (former && !options.Project.empty())
+    throw Complaint(
+        WrongUse,
+        "a mailbox can't move to another project: leave --project away, or delete the mailbox and "
+        "add it anew");
+  Logon logon;
+  if (!former) {
+    if (options.Project.empty()) throw Complaint(WrongUse, "--project is missing: name the project's file");
+    logon.ProjectPath = AbsolutePath(options.Project);
+    RequireNoBlanksAround(*logon.ProjectPath, "project's path");
+  }
+  logon.UserId = former && options.User.empty() ? former->UserId : Typed(options.User);
+  if (logon.UserId.empty())
+    throw Complaint(WrongUse, "--user is missing: name the user who opens the project");
+  logon.Password = ReadSecret(options.PasswordFile, "Password of " + ToUtf8(logon.UserId));
+  RequireNoBlanksAround(logon.UserId, "user name");
+  RequireNoBlanksAround(logon.Password, "password");
+  return logon;
+}
+
+std::shared_ptr<OptionToolkit> MakeHand(std::optional<Logon> logon) {
+  return std::make_shared<OptionToolkit>([logon](Form& form, UserHand& hand) {
+    if (!logon) {
+      hand.Escape();
+      return;
+    }
+    if (logon->ProjectPath) TypeOption(form, hand, u"txtTVSFileName", "--project", *logon->ProjectPath);
+    TypeOption(form, hand, u"txtUID", "--user", logon->UserId);
+    TypeOption(form, hand, u"txtPwd", "--password-file", logon->Password);
+    hand.Enter();
+  });
+}
+
+// A refused entry is the user's to mend; without a sibling the same entries may pass another time.
+ExitCode RefusalCode() {
+  try {
+    Services().CreateByName(u"TvGeneralServices.Files");
+    Services().CreateByName(u"TvResourceServices.Resource");
+    Services().CreateByClass(TalvaneApplicationClass);
+    return DataRefused;
+  } catch (const Failure&) {
+    return TryAgain;
+  }
+}
+
+// Runs the dialog and gives the name that stands after its check.
+String Configure(MailHandler& handler, bool add, const String& name, const ObjectRef& session,
+                 const std::shared_ptr<OptionToolkit>& hand) {
+  if (hand) {
+    Runtime::InstallToolkit(hand);
+  } else {
+    InstallDialogToolkit();
+  }
+  String bound = name;
+  String product;
+  const bool configured{handler.MailHandler_Configure(add ? 1 : 0, bound, product, session)};
+  if (hand) hand->Finish();
+  // A change counts as configured even if its dialog was only closed, so the dialog itself is asked too.
+  if (hand && !(configured && hand->Accepted()))
+    throw Complaint(RefusalCode(),
+                    "the entries are refused and nothing was changed: mend what is told above");
+  if (!configured) throw Complaint(TryAgain, "the dialog was cancelled: nothing was changed");
+  return bound;
+}
+
+// A second add would write over the record, and a failed one would take the old record out.
+void RequireUnbound(const String& name) {
+  const auto existing = FindMailbox(name);
+  if (existing && existing->Complete)
+    throw Complaint(DataRefused, u"mailbox " + existing->Name + u" is bound to " + existing->ProjectPath +
+                                     u" already: change it by tvmail mailbox change");
+}
+
+int Store(const MailboxOptions& options, bool add) {
+  RequireStores();
+  String name = Typed(options.Name);
+  std::optional<MailboxRecord> former;
+  if (!add) {
+    former = RequireMailbox(name);
+    name = former->Name;
+  }
+  const bool logonGiven = !(options.Project.empty() && options.User.empty() && options.PasswordFile.empty());
+  std::shared_ptr<OptionToolkit> hand;
+  if (logonGiven) {
+    hand = MakeHand(ReadLogon(options, former));
+  } else if (!add && options.Send.Any()) {
+    hand = MakeHand(std::nullopt);
+  }
+  const ObjectRef session = MakeSession(
+      ResolveSendSettings(options.Send, former ? ReadSendSettings(former->ProjectPath) : SendSettings()));
+
+  const HandlerObject handler;
+  const String bound = Configure(handler.Mail(), add, name, session, hand);
+  if (add) RequireUnbound(bound);
+  if (!handler.Mail().MailHandler_MboxUpdate(bound, session))
+    throw Complaint(TryAgain, u"mailbox " + bound + u" wasn't stored: mend what is told above and try again");
+
+  const MailboxRecord stored = RequireMailbox(bound);
+  std::cout << "Mailbox " << ToUtf8(stored.Name) << " is bound to " << ToUtf8(stored.ProjectPath) << '\n';
+  if (!EqualsIgnoreCase(stored.Name, name)) {
+    std::cout << "A mailbox carries the name of its project: " << ToUtf8(stored.Name) << " stands instead of "
+              << ToUtf8(name) << ".\n";
+    if (former) std::cout << "The record " << ToUtf8(name) << " stands beside it.\n";
+  }
+  return Done;
+}
+
+int Delete(const std::string& typedName, bool force) {
+  const MailboxRecord mailbox = RequireMailbox(Typed(typedName));
+  const auto boxes = std::make_shared<OptionToolkit>([](Form&, UserHand&) {});
+  Runtime::InstallToolkit(boxes);
+  const HandlerObject handler;
+  handler.Mail().MailHandler_MboxDelete(mailbox.Name);
+  if (boxes->BoxCount() > 0 && !force)
+    throw Complaint(TryAgain, u"mailbox " + mailbox.Name +
+                                  u" stays: mend what is told above, or remove the record alone by --force");
+  // The component takes the settings out of the project and leaves the record to its host: a record that
+  // stayed would go on delivering, show in the list, and keep the project's name taken.
+  if (!RemoveMailbox(mailbox))
+    throw Complaint(TryAgain, u"the record of mailbox " + mailbox.Name + u" can't be removed: try again");
+  std::cout << "Mailbox " << ToUtf8(mailbox.Name) << " is deleted.\n";
+  return Done;
+}
+
+std::string Padded(const String& text, std::size_t width) {
+  return ToUtf8(text) + std::string(width - text.size() + 2, ' ');
+}
+
+int List(bool json) {
+  const std::vector<MailboxRecord> mailboxes = ReadMailboxes();
+  if (json) {
+    JsonArray list;
+    for (const MailboxRecord& mailbox : mailboxes)
+      list.Add(JsonObject()
+                   .Add("name", mailbox.Name)
+                   .Add("projectPath", mailbox.ProjectPath)
+                   .Add("userId", mailbox.UserId));
+    std::cout << list.Text() << '\n';
+    return Done;
+  }
+  if (mailboxes.empty()) {
+    std::cout << "There is no mailbox yet. Add one by tvmail mailbox add.\n";
+    return Done;
+  }
+  std::size_t nameWidth = 4, userWidth = 4;
+  for (const MailboxRecord& mailbox : mailboxes) {
+    nameWidth = std::max(nameWidth, mailbox.Name.size());
+    userWidth = std::max(userWidth, mailbox.UserId.size());
+  }
+  std::cout << Padded(u"Name", nameWidth) << Padded(u"User", userWidth) << "Project\n";
+  for (const MailboxRecord& mailbox : mailboxes)
+    std::cout << Padded(mailbox.Name, nameWidth) << Padded(mailbox.UserId, userWidth)
+              << ToUtf8(mailbox.ProjectPath)
+              << (mailbox.Complete ? "\n" : "  (incomplete: add it again or delete it)\n");
+  return Done;
+}
+
+void AddLogonOptions(CLI::App& command, MailboxOptions& options, bool add) {
+  command.add_option("NAME", options.Name, "The mailbox's name")->required();
+  command.add_option("--project", options.Project,
+                     add ? "The project's file" : "Refused: a mailbox stays with its project");
+  command.add_option("--user", options.User, "The user who opens the project");
+  command.add_option("--password-file", options.PasswordFile,
+                     "File with that user's password, - for standard input; asked for without it");
+  options.Send.AddTo(command);
+}
+
+}  // namespace
+
+void AddMailboxCommand(CLI::App& program, Invocation& invocation) {
+  CLI::App* mailbox = program.add_subcommand("mailbox", "Bind mailboxes to projects");
+  mailbox->require_subcommand(1);
+  auto options = std::make_shared<MailboxOptions>();
+
+  CLI::App* add = mailbox->add_subcommand("add", "Bind a mailbox to a project");
+  AddLogonOptions(*add, *options, true);
+  add->footer(
+      "Without --project, --user and --password-file the dialog opens. The mailbox gets the project's name.");
+  add->callback([&invocation, options] { invocation.Run = [options] { return Store(*options, true); }; });
+
+  CLI::App* change = mailbox->add_subcommand("change", "Change a mailbox's logon or how its mail is sent");
+  AddLogonOptions(*change, *options, false);
+  change->footer("Without options the dialog opens. What isn't given stays as it is.");
+  change->callback([&invocation, options] { invocation.Run = [options] { return Store(*options, false); }; });
+
+  CLI::App* remove = mailbox->add_subcommand("delete", "Delete a mailbox; its project stays");
+  remove->add_option("NAME", options->Name, "The mailbox's name")->required();
+  auto force = std::make_shared<bool>(false);
+  remove->add_flag("--force", *force, "Delete the record even if the project's settings can't be removed");
+  remove->callback(
+      [&invocation, options, force] { invocation.Run = [=] { return Delete(options->Name, *force); }; });
+
+  CLI::App* list = mailbox->add_subcommand("list", "List the mailboxes");
+  auto json = std::make_shared<bool>(false);
+  list->add_flag("--json", *json, "Print one JSON array");
+  list->callback([&invocation, json] { invocation.Run = [json] { return List(*json); }; });
+}
+
+}  // namespace Host

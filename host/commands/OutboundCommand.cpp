@@ -1,0 +1,188 @@
+// tvmail outbound: the user's settings for sending discussion mail, through the component's own dialog.
+#include <CLI/CLI.hpp>
+#include <iostream>
+#include <memory>
+
+#include "host/Complaint.h"
+#include "host/HandlerObject.h"
+#include "host/Json.h"
+#include "host/RegistryKey.h"
+#include "host/Stores.h"
+#include "host/options/OptionToolkit.h"
+#include "host/options/SendOptions.h"
+#include "host/terminal/DialogToolkit.h"
+#include "runtime/Process.h"
+#include "runtime/RegistryStore.h"
+
+namespace Host {
+
+namespace {
+
+struct OutboundOptions {
+  bool Enable = false;
+  bool Disable = false;
+  SendOptions Send;
+  bool Any() const { return Enable || Disable || Send.Any(); }
+};
+
+// The positions of the dialog's list of transports.
+constexpr std::int32_t kMapi = 0;
+constexpr std::int32_t kSmtp = 1;
+
+void ChooseTransport(Form& form, UserHand& hand, const std::string& transport) {
+  Control& list = form[u"cmbProvider"];
+  const std::int32_t wanted = EqualsIgnoreCase(Typed(transport), u"mapi") ? kMapi : kSmtp;
+  hand.Choose(list, wanted);
+  // Without a MAPI profile the dialog says so and goes back to SMTP.
+  if (list.ListIndex() != wanted)
+    throw Complaint(DataRefused,
+                    "--transport mapi can't be chosen without a MAPI profile: add one by tvmail outbound "
+                    "add-profile");
+}
+
+void ChooseProfile(Form& form, UserHand& hand, const String& profile) {
+  Control& list = form[u"cmbProfile"];
+  if (!list.Visible()) throw Complaint(WrongUse, "--profile belongs to MAPI: add --transport mapi");
+  String known;
+  for (std::size_t i = 0; i < list.List().size(); ++i) {
+    if (EqualsIgnoreCase(list.List()[i], profile)) {
+      hand.Choose(list, static_cast<std::int32_t>(i));
+      return;
+    }
+    known += (known.empty() ? u"" : u", ") + list.List()[i];
+  }
+  throw Complaint(DataRefused, u"there is no MAPI profile " + profile + u": take one of " + known +
+                                   u", or add it by tvmail outbound add-profile");
+}
+
+void TypeSmtp(Form& form, UserHand& hand, StringView box, const std::string& option,
+              const std::string& text) {
+  if (text.empty()) return;
+  if (!form[box].Visible()) throw Complaint(WrongUse, option + " belongs to SMTP: add --transport smtp");
+  TypeOption(form, hand, box, option, Typed(text));
+}
+
+void Fill(const OutboundOptions& options, Form& form, UserHand& hand) {
+  Control& enabled = form[u"chkEnableEmail"];
+  if (options.Enable || options.Disable) hand.Check(enabled, options.Enable);
+  if (options.Send.Any() && enabled.Value() == 0)
+    throw Complaint(WrongUse, "outbound e-mail is off, and then no transport is saved: add --enable");
+  const SendOptions& send = options.Send;
+  if (!send.Transport.empty()) ChooseTransport(form, hand, send.Transport);
+  if (!send.Profile.empty()) ChooseProfile(form, hand, Typed(send.Profile));
+  TypeSmtp(form, hand, u"txtHost", "--host", send.HostName);
+  TypeSmtp(form, hand, u"txtEMailAddress", "--address", send.Address);
+  TypeSmtp(form, hand, u"txtRealName", "--real-name", send.RealName);
+  hand.Enter();
+}
+
+struct OutboundSettings {
+  bool Configured = false;
+  bool Enabled = true;
+  String Transport;  // "mapi", "smtp", or what else is stored
+  String Profile, HostName, Address, RealName;
+};
+
+OutboundSettings ReadSettings() {
+  RequireStores();
+  const auto key = RegistryKey::Open(Hive::CurrentUser, kOutboundPath);
+  if (!key) return {};
+  const String transport = key->Text(u"TransportID");
+  return {true,
+          !EqualsIgnoreCase(key->Text(u"DiscussionEmailEnabled"), u"False"),
+          transport == u"1"   ? u"mapi"
+          : transport == u"2" ? u"smtp"
+                              : transport,
+          key->Text(u"MAPIProfile"),
+          key->Text(u"SMTPHostName"),
+          key->Text(u"EMailAddress"),
+          key->Text(u"RealName")};
+}
+
+void Line(const char* name, const String& text) {
+  std::cout << name << (text.empty() ? "(none)" : ToUtf8(text)) << '\n';
+}
+
+int Show(bool json) {
+  const OutboundSettings settings = ReadSettings();
+  if (json) {
+    std::cout << JsonObject()
+                     .Add("configured", settings.Configured)
+                     .Add("enabled", settings.Enabled)
+                     .Add("transport", settings.Transport)
+                     .Add("profile", settings.Profile)
+                     .Add("host", settings.HostName)
+                     .Add("address", settings.Address)
+                     .Add("realName", settings.RealName)
+                     .Text()
+              << '\n';
+    return Done;
+  }
+  if (!settings.Configured) {
+    std::cout << "Outbound e-mail isn't configured yet. Configure it by tvmail outbound.\n";
+    return Done;
+  }
+  std::cout << "Discussions send e-mail: " << (settings.Enabled ? "yes" : "no") << '\n';
+  Line("Transport:    ", settings.Transport);
+  Line("MAPI profile: ", settings.Profile);
+  Line("SMTP host:    ", settings.HostName);
+  Line("Address:      ", settings.Address);
+  Line("Real name:    ", settings.RealName);
+  return Done;
+}
+
+int Configure(const OutboundOptions& options) {
+  RequireStores();
+  std::shared_ptr<OptionToolkit> hand;
+  if (options.Any()) {
+    hand = std::make_shared<OptionToolkit>(
+        [&options](Form& form, UserHand& user) { Fill(options, form, user); });
+    Runtime::InstallToolkit(hand);
+  } else {
+    InstallDialogToolkit();
+  }
+  const HandlerObject handler;
+  const bool configured{handler.Manager().ConfigureOutBoundEmail()};
+  if (hand) hand->Finish();
+  if (configured) return Show(false);
+  if (!hand) throw Complaint(TryAgain, "the dialog was cancelled: the settings stay as they were");
+  if (hand->Accepted()) throw Complaint(TryAgain, "the settings weren't saved: try again");
+  throw Complaint(DataRefused, "the settings are refused: mend what is told above");
+}
+
+int AddProfile(const std::string& typedName) {
+  RequireStores();
+  const String name = Trim(Typed(typedName));
+  if (name.empty() || name.find(u'\\') != String::npos)
+    throw Complaint(WrongUse, "a profile's name is neither empty nor holds a backslash: choose another");
+  Runtime::RegistryStore::CreateKey(Hive::CurrentUser, String(kMapiProfilesPath) + u"\\" + name);
+  std::cout << "MAPI profile " << ToUtf8(name) << " is defined.\n";
+  return Done;
+}
+
+}  // namespace
+
+void AddOutboundCommand(CLI::App& program, Invocation& invocation) {
+  CLI::App* outbound = program.add_subcommand("outbound", "Configure how discussions send e-mail");
+  outbound->require_subcommand(0, 1);
+  outbound->footer("Without options the dialog opens. What isn't given stays as it is.");
+  auto options = std::make_shared<OutboundOptions>();
+  CLI::Option* enable = outbound->add_flag("--enable", options->Enable, "Discussions send e-mail");
+  outbound->add_flag("--disable", options->Disable, "Discussions send no e-mail")->excludes(enable);
+  options->Send.AddTo(*outbound);
+  outbound->callback([&invocation, options] {
+    if (!invocation.Run) invocation.Run = [options] { return Configure(*options); };
+  });
+
+  CLI::App* show = outbound->add_subcommand("show", "Show the settings");
+  auto json = std::make_shared<bool>(false);
+  show->add_flag("--json", *json, "Print one JSON object");
+  show->callback([&invocation, json] { invocation.Run = [json] { return Show(*json); }; });
+
+  CLI::App* profile = outbound->add_subcommand("add-profile", "Define a MAPI profile of this user");
+  auto name = std::make_shared<std::string>();
+  profile->add_option("NAME", *name, "The profile's name")->required();
+  profile->callback([&invocation, name] { invocation.Run = [name] { return AddProfile(*name); }; });
+}
+
+}  // namespace Host

@@ -1,0 +1,74 @@
+// tvmail: the mail-reader host on the command line.
+#include <CLI/CLI.hpp>
+#include <iostream>
+#include <memory>
+
+#include "host/Complaint.h"
+#include "host/terminal/TerminalToolkit.h"
+#include "platform/Failure.h"
+#include "runtime/Process.h"
+
+namespace Host {
+
+namespace {
+
+int Explain(ExitCode code, const std::string& text) {
+  std::cerr << "tvmail: " << text << '\n';
+  return code;
+}
+
+int Run(const Invocation& invocation) {
+  try {
+    Runtime::InstallToolkit(std::make_shared<TerminalToolkit>());
+    const int code = invocation.Run();
+    std::cout.flush();
+    if (!std::cout)
+      return Explain(TryAgain, "the output can't be written: look for a full disk or a closed pipe");
+    return code;
+  } catch (const Complaint& complaint) {
+    return Explain(complaint.Code(), complaint.what());
+  } catch (const Platform::Failure& failure) {
+    const bool missing = failure.Number() == Platform::FailureNumber::CannotCreate;
+    return Explain(TryAgain, failure.what() +
+                                 std::string(missing ? ": put Talvane's libraries back in one folder and run "
+                                                       "tvmail init"
+                                                     : ""));
+  } catch (const std::exception& error) {
+    return Explain(TryAgain, std::string(error.what()) + ": nothing was lost, try again");
+  }
+}
+
+int Main(int argc, char** argv) {
+  CLI::App program(
+      "Turns e-mail replies into replies in Talvane discussions.\n"
+      "Start with 'tvmail init'; 'tvmail COMMAND --help' tells more of a command.",
+      "tvmail");
+  program.set_version_flag("--version", "tvmail " TVMAIL_VERSION, "Print the version and exit");
+  program.require_subcommand(1);
+  Invocation invocation;
+  AddInitCommand(program, invocation);
+  AddProjectCommand(program, invocation);
+  AddMailboxCommand(program, invocation);
+  AddOutboundCommand(program, invocation);
+  AddDeliverCommand(program, invocation);
+  AddKeystoreCommand(program, invocation);
+  AddAboutCommand(program, invocation);
+  program.footer(
+      "Exit codes: 0 done, 64 wrong use, 65 the input is refused, 73 a file can't be made,\n"
+      "75 anything else (nothing is lost, try again), 78 not set up or no such mailbox.");
+  try {
+    program.parse(argc, argv);
+  } catch (const CLI::Success& help) {
+    return program.exit(help);
+  } catch (const CLI::ParseError& error) {
+    return Explain(WrongUse, std::string(error.what()) + ": see --help of the command");
+  }
+  return Run(invocation);
+}
+
+}  // namespace
+}  // namespace Host
+
+int main(int argc, char** argv) {
+  return Host::Main(argc, argv);
+}

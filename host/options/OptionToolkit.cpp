@@ -1,0 +1,47 @@
+#include "host/options/OptionToolkit.h"
+
+#include <iostream>
+
+#include "host/Complaint.h"
+
+namespace Host {
+
+void OptionToolkit::Load(Form& form) {
+  form.TakeWindow(0, form.ClientWidth(), form.ClientHeight());
+}
+
+void OptionToolkit::ShowModal(Form& form) {
+  UserHand hand(form, *this);
+  hand.Activate();
+  try {
+    act_(form, hand);
+    accepted_ = !form.IsShown();
+  } catch (const Complaint&) {
+    complaint_ = std::current_exception();
+  }
+  if (form.IsShown()) hand.Close();
+  if (form.IsShown()) form.Hide();
+}
+
+void OptionToolkit::MessageBox(StringView text, const std::optional<String>&) {
+  ++boxCount_;
+  std::cerr << "tvmail: " << ToUtf8(Trim(text)) << '\n';
+}
+
+void OptionToolkit::Finish() const {
+  if (complaint_) std::rethrow_exception(complaint_);
+}
+
+void TypeOption(Form& form, UserHand& hand, StringView box, const std::string& option, const String& text) {
+  Control& control = form[box];
+  const std::int32_t limit = control.MaxLength();
+  if (limit > 0 && text.size() > static_cast<std::size_t>(limit))
+    throw Complaint(DataRefused,
+                    option + " takes at most " + std::to_string(limit) + " characters: shorten it");
+  hand.Focus(control);
+  if (!hand.Type(control, text))
+    throw Complaint(WrongUse,
+                    option + " can't be changed as things stand: leave it away, or change what it hangs on");
+}
+
+}  // namespace Host

@@ -1,0 +1,54 @@
+// OptionToolkit: the user whose hand is the command line. It does one act to the dialog
+// that is shown, types given values and presses a button, and closes the dialog if that leaves it open.
+// Message boxes go to standard error.
+#pragma once
+
+#include <exception>
+#include <functional>
+
+#include "platform/Forms/FormsToolkit.h"
+#include "platform/Forms/UserHand.h"
+
+namespace Host {
+
+using namespace Platform;
+
+class OptionToolkit : public FormsToolkit {
+ public:
+  // What to do to the dialog, up to the button. A Complaint that leaves it waits in Finish.
+  using Act = std::function<void(Form& form, UserHand& hand)>;
+
+  explicit OptionToolkit(Act act) : act_(std::move(act)) {}
+
+  // True if a dialog was shown and the act closed it.
+  bool Accepted() const { return accepted_; }
+
+  // How many message boxes were shown so far.
+  std::size_t BoxCount() const { return boxCount_; }
+
+  // To be called after the dialog: raises the Complaint that ended the act.
+  void Finish() const;
+
+  void Load(Form& form) override;
+  void ShowModal(Form& form) override;
+  void Unload(Form&) override {}
+  void MessageBox(StringView text, const std::optional<String>& title) override;
+  std::optional<String> OpenFile(const OpenFileRequest&) override { return std::nullopt; }
+  ScreenSize Screen() override { return {}; }
+  void SetMousePointer(MousePointer) override {}
+  void SetStanding(Form&, Standing) override {}
+  bool ShowHelp(std::intptr_t, const std::string&, std::uint32_t, std::uint32_t) override { return false; }
+  bool ShowTopic(StringView) override { return false; }
+
+ private:
+  Act act_;
+  bool accepted_ = false;
+  std::size_t boxCount_ = 0;
+  std::exception_ptr complaint_;
+};
+
+// Types a text given as an option. Raises a Complaint where the box, as the dialog stands, doesn't take it
+// whole; option is its name, as in "--host".
+void TypeOption(Form& form, UserHand& hand, StringView box, const std::string& option, const String& text);
+
+}  // namespace Host

@@ -1,0 +1,84 @@
+#include "host/options/SendOptions.h"
+
+#include <CLI/CLI.hpp>
+
+#include "host/Complaint.h"
+#include "host/terminal/Terminal.h"
+
+namespace Host {
+
+namespace {
+
+String AskText(const Terminal& terminal, StringView prompt) {
+  const auto answer = terminal.ReadLine(prompt);
+  if (!answer) throw Complaint(TryAgain, "the input ended: nothing was changed");
+  return Trim(*answer);
+}
+
+void Ask(SendSettings& settings, const String& mapi, const String& smtp) {
+  const Terminal terminal;
+  if (!terminal.Interactive())
+    throw Complaint(WrongUse,
+                    "how the project's mail is sent isn't told: give --transport smtp with --host and "
+                    "--address, or --transport mapi with --profile");
+  while (settings.Transport.empty()) {
+    const String answer = AskText(terminal, u"Transport of the project's mail (smtp/mapi) [smtp]: ");
+    if (answer.empty() || EqualsIgnoreCase(answer, u"smtp")) settings.Transport = smtp;
+    if (EqualsIgnoreCase(answer, u"mapi")) settings.Transport = mapi;
+  }
+  if (settings.Transport == mapi) {
+    settings.MapiProfile = AskText(terminal, u"MAPI profile: ");
+  } else {
+    settings.HostName = AskText(terminal, u"SMTP host: ");
+    settings.Address = AskText(terminal, u"Sender's e-mail address: ");
+    settings.RealName = AskText(terminal, u"Sender's name (may be empty): ");
+  }
+}
+
+void Put(String& setting, const std::string& option) {
+  if (!option.empty()) setting = Typed(option);
+}
+
+}  // namespace
+
+void SendOptions::AddTo(CLI::App& command) {
+  command.add_option("--transport", Transport, "How the project's mail is sent: smtp or mapi")
+      ->check(CLI::IsMember({"smtp", "mapi"}, CLI::ignore_case));
+  command.add_option("--host", HostName, "The SMTP host");
+  command.add_option("--address", Address, "The sender's e-mail address");
+  command.add_option("--real-name", RealName, "The sender's name");
+  command.add_option("--profile", Profile, "The MAPI profile");
+}
+
+bool SendOptions::Any() const {
+  return !(Transport.empty() && HostName.empty() && Address.empty() && RealName.empty() && Profile.empty());
+}
+
+SendSettings ResolveSendSettings(const SendOptions& options, const SendSettings& present) {
+  const String mapi = MapiTransportName();
+  const String smtp = SmtpTransportName();
+  SendSettings settings = present;
+  if (!options.Transport.empty())
+    settings.Transport = EqualsIgnoreCase(Typed(options.Transport), u"mapi") ? mapi : smtp;
+  if (settings.Transport.empty() && !options.Any()) Ask(settings, mapi, smtp);
+  if (settings.Transport.empty()) throw Complaint(WrongUse, "--transport is missing: give smtp or mapi");
+  const bool isMapi = settings.Transport == mapi;
+  if (isMapi && !(options.HostName.empty() && options.Address.empty() && options.RealName.empty()))
+    throw Complaint(WrongUse,
+                    "--host, --address and --real-name belong to --transport smtp: leave them away");
+  if (!isMapi && !options.Profile.empty())
+    throw Complaint(WrongUse, "--profile belongs to --transport mapi: leave it away");
+  Put(settings.HostName, options.HostName);
+  Put(settings.Address, options.Address);
+  Put(settings.RealName, options.RealName);
+  Put(settings.MapiProfile, options.Profile);
+  if (isMapi && settings.MapiProfile.empty())
+    throw Complaint(WrongUse, "--profile is missing: name the MAPI profile that sends");
+  if (!isMapi && settings.HostName.empty())
+    throw Complaint(WrongUse, "--host is missing: name the SMTP host");
+  if (!isMapi && settings.Address.empty())
+    throw Complaint(WrongUse, "--address is missing: give the sender's e-mail address");
+  return settings;
+}
+
+}  // namespace Host

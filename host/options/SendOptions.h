@@ -1,0 +1,33 @@
+// SendOptions: how a project's mail is sent, as options tell it.
+#pragma once
+
+#include <string>
+
+#include "host/SendingSession.h"
+
+namespace CLI {
+class App;
+}
+
+namespace Host {
+
+struct SendOptions {
+  std::string Transport;
+  std::string HostName;
+  std::string Address;
+  std::string RealName;
+  std::string Profile;
+
+  // Adds --transport, --host, --address, --real-name and --profile, to be read into this.
+  void AddTo(CLI::App& command);
+
+  // True if one was given.
+  bool Any() const;
+};
+
+// What was given, and the present settings for what wasn't. Where neither names a transport the person at the
+// terminal is asked. Raises a Complaint for what is missing still, and for an option that belongs to the
+// other transport.
+SendSettings ResolveSendSettings(const SendOptions& options, const SendSettings& present);
+
+}  // namespace Host

@@ -1,0 +1,186 @@
+#include "host/terminal/FormQuestions.h"
+
+namespace Host {
+
+namespace {
+
+String Number(std::size_t number) {
+  return FromUtf8(std::to_string(number));
+}
+
+bool StartsWith(StringView text, StringView beginning) {
+  return beginning.size() <= text.size() && EqualsIgnoreCase(text.substr(0, beginning.size()), beginning);
+}
+
+// The one choice that the answer names: by its number from 1, or by the beginning of its text.
+std::optional<std::size_t> FindChoice(const std::vector<String>& choices, const String& answer) {
+  for (std::size_t i = 0; i < choices.size(); ++i) {
+    if (answer == Number(i + 1) || EqualsIgnoreCase(choices[i], answer)) return i;
+  }
+  std::optional<std::size_t> found;
+  for (std::size_t i = 0; i < choices.size(); ++i) {
+    if (!StartsWith(choices[i], answer)) continue;
+    if (found) return std::nullopt;
+    found = i;
+  }
+  return found;
+}
+
+}  // namespace
+
+String PlainCaption(StringView caption) {
+  String plain;
+  for (std::size_t i = 0; i < caption.size(); ++i) {
+    if (caption[i] == u'&' && ++i == caption.size()) break;
+    plain += caption[i];
+  }
+  plain = Trim(plain);
+  if (plain.ends_with(u':')) plain.pop_back();
+  return plain;
+}
+
+void FormQuestions::Ask() {
+  Say(u"== " + PlainCaption(form_.Caption()) + u" ==");
+  Say(u"Enter keeps what stands in brackets, - empties it, ? shows help, the end of the input closes.");
+  hand_.Activate();
+  while (form_.IsShown()) {
+    if (!AskFields() || !AskButtons()) {
+      hand_.Close();
+      // A form whose Unload handler failed isn't hidden by it, and there is no input left to ask for more.
+      if (form_.IsShown()) form_.Hide();
+    }
+  }
+}
+
+bool FormQuestions::AskFields() {
+  String name;
+  for (const auto& control : form_.Controls()) {
+    if (!form_.IsShown()) return true;
+    switch (control->Kind()) {
+      case ControlKind::Label:
+        name = PlainCaption(control->Caption());
+        continue;
+      case ControlKind::CheckBox:
+        name = PlainCaption(control->Caption());
+        break;
+      case ControlKind::TextBox:
+      case ControlKind::ComboBox:
+        break;
+      case ControlKind::CommandButton:
+      case ControlKind::CommonDialog:
+        continue;
+    }
+    if (control->Visible() && !AskField(*control, name)) return false;
+  }
+  return true;
+}
+
+bool FormQuestions::AskField(Control& control, const String& name) {
+  if (!control.Enabled() || control.Locked()) {
+    Say(name + u": " + control.Text() + (control.Enabled() ? u" (can't be changed)" : u" (switched off)"));
+    return true;
+  }
+  hand_.Focus(control);
+  switch (control.Kind()) {
+    case ControlKind::TextBox:
+      return AskText(control, name);
+    case ControlKind::CheckBox:
+      return AskCheck(control, name);
+    default:
+      return AskList(control, name);
+  }
+}
+
+bool FormQuestions::AskText(Control& box, const String& name) {
+  const bool secret = box.PasswordChar() != 0;
+  const String present = box.Text().empty() ? String() : secret ? u"as typed" : box.Text();
+  const auto answer = Answer(name + (present.empty() ? u": " : u" [" + present + u"]: "), secret);
+  if (!answer) return false;
+  if (answer->empty()) return true;
+  const String text = *answer == u"-" ? String() : *answer;
+  hand_.Type(box, text);
+  if (box.Text().size() < text.size())
+    Say(u"Only the first " + Number(box.Text().size()) + u" characters were taken.");
+  return true;
+}
+
+bool FormQuestions::AskCheck(Control& box, const String& name) {
+  for (;;) {
+    const auto answer = Answer(name + (box.Value() != 0 ? u" (y/n) [y]: " : u" (y/n) [n]: "));
+    if (!answer) return false;
+    if (answer->empty()) return true;
+    const bool yes = StartsWith(u"yes", *answer);
+    if (yes || StartsWith(u"no", *answer)) {
+      hand_.Check(box, yes);
+      return true;
+    }
+    Say(u"Please answer y or n.");
+  }
+}
+
+bool FormQuestions::AskList(Control& list, const String& name) {
+  if (list.List().empty()) {
+    Say(name + u": (the list is empty)");
+    return true;
+  }
+  for (;;) {
+    String prompt = name + u":\n";
+    for (std::size_t i = 0; i < list.List().size(); ++i)
+      prompt += u"  " + Number(i + 1) + u" " + list.List()[i] + u"\n";
+    prompt += u"number";
+    if (!list.Text().empty()) prompt += u" [" + list.Text() + u"]";
+    const auto answer = Answer(prompt + u": ");
+    if (!answer) return false;
+    if (answer->empty()) return true;
+    if (const auto choice = FindChoice(list.List(), *answer)) {
+      hand_.Choose(list, static_cast<std::int32_t>(*choice));
+      return true;
+    }
+    Say(u"Please answer with a number of the list.");
+  }
+}
+
+bool FormQuestions::AskButtons() {
+  while (form_.IsShown()) {
+    std::vector<Control*> buttons;
+    std::vector<String> captions;
+    String prompt;
+    String enter;
+    for (const auto& control : form_.Controls()) {
+      if (control->Kind() != ControlKind::CommandButton || !control->CanFocus()) continue;
+      buttons.push_back(control.get());
+      captions.push_back(PlainCaption(control->Caption()));
+      prompt += Number(buttons.size()) + u" " + captions.back() + u"  ";
+      if (control->IsDefault()) enter = captions.back();
+    }
+    captions.push_back(u"edit the fields again");
+    prompt += Number(captions.size()) + u" " + captions.back();
+    if (!enter.empty()) prompt += u" [" + enter + u"]";
+    const auto answer = Answer(prompt + u": ");
+    if (!answer) return false;
+    if (answer->empty()) {
+      if (hand_.Enter()) return true;
+      continue;
+    }
+    const auto choice = FindChoice(captions, *answer);
+    if (!choice) {
+      Say(u"Please answer with a number of the list.");
+      continue;
+    }
+    if (*choice == buttons.size()) return true;
+    hand_.Press(*buttons[*choice]);
+    // What was refused is to be mended in the fields; every other button leads back to the buttons.
+    if (buttons[*choice]->IsDefault()) return true;
+  }
+  return true;
+}
+
+std::optional<String> FormQuestions::Answer(const String& prompt, bool hidden) {
+  for (;;) {
+    auto answer = hidden ? terminal_.ReadHidden(prompt) : terminal_.ReadLine(prompt);
+    if (!answer || *answer != u"?" || hidden) return answer;
+    hand_.KeyDown(KeyF1);
+  }
+}
+
+}  // namespace Host

@@ -1,0 +1,43 @@
+// FormQuestions: one form asked on the terminal: its fields as questions, its buttons as a choice.
+#pragma once
+
+#include <optional>
+#include <vector>
+
+#include "host/terminal/Terminal.h"
+#include "platform/Forms/FormsToolkit.h"
+#include "platform/Forms/UserHand.h"
+
+namespace Host {
+
+using namespace Platform;
+
+// A caption without the marks of its access key and without a colon at its end; "&&" is an "&".
+String PlainCaption(StringView caption);
+
+class FormQuestions {
+ public:
+  FormQuestions(Form& form, FormsToolkit& toolkit, const Terminal& terminal)
+      : form_(form), hand_(form, toolkit), terminal_(terminal) {}
+
+  // Asks until the form isn't shown any more.
+  void Ask();
+
+ private:
+  // Each gives false at the end of the input.
+  bool AskFields();
+  bool AskField(Control& control, const String& name);
+  bool AskText(Control& box, const String& name);
+  bool AskCheck(Control& box, const String& name);
+  bool AskList(Control& list, const String& name);
+  bool AskButtons();
+
+  std::optional<String> Answer(const String& prompt, bool hidden = false);
+  void Say(const String& text) { terminal_.Write(text + u"\n"); }
+
+  Form& form_;
+  UserHand hand_;
+  const Terminal& terminal_;
+};
+
+}  // namespace Host

@@ -1,0 +1,29 @@
+// Terminal: the lines that a person reads and types. Where standard input or output is no terminal, what the
+// program asks goes to standard error, so that standard output holds results alone. One thread.
+#pragma once
+
+#include <optional>
+
+#include "platform/Text.h"
+
+namespace Host {
+
+using Platform::String;
+using Platform::StringView;
+
+class Terminal {
+ public:
+  // True if a person sits at both ends.
+  bool Interactive() const;
+
+  void Write(StringView text) const;
+
+  // Shows the prompt and reads one line without its line end. Nothing at the end of the input. A line that
+  // isn't UTF-8 is refused with a text and asked for again.
+  std::optional<String> ReadLine(StringView prompt) const;
+
+  // The same, and the terminal shows nothing of what is typed. Its echo is put back on every way out.
+  std::optional<String> ReadHidden(StringView prompt) const;
+};
+
+}  // namespace Host

@@ -1,0 +1,53 @@
+#include "host/terminal/TerminalToolkit.h"
+
+#include "host/terminal/FormQuestions.h"
+#include "host/terminal/HelpPages.h"
+
+namespace Host {
+
+namespace {
+
+// A terminal has no size in twips; forms are centred on a common screen and never drawn.
+constexpr float kScreenWidth = 1920 * 15, kScreenHeight = 1080 * 15;
+
+}  // namespace
+
+void TerminalToolkit::Load(Form& form) {
+  form.TakeWindow(0, form.ClientWidth(), form.ClientHeight());
+}
+
+void TerminalToolkit::ShowModal(Form& form) {
+  FormQuestions(form, *this, terminal_).Ask();
+}
+
+void TerminalToolkit::MessageBox(StringView text, const std::optional<String>& title) {
+  const String heading = title && !title->empty() ? *title + u": " : String();
+  terminal_.Write((terminal_.Interactive() ? u"\n" : u"tvmail: ") + heading + Trim(text) + u"\n");
+}
+
+std::optional<String> TerminalToolkit::OpenFile(const OpenFileRequest& request) {
+  const String present = request.FileName.empty() ? String() : u" [" + request.FileName + u"]";
+  auto answer = terminal_.ReadLine(request.Title + present + u": ");
+  if (!answer || !answer->empty()) return answer;
+  // Enter alone takes the file that stands there; without one it is a cancel.
+  if (request.FileName.empty()) return std::nullopt;
+  return request.FileName;
+}
+
+ScreenSize TerminalToolkit::Screen() {
+  return {kScreenWidth, kScreenHeight};
+}
+
+bool TerminalToolkit::ShowHelp(std::intptr_t, const std::string& file, std::uint32_t, std::uint32_t number) {
+  const auto page = FindHelpPage(file, number);
+  if (page) terminal_.Write(u"Help: " + *page + u"\n");
+  return page.has_value();
+}
+
+bool TerminalToolkit::ShowTopic(StringView topic) {
+  const auto page = FindHelpPage(topic);
+  if (page) terminal_.Write(u"Help: " + *page + u"\n");
+  return page.has_value();
+}
+
+}  // namespace Host
