@@ -1,0 +1,175 @@
+// The crypto component as it is loaded: its strings, its key stores, and what it says to bad input.
+#include <sys/stat.h>
+
+#include "platform/contracts/Cipher.h"
+#include "tests/support/World.h"
+
+namespace Tests {
+namespace {
+
+namespace fs = std::filesystem;
+
+class CipherComponent : public testing::Test {
+ protected:
+  CipherComponent() : cipher_(world_.Services.CreateByName(u"OstrCipherCOM.OstrCipherCOM")) {}
+
+  // The description of the failure to create a key, or "created".
+  std::string Create(const String& file, const String& password, const String& label) {
+    try {
+      CallWith(*world_.Services.CreateByName(u"OstrCipherCOM.KeyStore"), u"CreateKey",
+               {file, password, label});
+      return "created";
+    } catch (const Failure& failure) {
+      EXPECT_EQ(failure.Number(), FailureNumber::DeviceFailed);
+      return Utf8(failure.Description());
+    }
+  }
+
+  // The error text of a reading that has to fail and leave the buffer alone, or "read".
+  std::string Read(const String& file, const String& password, const String& label) {
+    Bytes buffer(Cipher::KeyBufferSize, 0xA5);
+    const CipherResult result = cipher_.Keywell_GetKSKey(file, password, label, buffer);
+    EXPECT_EQ(buffer == Bytes(Cipher::KeyBufferSize, 0xA5), result.Number == 0);
+    EXPECT_EQ(result.ErrorText.empty(), result.Number == 1);
+    lastKey_ = buffer;
+    return result.Number == 1 ? "read" : Utf8(result.ErrorText);
+  }
+
+  World world_;
+  Cipher cipher_;
+  Bytes lastKey_;
+};
+
+bool Holds(const std::string& text, const std::string& part) {
+  return text.find(part) != std::string::npos;
+}
+
+TEST_F(CipherComponent, GivesEveryTextBackWithItsKeyAlone) {
+  const Bytes keys[] = {{0}, Bytes(21, 7), Bytes(26, 7), Bytes(300, 7)};
+  const String texts[] = {u"", u"a", String{0xDC00, 0xD800, 0, 0xFFFF}, String(70000, u'\u65E5')};
+  for (const Bytes& key : keys) {
+    for (const String& text : texts) {
+      const CipherResult sealed = cipher_.AES128EncryptString(text, key);
+      ASSERT_EQ(sealed.Number, 1) << Utf8(sealed.ErrorText);
+      EXPECT_EQ(sealed.Output.find_first_not_of(
+                    u"ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/=:"),
+                String::npos);
+      EXPECT_NE(cipher_.AES128EncryptString(text, key).Output, sealed.Output) << "a nonce was used twice";
+      const CipherResult opened = cipher_.AES128DecryptString(sealed.Output, key);
+      EXPECT_EQ(opened.Number, 1);
+      EXPECT_TEXT(text, opened.Output);
+      for (const Bytes& other : keys) {
+        EXPECT_EQ(cipher_.AES128DecryptString(sealed.Output, other).Number, other == key);
+      }
+    }
+  }
+}
+
+TEST_F(CipherComponent, RefusesAStringThatIsCutOrChangedAnywhere) {
+  const Bytes key(16, 1);
+  const String sealed = cipher_.AES128EncryptString(u"secret", key).Output;
+  for (std::size_t at = 0; at < sealed.size(); ++at) {
+    String changed = sealed;
+    for (const char16_t by : {u'A', u'B', u'=', u' ', u'\n', u'\u0414'}) {
+      if (sealed[at] == by) continue;
+      changed[at] = by;
+      for (const String& bad : {changed, sealed.substr(0, at), sealed + changed[at]}) {
+        const CipherResult result = cipher_.AES128DecryptString(bad, key);
+        ASSERT_EQ(result.Number, 0) << Utf8(bad);
+        ASSERT_FALSE(result.ErrorText.empty());
+        ASSERT_TRUE(result.Output.empty());
+      }
+    }
+  }
+}
+
+TEST_F(CipherComponent, AnswersUnusableArgumentsWithZeroAndAText) {
+  const Value none, object = ObjectRef(), text = u"abc", key = Bytes{1};
+  const Value rows[][6] = {{text, std::int32_t{5}, u"", std::int32_t{0}, key, u""},
+                           {text, std::int32_t{-6}, u"", std::int32_t{0}, key, u""},
+                           {text, u"six", u"", std::int32_t{0}, key, u""},
+                           {object, std::int32_t{6}, u"", std::int32_t{0}, key, u""},
+                           {text, std::int32_t{6}, u"", std::int32_t{0}, Bytes(), u""},
+                           {text, std::int32_t{6}, u"", std::int32_t{0}, none, u""},
+                           {text, std::int32_t{6}, u"", std::int32_t{0}, object, u""}};
+  for (const auto& row : rows) {
+    for (const StringView member : {u"AES128EncryptString", u"AES128DecryptString"}) {
+      Value arguments[6];
+      std::copy(std::begin(row), std::end(row), arguments);
+      EXPECT_EQ(cipher_.Reference()->Call(member, arguments).ToInt32(), 0);
+      EXPECT_FALSE(arguments[5].ToString().empty());
+    }
+  }
+  Value shortBuffer[] = {u"keys", u"pw", u"mail", Bytes(120), u""};
+  EXPECT_EQ(cipher_.Reference()->Call(u"Keywell_GetKSKey", shortBuffer).ToInt32(), 0);
+}
+
+TEST_F(CipherComponent, KeepsAKeyForEachLabelOfAKeyStore) {
+  const String file = world_.PathOf("keys");
+  ASSERT_EQ(Create(file, u"p\u00E4ss", u"mail"), "created");
+  ASSERT_EQ(Read(file, u"p\u00E4ss", u"mail"), "read");
+  const Bytes mail = lastKey_;
+  const std::string before = ReadFile(world_.Home.Path() / "keys");
+  EXPECT_TRUE(Holds(Create(file, u"p\u00E4ss", u"mail"), "already"));
+  EXPECT_TRUE(Holds(Create(file, u"other", u"new"), "password is wrong"));
+  EXPECT_TRUE(Holds(Create(file, u"", u"new"), "needs a password"));
+  EXPECT_TRUE(Holds(Create(file, u"p\u00E4ss", u""), "needs a label"));
+  EXPECT_EQ(ReadFile(world_.Home.Path() / "keys"), before);
+
+  ASSERT_EQ(Create(file, u"p\u00E4ss", u"\u65E5"), "created");
+  ASSERT_EQ(Read(file, u"p\u00E4ss", u"\u65E5"), "read");
+  EXPECT_NE(lastKey_, mail);
+  Read(file, u"p\u00E4ss", u"mail");
+  EXPECT_EQ(lastKey_, mail);
+  EXPECT_EQ(fs::status(world_.Home.Path() / "keys").permissions(),
+            fs::perms::owner_read | fs::perms::owner_write);
+  EXPECT_TRUE(Holds(Read(file, u"p\u00E4ss", u"Mail"), "no key with the label Mail"));
+}
+
+TEST_F(CipherComponent, RefusesAKeyStoreThatIsNotOneOrIsOpenToOthers) {
+  const fs::path path = world_.Home.Path() / "keys";
+  const String file = world_.PathOf("keys");
+  EXPECT_TRUE(Holds(Read(file, u"pw", u"mail"), "can't be opened (No such file"));
+  EXPECT_TRUE(Holds(Read(u"", u"pw", u"mail"), "isn't named"));
+  EXPECT_TRUE(Holds(Create(world_.PathOf("no/such/folder/keys"), u"pw", u"mail"), "No such file"));
+  fs::create_directory(world_.Home.Path() / "folder");
+  EXPECT_TRUE(Holds(Read(world_.PathOf("folder"), u"pw", u"mail"), "it is no file"));
+
+  ASSERT_EQ(Create(file, u"pw", u"mail"), "created");
+  EXPECT_TRUE(Holds(Read(file, u"PW", u"mail"), "password is wrong"));
+  for (const int mode : {0640, 0604, 0620, 0602}) {
+    fs::permissions(path, static_cast<fs::perms>(mode));
+    EXPECT_TRUE(Holds(Read(file, u"pw", u"mail"), "chmod 600")) << mode;
+    EXPECT_TRUE(Holds(Create(file, u"pw", u"new"), "chmod 600")) << mode;
+  }
+  fs::permissions(path, static_cast<fs::perms>(0600));
+  fs::create_symlink(path, world_.Home.Path() / "link");
+  EXPECT_EQ(Create(world_.PathOf("link"), u"pw", u"through a link"), "created");
+  EXPECT_TRUE(fs::is_symlink(world_.Home.Path() / "link"));
+  EXPECT_EQ(Read(file, u"pw", u"through a link"), "read");
+}
+
+TEST_F(CipherComponent, RefusesAKeyStoreThatIsCutOrChangedAnywhere) {
+  const fs::path path = world_.Home.Path() / "keys";
+  const String file = world_.PathOf("keys");
+  ASSERT_EQ(Create(file, u"pw", u"mail"), "created");
+  const std::string whole = ReadFile(path);
+  const std::size_t sealedBegin = whole.rfind('\n', whole.size() - 2) + 1;
+  for (std::size_t at = 0; at < whole.size(); ++at) {
+    // Each sealed byte costs a slow derivation to refuse; a sample of them stands for all.
+    if (at > sealedBegin + 2 && at + 3 < whole.size() && at % 37 != 0) continue;
+    for (const std::string& bad :
+         {whole.substr(0, at), whole.substr(0, at) + (whole[at] == '1' ? '2' : '1') + whole.substr(at + 1)}) {
+      WriteFile(path, bad);
+      ASSERT_NE(Read(file, u"pw", u"mail"), "read") << at;
+    }
+  }
+  EXPECT_NE(Create(file, u"pw", u"new"), "created");
+  EXPECT_EQ(ReadFile(path).size(), whole.size()) << "a damaged store is kept for who can repair it";
+  WriteFile(path, whole);
+  EXPECT_EQ(Read(file, u"pw", u"mail"), "read");
+  EXPECT_EQ(std::distance(fs::directory_iterator(world_.Home.Path()), {}), 2) << "nothing is left beside it";
+}
+
+}  // namespace
+}  // namespace Tests

@@ -1,0 +1,213 @@
+// Encrypt71, Decrypt71 and the fixed key: what reaches the crypto component, and every failure as seen from
+// outside.
+#include "tests/security/SecurityWorld.h"
+
+namespace Tests {
+namespace {
+
+const std::string kEncryptFailed = "10005|TvEmailServices.ComponentSecurity.Encrypt71|";
+const std::string kDecryptFailed = "10005|TvEmailServices.ComponentSecurity.Decrypt71|";
+const std::string kName = "OstrCipherCOM.OstrCipherCOM";
+
+// Records what it is called with, and answers as it is told. A key store's buffer comes back as 0, 1, 2 and
+// so on.
+class RecordingCipher : public Object {
+ public:
+  std::int32_t Number = 1;
+  String ErrorText;
+  std::size_t BufferSize = 121;
+  std::vector<std::string> Calls;
+  Bytes Key;
+
+  Value Call(StringView member, std::span<Value> arguments) override {
+    std::string call = Utf8(member);
+    for (const Value& argument : arguments) {
+      call += argument.IsBytes() ? " bytes:" + std::to_string(argument.ToBytes().size())
+                                 : " '" + Utf8(argument.ToString()) + "'";
+    }
+    Calls.push_back(call);
+    if (member == u"Keywell_GetKSKey") {
+      Bytes buffer(BufferSize);
+      for (std::size_t i = 0; i < buffer.size(); ++i) buffer[i] = static_cast<std::uint8_t>(i);
+      arguments[3] = buffer;
+    } else {
+      Key = arguments[4].ToBytes();
+      arguments[2] = u"output";
+    }
+    arguments.back() = ErrorText;
+    return Number;
+  }
+};
+
+// Gives the settings of a key store, and remembers the order in which they are read.
+class Provider : public Object {
+ public:
+  explicit Provider(String file, String password = u"pw", String label = u"mail")
+      : values_{{u"KeyDBFileName", std::move(file)},
+                {u"KeyDBPassword", std::move(password)},
+                {u"KeyLabel", std::move(label)}} {}
+  std::string Read;
+  Value Get(StringView member) override {
+    Read += Utf8(member) + " ";
+    return values_.at(String(member));
+  }
+
+ private:
+  std::map<String, String> values_;
+};
+
+class CipherScheme : public SecurityWorld {
+ protected:
+  CipherScheme() {
+    world_.Services.Instead[kName] = [this] { return cipher_; };
+  }
+  void UseRealCipher() { world_.Services.Instead.clear(); }
+  std::size_t Creations() const {
+    return static_cast<std::size_t>(
+        std::count(world_.Services.Created.begin(), world_.Services.Created.end(), kName));
+  }
+  std::string EncryptFailure(const Value& key) {
+    return FailureOf([&] { security_.Encrypt71(u"text", key, True); });
+  }
+  std::string DecryptFailure(const Value& encoded, const Value& key, Boolean useCipher) {
+    return FailureOf([&] { security_.Decrypt71(encoded, key, useCipher); });
+  }
+
+  std::shared_ptr<RecordingCipher> cipher_ = std::make_shared<RecordingCipher>();
+  const Value someKey_ = Bytes{1, 2, 3};
+};
+
+TEST_F(CipherScheme, IsThePasswordEncoderWithoutTheCipherAndNeverLooksAtTheKey) {
+  const Value unusable = ObjectRef(std::make_shared<Object>());
+  const String encoded = security_.Encrypt71(u"", unusable, False);
+  EXPECT_EQ(encoded.size(), 30U);
+  EXPECT_TEXT(u"", security_.Decrypt71(encoded, unusable, False));
+  EXPECT_TEXT(u"secret",
+              security_.Decrypt71(security_.Encrypt71(u"secret", unusable, False), unusable, False));
+  EXPECT_EQ(FailureOf([&] { security_.Encrypt71(u"~", unusable, False); }),
+            kEncryptFailed +
+                "Illegal character found.\r\nPasswords should contain only standard printable ASCII "
+                "characters, excluding chars \"~\" and \"}\".");
+  EXPECT_EQ(DecryptFailure(u"3", unusable, False), kDecryptFailed + "Error deciphering encrypted data.");
+  EXPECT_EQ(DecryptFailure(someKey_, unusable, False),
+            kDecryptFailed + "Type mismatch: the value can't be used here");
+  EXPECT_EQ(Creations(), 0U);
+}
+
+TEST_F(CipherScheme, NeedsNeitherKeyNorCipherForAnEmptyText) {
+  const Value unusable = ObjectRef(std::make_shared<Object>());
+  EXPECT_TEXT(u"", security_.Encrypt71(u"", unusable, True));
+  EXPECT_TEXT(u"", security_.Decrypt71(u"", unusable, True));
+  EXPECT_TEXT(u"", security_.Decrypt71(Value(), unusable, True));
+  EXPECT_EQ(Creations(), 0U);
+}
+
+TEST_F(CipherScheme, HandsTextLengthAndKeyToTheCipherInTheirOrder) {
+  EXPECT_TEXT(u"output", security_.Encrypt71(u"text", someKey_, True));
+  EXPECT_TEXT(u"output",
+              security_.Decrypt71(std::int32_t{42}, Array{std::int32_t{7}, std::int32_t{255}}, True));
+  EXPECT_EQ(cipher_->Key, (Bytes{7, 255}));
+  security_.EncryptFixed(u"a");
+  const String table = ComponentSecurityTestAccess::KeyTable();
+  EXPECT_EQ(cipher_->Key, Bytes(table.begin() + 1, table.begin() + 27));
+  cipher_->Key.clear();
+  security_.DecryptFixed(u"ab");
+  EXPECT_EQ(cipher_->Key, Bytes(table.begin() + 1, table.begin() + 27));
+  EXPECT_EQ(cipher_->Calls, (std::vector<std::string>{"AES128EncryptString 'text' '8' '' '0' bytes:3 ''",
+                                                      "AES128DecryptString '42' '4' '' '0' bytes:2 ''",
+                                                      "AES128EncryptString 'a' '2' '' '0' bytes:26 ''",
+                                                      "AES128DecryptString 'ab' '4' '' '0' bytes:26 ''"}));
+}
+
+TEST_F(CipherScheme, KeepsTheCipherForItsOwnLife) {
+  const std::weak_ptr<RecordingCipher> watched = cipher_;
+  {
+    ComponentSecurity security;
+    EXPECT_EQ(Creations(), 0U);
+    security.EncryptFixed(u"a");
+    security.DecryptFixed(u"a");
+    EXPECT_EQ(Creations(), 1U);
+    world_.Services.Instead.clear();
+    cipher_.reset();
+    EXPECT_FALSE(watched.expired());
+  }
+  EXPECT_TRUE(watched.expired());
+}
+
+TEST_F(CipherScheme, TakesTheKeyFromTheKeyStoreWhereTheCallerHasNone) {
+  const auto provider = std::make_shared<Provider>(u"keys");
+  const Value none[] = {Value(), ObjectRef()};
+  for (const Value& key : none) {
+    EXPECT_EQ(EncryptFailure(key), kEncryptFailed + "Key DB filename is not set.");
+    EXPECT_EQ(DecryptFailure(u"x", key, True), kDecryptFailed + "Key DB filename is not set.");
+  }
+  EXPECT_EQ(Creations(), 0U);
+  security_.TakeKeyStoreSettings(provider);
+  EXPECT_EQ(provider->Read, "KeyDBFileName KeyDBPassword KeyLabel ");
+  for (const Value& key : none) {
+    cipher_->Calls.clear();
+    security_.Encrypt71(u"text", key, True);
+    ASSERT_EQ(cipher_->Calls.size(), 2U);
+    EXPECT_EQ(cipher_->Calls[0], "Keywell_GetKSKey 'keys' 'pw' 'mail' bytes:121 ''");
+    ASSERT_EQ(cipher_->Key.size(), 21U);
+    for (std::size_t j = 0; j < 21; ++j) EXPECT_EQ(cipher_->Key[j], 20 + 5 * j);
+  }
+}
+
+TEST_F(CipherScheme, RaisesOneNumberWithTheDescriptionOfWhatFailedBeneath) {
+  const Value object = ObjectRef(std::make_shared<Object>());
+  EXPECT_EQ(EncryptFailure(object), kEncryptFailed + "Type mismatch: the value can't be used here");
+  EXPECT_EQ(DecryptFailure(u"x", object, True),
+            kDecryptFailed + "Type mismatch: the value can't be used here");
+  EXPECT_EQ(EncryptFailure(Array{std::int32_t{256}}).substr(0, kEncryptFailed.size() + 8),
+            kEncryptFailed + "Overflow");
+
+  cipher_->Number = 0;
+  EXPECT_EQ(EncryptFailure(someKey_), kEncryptFailed + "Error encrypting data.");
+  EXPECT_EQ(DecryptFailure(u"x", someKey_, True), kDecryptFailed);
+  cipher_->ErrorText = u"because";
+  EXPECT_EQ(EncryptFailure(someKey_), kEncryptFailed + "because");
+  EXPECT_EQ(DecryptFailure(u"x", someKey_, True), kDecryptFailed + "because");
+  EXPECT_EQ(FailureOf([&] { security_.EncryptFixed(u"x"); }), kEncryptFailed + "because");
+
+  security_.TakeKeyStoreSettings(std::make_shared<Provider>(u"keys"));
+  EXPECT_EQ(EncryptFailure(Value()), kEncryptFailed + "because");
+  cipher_->Number = 1;
+  cipher_->BufferSize = 120;
+  EXPECT_EQ(EncryptFailure(Value()), kEncryptFailed + "Position out of range");
+}
+
+TEST_F(CipherScheme, ReportsACipherThatCannotBeHadAndRecoversWhenItIsBack) {
+  world_.Services.Missing = {kName};
+  EXPECT_EQ(EncryptFailure(someKey_), kEncryptFailed + "Component can't be created: " + kName);
+  world_.Services.Missing.clear();
+  world_.Services.Instead[kName] = [] { return ObjectRef(); };
+  EXPECT_EQ(DecryptFailure(u"x", someKey_, True), kDecryptFailed + "Cannot load OstrCipherCom.dll");
+  world_.Services.Instead[kName] = [this] { return cipher_; };
+  EXPECT_TEXT(u"output", security_.Encrypt71(u"text", someKey_, True));
+}
+
+TEST_F(CipherScheme, GivesTextsBackThroughTheRealCipherAndKeyStore) {
+  UseRealCipher();
+  const String text = u"Gr\u00FC\u00DFe \u65E5\u672C" + String{0xD800, 0, 0xDC00, u'|'};
+  const String fixed = security_.EncryptFixed(text);
+  EXPECT_NE(fixed, security_.EncryptFixed(text));
+  EXPECT_TEXT(text, security_.DecryptFixed(fixed));
+  EXPECT_EQ(DecryptFailure(fixed, someKey_, True).substr(0, kDecryptFailed.size() + 4),
+            kDecryptFailed + "The ");
+
+  const String file = world_.PathOf("keys");
+  CallWith(*world_.Services.CreateByName(u"OstrCipherCOM.KeyStore"), u"CreateKey", {file, u"pw", u"mail"});
+  security_.TakeKeyStoreSettings(std::make_shared<Provider>(file));
+  const String sealed = security_.Encrypt71(text, Value(), True);
+  ComponentSecurity another;
+  another.TakeKeyStoreSettings(std::make_shared<Provider>(file));
+  EXPECT_TEXT(text, another.Decrypt71(sealed, ObjectRef(), True));
+  another.TakeKeyStoreSettings(std::make_shared<Provider>(file, u"wrong"));
+  EXPECT_EQ(FailureOf([&] { another.Decrypt71(sealed, Value(), True); }),
+            kDecryptFailed + "The key store " + Utf8(file) +
+                " can't be used: the password is wrong, or the file was changed.");
+}
+
+}  // namespace
+}  // namespace Tests

@@ -1,0 +1,92 @@
+// EncryptOld and DecryptOld: the form of the older encoded string, and that no failure leaves them.
+#include <algorithm>
+
+#include "tests/security/SecurityWorld.h"
+
+namespace Tests {
+namespace {
+
+constexpr int kLastStart = 97;
+
+// A text in which every code from 1 to 253 comes up.
+String Text(std::size_t length, std::size_t turn) {
+  String text;
+  for (std::size_t i = 0; i < length; ++i) text += static_cast<char16_t>(1 + (i * 7 + turn) % 253);
+  return text;
+}
+
+class OldEncoder : public SecurityWorld {};
+
+TEST_F(OldEncoder, HasAKeyTableFromWhichEveryStartReadsBack) {
+  const String table = ComponentSecurityTestAccess::OldKeyTable();
+  ASSERT_EQ(table.size(), 127U);
+  EXPECT_TRUE(StartCharactersAreUnique(table, kLastStart));
+  EXPECT_EQ(table.substr(0, kLastStart).find(char16_t{255}), String::npos);
+  EXPECT_TRUE(std::all_of(table.begin(), table.end(), [](char16_t c) { return c > 0 && c < 256; }));
+}
+
+TEST_F(OldEncoder, ReadsWhatEarlierBuildsWrote) {
+  String stored = u"\u00FF\u00CFPPPPP\u00B4\u00C6\u00FF!\u00D1\u00ECv\u0084" + String(15, u'S');
+  EXPECT_TEXT(u"Gr\u00FC\u00DFe| 1", security_.DecryptOld(stored));
+}
+
+TEST_F(OldEncoder, GivesEveryTextBackFromEveryStart) {
+  for (int start = 1; start <= kLastStart; ++start) {
+    for (std::size_t n = 0; n <= 252; n += n < 30 || n > 245 ? 1 : 9) {
+      const String text = Text(n, n + static_cast<std::size_t>(start));
+      const ForcedDraws& draws = StartAt(start, kLastStart);
+      String encoded = security_.EncryptOld(text);
+      const auto p = static_cast<std::size_t>(start % 8);
+      ASSERT_EQ(encoded.size(), p + n <= 28 ? 30 : 2 + p + n) << start << " " << n;
+      ASSERT_EQ(encoded.find(char16_t{124}), String::npos);
+      ASSERT_EQ(encoded.substr(2, p), String(p, u'P'));
+      ASSERT_EQ(encoded.substr(2 + p + n), String(encoded.size() - 2 - p - n, u'S'));
+      ASSERT_EQ(draws.DrawsAfterSeed, std::vector<std::size_t>{1}) << "one seeding, one draw";
+      ASSERT_EQ(draws.Seeds[0], 429);
+      ASSERT_EQ(security_.DecryptOld(encoded), text) << start << " " << n;
+    }
+  }
+}
+
+TEST_F(OldEncoder, GivesTheEmptyStringForWhatItCannotDo) {
+  StartAt(13, kLastStart);
+  EXPECT_TEXT(u"", security_.EncryptOld(u"caf\u00E9 \u0414"));
+  EXPECT_TEXT(u"", security_.EncryptOld(String(32767, u'a')));
+  for (const String& damaged : {String(), String(u"&"), String(u" "), String(u"&\u0414"), String(u"&zPP")}) {
+    String encoded = damaged;
+    EXPECT_TEXT(u"", security_.DecryptOld(encoded));
+  }
+  String encoded = u"\u00FF|\u00FF";
+  security_.DecryptOld(encoded);
+  EXPECT_TEXT(u"|||", encoded);
+}
+
+TEST_F(OldEncoder, NeverReadsOutsideACutOrChangedString) {
+  for (const int start : {1, 13, 56, 97}) {
+    for (const std::size_t n : {0, 9, 40, 252}) {
+      StartAt(start, kLastStart);
+      const String text = Text(n, 5);
+      const String encoded = security_.EncryptOld(text);
+      const std::size_t bodyEnd = 2 + static_cast<std::size_t>(start % 8) + n;
+      for (std::size_t at = 0; at < encoded.size(); ++at) {
+        String cut = encoded.substr(0, at);
+        ASSERT_EQ(security_.DecryptOld(cut), at < bodyEnd ? String() : text)
+            << start << " " << n << " " << at;
+        for (int code = 0; code < 256; code += 3) {
+          String changed = encoded;
+          changed[at] = static_cast<char16_t>(code);
+          const String read = security_.DecryptOld(changed);
+          if (at >= 2) {
+            ASSERT_EQ(read.size(), n);
+          }
+          if (at >= bodyEnd) {
+            ASSERT_EQ(read, text);
+          }
+        }
+      }
+    }
+  }
+}
+
+}  // namespace
+}  // namespace Tests

@@ -1,0 +1,220 @@
+// Encrypt and Decrypt: the form of an encoded password string, what is refused, and what damage does.
+#include <algorithm>
+
+#include "platform/CheckedArithmetic.h"
+#include "tests/security/SecurityWorld.h"
+
+namespace Tests {
+namespace {
+
+constexpr int kLastStart = 81;
+
+const std::string kIllegal =
+    "10006|TvEmailServices.ComponentSecurity.Encrypt: -2147221504|Illegal character found.\r\nPasswords "
+    "should "
+    "contain only standard printable ASCII characters, excluding chars \"~\" and \"}\".";
+const std::string kNotEncrypted =
+    "10006|TvEmailServices.ComponentSecurity.Encrypt: -2147221504|Error encrypting data.";
+const std::string kNotDeciphered =
+    "10005|TvEmailServices.ComponentSecurity.Decrypt: -2147221504|Error deciphering encrypted data.";
+
+// A password of accepted characters, another for each turn, in which every code comes up.
+String Password(std::size_t length, std::size_t turn) {
+  String password;
+  for (std::size_t i = 0; i < length; ++i) password += static_cast<char16_t>(14 + (i * 5 + turn) % 111);
+  return password;
+}
+
+class PasswordEncoder : public SecurityWorld {};
+
+TEST_F(PasswordEncoder, HasAKeyTableFromWhichEveryStartReadsBack) {
+  const String table = ComponentSecurityTestAccess::KeyTable();
+  ASSERT_EQ(table.size(), 111U);
+  EXPECT_TRUE(StartCharactersAreUnique(table, kLastStart));
+  EXPECT_EQ(table.substr(0, kLastStart).find_first_of(u"\u007E\u007F "), String::npos);
+  EXPECT_TRUE(std::all_of(table.begin(), table.end(), [](char16_t c) { return c > 0 && c < 256; }));
+  EXPECT_LT(table[45], 32) << "a control character stands between the literals";
+}
+
+TEST_F(PasswordEncoder, ReadsWhatEarlierBuildsStored) {
+  String stored = u"\u007E@}}GuP3k[RlvC" + String(16, char16_t{14});
+  EXPECT_TEXT(u"Se;cr|et 1", security_.Decrypt(stored));
+}
+
+TEST_F(PasswordEncoder, GivesEveryPasswordBackFromEveryStart) {
+  const String table = ComponentSecurityTestAccess::KeyTable();
+  for (int start = 1; start <= kLastStart; ++start) {
+    for (std::size_t n = 0; n <= 97; ++n) {
+      const String password = Password(n, n * 7 + static_cast<std::size_t>(start));
+      ForcedDraws& draws = StartAt(start, kLastStart);
+      draws.Others = [n](std::size_t i) { return static_cast<double>((i * 29 + n) % 112) / 112; };
+      String encoded = security_.Encrypt(password);
+      const auto p = static_cast<std::size_t>(start % 8);
+      ASSERT_EQ(encoded.size(), p + n <= 28 ? 30 : 2 + p + n) << start << " " << n;
+      ASSERT_EQ(encoded.find_first_of(u"|;"), String::npos) << start << " " << n;
+      ASSERT_EQ(security_.Decrypt(encoded), password) << start << " " << n;
+      ASSERT_EQ(encoded[0], table[static_cast<std::size_t>(start) - 1]);
+    }
+  }
+}
+
+// The whole string told by its positions: S = 13, so five fillers in front of a body of ten.
+TEST_F(PasswordEncoder, LaysTheStringOutByItsStartPosition) {
+  const String table = ComponentSecurityTestAccess::KeyTable();
+  const String password = u"aaaaaaaaaa";
+  StartAt(13, kLastStart).Others = [](std::size_t) { return 0.9999; };
+  String expected(1, table[12]);
+  expected += static_cast<char16_t>((table[13] + 10) % 111 + 14);
+  expected += String(5, char16_t{125});
+  for (std::size_t position = 8; position <= 17; ++position) {
+    expected += static_cast<char16_t>((table[(position + 13) * 13 % 111] + u'a') % 111 + 14);
+  }
+  expected += String(13, char16_t{125});
+  std::replace(expected.begin(), expected.end(), char16_t{124}, char16_t{127});
+  std::replace(expected.begin(), expected.end(), char16_t{59}, char16_t{126});
+  const String encoded = security_.Encrypt(password);
+  EXPECT_TEXT(expected, encoded);
+  EXPECT_NE(encoded.substr(7, 10), String(10, encoded[7])) << "one character repeated must not show";
+}
+
+TEST_F(PasswordEncoder, RoundsTheStartPositionToTheEvenNeighbour) {
+  const String table = ComponentSecurityTestAccess::KeyTable();
+  const std::pair<double, std::size_t> rows[] = {{0, 1},       {0.00624, 1},  {0.00625, 2}, {0.01875, 2},
+                                                 {0.01876, 3}, {0.99375, 80}, {0.99376, 81}};
+  for (const auto& [draw, start] : rows) {
+    StartAt(1, kLastStart).First = draw;
+    char16_t expected = table[start - 1];
+    if (expected == 124) expected = 127;
+    if (expected == 59) expected = 126;
+    EXPECT_EQ(security_.Encrypt(u"x")[0], expected) << draw;
+  }
+}
+
+TEST_F(PasswordEncoder, SeedsFromHourMonthAndSecondAndThenFromTheMoment) {
+  struct Row {
+    Moment Now;
+    double Seed;
+  };
+  const Row rows[] = {{{2026, 3, 22, 14, 5, 9, 0}, 429},
+                      {{2026, 3, 22, 14, 55, 9, 0}, 429},
+                      {{2026, 12, 31, 23, 59, 59, 0}, 27659},
+                      {{2026, 7, 1, 0, 30, 8, 0}, 8},
+                      {{2026, 1, 1, 10, 0, 0, 0}, 100}};
+  for (const Row& row : rows) {
+    world_.Services.Present = row.Now;
+    const ForcedDraws& draws = StartAt(13, kLastStart);
+    security_.Encrypt(u"0123456789");
+    ASSERT_EQ(draws.Seeds.size(), 2U);
+    EXPECT_EQ(draws.Seeds[0], row.Seed);
+    EXPECT_NE(draws.Seeds[1], row.Seed);
+    EXPECT_EQ(draws.DrawsAfterSeed, (std::vector<std::size_t>{1 + 5, 13}));
+  }
+}
+
+TEST_F(PasswordEncoder, RefusesCharactersOutsideItsCodesAndLengthsThatWouldNotReadBack) {
+  struct Row {
+    String Password;
+    std::string Failure;
+  };
+  std::vector<Row> rows = {{u"\u000E|;", "none"},
+                           {Password(97, 0), "none"},
+                           {Password(98, 0), kNotEncrypted},
+                           {Password(109, 0), kNotEncrypted},
+                           {Password(111, 0), kNotEncrypted},
+                           {Password(32767, 0), kNotEncrypted},
+                           {Password(70000, 0), kNotEncrypted},
+                           {Password(32766, 0) + u'~', kIllegal},
+                           {u'}' + Password(40000, 0), kIllegal}};
+  for (const int code : {0, 10, 13, 125, 126, 127, 255, 256, 0x20 + 0x100, 0xD800, 0xFFFF}) {
+    rows.push_back({u"ab" + String(1, static_cast<char16_t>(code)), kIllegal});
+  }
+  for (const Row& row : rows) {
+    const ForcedDraws& draws = StartAt(7, kLastStart);
+    EXPECT_EQ(FailureOf([&] { security_.Encrypt(row.Password); }), row.Failure)
+        << Utf8(row.Password).substr(0, 9);
+    EXPECT_EQ(draws.Seeds.empty(), row.Failure != "none") << "a refused password draws nothing";
+  }
+}
+
+// What begins with a blank begins with no start character: every key code is then that of the table's first.
+TEST_F(PasswordEncoder, DecodesOrRefusesDamagedStrings) {
+  const char16_t first = ComponentSecurityTestAccess::KeyTable()[0];
+  const auto length = [&](int n) { return String{u' ', static_cast<char16_t>((first + n) % 111 + 14)}; };
+  const char16_t x = static_cast<char16_t>((first + u'x') % 111 + 14);
+  struct Row {
+    String Encoded;
+    std::string Password;  // or the failure
+  };
+  const Row rows[] = {{u"", ""},
+                      {u"3", kNotDeciphered},
+                      {u" ", kNotDeciphered},
+                      {length(0), ""},
+                      {length(-1), ""},
+                      {length(1), kNotDeciphered},
+                      {length(1) + x, "x"},
+                      {length(2) + x, kNotDeciphered},
+                      {length(2) + x + x, "xx"},
+                      {length(2) + x + u'\u0414', kNotDeciphered},
+                      {length(1) + x + u'\u0414', "x"},
+                      {u" \u0414", kNotDeciphered},
+                      {u'\u0414' + length(1).substr(1) + x, "x"},
+                      {length(1) + x + String(40000, u'y'), "x"},
+                      {length(1) + x + String(40000, u'y') + u'\u007F', kNotDeciphered}};
+  for (const Row& row : rows) {
+    String encoded = row.Encoded;
+    std::string password;
+    const std::string failure = FailureOf([&] { password = Utf8(security_.Decrypt(encoded)); });
+    EXPECT_EQ(failure == "none" ? password : failure, row.Password) << Utf8(row.Encoded).substr(0, 9);
+  }
+}
+
+TEST_F(PasswordEncoder, UndoesTheSubstitutionsInTheArgumentOfDecrypt) {
+  String encoded = u"\u007F\u007E|;\u007E\u007F";
+  FailureOf([&] { security_.Decrypt(encoded); });
+  EXPECT_TEXT(u"|;|;;|", encoded);
+}
+
+// Cut anywhere: the password while the body is whole, failure otherwise. Changed anywhere: filler doesn't
+// matter, a changed body character gives another character, and the rest a wrong text or the failure.
+TEST_F(PasswordEncoder, NeverReadsOutsideACutOrChangedString) {
+  for (const int start : {1, 13, 18, 39, 80, 81}) {
+    for (const std::size_t n : {0, 1, 10, 24, 97}) {
+      const String password = Password(n, 3);
+      StartAt(start, kLastStart);
+      const String encoded = security_.Encrypt(password);
+      const std::size_t bodyBegin = 2 + static_cast<std::size_t>(start % 8), bodyEnd = bodyBegin + n;
+      for (std::size_t cut = 1; cut < encoded.size(); ++cut) {
+        String rest = encoded.substr(0, cut);
+        String read;
+        const std::string failure = FailureOf([&] { read = security_.Decrypt(rest); });
+        const bool whole = cut >= 2 && (n == 0 || cut >= bodyEnd);
+        EXPECT_EQ(failure, whole ? "none" : kNotDeciphered) << start << " " << n << " " << cut;
+        if (whole) {
+          EXPECT_TEXT(password, read);
+        }
+      }
+      for (std::size_t at = 0; at < encoded.size(); ++at) {
+        for (char16_t code = 0; code < 256; ++code) {
+          String changed = encoded;
+          if (changed[at] == code) continue;
+          changed[at] = code;
+          String read;
+          const std::string failure = FailureOf([&] { read = security_.Decrypt(changed); });
+          if (at < 2) {
+            ASSERT_TRUE(failure == "none" || failure == kNotDeciphered) << failure;
+          } else {
+            ASSERT_EQ(failure, "none");
+            ASSERT_EQ(read.size(), n);
+            const bool inBody = at >= bodyBegin && at < bodyEnd;
+            if (!inBody || (code >= 14 && code < 124 && code != 59)) {
+              ASSERT_EQ(read != password, inBody);
+            }
+          }
+        }
+      }
+    }
+  }
+}
+
+}  // namespace
+}  // namespace Tests
