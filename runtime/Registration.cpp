@@ -53,7 +53,7 @@ std::optional<RegisteredClass> FindClass(const Identity& classId) {
 }
 
 std::optional<RegisteredClass> FindClass(StringView programmaticName) {
-  if (!IsKeyName(programmaticName)) return {};
+  if (!RegistryStore::IsKeyName(programmaticName)) return {};
   String id;
   {
     RegistryAccess registry(Hive::LocalMachine);

@@ -69,7 +69,7 @@ std::string Folded(StringView text) {
 bool IsPath(StringView path) {
   while (!path.empty()) {
     const auto end = path.find(u'\\');
-    if (!IsKeyName(path.substr(0, end))) return false;
+    if (!RegistryStore::IsKeyName(path.substr(0, end))) return false;
     if (end == StringView::npos) return true;
     path.remove_prefix(end + 1);
     if (path.empty()) return false;
@@ -99,11 +99,6 @@ Value ContentOf(const Rows& row, int column) {
 }
 
 }  // namespace
-
-bool IsKeyName(StringView name) {
-  return !name.empty() && name.size() <= kLongestKeyName &&
-         name.find_first_of(StringView(u"\\\0", 2)) == StringView::npos;
-}
 
 RegistryFile::RegistryFile(const std::string& file)
     : database_(RequireFile(file)),

@@ -15,11 +15,6 @@
 
 namespace Runtime {
 
-inline constexpr std::size_t kLongestKeyName = 255;  // characters
-
-// A name that a key can have: not empty, not too long, without a backslash and without a NUL.
-bool IsKeyName(StringView name);
-
 // The keys and values of one file. Writes belong inside a Transaction of Store().
 class RegistryFile {
  public:

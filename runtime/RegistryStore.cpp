@@ -18,6 +18,8 @@
 namespace Runtime {
 namespace {
 
+constexpr std::size_t kLongestKeyName = 255;  // characters
+
 std::string PathOf(Hive hive) {
   if (hive == Hive::LocalMachine) return HomePath() + "/machine.registry";
   if (hive == Hive::CurrentUser) return HomePath() + "/user-" + std::to_string(geteuid()) + ".registry";
@@ -117,6 +119,11 @@ void RegistryStore::Create(Hive hive) {
 
 String RegistryStore::FileOf(Hive hive) {
   return FromUtf8(PathOf(hive));
+}
+
+bool RegistryStore::IsKeyName(StringView name) {
+  return !name.empty() && name.size() <= kLongestKeyName &&
+         name.find_first_of(StringView(u"\\\0", 2)) == StringView::npos;
 }
 
 bool RegistryStore::KeyExists(Hive hive, StringView path) {

@@ -31,15 +31,20 @@ class RegistryStore {
   // The file of a hive, for messages.
   static String FileOf(Hive hive);
 
+  // A name that a key can have: not empty, at most 255 characters, without a backslash and without a NUL. A
+  // path with any other name in it leads to no key.
+  static bool IsKeyName(StringView name);
+
   static bool KeyExists(Hive hive, StringView path);
 
-  // Makes the key, and its parents, where they don't exist.
+  // Makes the key, and its parents, where they don't exist. Raises 5 for a path with a name that no key can
+  // have.
   static void CreateKey(Hive hive, StringView path);
 
   // The names of the sub keys, ordered by name. Empty for a key that doesn't exist.
   static std::vector<String> SubKeys(Hive hive, StringView path);
 
-  // Removes the key with all its values and sub keys. False if there is none.
+  // Removes the key with all its values and sub keys. False if there is none. Raises 5 for the root.
   static bool DeleteKey(Hive hive, StringView path);
 
   static std::optional<RegistryValue> Read(Hive hive, StringView path, StringView name);

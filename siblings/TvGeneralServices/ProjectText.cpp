@@ -1,0 +1,226 @@
+#include "siblings/TvGeneralServices/ProjectText.h"
+
+#include <algorithm>
+
+#include "platform/Failure.h"
+
+namespace TvGeneralServices {
+namespace {
+
+constexpr StringView kProjectSection = u"Project";
+constexpr StringView kFormat = u"1";
+constexpr char16_t kByteOrderMark = 0xFEFF;
+
+[[noreturn]] void Refuse(StringView why) {
+  throw Failure(FailureNumber::DeviceFailed, u"TvGeneralServices.Files", String(why));
+}
+
+bool IsBlank(char16_t c) {
+  return c == u' ' || c == u'\t';
+}
+
+StringView WithoutBlanks(StringView text) {
+  while (!text.empty() && IsBlank(text.front())) text.remove_prefix(1);
+  while (!text.empty() && IsBlank(text.back())) text.remove_suffix(1);
+  return text;
+}
+
+bool IsSurrogate(char16_t c) {
+  return c >= 0xD800 && c <= 0xDFFF;
+}
+
+bool IsPair(StringView text, std::size_t i) {
+  return i + 1 < text.size() && text[i] >= 0xD800 && text[i] <= 0xDBFF && text[i + 1] >= 0xDC00 &&
+         text[i + 1] <= 0xDFFF;
+}
+
+void AppendCode(String& text, char16_t c) {
+  text += u"\\u";
+  for (int shift = 12; shift >= 0; shift -= 4) text += u"0123456789ABCDEF"[(c >> shift) & 0xF];
+}
+
+// The text so that it stands on one line and reads back the same. What marks the end of a name, or makes a
+// line a comment or a section, is special besides.
+String Escape(StringView text, StringView special) {
+  String escaped;
+  for (std::size_t i = 0; i < text.size(); ++i) {
+    const char16_t c = text[i];
+    const bool atAnEnd = i == 0 || i + 1 == text.size();
+    if (c == u'\\') {
+      escaped += u"\\\\";
+    } else if (c == u'\n') {
+      escaped += u"\\n";
+    } else if (c == u'\r') {
+      escaped += u"\\r";
+    } else if (c == u'\t') {
+      escaped += u"\\t";
+    } else if (c == u' ' && atAnEnd) {
+      escaped += u"\\s";
+    } else if (IsPair(text, i)) {
+      escaped += text.substr(i++, 2);
+    } else if (c < 0x20 || c == kByteOrderMark || IsSurrogate(c) || special.find(c) != StringView::npos) {
+      AppendCode(escaped, c);
+    } else {
+      escaped += c;
+    }
+  }
+  return escaped;
+}
+
+std::optional<char16_t> ReadCode(StringView digits) {
+  if (digits.size() != 4) return {};
+  unsigned code = 0;
+  for (const char16_t c : digits) {
+    const auto digit =
+        StringView(u"0123456789ABCDEF").find(static_cast<char16_t>(c >= u'a' && c <= u'f' ? c - 0x20 : c));
+    if (digit == StringView::npos) return {};
+    code = code * 16 + static_cast<unsigned>(digit);
+  }
+  return static_cast<char16_t>(code);
+}
+
+// What was escaped. A backslash in front of anything else stands for itself, as in a path typed by hand.
+String Unescape(StringView text) {
+  String plain;
+  for (std::size_t i = 0; i < text.size(); ++i) {
+    const char16_t next = text[i] == u'\\' && i + 1 < text.size() ? text[i + 1] : u'\0';
+    const auto known = StringView(u"\\nrts").find(next);
+    if (next != u'\0' && known != StringView::npos) {
+      plain += u"\\\n\r\t "[known];
+      ++i;
+    } else if (const auto code = next == u'u' ? ReadCode(text.substr(i + 2, 4)) : std::nullopt) {
+      plain += *code;
+      i += 5;
+    } else {
+      plain += text[i];
+    }
+  }
+  return plain;
+}
+
+}  // namespace
+
+ProjectText::Line ProjectText::Read(String text, String end) {
+  Line line;
+  const StringView body = WithoutBlanks(text);
+  const auto equals = body.find(u'=');
+  const auto bracket = body.find(u']');
+  if (body.empty() || body[0] == u';' || body[0] == u'#') {
+    line.Kind = LineKind::Comment;
+  } else if (body[0] == u'[' && bracket != StringView::npos) {
+    line.Kind = LineKind::Section;
+    line.Name = Unescape(WithoutBlanks(body.substr(1, bracket - 1)));
+  } else if (body[0] != u'[' && equals != StringView::npos) {
+    line.Kind = LineKind::Key;
+    line.Name = Unescape(WithoutBlanks(body.substr(0, equals)));
+    line.Value = Unescape(WithoutBlanks(body.substr(equals + 1)));
+  } else {
+    line.Kind = LineKind::Unknown;
+  }
+  line.Text = std::move(text);
+  line.End = std::move(end);
+  return line;
+}
+
+ProjectText::ProjectText(std::string_view bytes) {
+  if (!IsUtf8(bytes)) Refuse(u"isn't a text in UTF-8");
+  const String text = FromUtf8(bytes);
+  StringView rest = text;
+  if (rest.starts_with(kByteOrderMark)) {
+    byteOrderMark_ = true;
+    rest.remove_prefix(1);
+  }
+  while (!rest.empty()) {
+    const std::size_t feed = rest.find(u'\n');
+    const std::size_t next = feed == StringView::npos ? rest.size() : feed + 1;
+    std::size_t end = std::min(feed, rest.size());
+    if (feed != StringView::npos && end > 0 && rest[end - 1] == u'\r') --end;
+    lines_.push_back(Read(String(rest.substr(0, end)), String(rest.substr(end, next - end))));
+    rest.remove_prefix(next);
+  }
+  if (!lines_.empty() && !lines_[0].End.empty()) lineEnd_ = lines_[0].End;
+  RequireProject();
+}
+
+void ProjectText::RequireProject() const {
+  std::size_t first = 0;
+  while (first < lines_.size() && lines_[first].Kind == LineKind::Comment) ++first;
+  if (first == lines_.size() || FindSection(kProjectSection) != first)
+    Refuse(u"isn't a project file: it doesn't begin with a section [Project]");
+  const auto format = KeyValue(kProjectSection, u"Format");
+  if (!format) Refuse(u"isn't a project file: its section [Project] has no key Format");
+  if (*format != kFormat)
+    Refuse(u"is a project file of format " + format->substr(0, 20) + u", which this version can't read");
+}
+
+std::string ProjectText::ToBytes() const {
+  String text;
+  if (byteOrderMark_) text += kByteOrderMark;
+  for (const Line& line : lines_) text.append(line.Text).append(line.End);
+  return ToUtf8(text);
+}
+
+std::size_t ProjectText::FindSection(StringView section) const {
+  std::size_t i = 0;
+  while (i < lines_.size() &&
+         !(lines_[i].Kind == LineKind::Section && EqualsIgnoreCase(lines_[i].Name, section)))
+    ++i;
+  return i;
+}
+
+// The position behind the section's last line that isn't a comment or blank.
+std::size_t ProjectText::EndOfSection(std::size_t header) const {
+  std::size_t end = header + 1;
+  for (std::size_t i = end; i < lines_.size() && lines_[i].Kind != LineKind::Section; ++i) {
+    if (lines_[i].Kind != LineKind::Comment) end = i + 1;
+  }
+  return end;
+}
+
+bool ProjectText::HasSection(StringView section) const {
+  return FindSection(section) < lines_.size();
+}
+
+const ProjectText::Line* ProjectText::FindKey(StringView section, StringView key) const {
+  bool inside = false;
+  for (const Line& line : lines_) {
+    if (line.Kind == LineKind::Section) inside = EqualsIgnoreCase(line.Name, section);
+    if (inside && line.Kind == LineKind::Key && EqualsIgnoreCase(line.Name, key)) return &line;
+  }
+  return nullptr;
+}
+
+std::optional<String> ProjectText::KeyValue(StringView section, StringView key) const {
+  const Line* line = FindKey(section, key);
+  return line ? std::optional(line->Value) : std::nullopt;
+}
+
+void ProjectText::Insert(std::size_t position, String text) {
+  if (position > 0 && lines_[position - 1].End.empty()) lines_[position - 1].End = lineEnd_;
+  lines_.insert(lines_.begin() + static_cast<std::ptrdiff_t>(position), Read(std::move(text), lineEnd_));
+}
+
+void ProjectText::SetKey(StringView section, StringView key, StringView value) {
+  const String escaped = Escape(value, {});
+  if (const Line* found = FindKey(section, key)) {
+    Line& line = lines_[static_cast<std::size_t>(found - lines_.data())];
+    std::size_t start = line.Text.find(u'=') + 1;
+    while (start < line.Text.size() && IsBlank(line.Text[start])) ++start;
+    line = Read(line.Text.substr(0, start) + escaped, std::move(line.End));
+    return;
+  }
+  if (!HasSection(section)) {
+    if (!WithoutBlanks(lines_.back().Text).empty()) Insert(lines_.size(), {});
+    Insert(lines_.size(), u"[" + Escape(section, u"]") + u"]");
+  }
+  Insert(EndOfSection(FindSection(section)), Escape(key, u"=[;#") + u"=" + escaped);
+}
+
+void ProjectText::RemoveSection(StringView section) {
+  for (std::size_t header; (header = FindSection(section)) < lines_.size();) {
+    const auto begin = lines_.begin() + static_cast<std::ptrdiff_t>(header);
+    lines_.erase(begin, lines_.begin() + static_cast<std::ptrdiff_t>(EndOfSection(header)));
+  }
+}
+
+}  // namespace TvGeneralServices

@@ -1,0 +1,27 @@
+// RegValue: the holder of one registry value, filled in by its user or by RegUtil.
+#pragma once
+
+#include "platform/Object.h"
+
+namespace TvGeneralServices {
+
+using namespace Platform;
+
+class RegValue : public ObjectWithMembers<RegValue> {
+ public:
+  static const Table& Members();
+
+ private:
+  Value GetDataType() { return dataType_; }
+  void SetDataType(Value type) { dataType_ = type.ToInt32(); }
+  Value GetValueName() { return valueName_; }
+  void SetValueName(Value name) { valueName_ = name.ToString(); }
+  Value GetValue() { return value_; }
+  void SetValue(Value value) { value_ = std::move(value); }
+
+  std::int32_t dataType_ = 1;  // 1 string, 3 bytes, 4 number
+  String valueName_;           // empty: the key's default value
+  Value value_;
+};
+
+}  // namespace TvGeneralServices
