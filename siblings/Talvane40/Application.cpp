@@ -1,0 +1,73 @@
+#include "siblings/Talvane40/Application.h"
+
+#include "siblings/Talvane40/OpenedProject.h"
+#include "siblings/Talvane40/PasswordHash.h"
+#include "siblings/Talvane40/ProjectFile.h"
+
+namespace Talvane40 {
+namespace {
+
+[[noreturn]] void Refuse(StringView why) {
+  throw Failure(FailureNumber::DeviceFailed, u"Talvane40.TalvaneApplication.OpenProject", String(why));
+}
+
+class Status : public ApplicationStatus {
+ public:
+  explicit Status(String text) : text_(std::move(text)) {}
+  String GetFailureText() override { return text_; }
+
+ private:
+  String text_;
+  LiveObject live_{liveObjects};
+};
+
+class OwnLogon : public ApplicationLogon {
+ public:
+  explicit OwnLogon(String text) : text_(std::move(text)) {}
+  String GetLogonText() override { return text_; }
+
+ private:
+  String text_;
+  LiveObject live_{liveObjects};
+};
+
+}  // namespace
+
+Application::Application() : logonText_(RandomToken()) {}
+
+std::shared_ptr<Project> Application::OpenProject(const Value& path, std::int32_t mode, const String& userId,
+                                                  const String& password, std::int32_t options,
+                                                  std::int32_t access) {
+  failureText_.clear();
+  try {
+    if (mode != 1 || options != 0 || access != 3) {
+      Refuse(u"A project can be opened with mode 1, options 0 and access 3 only.");
+    }
+    ProjectFile file = ReadProjectFile(path.ToString());
+    const auto state = std::make_shared<OpenState>(file.Database.string());
+    const auto logon = state->Database.FindLogon(userId);
+    if (!MatchesHash(password, logon ? logon->PasswordHash : std::nullopt)) {
+      Refuse(u"The user name or the password is wrong.");
+    }
+    state->Author = logon->UserKey;
+    return std::make_shared<OpenedProject>(state, std::move(file.Name), logonText_);
+  } catch (...) {
+    failureText_ = CurrentFailure().Description();
+    return nullptr;
+  }
+}
+
+std::shared_ptr<ApplicationStatus> Application::GetStatus() {
+  return std::make_shared<Status>(failureText_);
+}
+
+std::shared_ptr<ApplicationLogon> Application::GetLogon() {
+  return std::make_shared<OwnLogon>(logonText_);
+}
+
+std::shared_ptr<TalvaneApplication> ApplicationFactory::CreateApplication(Boolean& shared) {
+  shared = False;
+  return std::make_shared<Application>();
+}
+
+}  // namespace Talvane40

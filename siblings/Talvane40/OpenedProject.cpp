@@ -1,0 +1,93 @@
+#include "siblings/Talvane40/OpenedProject.h"
+
+#include "platform/Object.h"
+#include "siblings/Talvane40/PasswordHash.h"
+
+namespace Talvane40 {
+namespace {
+
+class SnapshotUser : public ProjectUser {
+ public:
+  explicit SnapshotUser(User user) : user_(std::move(user)) {}
+  StringView GetEMailAddress() override { return user_.Address; }
+  bool IsMailAccepted() override { return user_.MailAccepted; }
+  std::int32_t GetUserKey() override { return user_.Key; }
+
+ private:
+  User user_;
+};
+
+// The users that it gives share its life, so that a walk over many costs no allocation for each.
+class Snapshot : public ProjectUsers, public std::enable_shared_from_this<Snapshot> {
+ public:
+  explicit Snapshot(std::vector<User> users) {
+    users_.reserve(users.size());
+    for (User& user : users) users_.emplace_back(std::move(user));
+  }
+
+  std::int32_t Count() override { return static_cast<std::int32_t>(users_.size()); }
+
+  std::shared_ptr<ProjectUser> Item(std::int32_t position) override {
+    if (position < 1 || position > Count()) Raise(FailureNumber::Subscript);
+    return {shared_from_this(), &users_[static_cast<std::size_t>(position) - 1]};
+  }
+
+ private:
+  std::vector<SnapshotUser> users_;
+  LiveObject live_{liveObjects};
+};
+
+class OpenedDiscussion : public ObjectWithMembers<OpenedDiscussion> {
+ public:
+  OpenedDiscussion(std::shared_ptr<OpenState> state, std::int32_t number)
+      : state_(std::move(state)), number_(number) {}
+
+  static const Table& Members() {
+    static const Table table = {Method(u"Reply", 2, &OpenedDiscussion::Reply)};
+    return table;
+  }
+
+ private:
+  Value Reply(std::span<Value> arguments) {
+    state_->Database.AddReply(number_, arguments[0].ToString(), arguments[1].ToString(), state_->Author);
+    return {};
+  }
+
+  std::shared_ptr<OpenState> state_;
+  std::int32_t number_;
+  LiveObject live_{liveObjects};
+};
+
+}  // namespace
+
+OpenedProject::OpenedProject(std::shared_ptr<OpenState> state, String name, String logonText)
+    : state_(std::move(state)),
+      name_(std::move(name)),
+      logonText_(std::move(logonText)),
+      openedBy_(state_->Author) {}
+
+std::shared_ptr<ProjectUsers> OpenedProject::GetUsers() {
+  if (!users_ || state_->Database.UsersVersion() != usersVersion_) {
+    users_ = std::make_shared<Snapshot>(state_->Database.Users(usersVersion_));
+  }
+  return users_;
+}
+
+bool OpenedProject::IsMailBoxAllowed() {
+  return state_->Database.IsOwner(openedBy_);
+}
+
+ObjectRef OpenedProject::GetDiscussion(std::int32_t number) {
+  if (!state_->Database.DiscussionTitle(number)) return nullptr;
+  return std::make_shared<OpenedDiscussion>(state_, number);
+}
+
+bool OpenedProject::SetActingUser(const Value& userKey, std::int32_t kind, const Value& logonText) {
+  const std::int32_t key = userKey.ToInt32();
+  if (kind != 1 || !EqualSecrets(logonText.ToString(), logonText_)) return false;
+  if (!state_->Database.IsMailAccepted(key).value_or(false)) return false;
+  state_->Author = key;
+  return true;
+}
+
+}  // namespace Talvane40

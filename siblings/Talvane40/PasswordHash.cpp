@@ -1,0 +1,98 @@
+#include "siblings/Talvane40/PasswordHash.h"
+
+#include <openssl/crypto.h>
+#include <openssl/evp.h>
+#include <openssl/rand.h>
+
+#include <array>
+#include <cstdint>
+#include <cstdio>
+#include <vector>
+
+#include "platform/Failure.h"
+
+namespace Talvane40 {
+namespace {
+
+constexpr std::uint64_t kMemoryLimit = 64 << 20;  // bytes that a stored hash may make scrypt use
+constexpr std::size_t kSaltLength = 16;
+constexpr std::size_t kKeyLength = 32;
+
+using ByteString = std::vector<unsigned char>;
+
+struct Costs {
+  unsigned long long N = 1 << 13;
+  unsigned long long R = 8;
+  unsigned long long P = 1;
+};
+
+[[noreturn]] void Fail(StringView what) {
+  throw Failure(FailureNumber::DeviceFailed, u"Talvane40", String(what));
+}
+
+ByteString RandomBytes(std::size_t count) {
+  ByteString bytes(count);
+  if (RAND_bytes(bytes.data(), static_cast<int>(count)) != 1) Fail(u"No random numbers can be had.");
+  return bytes;
+}
+
+std::string InHexadecimal(const ByteString& bytes) {
+  std::string text;
+  for (const unsigned char byte : bytes) {
+    text += "0123456789abcdef"[byte >> 4];
+    text += "0123456789abcdef"[byte & 15];
+  }
+  return text;
+}
+
+ByteString Derive(StringView password, const ByteString& salt, const Costs& costs) {
+  std::string bytes = ToUtf8(password);
+  ByteString key(kKeyLength);
+  const bool good = EVP_PBE_scrypt(bytes.data(), bytes.size(), salt.data(), salt.size(), costs.N, costs.R,
+                                   costs.P, kMemoryLimit, key.data(), key.size()) == 1;
+  OPENSSL_cleanse(bytes.data(), bytes.size());
+  if (!good) Fail(u"A password of the project can't be checked: its stored form is damaged.");
+  return key;
+}
+
+std::string Format(const Costs& costs, const ByteString& salt, const ByteString& key) {
+  return "scrypt$" + std::to_string(costs.N) + "$" + std::to_string(costs.R) + "$" + std::to_string(costs.P) +
+         "$" + InHexadecimal(salt) + "$" + InHexadecimal(key);
+}
+
+}  // namespace
+
+String HashPassword(StringView password) {
+  const Costs costs;
+  const ByteString salt = RandomBytes(kSaltLength);
+  return FromUtf8(Format(costs, salt, Derive(password, salt, costs)));
+}
+
+bool MatchesHash(StringView password, const std::optional<String>& hash) {
+  if (!hash) {
+    Derive(password, ByteString(kSaltLength), Costs{});
+    return false;
+  }
+  Costs costs;
+  std::array<char, 2 * kSaltLength + 1> saltText{};
+  std::sscanf(ToUtf8(*hash).c_str(), "scrypt$%9llu$%9llu$%9llu$%32[0-9a-f]$", &costs.N, &costs.R, &costs.P,
+              saltText.data());
+  ByteString salt;
+  for (std::size_t i = 0; i + 1 < saltText.size() && saltText[i]; i += 2) {
+    unsigned byte = 0;
+    std::sscanf(&saltText[i], "%2x", &byte);
+    salt.push_back(static_cast<unsigned char>(byte));
+  }
+  return EqualSecrets(*hash, FromUtf8(Format(costs, salt, Derive(password, salt, costs))));
+}
+
+bool EqualSecrets(StringView left, StringView right) {
+  return left.size() == right.size() &&
+         CRYPTO_memcmp(left.data(), right.data(), left.size() * sizeof(char16_t)) == 0;
+}
+
+String RandomToken() {
+  return FromUtf8(InHexadecimal(RandomBytes(16)));
+}
+
+}  // namespace Talvane40

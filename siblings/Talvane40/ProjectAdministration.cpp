@@ -1,0 +1,109 @@
+#include "siblings/Talvane40/ProjectAdministration.h"
+
+#include <algorithm>
+
+#include "siblings/Talvane40/ProjectCreation.h"
+#include "siblings/Talvane40/ProjectFile.h"
+
+namespace Talvane40 {
+namespace {
+
+constexpr std::size_t kLongest = 255;  // characters of a name, a title or an address
+
+[[noreturn]] void Refuse(const String& what) {
+  throw Failure(FailureNumber::DeviceFailed, u"Talvane40.ProjectAdministration", what);
+}
+
+bool IsControl(char16_t c) {
+  return c < 0x20 || c == 0x7F || c == 0x85 || c == 0x2028 || c == 0x2029;
+}
+
+// The text without blanks at its ends, if it can be the name of what is told.
+String VettedName(const Value& value, const String& what) {
+  String name = Trim(value.ToString());
+  if (name.empty()) Refuse(what + u" must not be empty.");
+  if (name.size() > kLongest) Refuse(what + u" must not have more than 255 characters.");
+  if (std::ranges::any_of(name, IsControl))
+    Refuse(what + u" must not hold line ends or other control characters.");
+  return name;
+}
+
+// The name becomes that of a registry key, whose separator is the backslash.
+String VettedProjectName(const Value& value) {
+  String name = VettedName(value, u"The project's name");
+  if (name.find(u'\\') != String::npos) Refuse(u"The project's name must not hold a backslash.");
+  return name;
+}
+
+String VettedAddress(const Value& value) {
+  String address = value.ToString();
+  const auto at = address.find(u'@');
+  const auto foreign = [](char16_t c) {
+    return c == u' ' || IsControl(c) || StringView(u"<>()[],;:\"\\").find(c) != StringView::npos;
+  };
+  if (at == 0 || at == String::npos || at + 1 == address.size() || at != address.rfind(u'@') ||
+      address.size() > kLongest || std::ranges::any_of(address, foreign)) {
+    Refuse(u"\"" + address + u"\" is no e-mail address. Give one such as ann@example.org.");
+  }
+  return address;
+}
+
+ProjectDatabase OpenDatabase(const Value& path) {
+  return ProjectDatabase(ReadProjectFile(path.ToString()).Database.string());
+}
+
+}  // namespace
+
+const ProjectAdministration::Table& ProjectAdministration::Members() {
+  static const Table table = {Method(u"CreateProject", 5, &ProjectAdministration::CreateProject),
+                              Method(u"AddUser", 4, &ProjectAdministration::AddUser),
+                              Method(u"AddDiscussion", 2, &ProjectAdministration::AddDiscussion),
+                              Method(u"Describe", 1, &ProjectAdministration::Describe)};
+  return table;
+}
+
+Value ProjectAdministration::CreateProject(std::span<Value> arguments) {
+  const String name = VettedProjectName(arguments[1]);
+  User owner{
+      .Key = 0, .Name = VettedName(arguments[2], u"The user's name"), .Address = {}, .MailAccepted = false};
+  if (!arguments[3].ToString().empty()) {
+    owner.Address = VettedAddress(arguments[3]);
+    owner.MailAccepted = true;
+  }
+  Talvane40::CreateProject(arguments[0].ToString(), name, owner, arguments[4].ToString());
+  return {};
+}
+
+Value ProjectAdministration::AddUser(std::span<Value> arguments) {
+  const User user{.Key = 0,
+                  .Name = VettedName(arguments[1], u"The user's name"),
+                  .Address = VettedAddress(arguments[2]),
+                  .MailAccepted = arguments[3].ToBool()};
+  return OpenDatabase(arguments[0]).AddUser(user);
+}
+
+Value ProjectAdministration::AddDiscussion(std::span<Value> arguments) {
+  const String title = VettedName(arguments[1], u"The discussion's title");
+  return OpenDatabase(arguments[0]).AddDiscussion(title);
+}
+
+Value ProjectAdministration::Describe(std::span<Value> arguments) {
+  const ProjectFile file = ReadProjectFile(arguments[0].ToString());
+  ProjectDatabase database(file.Database.string());
+  std::int64_t version = 0;
+  Array users;
+  for (const User& user : database.Users(version)) {
+    users.push_back(Array{user.Key, user.Name, user.Address, user.MailAccepted});
+  }
+  Array discussions;
+  for (const Discussion& discussion : database.Discussions()) {
+    Array replies;
+    for (const Reply& reply : database.Replies(discussion.Number)) {
+      replies.push_back(Array{reply.Subject, reply.Body, reply.UserName, reply.At});
+    }
+    discussions.push_back(Array{discussion.Number, discussion.Title, std::move(replies)});
+  }
+  return Array{file.Name, std::move(users), std::move(discussions)};
+}
+
+}  // namespace Talvane40

@@ -1,0 +1,207 @@
+#include "siblings/Talvane40/ProjectDatabase.h"
+
+#include <filesystem>
+
+#include "platform/CheckedArithmetic.h"
+#include "platform/Failure.h"
+
+namespace Talvane40 {
+namespace {
+
+// The triggers keep the version of the users, by which those who hold a copy see that it is stale.
+constexpr const char* kTables = R"(
+  PRAGMA application_id = 1414943540;
+  PRAGMA user_version = 1;
+  CREATE TABLE project (
+    id INTEGER PRIMARY KEY CHECK (id = 1),
+    name TEXT NOT NULL,
+    users_version INTEGER NOT NULL DEFAULT 0) STRICT;
+  CREATE TABLE users (
+    key INTEGER PRIMARY KEY AUTOINCREMENT,
+    name TEXT NOT NULL,
+    folded_name TEXT NOT NULL UNIQUE,
+    email TEXT NOT NULL,
+    mail_accepted INTEGER NOT NULL CHECK (mail_accepted IN (0, 1)),
+    role TEXT NOT NULL CHECK (role IN ('owner', 'member')),
+    password_hash TEXT) STRICT;
+  CREATE TABLE discussions (
+    number INTEGER PRIMARY KEY AUTOINCREMENT,
+    title TEXT NOT NULL) STRICT;
+  CREATE TABLE replies (
+    id INTEGER PRIMARY KEY AUTOINCREMENT,
+    discussion INTEGER NOT NULL REFERENCES discussions (number),
+    subject TEXT NOT NULL,
+    body TEXT NOT NULL,
+    user INTEGER NOT NULL REFERENCES users (key),
+    at TEXT NOT NULL) STRICT;
+  CREATE INDEX replies_of_discussion ON replies (discussion);
+  CREATE TRIGGER user_added AFTER INSERT ON users
+    BEGIN UPDATE project SET users_version = users_version + 1; END;
+  CREATE TRIGGER user_changed AFTER UPDATE ON users
+    BEGIN UPDATE project SET users_version = users_version + 1; END;
+  CREATE TRIGGER user_removed AFTER DELETE ON users
+    BEGIN UPDATE project SET users_version = users_version + 1; END;
+)";
+constexpr std::int64_t kApplicationId = 1414943540;  // "TVS4"
+constexpr std::int64_t kVersion = 1;
+
+[[noreturn]] void Refuse(StringView what) {
+  throw Failure(FailureNumber::DeviceFailed, u"Talvane40", String(what));
+}
+
+[[noreturn]] void RefuseFile(const std::string& file, const char* why) {
+  Refuse(FromUtf8("The project database " + file + " " + why));
+}
+
+// The number that the last insertion gave.
+std::int32_t NewNumber(Runtime::Database& database) {
+  return Narrow<std::int32_t>(database.Number("SELECT last_insert_rowid()"));
+}
+
+std::int32_t NumberAt(const Runtime::Rows& row, int column) {
+  return Narrow<std::int32_t>(row.Integer(column));
+}
+
+String TextAt(const Runtime::Rows& row, int column) {
+  return FromUtf8(row.Text(column));
+}
+
+// The file's name, once the file has turned out to be a project's database.
+const std::string& Vetted(const std::string& file) {
+  if (!std::filesystem::exists(file))
+    RefuseFile(file, "is missing. Put it back, or restore it from a backup.");
+  if (!std::filesystem::is_regular_file(file)) RefuseFile(file, "is not a file.");
+  Runtime::Database database(file);
+  if (database.Number("PRAGMA application_id") != kApplicationId) {
+    RefuseFile(file, "is the database of another program, or empty. Restore it from a backup.");
+  }
+  const std::int64_t version = database.Number("PRAGMA user_version");
+  if (version > kVersion) RefuseFile(file, "was made by a newer version of Talvane. Use that version.");
+  if (version < kVersion) RefuseFile(file, "is damaged: it has no version. Restore it from a backup.");
+  return file;
+}
+
+}  // namespace
+
+void ProjectDatabase::Create(const std::string& file, StringView name, const User& owner,
+                             StringView passwordHash) {
+  Runtime::Database database(file);
+  Runtime::Transaction transaction(database);
+  database.Run(kTables);
+  Runtime::Statement(database, "INSERT INTO project (id, name) VALUES (1, ?)").Run({ToUtf8(name)});
+  InsertUser(database, owner, "owner", passwordHash);
+  transaction.Commit();
+  database.Run("PRAGMA journal_mode=WAL");
+}
+
+ProjectDatabase::ProjectDatabase(const std::string& file)
+    : database_(Vetted(file)),
+      findLogon_(database_, "SELECT key, password_hash FROM users WHERE folded_name = ?"),
+      role_(database_, "SELECT role FROM users WHERE key = ?"),
+      mailAccepted_(database_, "SELECT mail_accepted FROM users WHERE key = ?"),
+      usersVersion_(database_, "SELECT users_version FROM project"),
+      discussionTitle_(database_, "SELECT title FROM discussions WHERE number = ?"),
+      addReply_(database_,
+                "INSERT INTO replies (discussion, subject, body, user, at) "
+                "VALUES (?, ?, ?, ?, strftime('%Y-%m-%dT%H:%M:%fZ', 'now'))") {
+  database_.Run("PRAGMA foreign_keys=ON");
+}
+
+std::optional<Logon> ProjectDatabase::FindLogon(StringView userName) {
+  auto row = findLogon_({ToUtf8(FoldCase(userName))});
+  if (!row.Next()) return std::nullopt;
+  Logon logon{.UserKey = NumberAt(row, 0), .PasswordHash = {}};
+  if (row.Type(1) != Runtime::ColumnType::Null) logon.PasswordHash = TextAt(row, 1);
+  return logon;
+}
+
+bool ProjectDatabase::IsOwner(std::int32_t userKey) {
+  auto row = role_({userKey});
+  return row.Next() && row.Text(0) == "owner";
+}
+
+std::optional<bool> ProjectDatabase::IsMailAccepted(std::int32_t userKey) {
+  auto row = mailAccepted_({userKey});
+  if (!row.Next()) return std::nullopt;
+  return row.Integer(0) != 0;
+}
+
+std::int64_t ProjectDatabase::UsersVersion() {
+  auto row = usersVersion_({});
+  return row.Next() ? row.Integer(0) : 0;
+}
+
+// One statement reads the version with the users, so that the two belong together.
+std::vector<User> ProjectDatabase::Users(std::int64_t& version) {
+  std::vector<User> users;
+  Runtime::Statement statement(database_,
+                               "SELECT key, name, email, mail_accepted, (SELECT users_version FROM project) "
+                               "FROM users ORDER BY key");
+  for (auto row = statement({}); row.Next();) {
+    users.push_back({NumberAt(row, 0), TextAt(row, 1), TextAt(row, 2), row.Integer(3) != 0});
+    version = row.Integer(4);
+  }
+  return users;
+}
+
+std::optional<String> ProjectDatabase::DiscussionTitle(std::int32_t number) {
+  auto row = discussionTitle_({number});
+  if (!row.Next()) return std::nullopt;
+  return TextAt(row, 0);
+}
+
+std::vector<Discussion> ProjectDatabase::Discussions() {
+  std::vector<Discussion> discussions;
+  Runtime::Statement statement(database_, "SELECT number, title FROM discussions ORDER BY number");
+  for (auto row = statement({}); row.Next();) discussions.push_back({NumberAt(row, 0), TextAt(row, 1)});
+  return discussions;
+}
+
+std::vector<Reply> ProjectDatabase::Replies(std::int32_t discussion) {
+  std::vector<Reply> replies;
+  Runtime::Statement statement(database_,
+                               "SELECT subject, body, users.name, at FROM replies "
+                               "JOIN users ON users.key = user WHERE discussion = ? ORDER BY id");
+  for (auto row = statement({discussion}); row.Next();) {
+    replies.push_back({TextAt(row, 0), TextAt(row, 1), TextAt(row, 2), TextAt(row, 3)});
+  }
+  return replies;
+}
+
+void ProjectDatabase::AddReply(std::int32_t discussion, StringView subject, StringView body,
+                               std::int32_t userKey) {
+  Runtime::Transaction transaction(database_);
+  addReply_.Run({discussion, ToUtf8(subject), ToUtf8(body), userKey});
+  transaction.Commit();
+}
+
+void ProjectDatabase::InsertUser(Runtime::Database& database, const User& user, std::string_view role,
+                                 std::optional<StringView> passwordHash) {
+  const std::string hash = ToUtf8(passwordHash.value_or(StringView()));
+  Runtime::Statement(database,
+                     "INSERT INTO users (name, folded_name, email, mail_accepted, role, password_hash) "
+                     "VALUES (?, ?, ?, ?, ?, ?)")
+      .Run({ToUtf8(user.Name), ToUtf8(FoldCase(user.Name)), ToUtf8(user.Address),
+            std::int64_t{user.MailAccepted}, role,
+            passwordHash ? Runtime::Parameter(std::string_view(hash)) : Runtime::Parameter(nullptr)});
+}
+
+std::int32_t ProjectDatabase::AddUser(const User& user) {
+  Runtime::Transaction transaction(database_);
+  if (FindLogon(user.Name))
+    Refuse(u"The project already has a user " + user.Name + u". Choose another name.");
+  InsertUser(database_, user, "member", std::nullopt);
+  const std::int32_t key = NewNumber(database_);
+  transaction.Commit();
+  return key;
+}
+
+std::int32_t ProjectDatabase::AddDiscussion(StringView title) {
+  Runtime::Transaction transaction(database_);
+  Runtime::Statement(database_, "INSERT INTO discussions (title) VALUES (?)").Run({ToUtf8(title)});
+  const std::int32_t number = NewNumber(database_);
+  transaction.Commit();
+  return number;
+}
+
+}  // namespace Talvane40
