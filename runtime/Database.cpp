@@ -71,6 +71,10 @@ std::int64_t Database::Number(const char* sql) {
   return rows.Next() ? rows.Integer(0) : 0;
 }
 
+std::int64_t Database::ChangedRows() const {
+  return sqlite3_total_changes64(handle_);
+}
+
 Rows::~Rows() {
   sqlite3_reset(statement_);
   sqlite3_clear_bindings(statement_);

@@ -32,6 +32,9 @@ class Database {
   // The first column of the first row, as a whole number.
   std::int64_t Number(const char* sql);
 
+  // How many rows this connection has changed since it was opened.
+  std::int64_t ChangedRows() const;
+
   // Raises what the given result of SQLite stands for.
   [[noreturn]] void Refuse(int result) const;
 

@@ -8,9 +8,9 @@
 #include "platform/Failure.h"
 #include "platform/Object.h"
 #include "platform/Services.h"
+#include "runtime/ClassLookup.h"
 #include "runtime/Folders.h"
 #include "runtime/Process.h"
-#include "runtime/Registration.h"
 #include "runtime/SystemRandom.h"
 
 namespace Runtime {
@@ -21,28 +21,13 @@ std::shared_ptr<FormsToolkit>& InstalledToolkit() {
   return toolkit;
 }
 
-// Looks a class up by its name or identity and creates an object of it. Whatever stands in the way becomes
-// 429 with what was asked for; a failure of the object's own creation passes as it is.
-template <class Key>
-ObjectRef Create(const Key& key, StringView asked) {
-  const ClassFactory* factory = nullptr;
-  try {
-    const auto found = FindClass(key);
-    if (!found) throw Failure(FailureNumber::CannotCreate, {}, u"it isn't registered; run \"tvmail init\"");
-    factory = &LoadClassFactory(found->File, found->Id);
-  } catch (const Failure& failure) {
-    Raise(FailureNumber::CannotCreate, String(asked) + u": " + failure.Description());
-  }
-  return factory->CreateInstance();
-}
-
 class ProcessServices : public PlatformServices {
  public:
   ObjectRef CreateByName(StringView programmaticName) override {
-    return Create(programmaticName, programmaticName);
+    return FindFactory(programmaticName).CreateInstance();
   }
 
-  ObjectRef CreateByClass(const Identity& classId) override { return Create(classId, ToText(classId)); }
+  ObjectRef CreateByClass(const Identity& classId) override { return FindFactory(classId).CreateInstance(); }
 
   String FolderOf(const void* codeAddress) override {
     const std::string file = FileOfAddress(codeAddress);

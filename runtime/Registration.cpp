@@ -57,21 +57,15 @@ std::optional<RegisteredClass> FindClass(StringView programmaticName) {
   String id;
   {
     RegistryAccess registry(Hive::LocalMachine);
-    id = TextAt(*registry.operator->(), kClasses + String(programmaticName) + u"\\CLSID");
+    id = TextAt(*registry, kClasses + String(programmaticName) + u"\\CLSID");
   }
   if (id.empty()) return {};
   return FindClass(ParseIdentity(id));
 }
 
-String NameOf(const Identity& classId) {
-  RegistryAccess registry(Hive::LocalMachine);
-  const String name = TextAt(*registry.operator->(), ClassKey(classId));
-  return name.empty() ? ToText(classId) : name;
-}
-
 void WriteRegistration(const ComponentDescription& library, const String& file) {
   RegistryAccess access(Hive::LocalMachine);
-  RegistryFile& registry = *access.operator->();
+  RegistryFile& registry = *access;
   Transaction transaction(registry.Store());
   const TypeLibraryDescription* types = library.TypeLibrary;
   for (const ClassDescription& described : library.Classes) {
@@ -101,7 +95,7 @@ void WriteRegistration(const ComponentDescription& library, const String& file) 
 
 void RemoveRegistration(const ComponentDescription& library) {
   RegistryAccess access(Hive::LocalMachine);
-  RegistryFile& registry = *access.operator->();
+  RegistryFile& registry = *access;
   Transaction transaction(registry.Store());
   for (const ClassDescription& described : library.Classes) {
     const String name = kClasses + ProgrammaticName(library, described);

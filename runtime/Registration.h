@@ -20,9 +20,6 @@ struct RegisteredClass {
 std::optional<RegisteredClass> FindClass(StringView programmaticName);
 std::optional<RegisteredClass> FindClass(const Identity& classId);
 
-// The programmatic name of a registered class, or its identity in text.
-String NameOf(const Identity& classId);
-
 // Writes all of a library's classes, the interfaces that it declares and its type library, in one
 // transaction.
 void WriteRegistration(const ComponentDescription& library, const String& file);

@@ -4,6 +4,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <atomic>
 #include <cerrno>
 #include <cstring>
 
@@ -11,6 +12,8 @@
 
 namespace Runtime {
 namespace {
+
+std::atomic<std::int64_t> openings = 0;
 
 // "TvRg", and the version of the tables below.
 constexpr std::int64_t kApplicationId = 0x54765267;
@@ -102,7 +105,9 @@ Value ContentOf(const Rows& row, int column) {
 
 RegistryFile::RegistryFile(const std::string& file)
     : database_(RequireFile(file)),
-      find_(Opened(database_), "SELECT id FROM key WHERE path=?"),
+      opening_(++openings),
+      othersWrites_(Opened(database_), "PRAGMA data_version"),
+      find_(database_, "SELECT id FROM key WHERE path=?"),
       addKey_(database_, "INSERT INTO key(parent, path, name) VALUES(?, ?, ?) RETURNING id"),
       subKeys_(database_, "SELECT name FROM key WHERE parent=? ORDER BY path"),
       deleteValues_(
@@ -140,6 +145,12 @@ void RegistryFile::Create(const std::string& file) {
 bool RegistryFile::IsStillInPlace() const {
   struct stat status {};
   return stat(database_.File().c_str(), &status) == 0 && status.st_dev == device_ && status.st_ino == inode_;
+}
+
+RegistryState RegistryFile::State() {
+  Rows rows = othersWrites_({});
+  rows.Next();
+  return {opening_, rows.Integer(0), database_.ChangedRows()};
 }
 
 std::optional<std::int64_t> RegistryFile::Find(StringView path) {

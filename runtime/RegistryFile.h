@@ -15,6 +15,14 @@
 
 namespace Runtime {
 
+// What tells whether a store has changed: equal states of one hive have equal content.
+struct RegistryState {
+  std::int64_t Opening = 0;       // which opening of a store in this process
+  std::int64_t OthersWrites = 0;  // as SQLite counts them for one connection
+  std::int64_t OwnWrites = 0;
+  friend bool operator==(const RegistryState&, const RegistryState&) = default;
+};
+
 // The keys and values of one file. Writes belong inside a Transaction of Store().
 class RegistryFile {
  public:
@@ -30,6 +38,8 @@ class RegistryFile {
   // False when the file has been removed or replaced since it was opened.
   bool IsStillInPlace() const;
 
+  RegistryState State();
+
   bool KeyExists(StringView path);
   void CreateKey(StringView path);
   std::vector<String> SubKeys(StringView path);
@@ -41,9 +51,10 @@ class RegistryFile {
   std::optional<std::int64_t> Find(StringView path);
 
   Database database_;
+  std::int64_t opening_;
   dev_t device_ = 0;
   ino_t inode_ = 0;
-  Statement find_, addKey_, subKeys_, deleteValues_, deleteKeys_, read_, write_;
+  Statement othersWrites_, find_, addKey_, subKeys_, deleteValues_, deleteKeys_, read_, write_;
 };
 
 // The store of a hive in the present home folder, locked for this thread as long as the object lives. Stores
@@ -57,6 +68,7 @@ class RegistryAccess {
   ~RegistryAccess();
 
   RegistryFile* operator->() { return file_; }
+  RegistryFile& operator*() { return *file_; }
 
  private:
   std::unique_lock<std::mutex> lock_;

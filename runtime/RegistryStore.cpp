@@ -93,7 +93,7 @@ template <class Work>
 auto Durably(Hive hive, Work work) {
   RegistryAccess registry(hive);
   Transaction transaction(registry->Store());
-  const auto result = work(*registry.operator->());
+  const auto result = work(*registry);
   transaction.Commit();
   return result;
 }

@@ -1,15 +1,19 @@
 #include "runtime/SystemRandom.h"
 
+#include <unistd.h>
+
 #include <array>
 #include <bit>
 #include <cstdint>
 
+#include "platform/Failure.h"
+
 namespace Runtime {
 
 void SystemRandom::Seed(double number) {
-  std::random_device system;
   std::array<std::uint32_t, 10> words;
-  for (std::uint32_t& word : words) word = system();
+  if (getentropy(words.data(), sizeof words) != 0)
+    Platform::Raise(Platform::FailureNumber::DeviceFailed, u"the system gives no random bytes");
   const auto bits = std::bit_cast<std::uint64_t>(number);
   words[0] ^= static_cast<std::uint32_t>(bits);
   words[1] ^= static_cast<std::uint32_t>(bits >> 32);

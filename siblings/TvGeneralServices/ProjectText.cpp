@@ -211,7 +211,7 @@ void ProjectText::SetKey(StringView section, StringView key, StringView value) {
   }
   if (!HasSection(section)) {
     if (!WithoutBlanks(lines_.back().Text).empty()) Insert(lines_.size(), {});
-    Insert(lines_.size(), u"[" + Escape(section, u"]") + u"]");
+    Insert(lines_.size(), String(u"[").append(Escape(section, u"]")).append(u"]"));
   }
   Insert(EndOfSection(FindSection(section)), Escape(key, u"=[;#") + u"=" + escaped);
 }

@@ -1,0 +1,72 @@
+#include "runtime/ClassLookup.h"
+
+#include <unistd.h>
+
+#include <map>
+#include <mutex>
+#include <string>
+
+#include "platform/Failure.h"
+#include "runtime/Libraries.h"
+#include "runtime/Process.h"
+#include "runtime/Registration.h"
+#include "runtime/RegistryFile.h"
+
+namespace Runtime {
+namespace {
+
+struct KnownClass {
+  std::string File;
+  const ClassFactory* Factory;
+};
+
+class KnownClasses {
+ public:
+  // The remembered factory, or null where it has to be looked up.
+  const ClassFactory* Recall(const String& asked, const RegistryState& state) {
+    const std::lock_guard guard(lock_);
+    if (state != state_) classes_.clear();
+    state_ = state;
+    const auto known = classes_.find(asked);
+    if (known == classes_.end() || access(known->second.File.c_str(), F_OK) != 0) return nullptr;
+    return known->second.Factory;
+  }
+
+  void Remember(const String& asked, const RegistryState& state, KnownClass found) {
+    const std::lock_guard guard(lock_);
+    if (state == state_) classes_.insert_or_assign(asked, std::move(found));
+  }
+
+ private:
+  std::mutex lock_;
+  RegistryState state_;
+  std::map<String, KnownClass> classes_;
+};
+
+template <class Key>
+const ClassFactory& Find(const Key& key, const String& asked) {
+  static auto& known = *new KnownClasses;
+  try {
+    const RegistryState state = RegistryAccess(Hive::LocalMachine)->State();
+    if (const ClassFactory* factory = known.Recall(asked, state)) return *factory;
+    const auto found = FindClass(key);
+    if (!found) throw Failure(FailureNumber::CannotCreate, {}, u"it isn't registered; run \"tvmail init\"");
+    const ClassFactory& factory = LoadClassFactory(found->File, found->Id);
+    known.Remember(asked, state, {LocateLibrary(found->File), &factory});
+    return factory;
+  } catch (const Failure& failure) {
+    Raise(FailureNumber::CannotCreate, asked + u": " + failure.Description());
+  }
+}
+
+}  // namespace
+
+const ClassFactory& FindFactory(StringView programmaticName) {
+  return Find(programmaticName, String(programmaticName));
+}
+
+const ClassFactory& FindFactory(const Identity& classId) {
+  return Find(classId, ToText(classId));
+}
+
+}  // namespace Runtime
