@@ -1,4 +1,5 @@
 #include <CLI/CLI.hpp>
+#include <algorithm>
 #include <memory>
 
 #include "host/Command.h"
@@ -58,9 +59,10 @@ int Deliver(const DeliverOptions& options) {
   DeliveryReport report(options.Json);
   FailureJudge judge;
   const auto handle = [&](RawMail raw) {
+    if (StopWanted()) return false;
     if (!raw.Fault.empty()) {
       report.Tell(raw.Source, {}, Platform::FromUtf8(raw.Fault), raw.FaultCode);
-      return !StopWanted();
+      return true;
     }
     String messageId;
     try {
@@ -71,13 +73,12 @@ int Deliver(const DeliverOptions& options) {
     } catch (const std::exception&) {
       report.Tell(raw.Source, messageId, Platform::CurrentFailure().Description(), TryAgain);
     }
-    return !StopWanted();
+    return true;
   };
-  for (const std::string& source : options.Sources) {
-    if (!ReadMailSource(source, handle)) break;
-  }
+  const bool all = std::all_of(options.Sources.begin(), options.Sources.end(),
+                               [&](const std::string& source) { return ReadMailSource(source, handle); });
   handler.MailHandler_Finalize();
-  return report.Finish(StopWanted());
+  return report.Finish(!all);
 }
 
 }  // namespace

@@ -2,8 +2,10 @@
 
 #include <glib.h>
 
+#include <algorithm>
 #include <optional>
 
+#include "host/deliver/Base64.h"
 #include "host/deliver/Charset.h"
 
 namespace Host {
@@ -39,22 +41,6 @@ std::optional<EncodedWord> ReadEncodedWord(std::string_view header, std::size_t 
   word.Text = header.substr(encoding + 3, end - encoding - 3);
   word.End = end + 2;
   return word;
-}
-
-// What base64 carries from one word into the next: writers exist that cut in the middle of a group.
-struct Base64State {
-  int State = 0;
-  guint Save = 0;
-};
-
-void AppendBase64(std::string& bytes, std::string_view text, Base64State& state) {
-  if (text.empty()) return;
-  const std::size_t start = bytes.size();
-  bytes.resize(start + text.size() / 4 * 3 + 6);
-  const gsize written = g_base64_decode_step(
-      text.data(), text.size(), reinterpret_cast<guchar*>(bytes.data() + start), &state.State, &state.Save);
-  bytes.resize(start + written);
-  if (text.back() == '=') state = {};
 }
 
 void AppendQ(std::string& bytes, std::string_view text) {
@@ -115,24 +101,26 @@ String DecodeHeader(std::string_view raw) {
     // The run of words of one charset that begins here; between words only blanks stand, and they vanish.
     std::string charset = word->Charset;
     std::string bytes;
-    Base64State state;
+    Base64Decoder base64;
     while (word) {
       if (word->Charset != charset) {
+        base64.Finish(bytes);
         text += DecodeText(bytes, charset);
         bytes.clear();
-        state = {};
         charset = word->Charset;
       }
       if (word->Base64) {
-        AppendBase64(bytes, word->Text, state);
+        base64.Append(bytes, word->Text);
+        if (word->Text.ends_with('=')) base64.Finish(bytes);
       } else {
+        base64.Finish(bytes);
         AppendQ(bytes, word->Text);
-        state = {};
       }
       plainStart = word->End;
       const std::size_t next = std::min(line.size(), line.find_first_not_of(kBlanks, word->End));
       word = line.compare(next, 2, "=?") == 0 ? ReadEncodedWord(line, next) : std::nullopt;
     }
+    base64.Finish(bytes);
     text += DecodeText(bytes, charset);
     search = plainStart;
   }
