@@ -21,9 +21,9 @@ String DescriptionOf(std::int32_t number) {
 // [P], [D] and [M] stand for the project marker, the discussion marker and the cut marker.
 String Written(StringView text) {
   String written(text);
-  for (const auto& [sign, marker] : {std::pair(u"[P]", u"(Ostrand Talvane Project "),
-                                     std::pair(u"[D]", u"Ostrand Talvane Discussion "),
-                                     std::pair(u"[M]", u"-- cut here --")}) {
+  for (const auto& [sign, marker] :
+       {std::pair(u"[P]", u"(Ostrand Talvane Project "), std::pair(u"[D]", u"Ostrand Talvane Discussion "),
+        std::pair(u"[M]", u"-- cut here --")}) {
     for (auto at = written.find(sign); at != String::npos; at = written.find(sign)) {
       written.replace(at, 3, marker);
     }
@@ -67,7 +67,7 @@ TEST_F(ParserTest, ASubjectLineGivesItsNumberAndTheTextInFrontOfTheProject) {
       {u"Re: Plan [D]17)", kUnset, u"-", invalid},
       {u"Discussion) [P]Apollo)", kUnset, u"-", invalid},
       {u"", kUnset, u"-", invalid},
-      {u"12) [P]Apollo)", kUnset, u"-", invalid},       // its first blank stands behind the bracket
+      {u"12) [P]Apollo)", kUnset, u"-", invalid},  // its first blank stands behind the bracket
       {u"x\t\r\n[P]A, Ostrand Tal\r\nvane\t Discussion 3)", 3, u"x", u""},
       {u"x [P]A, Ostrand\r\n  Talvane Discussion 3)", 3, u"x ", u""},  // the word alone serves
       {u"x [P]A, [D]3) [D]4)", 3, u"x ", u""},
@@ -162,18 +162,17 @@ TEST_F(ParserTest, LengthsAndPositionsEndAtSixteenBits) {
     String Body;
     bool Good;
     std::size_t LengthAfter;
-  } rows[] = {
-      {"the longest body", letters(32766), true, 32766},
-      {"one more", letters(32767), false, 32767},
-      {"many more", letters(100000), false, 100000},
-      {"a marker at the last position", letters(32766) + marker + letters(50000), true, 32766},
-      {"a marker one further", letters(32767) + marker, false, 32767 + marker.size()},
-      {"an output that fills its limit", String(1, u'\n') + letters(32765), true, 32767},
-      {"an output one longer", String(2, u'\n') + letters(32764), false, 32766},
-      {"the same, cut before", String(2, u'\n') + letters(32764) + marker, false, 32766},
-      {"blanks that make it short enough", String(2, u'\n') + letters(32763) + u' ', true, 32767},
-      {"line ends don't, since they go later", letters(27000) + String(3000, u'\n'), false, 30000},
-      {"an empty reply", String(32766, u' '), true, 0}};
+  } rows[] = {{"the longest body", letters(32766), true, 32766},
+              {"one more", letters(32767), false, 32767},
+              {"many more", letters(100000), false, 100000},
+              {"a marker at the last position", letters(32766) + marker + letters(50000), true, 32766},
+              {"a marker one further", letters(32767) + marker, false, 32767 + marker.size()},
+              {"an output that fills its limit", String(1, u'\n') + letters(32765), true, 32767},
+              {"an output one longer", String(2, u'\n') + letters(32764), false, 32766},
+              {"the same, cut before", String(2, u'\n') + letters(32764) + marker, false, 32766},
+              {"blanks that make it short enough", String(2, u'\n') + letters(32763) + u' ', true, 32767},
+              {"line ends don't, since they go later", letters(27000) + String(3000, u'\n'), false, 30000},
+              {"an empty reply", String(32766, u' '), true, 0}};
   for (const auto& row : rows) {
     SCOPED_TRACE(row.What);
     String body = row.Body, error;

@@ -1,0 +1,230 @@
+// The built library as its callers meet it: loaded, described, created, registered and called.
+#include <dlfcn.h>
+
+#include <thread>
+
+#include "runtime/Process.h"
+#include "runtime/RegistryStore.h"
+#include "src/dialogs/modCfgIn.h"
+#include "src/mail/EMailManager.h"
+#include "src/services/modResource.h"
+#include "tests/mail/MemorySiblings.h"
+#include "tests/support/World.h"
+
+namespace Tests {
+namespace {
+
+using namespace TvEmailServices;
+
+const String kLibrary = u"TvEmailServices.so";
+
+const ClassFactory& Factory() {
+  return Runtime::LoadClassFactory(kLibrary, EMailManagerClass);
+}
+
+template <class Function>
+Function* Export(const char* name) {
+  const std::string path = Utf8(Runtime::LibraryFolder()) + "/" + Utf8(kLibrary);
+  return reinterpret_cast<Function*>(dlsym(dlopen(path.c_str(), RTLD_NOW), name));
+}
+
+std::string Described(const InterfaceDescription& offered) {
+  static const char* const types[] = {"", "boolean", "integer", "string", "object"};
+  std::string text = Utf8(offered.Library) + "." + Utf8(offered.Name) + " [" + Utf8(offered.Attributes) + "]";
+  for (const MemberDescription& member : offered.Members) {
+    text += "\n  " + Utf8(member.Name) + "(";
+    for (const ArgumentDescription& argument : member.Arguments) {
+      text += (&argument == member.Arguments.data() ? "" : ", ") +
+              std::string(argument.ByReference ? "&" : "") + Utf8(argument.Name) + ":" +
+              types[static_cast<int>(argument.Type)];
+    }
+    text += std::string("):") + types[static_cast<int>(member.Result)] + " by " + Utf8(member.ImplementedBy);
+  }
+  return text + "\n";
+}
+
+TEST(LibraryTest, ItsClassHasTwoInterfacesAndItsMembersStandInTheirSlots) {
+  const ClassDescription& offered = Factory().Class();
+  EXPECT_TEXT(u"EMailManager", offered.Name);
+  ASSERT_EQ(offered.MoreInterfaces.size(), 1u);
+  EXPECT_EQ(Described(*offered.DefaultInterface) + Described(*offered.MoreInterfaces[0]),
+            R"(TvEMailServices._EMailManager [dual, derived from IDispatch, hidden, non-extensible, )"
+            R"(automation-compatible, version 1.0]
+  ConfigureOutBoundEmail():boolean by ConfigureOutBoundEmail
+pvmailinter.MailHandler []
+  Initialize(arg:string, &MBUser:object): by MailHandler_Initialize
+  HandleMessage(&mess:object):string by MailHandler_HandleMessage
+  Finalize(): by MailHandler_Finalize
+  Configure(&AddMode:integer, &MailBoxName:string, &ProductName:string, &Sess:object):boolean by MailHandler_Configure
+  MboxUpdate(&MailBoxName:string, &Sess:object):boolean by MailHandler_MboxUpdate
+  MboxDelete(&MailBoxName:string): by MailHandler_MboxDelete
+)");
+}
+
+TEST(LibraryTest, ItsIdentityVersionAndResourceAreThoseItIsKnownBy) {
+  const ComponentDescription& library = Factory().Library();
+  EXPECT_EQ(library.Classes.size(), 1u);
+  EXPECT_TEXT(u"Apartment", library.ThreadingModel);
+  EXPECT_TEXT(u"", library.HelpDirectory);
+  EXPECT_TEXT(library.TypeLibrary->HelpString, library.ProjectDescription);
+  EXPECT_TEXT(u"TVEmailServices (v9.1002.1.010 r1)", library.ProjectDescription);
+  EXPECT_EQ(library.TypeLibrary->Locale, 1033u);
+
+  std::string texts;
+  for (const VersionField& field : library.Version->Texts) {
+    texts += Utf8(field.Name) + "=" + Utf8(field.Text) + "\n";
+  }
+  for (const char* line : {"FileDescription=TvEmailServices dll\n", "InternalName=TvEmailServices\n",
+                           "OriginalFilename=TvEmailServices.dll\n", "FileVersion=9.1002.1.10\n",
+                           "Apartment Model, Fast Optimzation, Attended\n"}) {
+    EXPECT_NE(texts.find(line), std::string::npos) << line << texts;
+  }
+
+  const auto resource = library.TypeLibrary->DefaultInterfaceResource;
+  EXPECT_TEXT(u"_IID_EMAILMANAGER", library.TypeLibrary->DefaultInterfaceResourceName);
+  EXPECT_EQ(Bytes(resource.begin(), resource.begin() + 4), (Bytes{16, 0, 0, 0}));
+  EXPECT_TRUE(std::equal(resource.begin() + 4, resource.end(), EMailManagerInterfaceId.Bytes.begin(),
+                         EMailManagerInterfaceId.Bytes.end()));
+}
+
+TEST(LibraryTest, ItMayBeUnloadedWhenNoHandlerIsAlive) {
+  World world;
+  auto* const canUnload = Export<CanUnloadNowFunction>("DllCanUnloadNow");
+  ObjectRef first = Factory().CreateInstance(), second = Factory().CreateInstance();
+  EXPECT_NE(first, second);
+  EXPECT_TRUE(std::dynamic_pointer_cast<Platform::MailHandler>(first));
+  EXPECT_TRUE(std::dynamic_pointer_cast<EMailManagerInterface>(first));
+  EXPECT_EQ(canUnload(), Status::No);
+  first.reset();
+  EXPECT_EQ(canUnload(), Status::No);
+  second.reset();
+  EXPECT_EQ(canUnload(), Status::Ok);
+
+  const void* factory = &world;
+  EXPECT_EQ(Export<GetClassObjectFunction>("DllGetClassObject")(MailHandlerInterfaceId, ClassFactoryInterface,
+                                                                &factory),
+            Status::NoClass);
+  EXPECT_EQ(factory, nullptr);
+}
+
+TEST(LibraryTest, ItIsCreatedByItsNameAsLongAsItIsRegistered) {
+  World world;
+  const String name = u"TvEMailServices.EMailManager";
+  EXPECT_THROW(world.Services.CreateByName(name), Failure);
+  Runtime::RegisterComponent(kLibrary);
+  EXPECT_TRUE(std::dynamic_pointer_cast<Platform::MailHandler>(world.Services.CreateByName(name)));
+  Runtime::UnregisterComponent(kLibrary);
+  EXPECT_THROW(world.Services.CreateByName(name), Failure);
+  EXPECT_THROW(world.Services.CreateByClass(EMailManagerClass), Failure);
+}
+
+TEST(LibraryTest, AMailGoesThroughAllSiblingsIntoItsProjectAndStaysThere) {
+  World world;
+  const String path = world.PathOf("Apollo.tvs");
+  const ObjectRef projects = world.Services.CreateByName(u"Talvane40.ProjectAdministration");
+  CallWith(*projects, u"CreateProject", {path, u"Apollo", u"pump", u"", u"secret"});
+  CallWith(*projects, u"AddUser", {path, u"Ann", u"ann@example.org", true});
+  const String number = CallWith(*projects, u"AddDiscussion", {path, u"Plan"}).ToString();
+
+  const String key = u"Software\\Ostrand Software\\Email\\MailBoxes\\Apollo";
+  Runtime::RegistryStore::CreateKey(Hive::LocalMachine, key);
+  const auto write = [&](StringView name, const String& value) {
+    Runtime::RegistryStore::Write(Hive::LocalMachine, key, name, {1, value});
+  };
+  write(u"TVSFilePath", path);
+  write(u"DBUID", u"pump");
+  write(u"DBPWD", ComponentSecurity().Encrypt(u"secret"));
+
+  const String subject =
+      u"Re: Plan (Ostrand Talvane Project Apollo), Ostrand Talvane Discussion " + number + u")";
+  std::vector<std::string> results;
+  std::thread([&] {
+    const ObjectRef object = Factory().CreateInstance();
+    auto& handler = dynamic_cast<Platform::MailHandler&>(*object);
+    handler.MailHandler_Initialize(u"Apollo", nullptr);
+    const auto handle = [&](StringView sender) {
+      results.push_back(Utf8(handler.MailHandler_HandleMessage(
+          MessageOf(SenderOf(sender), subject, u"Yes \U0001F44D\nreally\n"))));
+    };
+    handle(u"Ann@Example.org");
+    handle(u"eve@example.org");
+    write(u"DBPWD", ComponentSecurity().Encrypt(u"wrong"));
+    handler.MailHandler_Finalize();
+    handle(u"ann@example.org");
+  }).join();
+
+  EXPECT_EQ(results[0], "");
+  EXPECT_NE(results[1], "");
+  EXPECT_NE(results[2], "");
+  EXPECT_EQ(results[1].find(Utf8(ResourceServiceMissing)), std::string::npos) << "the texts are there";
+  const Value description = CallWith(*projects, u"Describe", {path});
+  const Array& replies = description.ToArray()[2].ToArray()[0].ToArray()[2].ToArray();
+  ASSERT_EQ(replies.size(), 2u);
+  EXPECT_TEXT(u"Re: Plan ", replies[0].ToArray()[0].ToString());
+  EXPECT_TEXT(u"Yes \U0001F44D\r\nreally", replies[0].ToArray()[1].ToString());
+  EXPECT_TEXT(u"Ann", replies[0].ToArray()[2].ToString());
+}
+
+class HandlerTest : public testing::Test {
+ protected:
+  HandlerTest() { siblings.Install(world.Services); }
+
+  World world;
+  MemorySiblings siblings;
+};
+
+TEST_F(HandlerTest, ANewHandlerResetsTheDialogsOutcomeForItsThreadAlone) {
+  SetConfigureState(ConfigureStateKept);
+  std::thread([] {
+    EXPECT_EQ(GetConfigureState(), ConfigureStateNone);
+    EMailManager other;
+    SetConfigureState(ConfigureStateCancelled);
+  }).join();
+  EXPECT_EQ(GetConfigureState(), ConfigureStateKept);
+  EMailManager handler;
+  EXPECT_EQ(GetConfigureState(), ConfigureStateNone);
+}
+
+TEST_F(HandlerTest, TheOutboundDialogIsShownAndUnloadedAndTellsWhetherItWasSaved) {
+  EMailManager handler;
+  EXPECT_FALSE(handler.ConfigureOutBoundEmail());  // the user closes it
+  EXPECT_TRUE(world.Toolkit.TakeBoxes().empty());
+  const auto& log = world.Toolkit.Log;
+  EXPECT_EQ(std::count(log.begin(), log.end(), "load frmCfgOut"), 1);
+  EXPECT_EQ(std::count(log.begin(), log.end(), "show frmCfgOut"), 1);
+  EXPECT_EQ(std::count(log.begin(), log.end(), "unload frmCfgOut"), 1);
+
+  world.Toolkit.Scripts = {[](Form& form, UserHand& hand) {
+    hand.Type(form[u"txtHost"], u"mail.example.org");
+    hand.Type(form[u"txtEMailAddress"], u"apollo@example.org");
+    hand.Press(form[u"cmdOK"]);
+  }};
+  EXPECT_TRUE(handler.Call(u"ConfigureOutBoundEmail", {}).ToBool());
+}
+
+TEST_F(HandlerTest, AnOutboundDialogThatCantBeHadGivesFalseAndOneBox) {
+  EMailManager handler;
+  world.Toolkit.Scripts = {[](Form&, UserHand&) { throw Failure(57, {}, u"no screen"); }};
+  EXPECT_FALSE(handler.ConfigureOutBoundEmail());
+  EXPECT_EQ(world.Toolkit.TakeBoxes(), std::vector<std::string>{"no screen"});
+
+  world.Services.Missing = {"TvResourceServices.Resource"};
+  world.Toolkit.Log.clear();
+  std::thread([] { EXPECT_FALSE(EMailManager().ConfigureOutBoundEmail()); }).join();
+  EXPECT_EQ(world.Toolkit.TakeBoxes(), std::vector<std::string>{Utf8(ResourceServiceMissing)});
+  EXPECT_TRUE(world.Toolkit.Log.empty());
+}
+
+TEST_F(HandlerTest, AnUpdateWithoutAnAcceptedDialogBringsNoRecordAndNeedsItsSession) {
+  EMailManager handler;
+  EXPECT_FALSE(handler.MailHandler_MboxUpdate(u"Apollo", nullptr));
+  EXPECT_EQ(world.Toolkit.TakeBoxes(), std::vector<std::string>{"T10054 "});
+  class Broken : public Object {
+    Value Get(StringView) override { throw Failure(57, {}, u"host gone"); }
+  };
+  EXPECT_FALSE(handler.MailHandler_MboxUpdate(u"Apollo", std::make_shared<Broken>()));
+  EXPECT_EQ(world.Toolkit.TakeBoxes().size(), 1u);
+}
+
+}  // namespace
+}  // namespace Tests
