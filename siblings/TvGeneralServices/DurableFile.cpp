@@ -19,7 +19,7 @@ namespace {
 
 using namespace Platform;
 
-constexpr off_t kLargest = 16 << 20;
+constexpr off_t kLargest = 1 << 20;  // bytes; no project file comes near it
 constexpr auto kLongestWait = std::chrono::seconds(10);
 
 [[noreturn]] void Refuse(const std::string& path, const std::string& why,
@@ -173,6 +173,8 @@ void ReplaceWhole(const std::string& path, const std::function<std::string(const
   const Descriptor old = OpenLocked(target);
   const std::string content = ReadAll(old, target);
   const std::string changed = change(content);
+  if (changed.size() > static_cast<std::size_t>(kLargest))
+    Refuse(path, "can't be saved: it would be too large; the file is as it was");
   if (changed != content) NewFile(target, old).Replace(changed);
 }
 

@@ -9,7 +9,7 @@
 
 namespace TvGeneralServices {
 
-// The file's content. A folder, a device and a file of more than 16 MB are refused.
+// The file's content. A folder, a device and a file of more than 1 MB are refused.
 std::string ReadWhole(const std::string& path);
 
 // Puts change(content) in the file's place: written beside it, made durable, and renamed over it, so that

@@ -104,12 +104,11 @@ ProjectText::Line ProjectText::Read(String text, String end) {
   Line line;
   const StringView body = WithoutBlanks(text);
   const auto equals = body.find(u'=');
-  const auto bracket = body.find(u']');
   if (body.empty() || body[0] == u';' || body[0] == u'#') {
     line.Kind = LineKind::Comment;
-  } else if (body[0] == u'[' && bracket != StringView::npos) {
+  } else if (body[0] == u'[' && body.back() == u']') {
     line.Kind = LineKind::Section;
-    line.Name = Unescape(WithoutBlanks(body.substr(1, bracket - 1)));
+    line.Name = Unescape(body.substr(1, body.size() - 2));
   } else if (body[0] != u'[' && equals != StringView::npos) {
     line.Kind = LineKind::Key;
     line.Name = Unescape(WithoutBlanks(body.substr(0, equals)));
@@ -123,7 +122,7 @@ ProjectText::Line ProjectText::Read(String text, String end) {
 }
 
 ProjectText::ProjectText(std::string_view bytes) {
-  if (!IsUtf8(bytes)) Refuse(u"isn't a text in UTF-8");
+  if (!IsUtf8(bytes) || bytes.find('\0') != std::string_view::npos) Refuse(u"isn't a text in UTF-8");
   const String text = FromUtf8(bytes);
   StringView rest = text;
   if (rest.starts_with(kByteOrderMark)) {

@@ -1,0 +1,185 @@
+// Texts, numbers and values: what everything that is called by name is made of.
+#include <limits>
+#include <random>
+
+#include "platform/CheckedArithmetic.h"
+#include "platform/Identity.h"
+#include "platform/NumberReader.h"
+#include "platform/Object.h"
+#include "tests/support/Texts.h"
+
+namespace Tests {
+namespace {
+
+using namespace Platform;
+using namespace std::string_literals;
+
+// The number of the failure that the act raises; 0 if it raises none.
+template <class Act>
+int FailureOf(Act act) {
+  try {
+    act();
+    return 0;
+  } catch (const Failure& failure) {
+    return failure.Number();
+  }
+}
+
+TEST(Text, AnyCodeUnitsComeBackFromUtf8) {
+  std::mt19937 random(1);
+  const StringView pool =
+      u"a\u00e4\u20ac\U0001F600\xD800\xDBFF\xDC00\xDFFF\xFEFF\xFFFF\0 "
+      "z";
+  for (int round = 0; round < 5000; ++round) {
+    String text;
+    for (unsigned length = random() % 9; text.size() < length;) text += pool[random() % pool.size()];
+    const std::string bytes = ToUtf8(text);
+    ASSERT_TRUE(IsUtf8(bytes));
+    ASSERT_TRUE(FromUtf8(bytes) == text) << round;
+  }
+}
+
+TEST(Text, EachStrayByteShowsAndNothingAroundItIsLost) {
+  const struct {
+    std::string Bytes;
+    String Expected;
+  } rows[] = {{"a\xFFz", u"a\uFFFDz"},
+              {"a\xC3", u"a\uFFFD"},
+              {"\xC0\x80", u"\uFFFD\uFFFD"},
+              {"\xE4z", u"\uFFFDz"},
+              {"\xE2\x82z", u"\uFFFD\uFFFDz"},
+              {"\xF4\x90\x80\x80", u"\uFFFD\uFFFD\uFFFD\uFFFD"},
+              {"\xF5z", u"\uFFFDz"},
+              {"\xE0\x9F\xBF", u"\uFFFD\uFFFD\uFFFD"},
+              {"\x80\xC3\xA4", u"\uFFFD\u00e4"}};
+  for (const auto& row : rows) {
+    EXPECT_TEXT(row.Expected, FromUtf8(row.Bytes));
+    EXPECT_FALSE(IsUtf8(row.Bytes)) << row.Bytes;
+  }
+}
+
+TEST(Text, CaseIsFoldedBeyondAsciiOneCharacterWithOne) {
+  const struct {
+    String Left, Right;
+    bool Equal;
+  } rows[] = {{u"EMail", u"Email", true},
+              {u"\u00c4\u00d6\u0416\u03a9", u"\u00e4\u00f6\u0436\u03c9", true},
+              {u"\u03a3\u03a3", u"\u03c3\u03c2", true},  // both small sigmas
+              {u"\U00010400", u"\U00010428", true},      // beyond the first plane
+              {u"\u0130", u"i", false},                  // dotted capital I
+              {u"\u00df", u"ss", false},
+              {u"\xD800", u"\xD801", false},
+              {u"a", u"a ", false}};
+  for (const auto& row : rows) {
+    EXPECT_EQ(EqualsIgnoreCase(row.Left, row.Right), row.Equal) << Utf8(row.Left) << " " << Utf8(row.Right);
+    EXPECT_EQ(FoldCase(row.Left) == FoldCase(row.Right), row.Equal) << Utf8(row.Left);
+  }
+}
+
+TEST(Text, TrimmingTakesSpacesAlone) {
+  EXPECT_TEXT(u"\ta b\n", Trim(u"  \ta b\n "));
+  EXPECT_TEXT(u"", Trim(u"   "));
+  EXPECT_TEXT(u"\u00a0", Trim(u" \u00a0 "));
+}
+
+TEST(NumberReader, TakesNumbersAsThisFieldWritesThem) {
+  const double infinity = std::numeric_limits<double>::infinity();
+  const struct {
+    const char16_t* Text;
+    std::optional<double> Expected;
+  } rows[] = {{u"1", 1},
+              {u"  -7 ", -7},
+              {u"+3", 3},
+              {u"1.5", 1.5},
+              {u".5", 0.5},
+              {u"5.", 5},
+              {u"1e3", 1000},
+              {u"1E-2", 0.01},
+              {u"1,234", 1234},
+              {u"12,345,678", 12345678},
+              {u"1,234.5", 1234.5},
+              {u"-0", -0.0},
+              {u"1e999", infinity},
+              {u"1e-999", 0},
+              {u"", {}},
+              {u" ", {}},
+              {u"-", {}},
+              {u".", {}},
+              {u"1,5", {}},
+              {u"1234,567", {}},
+              {u"1,2345", {}},
+              {u",123", {}},
+              {u"1e", {}},
+              {u"0x10", {}},
+              {u"1 2", {}},
+              {u"inf", {}},
+              {u"nan", {}},
+              {u"\t1", {}},
+              {u"\uff11", {}},
+              {u"1.2.3", {}}};
+  for (const auto& row : rows) {
+    EXPECT_EQ(ReadNumber(row.Text), row.Expected) << Utf8(row.Text);
+    EXPECT_EQ(IsNumeric(row.Text), row.Expected.has_value()) << Utf8(row.Text);
+  }
+}
+
+TEST(NumberReader, RoundsTiesToEvenAndOverflowsAtTheEdges) {
+  const struct {
+    double From;
+    int To;
+  } rows[] = {{0.5, 0}, {1.5, 2}, {2.5, 2}, {-0.5, 0}, {-1.5, -2}, {32767.4, 32767}, {-32768.5, -32768}};
+  for (const auto& row : rows) EXPECT_EQ(RoundToInt16(row.From), row.To) << row.From;
+  for (const double out : {32767.5, -32768.6, 1e300, std::numeric_limits<double>::quiet_NaN()})
+    EXPECT_EQ(FailureOf([&] { RoundToInt16(out); }), FailureNumber::Overflow) << out;
+  EXPECT_EQ(ReadInt32(u"2147483647"), 2147483647);
+  EXPECT_EQ(FailureOf([] { ReadInt32(u"2147483648"); }), FailureNumber::Overflow);
+  EXPECT_EQ(FailureOf([] { ReadInt32(u"two"); }), FailureNumber::TypeMismatch);
+}
+
+TEST(CheckedArithmetic, RaisesWhereTheWidthEnds) {
+  EXPECT_EQ(Multiply<std::int16_t>(181, 181), 32761);
+  EXPECT_EQ(FailureOf([] { Multiply<std::int16_t>(182, 182); }), FailureNumber::Overflow);
+  EXPECT_EQ(FailureOf([] { Add<std::int16_t>(32767, 1); }), FailureNumber::Overflow);
+  EXPECT_EQ(FailureOf([] { Subtract<std::int32_t>(std::numeric_limits<std::int32_t>::min(), 1); }),
+            FailureNumber::Overflow);
+  EXPECT_EQ(FailureOf([] { Narrow<std::uint8_t>(-1); }), FailureNumber::Overflow);
+}
+
+TEST(Value, ConvertsAsItsContentAllows) {
+  EXPECT_TEXT(u"True", Value(true).ToString());
+  EXPECT_TEXT(u"-1", Value(Value(true).ToInt16()).ToString());
+  EXPECT_TEXT(u"1.5", Value(1.5).ToString());
+  EXPECT_TEXT(u"", Value().ToString());
+  EXPECT_EQ(Value().ToInt32(), 0);
+  EXPECT_EQ(Value(u"2.5").ToInt32(), 2);
+  EXPECT_TRUE(Value(u"tRUE").ToBool());
+  EXPECT_FALSE(Value(u"0").ToBool());
+  EXPECT_EQ(Value().ToObject(), nullptr);
+  EXPECT_EQ(Value(u"a\u0142").ToBytes(), (Bytes{'a', 0, 0x42, 1}));
+  EXPECT_EQ(Value(Array{Value(1), Value(u"255")}).ToBytes(), (Bytes{1, 255}));
+  const struct {
+    const char* Name;
+    void (*Act)();
+    int Number;
+  } refusals[] = {{"text as number", [] { Value(u"x").ToInt32(); }, FailureNumber::TypeMismatch},
+                  {"text as truth", [] { Value(u"").ToBool(); }, FailureNumber::TypeMismatch},
+                  {"wide number", [] { Value(40000).ToInt16(); }, FailureNumber::Overflow},
+                  {"wide byte", [] { Value(Array{Value(256)}).ToBytes(); }, FailureNumber::Overflow},
+                  {"object as text", [] { Value(ObjectRef()).ToString(); }, FailureNumber::TypeMismatch},
+                  {"text as array", [] { Value(u"x").ToArray(); }, FailureNumber::TypeMismatch},
+                  {"array as object", [] { Value(Array()).ToObject(); }, FailureNumber::TypeMismatch}};
+  for (const auto& row : refusals) EXPECT_EQ(FailureOf(row.Act), row.Number) << row.Name;
+}
+
+TEST(Identity, ComesBackFromItsText) {
+  constexpr Identity id = "{0123ABCD-4567-89EF-0011-223344556677}"_identity;
+  EXPECT_TEXT(u"{0123ABCD-4567-89EF-0011-223344556677}", ToText(id));
+  EXPECT_EQ(ParseIdentity(u"{0123abcd-4567-89ef-0011-223344556677}"), id);
+  for (const StringView wrong :
+       {u"", u"0123ABCD-4567-89EF-0011-223344556677", u"{0123ABCD-4567-89EF-0011-22334455667G}",
+        u"{0123ABCD-4567-89EF-0011+223344556677}"})
+    EXPECT_EQ(FailureOf([&] { ParseIdentity(wrong); }), FailureNumber::TypeMismatch) << Utf8(wrong);
+}
+
+}  // namespace
+}  // namespace Tests
