@@ -1,0 +1,178 @@
+// What both dialogs share, on a form of the test's own. Each test has a thread of its own, since the font's
+// name, the resource object and the help object are kept once in each thread.
+#include "src/dialogs/FormServices.h"
+
+#include <thread>
+
+#include "src/dialogs/HelpServices.h"
+#include "tests/dialogs/GeneralOf.h"
+#include "tests/services/NumberedTexts.h"
+#include "tests/support/World.h"
+
+namespace TvEmailServices {
+namespace {
+
+using Texts = std::vector<std::string>;
+
+// The second control stands for those that can hold no font.
+class SampleForm : public Form {
+ public:
+  explicit SampleForm(String tag = u"9000", String labelTag = u"1002")
+      : Form({u"sample", u"stored", tag, {0, 0, 1000, 500}},
+             {{u"label", ControlKind::Label, u"stored", labelTag},
+              {u"files", ControlKind::CommonDialog},
+              {u"check", ControlKind::CheckBox, u"stored", u"1005"},
+              {u"button", ControlKind::CommandButton, u"stored"},
+              {u"list", ControlKind::ComboBox, u"stored", u"1003"},
+              {u"box", ControlKind::TextBox, u"stored", u"1004"}}) {}
+
+  Texts Captions() {
+    Texts captions{ToUtf8(Caption())};
+    for (const auto& control : Controls()) captions.push_back(ToUtf8(control->Caption()));
+    return captions;
+  }
+};
+
+// Runs in a thread of its own, in a world whose texts are their numbers and whose dialogs have a font.
+template <class Body>
+void InAWorld(const Body& body, const char16_t* fontName = u"Courier") {
+  std::thread([&] {
+    Tests::World world;
+    world.Services.Instead["TvResourceServices.Resource"] = [] {
+      return std::make_shared<Tests::NumberedTexts>();
+    };
+    world.Services.Watching = true;
+    world.Services.Faults = {{"Resource.GetFontName", 0, Value(fontName)}};
+    body(world);
+  }).join();
+}
+
+TEST(CenteringAForm, HalvesTheRoundedRestTowardZero) {
+  const float rows[][2] = {{0, 0}, {-101, -50}, {103, 51}, {5.5F, 3}, {6.5F, 3}, {2.5F, 1}, {-2.5F, -1}};
+  InAWorld([&](Tests::World& world) {
+    for (const auto& [rest, place] : rows) {
+      SampleForm form;
+      world.Toolkit.Size = {1000 + rest, 500 + rest};
+      CenterForm(&form);
+      EXPECT_EQ(form.Place().Left, place) << rest;
+      EXPECT_EQ(form.Place().Top, place) << rest;
+    }
+    SampleForm form;
+    world.Toolkit.Size = {1e10F, 0};
+    EXPECT_THROW(CenterForm(&form), Failure);
+    CenterForm(nullptr);
+  });
+}
+
+TEST(LocalizingAForm, GivesTextsToLabelsButtonsAndCheckBoxesAlone) {
+  InAWorld([](Tests::World&) {
+    SampleForm form, untagged(u"no number");
+    LocalizeForm(form);
+    LocalizeForm(untagged);
+    EXPECT_EQ(form.Captions(), (Texts{"T9000", "T1002", "", "T1005", "", "stored", "stored"}));
+    EXPECT_EQ(untagged.Captions().front(), "stored");
+  });
+}
+
+TEST(LocalizingAForm, ShowsAFailureAndLeavesTheCaptionsBehindIt) {
+  InAWorld([](Tests::World& world) {
+    SampleForm form(u"9000", u"99999999999");
+    LocalizeForm(form);
+    EXPECT_EQ(form.Captions(), (Texts{"T9000", "", "", "stored", "stored", "stored", "stored"}));
+    EXPECT_EQ(world.Toolkit.TakeBoxes().size(), 1U);
+  });
+}
+
+TEST(ApplyingTheFont, TurnsWesternIntoShiftJisOnOnePlatformOnly) {
+  const struct {
+    const char16_t *Platform, *Version;
+    std::int32_t Charset;
+  } rows[] = {{u"NT", u"5", 128}, {u"nt", u"5", 128}, {u"NT", u"6", 0}, {u"Linux", u"5", 0}};
+  for (const auto& row : rows) {
+    InAWorld([&](Tests::World& world) {
+      world.Services.Instead["TvGeneralServices.General"] = [&] {
+        return std::make_shared<Tests::GeneralOf>(row.Platform, row.Version);
+      };
+      SampleForm form;
+      form[u"check"].SetFont({u"Arial", 8, 204});
+      ApplyFormFont(form);
+      SetFontSizes(form, 9);
+      EXPECT_TEXT(u"Courier", form.Font().Name);
+      EXPECT_EQ(form[u"label"].Font(), (Font{u"Courier", 9, row.Charset})) << Tests::Utf8(row.Platform);
+      EXPECT_EQ(form[u"check"].Font(), (Font{u"Courier", 9, 204}));
+    });
+  }
+}
+
+TEST(ApplyingTheFont, AsksForAnEmptyNameOnceAndChangesNothing) {
+  const auto twice = [](Tests::World& world) {
+    SampleForm form;
+    ApplyFormFont(form);
+    ApplyFormFont(form);
+    EXPECT_EQ(world.Services.CallsOf("Resource.GetFontName").size(), 1U);
+    EXPECT_EQ(form[u"label"].Font(), Font());
+  };
+  InAWorld(twice, u"");
+}
+
+TEST(ApplyingTheFont, AsksAgainAfterAFailureAndSkipsWhatIsMissing) {
+  InAWorld([](Tests::World& world) {
+    SampleForm form;
+    world.Services.Missing = {"TvResourceServices.Resource", "TvGeneralServices.General"};
+    EXPECT_THROW(GetFormFontName(), Failure);
+    world.Services.Missing.erase("TvResourceServices.Resource");
+    ApplyFormFont(form);
+    EXPECT_TEXT(u"Courier", form[u"box"].Font().Name);
+    EXPECT_TRUE(world.Toolkit.Boxes.empty());
+  });
+}
+
+TEST(ATrailingSeparator, IsOfThePathsOwnKind) {
+  const std::pair<const char16_t*, const char16_t*> rows[] = {
+      {u"", u""},         {u"   ", u""},      {u"C:\\x", u"C:\\x\\"},   {u"C:\\x\\", u"C:\\x\\"},
+      {u"a/b", u"a/b/"},  {u"a/b/", u"a/b/"}, {u"a/b\\c", u"a/b\\c\\"}, {u" C:\\x ", u"C:\\x\\"},
+      {u"abc", u"abc\\"}, {u"\\/", u"\\/\\"}};
+  for (const auto& [given, wanted] : rows) {
+    String path = given;
+    EXPECT_EQ(&EnsureTrailingSeparator(path), &path);
+    EXPECT_TEXT(wanted, path);
+  }
+}
+
+TEST(TheHelpFolder, StandsBesideAFolderWhoseNameEndsInBin) {
+  const std::pair<const char16_t*, const char16_t*> rows[] = {{u"C:\\App\\bin", u"C:\\App\\Help\\"},
+                                                              {u"C:\\App\\BIN\\", u"C:\\App\\Help\\"},
+                                                              {u"C:\\App", u"C:\\App\\"},
+                                                              {u"C:\\Cabin", u"C:\\CaHelp\\"},
+                                                              {u"a/bin", u"a/Help\\"},
+                                                              {u"/usr/lib", u"/usr/lib/"},
+                                                              {u"bin", u"Help\\"},
+                                                              {u"in", u"in\\"}};
+  for (const auto& [folder, wanted] : rows) EXPECT_TEXT(wanted, HelpFolderFor(folder));
+}
+
+TEST(AHelpContext, NamesFileAndWindowInOneTextAndIgnoresTheAnswer) {
+  InAWorld([](Tests::World& world) {
+    world.Services.ComponentFolder = u"/opt/Mää/bin";
+    world.Toolkit.HelpOpens = false;
+    ShowHelpContext(160, 0);
+    EXPECT_EQ(world.Toolkit.Log.back(), "help /opt/Mää/Help\\MailPump.hlp >(w95sec) 1 160");
+  });
+}
+
+TEST(AHelpTopic, IsShownByOneHelpObjectForEachThread) {
+  InAWorld([](Tests::World& world) {
+    const std::string name = "TvGeneralGuiServices.Help";
+    world.Services.Missing = {name};
+    EXPECT_THROW(ShowHelpTopic(u"one", 0), Failure);
+    world.Services.Missing.clear();
+    ShowHelpTopic(u"two", 0);
+    ShowHelpTopic(u"three", 0);
+    EXPECT_EQ(world.Services.Created, (Texts{name, name}));
+    EXPECT_EQ(world.Toolkit.Log, (Texts{"topic two", "topic three"}));
+    EXPECT_TRUE(world.Toolkit.Boxes.empty());
+  });
+}
+
+}  // namespace
+}  // namespace TvEmailServices

@@ -1,0 +1,53 @@
+// OutboundTest: a user's real registry, and texts that are their numbers.
+#pragma once
+
+#include "runtime/RegistryStore.h"
+#include "src/outbound/OutboundStore.h"
+#include "src/services/modResource.h"
+#include "tests/services/NumberedTexts.h"
+#include "tests/support/World.h"
+
+namespace TvEmailServices {
+
+using Runtime::RegistryStore;
+using Texts = std::vector<std::string>;
+
+class OutboundTest : public testing::Test {
+ protected:
+  OutboundTest() {
+    world.Services.Instead["TvResourceServices.Resource"] = [] {
+      return std::make_shared<Tests::NumberedTexts>();
+    };
+    GetCachedResourceObject();  // kept by the thread, so it comes before the watchers
+    world.Services.Watching = true;
+  }
+
+  static void AddProfile(StringView name, StringView system = {}) {
+    RegistryStore::CreateKey(Hive::CurrentUser, String(u"Software\\Microsoft\\")
+                                                    .append(system)
+                                                    .append(u"Windows Messaging Subsystem\\Profiles\\")
+                                                    .append(name));
+  }
+
+  // The six values of the outbound key, "-" for one that isn't there.
+  std::string Stored() const {
+    std::string values;
+    for (const StringView name : {kDiscussionEmailEnabledValue, kTransportIdValue, kMapiProfileValue,
+                                  kSmtpHostNameValue, kEMailAddressValue, kRealNameValue}) {
+      const std::string value = world.Registry(Hive::CurrentUser, OutboundKeyPath(), name);
+      values += (values.empty() ? "" : "|") + (value == "(none)" ? "-" : value);
+    }
+    return values;
+  }
+
+  // From here on these faults happen, counted anew.
+  void Plan(std::vector<Tests::Fault> faults) {
+    world.Services.Occurrences.clear();
+    world.Services.Faults = std::move(faults);
+  }
+
+  Tests::World world;
+  const Failure boom{57, u"test", u"boom"};
+};
+
+}  // namespace TvEmailServices
