@@ -2,6 +2,9 @@
 
 #include <sqlite3.h>
 
+#include <chrono>
+#include <random>
+#include <thread>
 #include <utility>
 
 #include "platform/Failure.h"
@@ -9,7 +12,11 @@
 namespace Runtime {
 namespace {
 
-constexpr int kBusyMilliseconds = 10'000;
+using Clock = std::chrono::steady_clock;
+
+constexpr auto kPatience = std::chrono::seconds(10);
+constexpr int kPausesForOthers = 64;
+constexpr auto kPauseForOthers = std::chrono::milliseconds(2);
 
 std::string ReasonOf(int result, sqlite3* handle) {
   switch (result & 0xFF) {
@@ -47,7 +54,7 @@ Database::Database(std::string file) : file_(std::move(file)) {
     sqlite3_close(handle_);
     RaiseReason(file_, reason);
   }
-  sqlite3_busy_timeout(handle_, kBusyMilliseconds);
+  sqlite3_busy_handler(handle_, &Database::WaitForOthers, this);
   sqlite3_db_config(handle_, SQLITE_DBCONFIG_TRUSTED_SCHEMA, 0, nullptr);
   sqlite3_exec(handle_, "PRAGMA synchronous=FULL; PRAGMA cell_size_check=ON", nullptr, nullptr, nullptr);
 }
@@ -58,6 +65,23 @@ Database::~Database() {
 
 void Database::Refuse(int result) const {
   RaiseReason(file_, ReasonOf(result, handle_));
+}
+
+// Short random waits, since long ones lose against a writer that commits in a loop.
+int Database::WaitForOthers(void* database, int attempt) {
+  thread_local std::minstd_rand random{std::random_device{}()};
+  thread_local Clock::time_point start;
+  if (attempt == 0) start = Clock::now();
+  if (Clock::now() - start > kPatience) return 0;
+  static_cast<Database*>(database)->pausesLeft_ = kPausesForOthers;
+  std::this_thread::sleep_for(std::chrono::microseconds(std::uniform_int_distribution(100, 1500)(random)));
+  return 1;
+}
+
+void Database::LetOthersIn() {
+  if (pausesLeft_ == 0) return;
+  --pausesLeft_;
+  std::this_thread::sleep_for(kPauseForOthers);
 }
 
 void Database::Run(const char* sql) {
@@ -173,6 +197,7 @@ Transaction::~Transaction() {
 
 void Transaction::Commit() {
   database_.Run("COMMIT");
+  database_.LetOthersIn();
 }
 
 }  // namespace Runtime

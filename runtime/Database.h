@@ -40,9 +40,15 @@ class Database {
 
   sqlite3* Handle() const { return handle_; }
 
+  // Pauses for a moment if another program was at work on the file lately, so that its turn comes too.
+  void LetOthersIn();
+
  private:
+  static int WaitForOthers(void* database, int attempt);
+
   std::string file_;
   sqlite3* handle_ = nullptr;
+  int pausesLeft_ = 0;
 };
 
 // What a statement takes for a question mark.
