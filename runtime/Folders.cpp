@@ -49,10 +49,17 @@ std::string FileOfAddress(const void* address) {
   Dl_info info{};
   link_map* map = nullptr;
   if (!dladdr1(address, &info, reinterpret_cast<void**>(&map), RTLD_DL_LINKMAP) || !map) return {};
-  std::error_code error;
   // The program itself goes by the name that was typed, which may be relative.
-  if (map->l_name[0] == '\0') return std::filesystem::read_symlink("/proc/self/exe", error).string();
-  return std::filesystem::absolute(map->l_name, error).string();
+  if (map->l_name[0] != '\0') return FullPath(map->l_name);
+  std::error_code error;
+  return std::filesystem::read_symlink("/proc/self/exe", error).string();
+}
+
+std::string FullPath(const std::string& path) {
+  std::error_code error;
+  const std::filesystem::path full = std::filesystem::absolute(path, error);
+  const std::filesystem::path folder = std::filesystem::canonical(full.parent_path(), error);
+  return (error ? full.lexically_normal() : folder / full.filename()).string();
 }
 
 std::string FolderOfPath(const std::string& path) {

@@ -16,6 +16,9 @@ const std::string& LibraryPath();
 // The full path of the library or program that holds the address, or the empty string if none does.
 std::string FileOfAddress(const void* address);
 
+// The absolute path, its folder by its real name; a symbolic link at its end stays one.
+std::string FullPath(const std::string& path);
+
 // The part of a path in front of its last separator: "/" for a file in the root, "." for a bare name.
 std::string FolderOfPath(const std::string& path);
 

@@ -82,7 +82,7 @@ void RunRegistration(const String& file, const char* exportName) {
 std::string LocateLibrary(const String& file) {
   const std::string path = ToUtf8(file);
   if (path.find('/') == std::string::npos) return LibraryPath() + "/" + path;
-  return std::filesystem::absolute(path).lexically_normal().string();
+  return FullPath(path);
 }
 
 String FileToRegister(const void* codeAddress) {

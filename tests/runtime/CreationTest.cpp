@@ -1,0 +1,208 @@
+// Creation by name: from the registry to an object of a loaded library, and what happens without the library.
+#include <set>
+#include <thread>
+
+#include "platform/Component.h"
+#include "platform/contracts/GeneralServices.h"
+#include "runtime/Process.h"
+#include "runtime/RegistryStore.h"
+#include "tests/support/World.h"
+
+namespace Tests {
+namespace {
+
+using Runtime::RegistryStore;
+namespace fs = std::filesystem;
+
+constexpr Hive kMachine = Hive::LocalMachine;
+constexpr const char16_t* kName = u"TvGeneralServices.RegUtil";
+constexpr const char16_t* kLibrary = u"TvGeneralServices.so";
+
+// A home of its own in which the libraries of the build aren't registered yet.
+class Creation : public testing::Test {
+ protected:
+  Creation() {
+    setenv("TALVANE_HOME", (folder_.Path() / "home").c_str(), 1);
+    RegistryStore::Create(kMachine);
+  }
+
+  // What stands in the way of an object of the name; empty if nothing does.
+  static std::string Obstacle(StringView name = kName) {
+    try {
+      EXPECT_NE(Services().CreateByName(name), nullptr);
+      return "";
+    } catch (const Failure& failure) {
+      return failure.Number() == FailureNumber::CannotCreate ? failure.what() : "another failure";
+    }
+  }
+
+  static void ExpectObstacle(std::initializer_list<std::string> parts, StringView name = kName) {
+    const std::string obstacle = Obstacle(name);
+    for (const std::string& part : parts) EXPECT_NE(obstacle.find(part), std::string::npos) << obstacle;
+  }
+
+  static const ClassFactory& Factory() { return Runtime::LoadClassFactory(kLibrary, ClassId()); }
+
+  static Identity ClassId() {
+    return ParseIdentity(
+        RegistryStore::Read(kMachine, u"Software\\Classes\\TvGeneralServices.RegUtil\\CLSID", {})
+            ->Content.ToString());
+  }
+
+  static std::string RegisteredFile() {
+    return Utf8(RegistryStore::Read(
+                    kMachine, u"Software\\Classes\\CLSID\\" + ToText(ClassId()) + u"\\InprocServer32", {})
+                    ->Content.ToString());
+  }
+
+  TemporaryFolder folder_;
+};
+
+TEST_F(Creation, ARegisteredNameGivesANewObjectInAnyCaseAndByItsClass) {
+  ExpectObstacle({"TvGeneralServices.RegUtil", "tvmail init"});
+  Runtime::RegisterComponent(kLibrary);
+  EXPECT_EQ(Obstacle(), "");
+  EXPECT_EQ(Obstacle(u"tvgeneralservices.REGUTIL"), "");
+  EXPECT_NE(Services().CreateByName(kName), Services().CreateByClass(ClassId()));
+  EXPECT_EQ(RegisteredFile(), "TvGeneralServices.so");
+  for (const StringView wrong :
+       {u"", u"RegUtil", u"TvGeneralServices.RegUtil\\CLSID", u"TvGeneralServices.Nothing"})
+    ExpectObstacle({"isn't registered"}, wrong);
+}
+
+TEST_F(Creation, ALibraryThatIsTakenAwayIsMissedAtOnceAndFoundAgainWhenItIsBack) {
+  const fs::path copy = folder_.Path() / "copy.so";
+  const fs::path link = folder_.Path() / "link.so";
+  const fs::path built = fs::path(ToUtf8(Runtime::LibraryFolder())) / Utf8(kLibrary);
+  fs::copy_file(built, copy);
+  fs::create_symlink(built, link);
+  for (const fs::path& library : {copy, link}) {
+    Runtime::RegisterComponent(FromUtf8(library.string()));
+    EXPECT_EQ(RegisteredFile(), library.string());
+    EXPECT_EQ(Obstacle(), "");
+    fs::rename(library, folder_.Path() / "away");
+    ExpectObstacle({"TvGeneralServices.RegUtil", library.string(), "is missing", "tvmail init"});
+    fs::rename(folder_.Path() / "away", library);
+    EXPECT_EQ(Obstacle(), "");
+  }
+}
+
+TEST_F(Creation, AFileThatIsNoComponentIsRefusedWithItsName) {
+  Runtime::RegisterComponent(kLibrary);
+  WriteFile(folder_.Path() / "text.so", "no library");
+  const String key = u"Software\\Classes\\CLSID\\" + ToText(ClassId()) + u"\\InprocServer32";
+  const fs::path runtime = fs::path(ToUtf8(Runtime::LibraryFolder())) / "libTalvaneRuntime.so";
+  for (const fs::path& file : {folder_.Path() / "text.so", runtime}) {
+    RegistryStore::Write(kMachine, key, {}, {1, FromUtf8(file.string())});
+    ExpectObstacle({file.string()});
+    EXPECT_THROW(Runtime::RegisterComponent(FromUtf8(file.string())), Failure);
+  }
+}
+
+TEST_F(Creation, AChangedRegistrationCountsFromTheNextCreation) {
+  Runtime::RegisterComponent(kLibrary);
+  EXPECT_EQ(Obstacle(), "");
+  Runtime::UnregisterComponent(kLibrary);
+  ExpectObstacle({"isn't registered"});
+  const std::string insert = "sqlite3 '" + (folder_.Path() / "home/machine.registry").string() + "' ";
+  Runtime::RegisterComponent(kLibrary);
+  EXPECT_EQ(Obstacle(), "");
+  if (std::system((insert + "\"DELETE FROM value WHERE key=(SELECT id FROM key WHERE path LIKE "
+                            "'%tvgeneralservices.regutil\\clsid')\"")
+                      .c_str()) == 0)
+    ExpectObstacle({"isn't registered"});
+  fs::remove(folder_.Path() / "home/machine.registry");
+  ExpectObstacle({"machine.registry", "tvmail init"});
+}
+
+TEST_F(Creation, UnregisteringLeavesWhatItFound) {
+  const auto all = [] {
+    std::set<std::string> paths;
+    const std::function<void(const String&)> visit = [&](const String& path) {
+      paths.insert(Utf8(path));
+      for (const String& name : RegistryStore::SubKeys(kMachine, path)) visit(path + u"\\" + name);
+    };
+    visit(u"Software");
+    return paths;
+  };
+  for (const StringView key :
+       {u"Software\\Classes\\CLSID\\{1}", u"Software\\Classes\\Interface", u"Software\\Classes\\TypeLib",
+        u"Software\\Classes\\TvGeneralServices.RegUtil2"})
+    RegistryStore::CreateKey(kMachine, key);
+  const auto before = all();
+  for (const char16_t* library : {kLibrary, u"TvEmailServices.so"}) {
+    if (!fs::exists(fs::path(ToUtf8(Runtime::LibraryFolder())) / Utf8(library))) continue;
+    Runtime::RegisterComponent(library);
+    EXPECT_GT(all().size(), before.size());
+    Runtime::UnregisterComponent(library);
+    EXPECT_EQ(all(), before);
+  }
+}
+
+TEST_F(Creation, ALibraryKnowsWhichOfItsObjectsAreAlive) {
+  Runtime::RegisterComponent(kLibrary);
+  const ComponentDescription& library = Factory().Library();
+  EXPECT_EQ(ComponentRuntime::CanUnloadNow(library), Status::Ok);
+  {
+    const ObjectRef first = Services().CreateByName(kName);
+    ObjectRef second = Services().CreateByName(kName);
+    const ObjectRef third = second;
+    second = nullptr;
+    EXPECT_EQ(*library.LiveObjects, 2);
+    EXPECT_EQ(ComponentRuntime::CanUnloadNow(library), Status::No);
+  }
+  EXPECT_EQ(ComponentRuntime::CanUnloadNow(library), Status::Ok);
+}
+
+TEST_F(Creation, AFactoryIsGivenForItsClassAndInterfaceAlone) {
+  Runtime::RegisterComponent(kLibrary);
+  const ComponentDescription& library = Factory().Library();
+  const void* object = &library;
+  EXPECT_EQ(ComponentRuntime::GetClassObject(library, Identity(), ClassFactoryInterface, &object),
+            Status::NoClass);
+  EXPECT_EQ(object, nullptr);
+  EXPECT_EQ(ComponentRuntime::GetClassObject(library, ClassId(), Identity(), &object), Status::NoInterface);
+  EXPECT_EQ(ComponentRuntime::GetClassObject(library, ClassId(), ClassFactoryInterface, &object), Status::Ok);
+  EXPECT_EQ(object, &Factory());
+}
+
+TEST_F(Creation, ARegistrationThatCannotBeWrittenTellsWhy) {
+  fs::remove(folder_.Path() / "home/machine.registry");
+  try {
+    Runtime::RegisterComponent(kLibrary);
+    FAIL() << "nothing was raised";
+  } catch (const Failure& failure) {
+    EXPECT_EQ(failure.Number(), FailureNumber::DeviceFailed);
+    EXPECT_NE(std::string(failure.what()).find("machine.registry"), std::string::npos) << failure.what();
+  }
+}
+
+TEST_F(Creation, TheSameSeedNeverGivesTheSameValues) {
+  std::set<double> values;
+  for (int i = 0; i < 200; ++i) {
+    Services().Random().Seed(429);
+    const double value = Services().Random().Next();
+    EXPECT_TRUE(value >= 0 && value < 1) << value;
+    values.insert(value);
+  }
+  EXPECT_EQ(values.size(), 200U);
+  RandomSource* other = nullptr;
+  std::thread([&] { other = &Services().Random(); }).join();
+  EXPECT_NE(other, &Services().Random());
+}
+
+TEST_F(Creation, TheHomeFolderIsWhereTheEnvironmentSays) {
+  setenv("TALVANE_HOME", "/somewhere//", 1);
+  EXPECT_TEXT(u"/somewhere", Runtime::HomeFolder());
+  setenv("TALVANE_HOME", "", 1);
+  if (geteuid() == 0) {
+    EXPECT_TEXT(u"/var/lib/talvane", Runtime::HomeFolder());
+  }
+  EXPECT_TEXT(Runtime::LibraryFolder(),
+              Services().FolderOf(reinterpret_cast<const void*>(&Runtime::HomeFolder)));
+  int local = 0;
+  EXPECT_THROW(Services().FolderOf(&local), Failure);
+}
+
+}  // namespace
+}  // namespace Tests

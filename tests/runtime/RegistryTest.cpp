@@ -1,0 +1,280 @@
+// The registry store: what it keeps, what it refuses, and that nothing is lost on the way.
+#include "runtime/RegistryStore.h"
+
+#include <signal.h>
+#include <sys/resource.h>
+#include <sys/stat.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <functional>
+#include <thread>
+
+#include "platform/Failure.h"
+#include "tests/support/World.h"
+
+namespace Tests {
+namespace {
+
+using Runtime::RegistryStore;
+using Runtime::RegistryValue;
+
+constexpr Hive kUser = Hive::CurrentUser;
+constexpr Hive kMachine = Hive::LocalMachine;
+
+class Registry : public testing::Test {
+ protected:
+  Registry() {
+    setenv("TALVANE_HOME", home_.Path().c_str(), 1);
+    RegistryStore::Create(kMachine);
+    RegistryStore::Create(kUser);
+    RegistryStore::CreateKey(kMachine, u"A\\B");
+  }
+
+  std::filesystem::path File(Hive hive = kMachine) const { return ToUtf8(RegistryStore::FileOf(hive)); }
+
+  TemporaryFolder home_;
+};
+
+// The description of the failure of number 57 that the act raises; anything else in words.
+std::string RefusalOf(const std::function<void()>& act) {
+  try {
+    act();
+    return "(nothing was raised)";
+  } catch (const Failure& failure) {
+    return failure.Number() == FailureNumber::DeviceFailed ? failure.what()
+                                                           : "number " + std::to_string(failure.Number());
+  }
+}
+
+void WriteText(StringView path, StringView name, StringView text) {
+  ASSERT_TRUE(RegistryStore::Write(kMachine, path, name, {1, text}));
+}
+
+std::string TextAt(StringView path, StringView name) {
+  const auto value = RegistryStore::Read(kMachine, path, name);
+  return value ? Utf8(value->Content.ToString()) : "(none)";
+}
+
+// The exit status of a process of its own that runs the act; 9 if the act raised a failure.
+int InAnotherProcess(const std::function<void()>& act) {
+  const pid_t child = fork();
+  if (child == 0) {
+    try {
+      act();
+    } catch (...) {
+      _exit(9);
+    }
+    _exit(testing::Test::HasFailure() ? 1 : 0);
+  }
+  int status = 0;
+  waitpid(child, &status, 0);
+  return WIFEXITED(status) ? WEXITSTATUS(status) : 128 + WTERMSIG(status);
+}
+
+TEST_F(Registry, NamesMatchInAnyCaseAndKeepTheSpellingOfTheirCreation) {
+  RegistryStore::CreateKey(kMachine, u"Software\\\u00c4pfel \xD800");
+  RegistryStore::CreateKey(kMachine, u"SOFTWARE\\\u00e4PFEL \xD800\\Sub");
+  EXPECT_TRUE(RegistryStore::KeyExists(kMachine, u"software\\\u00e4pfel \xD800\\SUB"));
+  const auto names = RegistryStore::SubKeys(kMachine, u"software");
+  ASSERT_EQ(names.size(), 1U);
+  EXPECT_TEXT(u"\u00c4pfel \xD800", names[0]);
+  WriteText(u"a\\b", u"N\u00c4me", u"one");
+  WriteText(u"A\\B", u"n\u00e4ME", u"two");
+  EXPECT_EQ(TextAt(u"A\\B", u"N\u00c4ME"), "two");
+  EXPECT_FALSE(RegistryStore::KeyExists(kUser, u"A\\B"));
+}
+
+TEST_F(Registry, EveryContentReadsBackAsItWas) {
+  const String texts[] = {
+      u"", u" \t\r\n", String(u"a\0b", 3), u"\xDC00 \xD800", u"\uFEFF", String(300000, u'\u20ac')};
+  for (const String& text : texts) {
+    WriteText(u"A", text, text);
+    EXPECT_EQ(TextAt(u"A", text), Utf8(text)) << Utf8(text).substr(0, 20);
+  }
+  for (const double number : {0.0, -1.0, 2147483647.0, 4294967296.0, 0.1, 1e300}) {
+    ASSERT_TRUE(RegistryStore::Write(kMachine, u"A", u"n", {4, number}));
+    const auto read = RegistryStore::Read(kMachine, u"A", u"n");
+    EXPECT_EQ(read->Content.ToDouble(), number);
+    EXPECT_FALSE(read->Content.IsString());
+  }
+  ASSERT_TRUE(RegistryStore::Write(kMachine, u"A", u"b", {3, Bytes{0, 255, 0}}));
+  EXPECT_EQ(RegistryStore::Read(kMachine, u"A", u"b")->Content.ToBytes(), (Bytes{0, 255, 0}));
+  EXPECT_THROW(RegistryStore::Write(kMachine, u"A", u"b", {2, u""}), Failure);
+  EXPECT_EQ(RegistryStore::Read(kMachine, u"A", u"b")->Type, 3);
+  EXPECT_FALSE(RegistryStore::Write(kMachine, u"Absent", u"b", {1, u""}));
+}
+
+TEST_F(Registry, DeletingAKeyTakesAllBelowItAndNothingBeside) {
+  for (const StringView path : {u"K\\Sub\\Deep", u"K-", u"K]", u"K\\", u"Kk"}) {
+    if (!path.ends_with(u'\\')) RegistryStore::CreateKey(kMachine, path);
+  }
+  WriteText(u"K\\Sub\\Deep", u"v", u"old");
+  WriteText(u"K", u"v", u"old");
+  EXPECT_TRUE(RegistryStore::DeleteKey(kMachine, u"k"));
+  EXPECT_FALSE(RegistryStore::DeleteKey(kMachine, u"k"));
+  EXPECT_FALSE(RegistryStore::KeyExists(kMachine, u"K\\Sub\\Deep"));
+  EXPECT_EQ(RegistryStore::SubKeys(kMachine, u""), (std::vector<String>{u"A", u"K-", u"K]", u"Kk"}));
+  RegistryStore::CreateKey(kMachine, u"K\\Sub\\Deep");
+  EXPECT_EQ(TextAt(u"K\\Sub\\Deep", u"v"), "(none)");
+  EXPECT_EQ(TextAt(u"K", u"v"), "(none)");
+  EXPECT_THROW(RegistryStore::DeleteKey(kMachine, u""), Failure);
+}
+
+TEST_F(Registry, APathThatIsNoneLeadsNowhereAndIsNeverMade) {
+  for (const String& path : {String(u"\\"), String(u"A\\"), String(u"\\A"), String(u"A\\\\B"),
+                             String(u"A\0", 2), String(256, u'x')}) {
+    EXPECT_FALSE(RegistryStore::KeyExists(kMachine, path)) << Utf8(path);
+    EXPECT_THROW(RegistryStore::CreateKey(kMachine, path), Failure) << Utf8(path);
+  }
+  RegistryStore::CreateKey(kMachine, String(255, u'x'));
+  EXPECT_EQ(RegistryStore::SubKeys(kMachine, u"").size(), 2U);
+}
+
+TEST_F(Registry, TheFilesAreTheirOwnersAlone) {
+  struct stat status {};
+  for (const auto& entry : std::filesystem::directory_iterator(home_.Path())) {
+    ASSERT_EQ(stat(entry.path().c_str(), &status), 0);
+    EXPECT_EQ(status.st_mode & 0777, 0600U) << entry.path();
+  }
+}
+
+TEST_F(Registry, AMissingStoreSaysWhatToDoAndOneThatComesBackIsRead) {
+  WriteText(u"A", u"v", u"kept");
+  const auto away = home_.Path() / "away";
+  ASSERT_EQ(InAnotherProcess([] {}), 0);  // a fork closes the store, so that its file is whole
+  std::filesystem::rename(File(), away);
+  for (const auto& act : std::vector<std::function<void()>>{[] { RegistryStore::KeyExists(kMachine, u"A"); },
+                                                            [] { WriteText(u"A", u"v", u"lost"); }}) {
+    const std::string refusal = RefusalOf(act);
+    EXPECT_NE(refusal.find("tvmail init"), std::string::npos) << refusal;
+    EXPECT_NE(refusal.find(File().string()), std::string::npos) << refusal;
+  }
+  EXPECT_FALSE(std::filesystem::exists(File()));
+  std::filesystem::rename(away, File());
+  EXPECT_EQ(TextAt(u"A", u"v"), "kept");
+}
+
+TEST_F(Registry, AFileThatIsNoWholeStoreOfThisFormatIsRefusedAndLeftAsItIs) {
+  for (int i = 0; i < 80; ++i)
+    RegistryStore::CreateKey(kMachine, u"Many\\" + String(200, u'k') + FromUtf8(std::to_string(i)));
+  ASSERT_EQ(InAnotherProcess([] {}), 0);
+  const std::string good = ReadFile(File());
+  std::string newer = good, foreign = good, damaged = good;
+  newer[63] = 2;     // the low byte of the user version
+  foreign[71] ^= 1;  // the low byte of the application's number
+  damaged.replace(damaged.size() / 4, damaged.size() / 2, damaged.size() / 2, '\xA5');
+  const struct {
+    const char* Name;
+    std::string Bytes;
+  } rows[] = {{"a text",
+               "This is a text, long enough to be taken for the first page of a database that isn't one.\n"},
+              {"newer", newer},
+              {"foreign", foreign},
+              {"cut", good.substr(0, good.size() / 2)},
+              {"damaged", damaged}};
+  for (const auto& row : rows) {
+    WriteFile(File(), row.Bytes);
+    const std::string reading = RefusalOf([] { RegistryStore::SubKeys(kMachine, u"Many"); });
+    const std::string writing = RefusalOf([] { RegistryStore::DeleteKey(kMachine, u"Many"); });
+    EXPECT_EQ(reading.find(File().string()), 0U) << row.Name << ": " << reading;
+    EXPECT_EQ(writing.find(File().string()), 0U) << row.Name << ": " << writing;
+    RefusalOf([] { RegistryStore::Create(kMachine); });
+    EXPECT_TRUE(ReadFile(File()) == row.Bytes) << row.Name;
+  }
+  WriteFile(File(), good);
+  EXPECT_EQ(RegistryStore::SubKeys(kMachine, u"Many").size(), 80U);
+}
+
+TEST_F(Registry, AMakingThatWasCutShortIsFinishedByTheNext) {
+  std::filesystem::remove_all(home_.Path());
+  std::filesystem::create_directory(home_.Path());
+  WriteFile(File(), "");
+  EXPECT_NE(RefusalOf([] { RegistryStore::KeyExists(kMachine, u""); }).find("tvmail init"),
+            std::string::npos);
+  RegistryStore::Create(kMachine);
+  RegistryStore::Create(kMachine);
+  EXPECT_TRUE(RegistryStore::KeyExists(kMachine, u""));
+}
+
+TEST_F(Registry, ThreadsAndProcessesLoseNoUpdateOfEachOther) {
+  const auto work = [](char16_t name) {
+    for (int i = 0; i < 60; ++i) {
+      RegistryStore::CreateKey(kMachine, u"W\\" + String(1, name) + FromUtf8(std::to_string(i)));
+      WriteText(u"W\\" + String(1, name) + FromUtf8(std::to_string(i)), u"v", u"x");
+    }
+  };
+  std::thread other([&] { EXPECT_EQ(InAnotherProcess([&] { work(u'p'); }), 0); });
+  std::thread first([&] { work(u'a'); }), second([&] { work(u'b'); });
+  for (std::thread* thread : {&other, &first, &second}) thread->join();
+  EXPECT_EQ(RegistryStore::SubKeys(kMachine, u"W").size(), 180U);
+}
+
+TEST_F(Registry, AKilledWriterLeavesEveryWriteThatItFinished) {
+  for (int round = 0; round < 5; ++round) {
+    int ends[2];
+    ASSERT_EQ(pipe(ends), 0);
+    const pid_t child = fork();
+    if (child == 0) {
+      for (std::int32_t i = 0;; ++i) {
+        RegistryStore::Write(kMachine, u"A", u"n", {4, i});
+        if (write(ends[1], &i, sizeof i) < 0) _exit(1);
+      }
+    }
+    close(ends[1]);
+    std::int32_t last = 0;
+    while (last < 20 + round * 7 && read(ends[0], &last, sizeof last) == sizeof last) {
+    }
+    kill(child, SIGKILL);
+    waitpid(child, nullptr, 0);
+    while (read(ends[0], &last, sizeof last) == sizeof last) {
+    }
+    close(ends[0]);
+    const std::int32_t stored = RegistryStore::Read(kMachine, u"A", u"n")->Content.ToInt32();
+    EXPECT_TRUE(stored == last || stored == last + 1) << stored << " after " << last;
+  }
+}
+
+TEST_F(Registry, AFullDiskFailsAWriteAndLeavesTheOldContent) {
+  WriteText(u"A", u"v", u"old");
+  EXPECT_EQ(InAnotherProcess([] {
+              signal(SIGXFSZ, SIG_IGN);
+              const rlimit limit{150'000, 150'000};
+              setrlimit(RLIMIT_FSIZE, &limit);
+              const std::string refusal = RefusalOf([] { WriteText(u"A", u"v", String(400'000, u'n')); });
+              EXPECT_NE(refusal.find("machine.registry"), std::string::npos) << refusal;
+              EXPECT_EQ(TextAt(u"A", u"v"), "old");
+            }),
+            0);
+  EXPECT_EQ(TextAt(u"A", u"v"), "old");
+  WriteText(u"A", u"v", u"new");
+}
+
+TEST_F(Registry, AStoreThatMayNotBeWrittenRefusesWritesWithAReason) {
+  std::filesystem::permissions(home_.Path(), std::filesystem::perms(0755));
+  EXPECT_EQ(InAnotherProcess([&] {
+              if (geteuid() == 0 && setuid(65534) != 0) return;
+              const std::string refusal = RefusalOf([] { WriteText(u"A", u"v", u"x"); });
+              EXPECT_NE(refusal.find("who owns the file"), std::string::npos) << refusal;
+            }),
+            0);
+}
+
+TEST_F(Registry, AHundredThousandSubKeysAreListedInOrder) {
+  // In one process by plain writes this takes minutes; the store's own tables take them at once.
+  const std::string script =
+      "sqlite3 '" + File().string() +
+      "' \"WITH RECURSIVE n(i) AS (SELECT 1 UNION ALL SELECT i+1 FROM n WHERE i<100000) "
+      "INSERT INTO key(parent,path,name) SELECT (SELECT id FROM key WHERE path='a\\b'), "
+      "printf('a\\b\\k%06d',i), printf('K%06d',i) FROM n\"";
+  if (std::system(script.c_str()) != 0) GTEST_SKIP() << "the program sqlite3 isn't installed";
+  const auto names = RegistryStore::SubKeys(kMachine, u"A\\B");
+  ASSERT_EQ(names.size(), 100'000U);
+  EXPECT_TEXT(u"K000001", names.front());
+  EXPECT_TEXT(u"K100000", names.back());
+  EXPECT_TRUE(RegistryStore::DeleteKey(kMachine, u"A\\B"));
+  EXPECT_TRUE(RegistryStore::SubKeys(kMachine, u"A").empty());
+}
+
+}  // namespace
+}  // namespace Tests
