@@ -57,18 +57,19 @@ void CutAtMarker(String& body, StringView marker) {
   }
 }
 
-// Puts the missing half to every bare CR and bare LF. Well-formed text is left as it is.
-void CompleteLineEnds(String& body) {
+// The text with the missing half put to every bare CR and bare LF. Text without any, the usual case, is moved
+// out of body, which spares a copy; all other text stays in body as it is.
+String TakeWithWholeLineEnds(String& body) {
   const char16_t* const text = body.data();  // ends on a NUL, which is no line end
   const std::size_t length = body.size();
   // Between two neighbours a half is missing if one of them is its own half of a pair and the other isn't.
   const auto halfMissing = [=](std::size_t i) {
     return static_cast<char16_t>((text[i] == u'\r') ^ (text[i + 1] == u'\n'));
   };
-  if (length == 0) return;
+  if (length == 0) return {};
   const bool bareBegin = text[0] == u'\n';
   std::size_t split = FindFirst(0, length, halfMissing);
-  if (!bareBegin && split == length) return;
+  if (!bareBegin && split == length) return std::move(body);
 
   String complete;
   complete.reserve(length + length / 16 + 2);
@@ -80,7 +81,7 @@ void CompleteLineEnds(String& body) {
     begin = split + 1;
   }
   complete.append(text + begin, length - begin);
-  body = std::move(complete);
+  return complete;
 }
 
 // The blanks of both ends, once, and then the line ends of the end; blanks that these uncover stay.
@@ -97,8 +98,7 @@ void TakeOffEnds(String& body) {
 bool ParseReplyBody(String& body, String& errorText) {
   try {
     CutAtMarker(body, LoadTVCOMResourceString(kCutMarker));
-    String reply = body;
-    CompleteLineEnds(reply);
+    String reply = TakeWithWholeLineEnds(body);  // what was moved is short enough not to be refused below
     TakeOffEnds(reply);
     body = std::move(reply);
     return true;

@@ -3,7 +3,6 @@
 // operations can be made to give nothing or to fail.
 #pragma once
 
-#include <map>
 #include <set>
 
 #include "platform/contracts/ProjectLibrary.h"
@@ -17,179 +16,142 @@ namespace Tests {
 class Properties : public Object {
  public:
   using Map = std::map<String, Value, std::less<>>;
-  explicit Properties(Map values) : Values(std::move(values)) {}
+  explicit Properties(Map values = {}) : values_(std::move(values)) {}
   Value Get(StringView member) override {
-    const auto found = Values.find(member);
-    return found != Values.end() ? found->second : Object::Get(member);
+    const auto found = values_.find(member);
+    return found != values_.end() ? found->second : Object::Get(member);
   }
-  void Set(StringView member, Value value) override { Values[String(member)] = std::move(value); }
-  Map Values;
+  void Set(StringView member, Value value) override { values_[String(member)] = std::move(value); }
+
+ private:
+  Map values_;
 };
 
-inline ObjectRef MessageOf(const Value& from, const Value& subject, const Value& body) {
-  ObjectRef mail =
-      std::make_shared<Properties>(Properties::Map{{u"From", from}, {u"subject", subject}, {u"body", body}});
-  return std::make_shared<Properties>(Properties::Map{{u"Message", mail}});
+inline ObjectRef ObjectOf(Properties::Map values) {
+  return std::make_shared<Properties>(std::move(values));
 }
 
-inline Value SenderOf(StringView address) {
-  return ObjectRef(std::make_shared<Properties>(Properties::Map{{u"Address", address}}));
+inline ObjectRef MessageOf(StringView sender, const Value& subject, const Value& body) {
+  const ObjectRef from = ObjectOf({{u"Address", sender}});
+  return ObjectOf({{u"Message", ObjectOf({{u"From", from}, {u"subject", subject}, {u"body", body}})}});
 }
 
 class MemorySiblings {
  public:
-  struct User {
+  struct User : ProjectUser {
+    User(String address, bool accepted, std::int32_t key)
+        : Address(std::move(address)), Accepted(accepted), Key(key) {}
+    StringView GetEMailAddress() override { return Address; }
+    bool IsMailAccepted() override { return Accepted; }
+    std::int32_t GetUserKey() override { return Key; }
     String Address;
-    bool Accepted = true;
-    std::int32_t Key = 0;
+    bool Accepted;
+    std::int32_t Key;
   };
 
   // What the record of the one mailbox holds; without values there is no record.
-  std::map<String, String, std::less<>> Record = {
-      {u"TVSFilePath", u"P.tvs"},
-      {u"DBUID", u"pump"},
-      {u"DBPWD", TvEmailServices::ComponentSecurity().Encrypt(u"secret")}};
-  std::vector<User> Users;
-  std::map<std::int32_t, String> Texts = {{2166, u"-- cut --"}};
+  Properties::Map Record = {{u"TVSFilePath", u"P.tvs"},
+                            {u"DBUID", u"pump"},
+                            {u"DBPWD", TvEmailServices::ComponentSecurity().Encrypt(u"secret")}};
+  std::vector<std::shared_ptr<ProjectUser>> Users;
 
-  std::set<std::string> Nothing;                // operations that give nothing, or false
-  std::map<std::string, std::string> Failures;  // operations that fail, and their descriptions
-  std::vector<std::string> Log;
-  bool Quiet = false;  // nothing is recorded
+  std::set<std::string> Nothing;           // operations that give nothing, or false
+  std::map<std::string, String> Failures;  // operations that fail, and their descriptions
+  std::vector<std::string> Log;            // what was asked, with its arguments
+  bool Quiet = false;                      // nothing is recorded
 
   void Install(TestServices& services) {
-    services.Instead["TvResourceServices.Resource"] = [this] {
-      return std::make_shared<NumberedTexts>(Texts);
+    services.Instead["TvResourceServices.Resource"] = [] {
+      return std::make_shared<NumberedTexts>(std::map<std::int32_t, String>{{2166, u"-- cut --"}});
     };
-    services.Instead["TvGeneralServices.RegValue"] = [] {
-      return std::make_shared<Properties>(Properties::Map{});
-    };
+    services.Instead["TvGeneralServices.RegValue"] = [] { return ObjectOf({}); };
     services.Instead["TvGeneralServices.RegUtil"] = [this] { return std::make_shared<Registry>(*this); };
     services.InsteadOfClass[TalvaneApplicationClass] = [this] {
-      Asked("CreateApplication");
       return std::make_shared<Application>(*this);
     };
   }
 
+ private:
   // Records the operation; true if it is to work as usual.
-  bool Asked(const std::string& operation, const std::string& arguments = "") {
-    if (!Quiet) Log.push_back(operation + arguments);
+  bool Asked(const std::string& operation, std::initializer_list<Value> arguments = {}) {
+    if (!Quiet) Log.push_back(operation + ToUtf8(Listed(arguments)));
     if (const auto failure = Failures.find(operation); failure != Failures.end()) {
-      throw Failure(1000, {}, FromUtf8(failure->second));
+      throw Failure(1000, {}, failure->second);
     }
     return !Nothing.contains(operation);
   }
 
- private:
-  class Registry : public Object {
-   public:
-    explicit Registry(MemorySiblings& siblings) : siblings_(siblings) {}
+  template <class... Interfaces>
+  struct Part : Interfaces... {
+    explicit Part(MemorySiblings& siblings) : All(siblings) {}
+    MemorySiblings& All;
+  };
+
+  struct Registry : Part<Object> {
+    using Part::Part;
     Value Call(StringView member, std::span<Value> arguments) override {
-      if (member == u"SetCurrPath") return !siblings_.Record.empty();
+      if (member == u"SetCurrPath") return !All.Record.empty();
       if (member != u"GetValue") return true;
-      auto& holder = dynamic_cast<Properties&>(*arguments[0].ToObject());
-      const auto found = siblings_.Record.find(holder.Get(u"ValueName").ToString());
-      if (found == siblings_.Record.end()) return false;
-      holder.Set(u"Value", found->second);
-      return true;
+      const ObjectRef holder = arguments[0].ToObject();
+      const auto found = All.Record.find(holder->Get(u"ValueName").ToString());
+      if (found != All.Record.end()) holder->Set(u"Value", found->second);
+      return found != All.Record.end();
     }
-
-   private:
-    MemorySiblings& siblings_;
   };
 
-  class OneUser : public ProjectUser {
-   public:
-    explicit OneUser(User user) : user_(std::move(user)) {}
-    StringView GetEMailAddress() override { return user_.Address; }
-    bool IsMailAccepted() override { return user_.Accepted; }
-    std::int32_t GetUserKey() override { return user_.Key; }
-
-   private:
-    User user_;
-  };
-
-  class AllUsers : public ProjectUsers {
-   public:
-    explicit AllUsers(MemorySiblings& siblings) : siblings_(siblings) {
-      for (const User& user : siblings.Users) users_.push_back(std::make_shared<OneUser>(user));
-    }
+  struct AllUsers : Part<ProjectUsers> {
+    using Part::Part;
     std::int32_t Count() override {
-      if (!siblings_.Failures.empty()) siblings_.Asked("Count");
-      return static_cast<std::int32_t>(users_.size());
+      All.Asked("Count");
+      return static_cast<std::int32_t>(All.Users.size());
     }
     std::shared_ptr<ProjectUser> Item(std::int32_t position) override {
-      return users_.at(static_cast<std::size_t>(position - 1));
+      return All.Users.at(static_cast<std::size_t>(position - 1));
     }
-
-   private:
-    MemorySiblings& siblings_;
-    std::vector<std::shared_ptr<ProjectUser>> users_;
   };
 
-  class Discussion : public Object {
-   public:
-    explicit Discussion(MemorySiblings& siblings) : siblings_(siblings) {}
+  struct Discussion : Part<Object> {
+    using Part::Part;
     Value Call(StringView member, std::span<Value> arguments) override {
-      siblings_.Asked(ToUtf8(member), siblings_.Quiet ? std::string()
-                                                      : "(" + ToUtf8(arguments[0].ToString()) + "|" +
-                                                            ToUtf8(arguments[1].ToString()) + ")");
-      return false;
+      return All.Asked(ToUtf8(member), {arguments[0], arguments[1]});
     }
-
-   private:
-    MemorySiblings& siblings_;
   };
 
-  class OpenedProject : public Project {
-   public:
-    explicit OpenedProject(MemorySiblings& siblings)
-        : siblings_(siblings), users_(std::make_shared<AllUsers>(siblings)) {}
+  struct OpenedProject : Part<Project> {
+    using Part::Part;
     std::shared_ptr<ProjectUsers> GetUsers() override {
-      return siblings_.Asked("GetUsers") ? users_ : nullptr;
+      return All.Asked("GetUsers") ? std::make_shared<AllUsers>(All) : nullptr;
     }
     String GetName() override { return u"Apollo"; }
     bool IsMailBoxAllowed() override { return true; }
     ObjectRef GetDiscussion(std::int32_t number) override {
-      return siblings_.Asked("GetDiscussion", "(" + std::to_string(number) + ")")
-                 ? std::make_shared<Discussion>(siblings_)
-                 : nullptr;
+      return All.Asked("GetDiscussion", {number}) ? std::make_shared<Discussion>(All) : nullptr;
     }
     bool SetActingUser(const Value& key, std::int32_t kind, const Value& logon) override {
-      return siblings_.Asked("SetActingUser", "(" + ToUtf8(key.ToString()) + "|" + std::to_string(kind) +
-                                                  "|" + ToUtf8(logon.ToString()) + ")");
+      return All.Asked("SetActingUser", {key, kind, logon});
     }
-
-   private:
-    MemorySiblings& siblings_;
-    std::shared_ptr<AllUsers> users_;
   };
 
-  class Status : public ApplicationStatus {
+  struct Status : ApplicationStatus {
     String GetFailureText() override { return u"wrong password"; }
   };
-  class Logon : public ApplicationLogon {
+  struct Logon : ApplicationLogon {
     String GetLogonText() override { return u"logon"; }
   };
 
-  class Application : public Object, public TalvaneApplication {
-   public:
-    explicit Application(MemorySiblings& siblings) : siblings_(siblings) {}
+  struct Application : Part<Object, TalvaneApplication> {
+    explicit Application(MemorySiblings& siblings) : Part(siblings) { All.Asked("CreateApplication"); }
     std::shared_ptr<Project> OpenProject(const Value& path, std::int32_t mode, const String& userId,
                                          const String& password, std::int32_t options,
                                          std::int32_t access) override {
-      const std::string arguments = "(" + ToUtf8(path.ToString()) + "|" + std::to_string(mode) + "|" +
-                                    ToUtf8(userId) + "|" + ToUtf8(password) + "|" + std::to_string(options) +
-                                    "|" + std::to_string(access) + ")";
-      return siblings_.Asked("OpenProject", arguments) ? std::make_shared<OpenedProject>(siblings_) : nullptr;
+      return All.Asked("OpenProject", {path, mode, userId, password, options, access})
+                 ? std::make_shared<OpenedProject>(All)
+                 : nullptr;
     }
     std::shared_ptr<ApplicationStatus> GetStatus() override { return std::make_shared<Status>(); }
     std::shared_ptr<ApplicationLogon> GetLogon() override {
-      return siblings_.Asked("GetLogon") ? std::make_shared<Logon>() : nullptr;
+      return All.Asked("GetLogon") ? std::make_shared<Logon>() : nullptr;
     }
-
-   private:
-    MemorySiblings& siblings_;
   };
 };
 

@@ -10,28 +10,29 @@ namespace Tests {
 
 using namespace Platform;
 
+// "(a|b)"
+inline String Listed(std::span<const Value> values, StringView brackets = u"()") {
+  String text(brackets.substr(0, 1));
+  for (const Value& value : values) text.append(text.size() > 1 ? u"|" : u"").append(value.ToString());
+  return text.append(brackets.substr(1));
+}
+
 class NumberedTexts : public Object {
  public:
   explicit NumberedTexts(std::map<std::int32_t, String> own = {}) : own_(std::move(own)) {}
 
   Value Call(StringView member, std::span<Value> arguments) override {
     if (member == u"LoadResources" || member == u"GetFontName") return {};
-    const std::int32_t number = arguments[0].ToInt32();
-    const auto own = own_.find(number);
+    const auto own = own_.find(arguments[0].ToInt32());
     if (own != own_.end()) return own->second;
-    const String text = u"T" + Value(number).ToString();
-    if (member == u"ResourceString") return text;
-    if (member == u"ResourceStringV") return text + u"[" + Joined(arguments[1].ToArray()) + u"]";
-    return text + u"(" + Joined(arguments.subspan(1)) + u")";
+    String text = u"T";
+    text += arguments[0].ToString();
+    if (member == u"ResourceStringV") text += Listed(arguments[1].ToArray(), u"[]");
+    if (member == u"ResourceStrings") text += Listed(arguments.subspan(1));
+    return text;
   }
 
  private:
-  static String Joined(std::span<const Value> values) {
-    String joined;
-    for (const Value& value : values) joined += (&value == values.data() ? u"" : u"|") + value.ToString();
-    return joined;
-  }
-
   std::map<std::int32_t, String> own_;
 };
 
