@@ -61,7 +61,11 @@ int Main(int argc, char** argv) {
   } catch (const CLI::Success& help) {
     return program.exit(help);
   } catch (const CLI::ParseError& error) {
-    return Explain(WrongUse, std::string(error.what()) + ": see --help of the command");
+    // A word that is no command is what a person wants to hear of, rather than of the command that is
+    // missing.
+    const auto unknown = program.remaining(true);
+    const std::string what = unknown.empty() ? error.what() : unknown.front() + " isn't known here";
+    return Explain(WrongUse, what + ": see --help of the command");
   }
   return Run(invocation);
 }

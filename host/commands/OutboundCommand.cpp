@@ -56,10 +56,10 @@ void ChooseProfile(Form& form, UserHand& hand, const String& profile) {
 }
 
 void TypeSmtp(Form& form, UserHand& hand, StringView box, const std::string& option,
-              const std::string& text) {
-  if (text.empty()) return;
+              const std::optional<std::string>& text) {
+  if (!text) return;
   if (!form[box].Visible()) throw Complaint(WrongUse, option + " belongs to SMTP: add --transport smtp");
-  TypeOption(form, hand, box, option, Typed(text));
+  TypeOption(form, hand, box, option, Typed(*text));
 }
 
 void Fill(const OutboundOptions& options, Form& form, UserHand& hand) {
@@ -68,8 +68,8 @@ void Fill(const OutboundOptions& options, Form& form, UserHand& hand) {
   if (options.Send.Any() && enabled.Value() == 0)
     throw Complaint(WrongUse, "outbound e-mail is off, and then no transport is saved: add --enable");
   const SendOptions& send = options.Send;
-  if (!send.Transport.empty()) ChooseTransport(form, hand, send.Transport);
-  if (!send.Profile.empty()) ChooseProfile(form, hand, Typed(send.Profile));
+  if (send.Transport) ChooseTransport(form, hand, *send.Transport);
+  if (send.Profile) ChooseProfile(form, hand, Typed(*send.Profile));
   TypeSmtp(form, hand, u"txtHost", "--host", send.HostName);
   TypeSmtp(form, hand, u"txtEMailAddress", "--address", send.Address);
   TypeSmtp(form, hand, u"txtRealName", "--real-name", send.RealName);

@@ -35,8 +35,8 @@ void Ask(SendSettings& settings, const String& mapi, const String& smtp) {
   }
 }
 
-void Put(String& setting, const std::string& option) {
-  if (!option.empty()) setting = Typed(option);
+void Put(String& setting, const std::optional<std::string>& option) {
+  if (option) setting = Typed(*option);
 }
 
 }  // namespace
@@ -51,22 +51,22 @@ void SendOptions::AddTo(CLI::App& command) {
 }
 
 bool SendOptions::Any() const {
-  return !(Transport.empty() && HostName.empty() && Address.empty() && RealName.empty() && Profile.empty());
+  return Transport || HostName || Address || RealName || Profile;
 }
 
 SendSettings ResolveSendSettings(const SendOptions& options, const SendSettings& present) {
   const String mapi = MapiTransportName();
   const String smtp = SmtpTransportName();
   SendSettings settings = present;
-  if (!options.Transport.empty())
-    settings.Transport = EqualsIgnoreCase(Typed(options.Transport), u"mapi") ? mapi : smtp;
+  if (options.Transport)
+    settings.Transport = EqualsIgnoreCase(Typed(*options.Transport), u"mapi") ? mapi : smtp;
   if (settings.Transport.empty() && !options.Any()) Ask(settings, mapi, smtp);
   if (settings.Transport.empty()) throw Complaint(WrongUse, "--transport is missing: give smtp or mapi");
   const bool isMapi = settings.Transport == mapi;
-  if (isMapi && !(options.HostName.empty() && options.Address.empty() && options.RealName.empty()))
+  if (isMapi && (options.HostName || options.Address || options.RealName))
     throw Complaint(WrongUse,
                     "--host, --address and --real-name belong to --transport smtp: leave them away");
-  if (!isMapi && !options.Profile.empty())
+  if (!isMapi && options.Profile)
     throw Complaint(WrongUse, "--profile belongs to --transport mapi: leave it away");
   Put(settings.HostName, options.HostName);
   Put(settings.Address, options.Address);

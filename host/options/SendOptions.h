@@ -1,6 +1,7 @@
 // SendOptions: how a project's mail is sent, as options tell it.
 #pragma once
 
+#include <optional>
 #include <string>
 
 #include "host/SendingSession.h"
@@ -12,11 +13,11 @@ class App;
 namespace Host {
 
 struct SendOptions {
-  std::string Transport;
-  std::string HostName;
-  std::string Address;
-  std::string RealName;
-  std::string Profile;
+  std::optional<std::string> Transport;
+  std::optional<std::string> HostName;
+  std::optional<std::string> Address;
+  std::optional<std::string> RealName;
+  std::optional<std::string> Profile;
 
   // Adds --transport, --host, --address, --real-name and --profile, to be read into this.
   void AddTo(CLI::App& command);
