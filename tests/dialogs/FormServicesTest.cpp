@@ -48,7 +48,7 @@ void InAWorld(const Body& body, const char16_t* fontName = u"Courier") {
 }
 
 TEST(CenteringAForm, HalvesTheRoundedRestTowardZero) {
-  const float rows[][2] = {{0, 0}, {-101, -50}, {103, 51}, {5.5F, 3}, {6.5F, 3}, {2.5F, 1}, {-2.5F, -1}};
+  const float rows[][2] = {{0, 0}, {-101, -50}, {103, 51}, {5.5F, 3}, {-5.5F, -3}};
   InAWorld([&](Tests::World& world) {
     for (const auto& [rest, place] : rows) {
       SampleForm form;

@@ -37,8 +37,8 @@ TEST_F(OutboundTest, ASaveThatStopsHalfWayLeavesTheFormerTransportInForce) {
   EXPECT_EQ(Stored(), "-|1|p|h|a|n");
   EXPECT_EQ(world.Toolkit.TakeBoxes(), Texts{});
   Plan({{"RegUtil.AddOrUpdateValue", 2, boom}});
-  EXPECT_FALSE(SaveSmtpOutbound(u"i", u"b", u"o"));
-  EXPECT_EQ(Stored(), "-|1|p|i|a|n");
+  EXPECT_FALSE(SaveMapiOutbound(u"q"));
+  EXPECT_EQ(Stored(), "-|1|q|h|a|n");
   EXPECT_EQ(world.Toolkit.TakeBoxes(), Texts{"boom T10034"});
 }
 
