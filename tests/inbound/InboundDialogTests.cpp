@@ -1,0 +1,239 @@
+#include <thread>
+
+#include "src/dialogs/frmCfgInb.h"
+#include "src/dialogs/modCfgIn.h"
+#include "src/mail/EMailManager.h"
+#include "tests/mailbox/MailBoxWorld.h"
+
+namespace Tests {
+namespace {
+
+using Act = ScriptToolkit::Script;
+
+// The dialog, with a project that its entries can prove.
+class Inbound : public MailBoxWorld {
+ public:
+  Inbound() { MakeProject(); }
+
+  bool Configure(bool add, const String& mailBox, Act act) {
+    Toolkit.Scripts = {std::move(act)};
+    Name = mailBox;
+    return static_cast<bool>(Handler.MailHandler_Configure(add ? 1 : 0, Name, Product, Sess));
+  }
+
+  // Types an entry over what stands; a locked box keeps what it has.
+  Act Typing(const String& password, std::function<void(UserHand&)> end) {
+    return [this, password, end](Form& form, UserHand& hand) {
+      hand.Type(form[u"txtTVSFileName"], PathOf("Apollo.TVS"));
+      hand.Type(form[u"txtUID"], u"ann");
+      hand.Type(form[u"txtPwd"], password);
+      end(hand);
+    };
+  }
+
+  // What an act by this name in a table does.
+  Act Named(const std::string& act) {
+    if (act == "ok") return Typing(u"word", [](UserHand& hand) { hand.Enter(); });
+    if (act == "cancel") return [](Form&, UserHand& hand) { hand.Escape(); };
+    if (act == "wrong") return Typing(u"bad", [](UserHand& hand) { hand.Enter(); });
+    return [](Form&, UserHand& hand) { hand.Close(); };
+  }
+
+  // "path|user id|password" as a dialog opens with them, and "locked" where the path can't be changed.
+  std::string Opened(bool add, const String& mailBox) {
+    std::string entries;
+    Configure(add, mailBox, [&](Form& form, UserHand&) {
+      entries = WithoutFolder(Utf8(form[u"txtTVSFileName"].Text())) + "|" + Utf8(form[u"txtUID"].Text()) +
+                "|" + Utf8(form[u"txtPwd"].Text()) + (form[u"txtTVSFileName"].Locked() ? " locked" : "") +
+                (form[u"cmdBrowse"].Enabled() ? "" : " no browse");
+    });
+    return entries;
+  }
+
+  EMailManager Handler;
+  ObjectRef Sess = SessionWith({});
+  String Name, Product;
+};
+
+TEST(InboundDialog, CarriesItsOutcomeFromOneCallToTheNext) {
+  // state before; mode; act; state after; result; entries that the handler object keeps
+  for (const Strings& row : Table(R"(
+    0 ; add    ; ok     ; 1 ; true  ; Apollo.TVS|ann|
+    0 ; add    ; cancel ; 3 ; false ; ||
+    0 ; add    ; close  ; 0 ; false ; ||
+    0 ; add    ; wrong  ; 0 ; false ; ||
+    0 ; change ; ok     ; 1 ; true  ; Apollo.TVS|ann|
+    0 ; change ; cancel ; 2 ; true  ; ||
+    0 ; change ; close  ; 2 ; true  ; ||
+    0 ; change ; wrong  ; 2 ; true  ; ||
+    1 ; add    ; cancel ; 2 ; true  ; ||
+    1 ; change ; cancel ; 2 ; true  ; ||
+    1 ; change ; ok     ; 1 ; true  ; Apollo.TVS|ann|
+    2 ; add    ; cancel ; 2 ; true  ; ||
+    2 ; change ; cancel ; 2 ; true  ; ||
+    2 ; add    ; ok     ; 1 ; true  ; Apollo.TVS|ann|
+    2 ; add    ; close  ; 2 ; true  ; ||
+    3 ; add    ; cancel ; 3 ; false ; ||
+    3 ; change ; cancel ; 3 ; false ; ||
+    3 ; add    ; close  ; 3 ; false ; ||
+    3 ; change ; close  ; 3 ; false ; ||
+    3 ; add    ; ok     ; 1 ; true  ; Apollo.TVS|ann|
+)")) {
+    SCOPED_TRACE(row[0] + " " + row[1] + " " + row[2]);
+    Inbound world;
+    WriteMailBoxRecord(world.PathOf("Apollo.TVS"), u"bob", u"word", u"Apollo");
+    SetConfigureState(std::stoi(row[0]));
+    EXPECT_EQ(row[4] == "true", world.Configure(row[1] == "add", u"Apollo", world.Named(row[2])));
+    EXPECT_EQ(std::stoi(row[3]), GetConfigureState());
+    EXPECT_EQ(row[2] == "wrong" ? Told("[10001]_") : Strings(), world.Boxes());
+    EXPECT_TEXT(u"Ostrand Talvane", world.Product);
+    EXPECT_EQ(row[5], world.Opened(true, u"Nobody")) << "fields of the handler object";
+  }
+}
+
+TEST(InboundDialog, StartsWithoutAnOutcomeForANewHandlerAlone) {
+  Inbound world;
+  SetConfigureState(ConfigureStateKept);
+  world.Configure(true, u"", world.Named("close"));
+  EXPECT_EQ(ConfigureStateKept, GetConfigureState());
+  std::int32_t elsewhere = -1;
+  std::thread([&] { elsewhere = GetConfigureState(); }).join();
+  EXPECT_EQ(ConfigureStateNone, elsewhere) << "one word for each thread";
+  const EMailManager another;
+  EXPECT_EQ(ConfigureStateNone, GetConfigureState());
+}
+
+TEST(InboundDialog, OpensWithWhatIsKnownOfTheMailBox) {
+  Inbound world;
+  WriteMailBoxRecord(u" a.TVS ", u"bob", u"word", u"Mars");
+  world.Store(u"Half", u"TVSFilePath", u"half.TVS");
+  EXPECT_EQ("a.TVS|bob|", world.Opened(true, u"Mars"));
+  EXPECT_EQ("a.TVS|bob| locked no browse", world.Opened(false, u"Mars"));
+  EXPECT_EQ("half.TVS|| locked no browse", world.Opened(false, u"Half"));
+  EXPECT_EQ("|| locked no browse", world.Opened(false, u"Nobody"));
+  EXPECT_TEXT(u"Nobody", world.Name);
+  EXPECT_EQ("||", world.Opened(false, u""));
+  world.Configure(true, u"", world.Named("ok"));
+  EXPECT_TEXT(u"Apollo", world.Name) << "a mailbox takes the project's name";
+  EXPECT_EQ("Apollo.TVS|ann| locked no browse", world.Opened(false, u"Mars")) << "accepted entries first";
+}
+
+TEST(InboundDialog, KeepsARefusedEntryAndTakesTheNameThatTheCheckGave) {
+  Inbound world;
+  world.Configure(true, u"", [&](Form& form, UserHand& hand) {
+    world.Typing(u"bad ", [](UserHand& typing) { typing.Enter(); })(form, hand);
+    EXPECT_TRUE(form.IsShown());
+    EXPECT_TEXT(u"bad ", form[u"txtPwd"].Text());
+    static_cast<frmCfgInb&>(form).SetInboundServerConfig(nullptr);
+    hand.Enter();
+    EXPECT_TRUE(form.IsShown());
+  });
+  EXPECT_EQ(Told("[10001]_ / [10046] [10045]"), world.Boxes());
+  EXPECT_TEXT(u"", world.Name);
+}
+
+TEST(InboundDialog, IsNotShownWithoutASessionOrTexts) {
+  Inbound world;
+  world.Sess = nullptr;
+  EXPECT_FALSE(world.Configure(true, u"X", {}));
+  EXPECT_EQ(Told("[10046] [10045]"), world.Boxes());
+  world.Services.Missing = {"TvResourceServices.Resource"};
+  std::thread([&] {  // that has no texts yet
+    EMailManager handler;
+    EXPECT_FALSE(handler.MailHandler_Configure(1, world.Name, world.Product, world.Make("Sess", {})));
+  })
+      .join();
+  EXPECT_EQ(Strings{Utf8(ResourceServiceMissing)}, world.Boxes());
+  EXPECT_TEXT(u"X", world.Name);
+  EXPECT_TEXT(u"", world.Product);
+  EXPECT_EQ((Strings{"pointer 11", "pointer 0", "pointer 11", "pointer 0"}), world.Toolkit.Log);
+}
+
+TEST(InboundDialog, ThatCannotBeShownIsDroppedAndTheCallFails) {
+  Inbound world;
+  EXPECT_FALSE(world.Configure(true, u"X", [](Form&, UserHand&) { throw Failure(57, u"", u"No display"); }));
+  EXPECT_EQ(Told("No display [10045]"), world.Boxes());
+  EXPECT_EQ((Strings{"pointer 11", "load frmCfgInb", "pointer 0", "show frmCfgInb", "unload frmCfgInb",
+                     "pointer 0"}),
+            world.Toolkit.Log);
+  EXPECT_TEXT(u"", world.Product);
+}
+
+// A toolkit whose file dialog fails.
+class FailingFiles : public ScriptToolkit {
+ public:
+  std::optional<String> OpenFile(const OpenFileRequest&) override { throw Failure(57, u"", u"No disk"); }
+};
+
+TEST(InboundDialog, TakesAPathFromTheFileDialogUnlessThatIsCancelledOrFails) {
+  Inbound world;
+  FailingFiles failing;
+  world.Configure(true, u"", [&](Form& form, UserHand& hand) {
+    Control& path = form[u"txtTVSFileName"];
+    hand.Type(path, u"typed");
+    world.Toolkit.Files = {std::nullopt, u" chosen.TVS "};
+    hand.Press(form[u"cmdBrowse"]);
+    EXPECT_TEXT(u"typed", path.Text());
+    hand.Press(form[u"cmdBrowse"]);
+    EXPECT_TEXT(u"chosen.TVS", path.Text());
+    world.Services.ToolkitInUse = &failing;
+    hand.Press(form[u"cmdBrowse"]);
+    EXPECT_TEXT(u"chosen.TVS", path.Text());
+    world.Services.ToolkitInUse = &world.Toolkit;
+  });
+  EXPECT_EQ(Strings(), world.Boxes());
+  EXPECT_EQ(Strings{"No disk"}, failing.TakeBoxes());
+  ASSERT_EQ(2u, world.Toolkit.FileRequests.size());
+  const OpenFileRequest& request = world.Toolkit.FileRequests[0];
+  EXPECT_EQ(Told("[9001]")[0], Utf8(request.Title));
+  EXPECT_TEXT(u"typed", request.FileName);
+  EXPECT_TEXT(u"TVS Files (*.TVS)|*.TVS|All files (*.*)|*.*", request.Filter);
+}
+
+TEST(InboundDialog, SelectsOnFocusByKeyAndOpensHelpByKeyAndButton) {
+  Inbound world;
+  world.Configure(true, u"", [&](Form& form, UserHand& hand) {
+    EXPECT_EQ(Told("[9002]")[0], Utf8(form.Caption()));
+    EXPECT_FALSE(form.HasIcon());
+    for (const auto& control : form.Controls()) {
+      if (control->Kind() == ControlKind::CommonDialog) continue;
+      EXPECT_EQ(9.0, control->Font().Size);
+      if (control->Kind() != ControlKind::TextBox) continue;
+      hand.Type(*control, u"four");
+      hand.MouseDown(*control);
+      hand.Focus(*control);
+      EXPECT_EQ(0, control->SelLength()) << Utf8(control->Name());
+      hand.Press(form[u"cmdBrowse"]);
+      hand.Focus(*control);
+      EXPECT_EQ(4, control->SelLength()) << Utf8(control->Name());
+    }
+    hand.KeyDown(KeyF1 + 1);
+    hand.KeyDown(KeyF1);
+    hand.Press(form[u"cmdHelp"]);
+  });
+  const Strings& log = world.Toolkit.Log;
+  EXPECT_EQ(2, std::count_if(log.begin(), log.end(), [](const std::string& entry) {
+              return entry.starts_with("help ") && entry.ends_with("MailPump.hlp >(w95sec) 1 160");
+            }));
+}
+
+TEST(Configuring, ReachesTheRecordAndTheProjectOnlyByTheUpdate) {
+  Inbound world;
+  ASSERT_TRUE(world.Configure(true, u"Typed", world.Named("ok")));
+  EXPECT_EQ("none", world.Record(u"Apollo"));
+  ASSERT_TRUE(static_cast<bool>(world.Handler.MailHandler_MboxUpdate(world.Name, world.Sess)));
+  EXPECT_EQ("Apollo.TVS|ann|word", world.Record(u"Apollo"));
+  EXPECT_EQ("2||mail.example.org|Apollo Mail|apollo@example.org", world.Section("Apollo.TVS"));
+
+  world.Sess = world.SessionWith({.Transport = u"MAPI"});
+  EMailManager later;
+  EXPECT_TRUE(static_cast<bool>(later.MailHandler_MboxUpdate(u"Apollo", world.Sess)));
+  EXPECT_EQ("1|Outlook|mail.example.org|Apollo Mail|apollo@example.org", world.Section("Apollo.TVS"));
+  later.MailHandler_MboxDelete(u"Apollo");
+  EXPECT_EQ("none", world.Section("Apollo.TVS"));
+  EXPECT_EQ("Apollo.TVS|ann|word", world.Record(u"Apollo"));
+  EXPECT_EQ(Strings(), world.Boxes());
+}
+
+}  // namespace
+}  // namespace Tests
