@@ -28,7 +28,7 @@ constexpr const char* kTables = R"(
     number INTEGER PRIMARY KEY AUTOINCREMENT,
     title TEXT NOT NULL) STRICT;
   CREATE TABLE replies (
-    id INTEGER PRIMARY KEY AUTOINCREMENT,
+    id INTEGER PRIMARY KEY,
     discussion INTEGER NOT NULL REFERENCES discussions (number),
     subject TEXT NOT NULL,
     body TEXT NOT NULL,
@@ -66,19 +66,23 @@ String TextAt(const Runtime::Rows& row, int column) {
   return FromUtf8(row.Text(column));
 }
 
-// The file's name, once the file has turned out to be a project's database.
-const std::string& Vetted(const std::string& file) {
+const std::string& Existing(const std::string& file) {
   if (!std::filesystem::exists(file))
     RefuseFile(file, "is missing. Put it back, or restore it from a backup.");
   if (!std::filesystem::is_regular_file(file)) RefuseFile(file, "is not a file.");
-  Runtime::Database database(file);
+  return file;
+}
+
+// The database, once it has turned out to be a project's.
+Runtime::Database& Vetted(Runtime::Database& database) {
+  const std::string& file = database.File();
   if (database.Number("PRAGMA application_id") != kApplicationId) {
     RefuseFile(file, "is the database of another program, or empty. Restore it from a backup.");
   }
   const std::int64_t version = database.Number("PRAGMA user_version");
   if (version > kVersion) RefuseFile(file, "was made by a newer version of Talvane. Use that version.");
   if (version < kVersion) RefuseFile(file, "is damaged: it has no version. Restore it from a backup.");
-  return file;
+  return database;
 }
 
 }  // namespace
@@ -95,8 +99,8 @@ void ProjectDatabase::Create(const std::string& file, StringView name, const Use
 }
 
 ProjectDatabase::ProjectDatabase(const std::string& file)
-    : database_(Vetted(file)),
-      findLogon_(database_, "SELECT key, password_hash FROM users WHERE folded_name = ?"),
+    : database_(Existing(file)),
+      findLogon_(Vetted(database_), "SELECT key, password_hash FROM users WHERE folded_name = ?"),
       role_(database_, "SELECT role FROM users WHERE key = ?"),
       mailAccepted_(database_, "SELECT mail_accepted FROM users WHERE key = ?"),
       usersVersion_(database_, "SELECT users_version FROM project"),

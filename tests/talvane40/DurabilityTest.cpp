@@ -48,9 +48,9 @@ TEST(Durability, TwoProcessesWriteToOneProjectAtOnce) {
   const pid_t first = writer(u'a'), second = writer(u'b');
   EXPECT_EQ(Wait(first), 0);
   EXPECT_EQ(Wait(second), 0);
-  std::vector<std::string> subjects = Subjects(world);
+  const std::vector<std::string> subjects = Subjects(world);
   EXPECT_EQ(subjects.size(), 2U * kCount);
-  EXPECT_TRUE(std::ranges::unique(subjects).empty());
+  EXPECT_EQ(std::adjacent_find(subjects.begin(), subjects.end()), subjects.end());
 }
 
 TEST(Durability, AKilledProcessLeavesEveryReplyThatItFinishedAndNoHalfOne) {
@@ -86,10 +86,10 @@ TEST(Durability, AProcessKilledWhileItCreatesAProjectLeavesAWholeProjectOrNone) 
   World world;
   const Administration administer;
   int whole = 0;
-  for (int round = 0; round < 25; ++round) {
+  for (int round = 0; round < 12; ++round) {
     const String path = world.PathOf("p" + std::to_string(round) + ".TVS");
     const pid_t child = Spawn([&] { administer.CreateProject(path, u"P", u"Ann", u"", u"secret"); });
-    std::this_thread::sleep_for(std::chrono::milliseconds(2 * round));
+    std::this_thread::sleep_for(std::chrono::milliseconds(4 * round));
     kill(child, SIGKILL);
     Wait(child);
     if (std::filesystem::exists(ToUtf8(path))) {
@@ -99,7 +99,7 @@ TEST(Durability, AProcessKilledWhileItCreatesAProjectLeavesAWholeProjectOrNone) 
       administer.CreateProject(path, u"P", u"Ann", u"", u"secret");
     }
   }
-  EXPECT_LT(whole, 25);
+  EXPECT_LT(whole, 12);
 }
 
 TEST(Durability, AReplyThatADatabaseInUseOrAFullDiskRefusesIsRaisedAndLeavesNothing) {

@@ -34,6 +34,14 @@ TEST(OpenProject, GivesTheProjectForItsOwnerInAnyCaseOfTheName) {
   EXPECT_TEXT(u"", world.App->GetStatus()->GetFailureText());
 }
 
+TEST(OpenProject, LetsTheOwnerAloneBindAMailbox) {
+  ProjectWorld world;
+  world.Sql("UPDATE users SET password_hash = (SELECT password_hash FROM users WHERE name = 'Ann')");
+  const auto project = world.Open(world.Path, u"ben");
+  ASSERT_TRUE(project);
+  EXPECT_FALSE(project->IsMailBoxAllowed());
+}
+
 TEST(OpenProject, TellsAnUnknownUserAndAWrongPasswordByOneText) {
   ProjectWorld world;
   const std::string refusal = world.Refusal(world.Path, u"Ann", u"Secret");
