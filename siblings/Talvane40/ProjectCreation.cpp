@@ -5,6 +5,7 @@
 #include <stdlib.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <cstring>
 #include <filesystem>
@@ -76,10 +77,13 @@ class NewFile {
   fs::path path_;
 };
 
-// A file name for the database that neither a database nor what one leaves behind has.
+// A file name for the database, as it can stand in the project file, that neither a database nor what one
+// leaves behind has.
 std::string FreeDatabaseName(const fs::path& projectFile) {
   const bool plain = EqualsIgnoreCase(FromUtf8(projectFile.extension().string()), u".TVS");
-  const std::string stem = (plain ? projectFile.stem() : projectFile.filename()).string();
+  std::string stem = (plain ? projectFile.stem() : projectFile.filename()).string();
+  if (stem.front() == ' ' || std::ranges::any_of(stem, [](unsigned char c) { return c < 0x20; }))
+    stem = "project";
   for (int i = 1;; ++i) {
     const std::string name = stem + (i == 1 ? "" : "-" + std::to_string(i)) + ".db";
     bool free = true;

@@ -255,7 +255,7 @@ TEST(Creation, LeavesAFileThatExistsUntouched) {
   EXPECT_TRUE(world.Open());
 }
 
-TEST(Creation, NeverTakesADatabaseThatIsThereAndKeepsBothFilesPrivate) {
+TEST(Creation, FindsANameForTheDatabaseWhateverIsThereAndKeepsBothFilesPrivate) {
   ProjectWorld world;
   WriteFile(world.Home.Path() / "zeus.db-wal", "left behind");
   world.Administer.CreateProject(world.PathOf("zeus"), u"Zeus", u"Ann", u"", u"secret");
@@ -266,6 +266,8 @@ TEST(Creation, NeverTakesADatabaseThatIsThereAndKeepsBothFilesPrivate) {
     EXPECT_EQ(status.st_mode & 0777U, 0600U) << name;
   }
   EXPECT_TRUE(world.Open(world.PathOf("zeus")));
+  world.Administer.CreateProject(world.PathOf(" odd\nname.TVS"), u"Odd", u"Ann", u"", u"secret");
+  EXPECT_TRUE(world.Open(world.PathOf(" odd\nname.TVS")));
 }
 
 TEST(Passwords, AreStoredAsSaltedHashesOfASlowKind) {
