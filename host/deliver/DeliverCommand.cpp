@@ -21,15 +21,14 @@ constexpr const char* kNotes =
 (it begins with "From "), a Maildir (its folders new and cur), or "-" for standard input, which is read where
 no source is given. Mails are only read: none is moved, marked or removed.
 
-One line tells what became of each message: its source, its Message-ID, and "delivered", "refused" or "to be
-tried again" with the reason. With --json each line is an object: source, messageId, failure (empty when the
+One line tells what became of each message: its source, its Message-ID, and "delivered", or "complaint" or "to
+be tried again" with the reason. With --json each line is an object: source, messageId, failure (empty when the
 message was handled without complaint).
 
 Exit codes:
   0   every message was delivered
-  65  a message was refused for its sender, subject, body or discussion number; sending it again won't help.
-      The reply of an unknown or refused sender may stand all the same: the complaint is told to its
-      postmaster, and the message must not be delivered again.
+  65  a complaint about a message: its sender, its subject, its body, or no such discussion. Trying again won't
+      help. The reply of an unknown or refused sender stands all the same, so don't deliver it a second time.
   75  a message couldn't be delivered now; it has to be tried again. In doubt it is 75, and 75 outdoes 65.
   64  the command line is wrong
   78  the mailbox isn't configured

@@ -53,7 +53,7 @@ void DeliveryReport::Tell(const std::string& source, const String& messageId, co
                   .Text());
   } else {
     const std::string outcome = code == Done          ? "delivered"
-                                : code == DataRefused ? "refused: " + VisibleText(failure)
+                                : code == DataRefused ? "complaint: " + VisibleText(failure)
                                                       : "to be tried again: " + VisibleText(failure);
     WriteLine(VisibleText(Platform::FromUtf8(source)) + "  " +
               (messageId.empty() ? "(no Message-ID)" : VisibleText(messageId)) + "  " + outcome);
@@ -69,7 +69,7 @@ int DeliveryReport::Finish(bool stopped) {
                               ? "no messages found"
                               : std::to_string(total) + (total == 1 ? " message: " : " messages: ") +
                                     std::to_string(delivered_) + " delivered, " + std::to_string(refused_) +
-                                    " refused, " + std::to_string(toTryAgain_) + " to be tried again";
+                                    " with complaints, " + std::to_string(toTryAgain_) + " to be tried again";
     if (stopped) summary += "; stopped before the end, what isn't listed here was not tried";
     WriteLine(summary);
   }
@@ -94,8 +94,8 @@ void DeliveryReport::ShowProgress() {
   const auto now = std::chrono::steady_clock::now();
   if (now - lastProgress_ < kInterval) return;
   lastProgress_ = now;
-  std::fprintf(stderr, "\r%zu delivered, %zu refused, %zu to be tried again ...", delivered_, refused_,
-               toTryAgain_);
+  std::fprintf(stderr, "\r%zu delivered, %zu with complaints, %zu to be tried again ...", delivered_,
+               refused_, toTryAgain_);
   std::fflush(stderr);
   progressShown_ = true;
 }

@@ -1,0 +1,252 @@
+// What the bytes of a mail mean: headers, charsets, flowed text, HTML and mboxes.
+#include <fstream>
+
+#include "host/deliver/Charset.h"
+#include "host/deliver/FlowedText.h"
+#include "host/deliver/HeaderText.h"
+#include "host/deliver/HtmlText.h"
+#include "host/deliver/Mail.h"
+#include "host/deliver/MailSource.h"
+#include "host/deliver/Mbox.h"
+#include "tests/support/World.h"
+
+namespace {
+
+using namespace std::string_literals;
+
+struct Row {
+  std::string Input;
+  std::string Expected;
+};
+
+TEST(HeaderText, ReadsEncodedWordsAndFoldsAsTheirWritersMeantThem) {
+  const Row rows[] = {
+      {" Re: plan\r\n (Ostrand Talvane Project Apollo", "Re: plan (Ostrand Talvane Project Apollo"},
+      {"a\n\tb", "a b"},
+      {"a \r\n\tb", "a b"},
+      {"a\r\n\t b", "a b"},
+      {"a\n  b\tc", "a  b\tc"},
+      {"=?utf-8?Q?a_b=3D?=", "a b="},
+      {"=?UTF-8*de?b?w6Q=?= x =?utf-8?q?=C3=A4?=", "ä x ä"},
+      {"=?utf-8?Q?=C3?=\r\n =?utf-8?B?pA==?=", "ä"},
+      {"=?utf-8?B?w6Qg?= \t =?utf-8?Q?b?=", "ä b"},
+      {"=?utf-8?B?w?= =?utf-8?B?6Q=?=", "ä"},
+      {"=?iso-2022-jp?B?GyRCJWolag==?= =?ISO-2022-JP?B?ITwlOQ==?=", "リリース"},
+      {"=?iso-8859-1?Q?=E4?= =?koi8-r?Q?=C1?=", "äа"},
+      {"=?iso-8859-1?Q?=93?=(=?windows-1252?Q?=94?=)", "“(”)"},
+      {"=?utf-8?Q?=FF?=", "\xEF\xBF\xBD"},
+      {"=?x-unknown?Q?=C3=A4=?=", "ä="},
+      {"=?utf-8?Q?with blanks?=", "with blanks"},
+      {"=? ?= =?utf-8?X?a?= =?utf-8?Q?open", "=? ?= =?utf-8?X?a?= =?utf-8?Q?open"},
+      {"gr\xC3\xBC\xC3\x9F", "grüß"},
+      {"gr\xFC\xDF", "grüß"},
+      {"=?utf-8?Q?a=00b?=", "a\0b"s},
+      {" \t ", ""},
+  };
+  for (const Row& row : rows)
+    EXPECT_EQ(Platform::ToUtf8(Host::DecodeHeader(row.Input)), row.Expected) << row.Input;
+}
+
+TEST(Charset, TakesEveryByteForSomeCharacter) {
+  const struct {
+    std::string Label, Bytes, Expected;
+  } rows[] = {
+      {"utf-8", "a\xFF\xC3\xA4\xC3", "a\uFFFDä\uFFFD"},
+      {"iso-8859-1", "\x93\xE4\x81", "“ä\u0081"},
+      {"latin1", "\x80", "€"},
+      {"us-ascii", "\xC3\xA4", "ä"},
+      {"us-ascii", "\x80", "€"},
+      {"", "\xE4", "ä"},
+      {"no-such-charset", "\xC3\xA4", "ä"},
+      {"koi8-r", "\xC1", "а"},
+      {"gb2312", "\x81\x40", "丂"},
+      {"euc-kr", "\x81\x41\x81", "갂\uFFFD"},
+      {"shift_jis", "\x87\x40", "①"},
+      {"utf-16be", "\xD8\x3D\xDE\x80\xDC\x00", "🚀\uFFFD"},
+      {"utf-8", "a\0b"s, "a\0b"s},
+  };
+  for (const auto& row : rows)
+    EXPECT_EQ(Platform::ToUtf8(Host::DecodeText(row.Bytes, row.Label)), row.Expected) << row.Label;
+}
+
+TEST(FlowedText, IsPutBackIntoItsParagraphs) {
+  const struct {
+    std::string Input;
+    bool DeleteSpace;
+    std::string Expected;
+  } rows[] = {
+      {"a \r\nb\r\nc\r\n", false, "a b\nc\n"},
+      {"a \rb", false, "a b"},
+      {"a \nb", true, "ab"},
+      {" >no quote\n  two\n From me", false, ">no quote\n two\nFrom me"},
+      {"> a \n> b\n>> c \n> d", false, "> a b\n>> c \n> d"},
+      {"text \n-- \nme", false, "text \n-- \nme"},
+      {"> x \n> -- \n> me", true, "> x\n> -- \n> me"},
+      {"a\n\n \nb", false, "a\n\n\nb"},
+      {">\n> ", false, ">\n>"},
+      {"", false, ""},
+  };
+  for (const auto& row : rows)
+    EXPECT_EQ(Platform::ToUtf8(Host::UnflowText(Platform::FromUtf8(row.Input), row.DeleteSpace)),
+              row.Expected)
+        << row.Input;
+}
+
+TEST(HtmlText, ReadsLikeTheScreen) {
+  const Row rows[] = {
+      {"a <b>b</b>\n  c", "a b c"},
+      {"<div>a</div><div><br></div><div>b</div>", "a\n\nb"},
+      {"<div>a<br></div><div>b</div>", "a\nb"},
+      {"<p>a</p><p>b</p>", "a\n\nb"},
+      {"<p class=MsoNormal>a</p><p class=MsoNormal>b</p>", "a\nb"},
+      {"<style>x</style><script>if (a<b) x()</script><title>t</title>a<!-- c -->b", "ab"},
+      {"&lt;&amp;&#228;&#x1F680;&#150;&euro;&nbsp;&bogus;", "<&ä🚀–€ &bogus;"},
+      {"<blockquote>reply<div>----- Reply above this line -----</div>old</blockquote>after",
+       "reply\n----- Reply above this line -----\nold\n\nafter"},
+      {"<pre>a\n  b</pre>", "a\n  b"},
+      {"<ol><li>x<li>y</ol><ul><li>z</ul>", "1. x\n2. y\n\n* z"},
+      {"<table><tr><td>a<td>b<tr><td>c</table>", "a b\nc"},
+      {"a\x01\0b"s,
+       "a\uFFFD\uFFFD"
+       "b"},
+      {"no tags < at all & so", "no tags < at all & so"},
+      {"<p>open <b>never closed", "open never closed"},
+      {"", ""},
+  };
+  for (const Row& row : rows)
+    EXPECT_EQ(Platform::ToUtf8(Host::HtmlToText(Platform::FromUtf8(row.Input))), row.Expected) << row.Input;
+}
+
+TEST(Mbox, IsCutAtItsSeparatorsOnly) {
+  const struct {
+    std::string Line;
+    bool BehindEmptyLine, Expected;
+  } rows[] = {
+      {"From alice@apollo.example Mon Jan 31 12:00:00 2022\r\n", false, true},
+      {"From - Mon Jan  3 12:00 2022\n", false, true},
+      {"From alice@apollo.example\n", true, true},
+      {"From alice@apollo.example\n", false, false},
+      {"From here on Mon we go\n", true, false},
+      {">From alice@apollo.example Mon Jan 31 12:00:00 2022\n", true, false},
+      {"From: alice@apollo.example\n", true, false},
+  };
+  for (const auto& row : rows)
+    EXPECT_EQ(Host::IsMboxSeparator(row.Line, row.BehindEmptyLine), row.Expected) << row.Line;
+}
+
+std::vector<std::string> MessagesOf(const std::string& bytes) {
+  const Tests::TemporaryFolder folder;
+  const std::string path = (folder.Path() / "mbox").string();
+  Tests::WriteFile(path, bytes);
+  std::vector<std::string> messages;
+  Host::ReadMailSource(path, [&](Host::RawMail mail) {
+    EXPECT_EQ(mail.Source, path + ":" + std::to_string(messages.size() + 1));
+    messages.push_back(mail.Bytes + mail.Fault);
+    return true;
+  });
+  return messages;
+}
+
+TEST(Mbox, GivesEachMessageUnmaskedWhateverItsLineEnds) {
+  const std::string separator = "From a@b Mon Jan 31 12:00:00 2022\n";
+  const std::string mbox = separator + "Subject: 1\nContent-Length: 9999\n\n>From x\n>>From y\n> From z\n\n" +
+                           separator + "Subject: 2\n\nno line end";
+  for (const std::string_view lineEnd : {"\n", "\r\n", "\r"}) {
+    std::string written;
+    std::string first;
+    for (const char c : mbox) c == '\n' ? written += lineEnd : written += c;
+    for (const char c : "Subject: 1\nContent-Length: 9999\n\nFrom x\n>From y\n> From z\n"s)
+      c == '\n' ? first += lineEnd : first += c;
+    const std::vector<std::string> messages = MessagesOf(written);
+    ASSERT_EQ(messages.size(), 2u);
+    EXPECT_EQ(messages[0], first);
+    EXPECT_TRUE(messages[1].ends_with("no line end")) << messages[1];
+  }
+}
+
+TEST(Mbox, PassesALineOfAMegabyteAndASeparatorAcrossTheBufferEnd) {
+  const std::string separator = "From a@b Mon Jan 31 12:00:00 2022\n";
+  const std::string longLine(1 << 20, 'x');
+  for (std::size_t offset = 65500; offset < 65540; offset += 13) {
+    const std::vector<std::string> messages =
+        MessagesOf(separator + std::string(offset - separator.size(), 'a') + "\n\n" + separator + longLine);
+    ASSERT_EQ(messages.size(), 2u);
+    EXPECT_EQ(messages[1], longLine);
+  }
+}
+
+struct MailRow {
+  std::string Bytes, From, Subject, Body;
+};
+
+std::string Crossed(std::string text, std::string_view lineEnd) {
+  std::string result;
+  for (const char c : text) c == '\n' ? result += lineEnd : result += c;
+  return result;
+}
+
+TEST(MailReader, FindsTheTextAmongTheParts) {
+  const std::string head = "From: a@b\nSubject: s\nMIME-Version: 1.0\n";
+  const MailRow rows[] = {
+      {"", "(none)", "", ""},
+      {"\x89PNG\r\n\x1A\n\0\0\0"s, "(none)", "", ""},
+      {"From:\nSubject: s\n\nb", "(none)", "s", "b"},
+      {"From: undisclosed-recipients:;\n\nb", "(none)", "", "b"},
+      {"From: \"A, B\" <a@b>, c@d\n\nb", "a@b", "", "b"},
+      {"From: List: x@y, z@y;\n\nb", "x@y", "", "b"},
+      {"from: a@b\nSUBJECT: s\n\nb", "a@b", "s", "b"},
+      {"From: a@b\nSubject: x\0y\n z\n\nb\0c"s, "a@b", "x\0y z"s, "b\0c"s},
+      {"From: a@b\nSubject: one\nSubject: two\n\n", "a@b", "one", ""},
+      {head + "Content-Type: junk\n\nb", "a@b", "s", "b"},
+      {head + "Content-Type: text/plain; charset=nonsense\n\n\xE4", "a@b", "s", "ä"},
+      {head + "Content-Type: text/plain\nContent-Transfer-Encoding: base64\n\nYWJj\nZG", "a@b", "s", "abcd"},
+      {head + "Content-Type: text/html; charset=utf-8\n\n<p>\xC3\xA4", "a@b", "s", "ä"},
+      {head + "Content-Type: text/html\n\n<meta charset=koi8-r><p>\xC1", "a@b", "s", "а"},
+      {head +
+           "Content-Type: multipart/mixed; boundary=x\n\n--x\nContent-Type: message/rfc822\n\nFrom: c@d\n\n"
+           "inner\n--x\nContent-Type: text/html\n\n<p>h\n--x\n\nouter\n--x--\n",
+       "a@b", "s", "outer"},
+      {head +
+           "Content-Type: multipart/mixed; boundary=x\n\n--x\nContent-Type: text/plain; name=a.txt\n\nfile\n"
+           "--x\nContent-Type: text/html\n\n<p>html\n--x--\n",
+       "a@b", "s", "html"},
+      {head + "Content-Type: multipart/signed; boundary=x\n\n--x\nContent-Type: multipart/related; "
+              "boundary=y\n\n--y\n\ndeep\n--y--\n--x\nContent-Type: application/pgp-signature\n\n-\n--x--\n",
+       "a@b", "s", "deep"},
+      {head + "Content-Type: multipart/mixed; boundary=x\n\n--x\n\ncut off", "a@b", "s", "cut off"},
+      {head + "Content-Type: multipart/mixed; boundary=x\n\nno part at all\n", "a@b", "s",
+       "no part at all\n"},
+      {head + "Content-Type: application/pdf\n\n%PDF", "a@b", "s", ""},
+      {head + "Content-Type: text/plain; format=Flowed; DelSp=YES\nContent-Transfer-Encoding: "
+              "quoted-printable\n\na=20=\n\n b=20\nc",
+       "a@b", "s", "abc"},
+  };
+  for (const MailRow& row : rows) {
+    const Host::Mail mail = Host::ReadMail(row.Bytes);
+    EXPECT_EQ(mail.FromAddress ? Platform::ToUtf8(*mail.FromAddress) : "(none)", row.From) << row.Bytes;
+    EXPECT_EQ(Platform::ToUtf8(mail.Subject), row.Subject) << row.Bytes;
+    EXPECT_EQ(Platform::ToUtf8(mail.Body), row.Body) << row.Bytes;
+  }
+}
+
+TEST(MailReader, ReadsLineEndsOfAnyKindAlike) {
+  const std::string bytes =
+      "From: a@b\nSubject: x\n y\nContent-Type: multipart/mixed; boundary=b\n\n--b\n\nbody\n--b--\n";
+  for (const std::string_view lineEnd : {"\n", "\r\n", "\r", "\r\r\n"}) {
+    const Host::Mail mail = Host::ReadMail(Crossed(bytes, lineEnd));
+    EXPECT_EQ(mail.FromAddress, u"a@b");
+    EXPECT_TEXT(u"x y", mail.Subject);
+    EXPECT_TEXT(u"body", mail.Body);
+  }
+}
+
+TEST(MailReader, GivesTheMessageObjectItsMembersAndNoFromWithoutAnAddress) {
+  const Platform::ObjectRef message = Host::MakeMessageObject(Host::ReadMail("Subject: s\n\nb"));
+  const Platform::ObjectRef mail = message->Get(u"Message").ToObject();
+  EXPECT_EQ(mail->Get(u"From").ToObject(), nullptr);
+  EXPECT_TEXT(u"s", mail->Get(u"subject").ToString());
+  EXPECT_TEXT(u"b", mail->Get(u"body").ToString());
+  EXPECT_THROW(mail->Get(u"Subject"), Platform::Failure);
+}
+
+}  // namespace

@@ -1,0 +1,216 @@
+// tvmail deliver as a mail server and an administrator call it: the real program, stores and siblings.
+#include <sys/wait.h>
+
+#include <cstdlib>
+#include <sstream>
+#include <vector>
+
+#include "host/Json.h"
+#include "tests/support/World.h"
+
+namespace {
+
+namespace fs = std::filesystem;
+
+struct Outcome {
+  int Exit = 0;
+  std::string Output, Errors;
+};
+
+std::size_t CountOf(const std::string& text, const std::string& piece) {
+  std::size_t count = 0;
+  for (std::size_t at = text.find(piece); at != std::string::npos; at = text.find(piece, at + piece.size()))
+    ++count;
+  return count;
+}
+
+std::string Mail(const std::string& body, const std::string& from = "alice@apollo.example",
+                 const std::string& discussion = "1") {
+  return "From: " + from +
+         "\nMessage-ID: <m@x>\nSubject: Re: Plan (Ostrand Talvane Project Apollo, Ostrand " +
+         "Talvane Discussion " + discussion + ")\n\n" + body + "\n";
+}
+
+std::string Mbox(int count, const std::string& name) {
+  std::string mbox;
+  for (int i = 0; i < count; ++i)
+    mbox += "From a@b Mon Jan 31 12:00:00 2022\n" + Mail(name + "-" + std::to_string(i) + "-end") + "\n";
+  return mbox;
+}
+
+// A home of its own with a project, two discussions, three users and a bound mailbox.
+class Deliver : public testing::Test {
+ protected:
+  Deliver() {
+    Tests::WriteFile(Path("password"), "secret\n");
+    const std::string project = "'" + Path("Apollo.TVS").string() + "'";
+    const std::string steps[] = {
+        "tvmail init",
+        "tvmail project create " + project + " --name Apollo --user admin --password-file password",
+        "tvmail project add-user " + project + " --name alice --email alice@apollo.example",
+        "tvmail project add-user " + project + " --name bob --email bob@apollo.example",
+        "tvmail project add-user " + project + " --name carol --email carol@apollo.example --refuse-mail",
+        "tvmail project add-discussion " + project + " --title 'Release plan'",
+        "tvmail project add-discussion " + project + " --title 'Launch site'",
+        "tvmail mailbox add Apollo --project " + project +
+            " --user admin --password-file password --transport smtp --host h --address a@b"};
+    for (const std::string& step : steps) {
+      const Outcome outcome = Run(step);
+      EXPECT_EQ(outcome.Exit, 0) << step << ": " << outcome.Errors;
+    }
+  }
+
+  fs::path Path(const std::string& name) const { return folder_.Path() / name; }
+
+  // Runs a line of shell in the folder, where tvmail is the program under test.
+  Outcome Run(const std::string& line) const {
+    Tests::WriteFile(Path("line.sh"), "set -o pipefail\ncd '" + folder_.Path().string() +
+                                          "'\nexport TALVANE_HOME=\"$PWD/home\" PATH=\"" +
+                                          fs::path(TVMAIL_PROGRAM).parent_path().string() + ":$PATH\"\n" +
+                                          line + "\n");
+    const std::string script = Path("line.sh").string();
+    const int status = std::system(
+        ("bash '" + script + "' </dev/null >'" + Path("out").string() + "' 2>'" + Path("err").string() + "'")
+            .c_str());
+    return {WEXITSTATUS(status), Tests::ReadFile(Path("out")), Tests::ReadFile(Path("err"))};
+  }
+
+  std::string Project() const { return Run("tvmail project show Apollo.TVS --json").Output; }
+
+ private:
+  Tests::TemporaryFolder folder_;
+};
+
+// The reply as "project show --json" gives it.
+std::string ReplyText(std::string body, const std::string& subject, const std::string& user) {
+  for (std::size_t at = body.find("\\n"); at != std::string::npos; at = body.find("\\n", at + 2))
+    body.replace(at, 2, "\r\n");
+  Host::JsonObject reply;
+  reply.Add("subject", Platform::FromUtf8(subject)).Add("body", Platform::FromUtf8(body));
+  if (user != "*") reply.Add("user", Platform::FromUtf8(user));
+  const std::string text = reply.Text();
+  return text.substr(0, text.size() - 1) + ",";
+}
+
+TEST_F(Deliver, TurnsEverySampleIntoTheReplyThatIsExpectedOfIt) {
+  std::istringstream expected(Tests::ReadFile(fs::path(SAMPLES) / "EXPECTED"));
+  std::size_t samples = 0;
+  std::size_t replies = 0;
+  for (std::string line; std::getline(expected, line);) {
+    if (line.empty() || line[0] == '#') continue;
+    std::istringstream columns(line);
+    std::string file, exit, discussion, user, subject, body;
+    for (std::string* column : {&file, &exit, &discussion, &user, &subject, &body})
+      std::getline(columns, *column, '\t');
+    const Outcome outcome = Run("tvmail deliver Apollo " + (fs::path(SAMPLES) / file).string());
+    EXPECT_EQ(std::to_string(outcome.Exit), exit) << file << outcome.Output << outcome.Errors;
+    ++samples;
+    if (discussion == "-") continue;
+    ++replies;
+    const std::string project = Project();
+    const std::size_t second = project.find("\"number\":2,");
+    const std::string discussions[] = {project.substr(0, second), project.substr(second)};
+    const std::string reply =
+        ReplyText(body.substr(1, body.size() - 2), subject.substr(1, subject.size() - 2), user);
+    EXPECT_NE(discussions[discussion == "2"].find(reply), std::string::npos) << file << reply << project;
+  }
+  EXPECT_GE(samples, 14u);
+  EXPECT_EQ(CountOf(Project(), "\"body\":"), replies);
+}
+
+TEST_F(Deliver, TellsEachOutcomeByItsExitCodeAndReason) {
+  Tests::WriteFile(Path("good"), Mail("b"));
+  Tests::WriteFile(Path("unknown"), Mail("b", "nobody@x"));
+  Tests::WriteFile(Path("long"), Mail(std::string(40000, 'x')));
+  Tests::WriteFile(Path("huge number"), Mail("b", "alice@apollo.example", "99999999999"));
+  Tests::WriteFile(Path("steering"), "Message-ID: <\x1B]0;x\x07>\n" + Mail("b"));
+  Tests::WriteFile(Path("junk"), std::string("\0\x01\xFF\x1A", 4));
+  fs::create_directories(Path("folder"));
+  const struct {
+    std::string Line;
+    int Exit;
+    std::string Output, Errors;
+  } rows[] = {
+      {"tvmail deliver Apollo good", 0, "good  <m@x>  delivered\n1 message: 1 delivered", ""},
+      {"tvmail deliver Apollo < good", 0, "-  <m@x>  delivered", ""},
+      {"tvmail deliver apollo - < good", 0, "delivered", ""},
+      {"(echo 'From x'; cat good) | tvmail deliver Apollo", 0, "-:1  <m@x>  delivered", ""},
+      {"tvmail deliver Apollo --json good unknown", 65,
+       "{\"source\":\"good\",\"messageId\":\"<m@x>\",\"failure\":\"\"}\n{\"source\":\"unknown\"", ""},
+      {"tvmail deliver Apollo < /dev/null", 65, "(no Message-ID)  complaint: ", ""},
+      {"tvmail deliver Apollo junk", 65, "complaint: ", ""},
+      {"tvmail deliver Apollo long", 65, "complaint: ", ""},
+      {"tvmail deliver Apollo 'huge number'", 65, "complaint: ", ""},
+      {"tvmail deliver Apollo steering", 0, "<\\u001B]0;x\\u0007>", ""},
+      {"tvmail deliver Apollo missing folder unknown good", 75,
+       "can't be read: No such file or directory\nfolder  (no Message-ID)  to be tried again: ", ""},
+      {"tvmail deliver Apollo missing folder unknown good", 75,
+       "4 messages: 1 delivered, 1 with complaints, 2 to be tried again", ""},
+      {"truncate -s 130M big; tvmail deliver Apollo big", 65, "is larger than 128 MB", ""},
+      {"(cat good; head -c 25000000 /dev/zero | base64) | tvmail deliver Apollo", 65, "complaint: ", ""},
+      {"tvmail deliver Nobody good", 78, "", "mailbox"},
+      {"tvmail deliver '' good", 78, "", "mailbox"},
+      {"TALVANE_HOME=$PWD/nowhere tvmail deliver Apollo good", 78, "", "tvmail init"},
+      {"tvmail deliver", 64, "", "MAILBOX"},
+      {"tvmail deliver Apollo --jsn good", 64, "", "--jsn"},
+      {"tvmail deliver Apollo good >/dev/full", 0, "", "can't be written"},
+      {"tvmail deliver Apollo unknown | true; exit ${PIPESTATUS[0]}", 65, "", ""},
+      {"mv Apollo.TVS away; tvmail deliver Apollo unknown good; c=$?; mv away Apollo.TVS; exit $c", 75,
+       "2 messages: 0 delivered, 0 with complaints, 2 to be tried again", ""},
+      {"(cat good; sleep 5) | timeout --preserve-status -s TERM 0.5 tvmail deliver Apollo", 75,
+       "stopped before the end", ""},
+  };
+  for (const auto& row : rows) {
+    const Outcome outcome = Run(row.Line);
+    EXPECT_EQ(outcome.Exit, row.Exit) << row.Line << "\n" << outcome.Output << outcome.Errors;
+    EXPECT_NE(outcome.Output.find(row.Output), std::string::npos) << row.Line << "\n" << outcome.Output;
+    EXPECT_NE(outcome.Errors.find(row.Errors), std::string::npos) << row.Line << "\n" << outcome.Errors;
+  }
+}
+
+TEST_F(Deliver, ReadsAMaildirInTheOrderOfArrivalAndGoesOnWhereAFileVanished) {
+  for (const char* part : {"new", "cur", "tmp"}) fs::create_directories(Path("Mail") / part);
+  Tests::WriteFile(Path("Mail/cur/1.a:2,S"), Mail("first"));
+  Tests::WriteFile(Path("Mail/new/2.b"), Mail("second"));
+  fs::create_symlink("gone", Path("Mail/new/3.c"));
+  Tests::WriteFile(Path("Mail/cur/4.d:2,"), Mail("third"));
+  const Outcome outcome = Run("tvmail deliver Apollo Mail");
+  EXPECT_EQ(outcome.Exit, 75);
+  EXPECT_EQ(
+      outcome.Output,
+      "Mail/cur/1.a:2,S  <m@x>  delivered\nMail/new/2.b  <m@x>  delivered\nMail/new/3.c  (no Message-ID)  "
+      "to be tried again: can't be read: No such file or directory\nMail/cur/4.d:2,  <m@x>  delivered\n"
+      "4 messages: 3 delivered, 0 with complaints, 1 to be tried again\n");
+}
+
+TEST_F(Deliver, TwoAtOnceMakeEachReplyOnce) {
+  constexpr int kCount = 150;
+  Tests::WriteFile(Path("one"), Mbox(kCount, "one"));
+  Tests::WriteFile(Path("two"), Mbox(kCount, "two"));
+  const Outcome outcome =
+      Run("tvmail deliver Apollo one & tvmail deliver Apollo two; a=$?; wait $!; exit $((a + $?))");
+  EXPECT_EQ(outcome.Exit, 0) << outcome.Output;
+  const std::string project = Project();
+  for (int i = 0; i < kCount; ++i) {
+    EXPECT_EQ(CountOf(project, "\"one-" + std::to_string(i) + "-end\""), 1u);
+    EXPECT_EQ(CountOf(project, "\"two-" + std::to_string(i) + "-end\""), 1u);
+  }
+}
+
+TEST_F(Deliver, KilledAtAnyMomentLeavesEachReplyOnceOrNotAtAll) {
+  constexpr int kCount = 400;
+  for (const std::string delay : {"0.01", "0.05", "0.08", "0.11", "0.15", "0.2"}) {
+    const std::string name = "at" + delay;
+    Tests::WriteFile(Path("mbox"), Mbox(kCount, name));
+    const Outcome outcome = Run("timeout -s KILL " + delay + " tvmail deliver Apollo mbox");
+    const std::size_t told = CountOf(outcome.Output, "  delivered\n");
+    const std::string project = Project();
+    const std::size_t standing = CountOf(project, "\"" + name + "-");
+    EXPECT_TRUE(standing == told || standing == told + 1) << standing << " stand, told " << told;
+    for (std::size_t i = 0; i < standing; ++i)
+      EXPECT_EQ(CountOf(project, "\"" + name + "-" + std::to_string(i) + "-end\""), 1u);
+  }
+  EXPECT_EQ(Run("tvmail deliver Apollo " + (fs::path(SAMPLES) / "07-base64.eml").string()).Exit, 0);
+}
+
+}  // namespace
