@@ -28,11 +28,7 @@ int Run(const Invocation& invocation) {
   } catch (const Complaint& complaint) {
     return Explain(complaint.Code(), complaint.what());
   } catch (const Platform::Failure& failure) {
-    const bool missing = failure.Number() == Platform::FailureNumber::CannotCreate;
-    return Explain(TryAgain, failure.what() +
-                                 std::string(missing ? ": put Talvane's libraries back in one folder and run "
-                                                       "tvmail init"
-                                                     : ""));
+    return Explain(TryAgain, failure.what());
   } catch (const std::exception& error) {
     return Explain(TryAgain, std::string(error.what()) + ": nothing was lost, try again");
   }

@@ -37,8 +37,8 @@ int Init() {
       Runtime::RegisterComponent(String(component));
     } catch (const Failure& failure) {
       complete = false;
-      std::cerr << "tvmail: warning: " << ToUtf8(component) << " isn't registered (" << failure.what()
-                << "): put it into " << ToUtf8(Runtime::LibraryFolder()) << " and run tvmail init again\n";
+      std::cerr << "tvmail: warning: " << ToUtf8(component) << " isn't registered: " << failure.what()
+                << '\n';
     }
   }
   std::cout << "Data folder:        " << ToUtf8(Runtime::HomeFolder()) << '\n'

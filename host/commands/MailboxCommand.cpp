@@ -10,12 +10,11 @@
 #include "host/Json.h"
 #include "host/MailboxRecords.h"
 #include "host/Secret.h"
+#include "host/SiblingCheck.h"
 #include "host/Stores.h"
 #include "host/options/OptionToolkit.h"
 #include "host/options/SendOptions.h"
 #include "host/terminal/DialogToolkit.h"
-#include "platform/Services.h"
-#include "platform/contracts/ProjectLibrary.h"
 #include "runtime/Process.h"
 
 namespace Host {
@@ -80,18 +79,6 @@ std::shared_ptr<OptionToolkit> MakeHand(std::optional<Logon> logon) {
   });
 }
 
-// A refused entry is the user's to mend; without a sibling the same entries may pass another time.
-ExitCode RefusalCode() {
-  try {
-    Services().CreateByName(u"TvGeneralServices.Files");
-    Services().CreateByName(u"TvResourceServices.Resource");
-    Services().CreateByClass(TalvaneApplicationClass);
-    return DataRefused;
-  } catch (const Failure&) {
-    return TryAgain;
-  }
-}
-
 // Runs the dialog and gives the name that stands after its check.
 String Configure(MailHandler& handler, bool add, const String& name, const ObjectRef& session,
                  const std::shared_ptr<OptionToolkit>& hand) {
@@ -106,7 +93,7 @@ String Configure(MailHandler& handler, bool add, const String& name, const Objec
   if (hand) hand->Finish();
   // A change counts as configured even if its dialog was only closed, so the dialog itself is asked too.
   if (hand && !(configured && hand->Accepted()))
-    throw Complaint(RefusalCode(),
+    throw Complaint(CodeOfRefusal(),
                     "the entries are refused and nothing was changed: mend what is told above");
   if (!configured) throw Complaint(TryAgain, "the dialog was cancelled: nothing was changed");
   return bound;

@@ -7,6 +7,7 @@
 #include "host/HandlerObject.h"
 #include "host/Json.h"
 #include "host/RegistryKey.h"
+#include "host/SiblingCheck.h"
 #include "host/Stores.h"
 #include "host/options/OptionToolkit.h"
 #include "host/options/SendOptions.h"
@@ -147,7 +148,7 @@ int Configure(const OutboundOptions& options) {
   if (configured) return Show(false);
   if (!hand) throw Complaint(TryAgain, "the dialog was cancelled: the settings stay as they were");
   if (hand->Accepted()) throw Complaint(TryAgain, "the settings weren't saved: try again");
-  throw Complaint(DataRefused, "the settings are refused: mend what is told above");
+  throw Complaint(CodeOfRefusal(), "the settings are refused: mend what is told above");
 }
 
 int AddProfile(const std::string& typedName) {

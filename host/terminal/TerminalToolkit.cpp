@@ -39,15 +39,18 @@ ScreenSize TerminalToolkit::Screen() {
 }
 
 bool TerminalToolkit::ShowHelp(std::intptr_t, const std::string& file, std::uint32_t, std::uint32_t number) {
-  const auto page = FindHelpPage(file, number);
-  if (page) terminal_.Write(u"Help: " + *page + u"\n");
-  return page.has_value();
+  if (Tell(FindHelpPage(file, number))) return true;
+  terminal_.Write(u"There is no help page. Install the help pages of Talvane.\n");
+  return false;
 }
 
 bool TerminalToolkit::ShowTopic(StringView topic) {
-  const auto page = FindHelpPage(topic);
-  if (page) terminal_.Write(u"Help: " + *page + u"\n");
-  return page.has_value();
+  return Tell(FindHelpPage(topic));
+}
+
+bool TerminalToolkit::Tell(const std::optional<String>& helpPage) {
+  if (helpPage) terminal_.Write(u"Help: " + *helpPage + u"\n");
+  return helpPage.has_value();
 }
 
 }  // namespace Host

@@ -5,7 +5,7 @@
 // end of the input is the close box.
 #pragma once
 
-#include <functional>
+#include <optional>
 
 #include "host/terminal/Terminal.h"
 #include "platform/Forms/FormsToolkit.h"
@@ -30,6 +30,8 @@ class TerminalToolkit : public FormsToolkit {
   bool ShowTopic(StringView topic) override;
 
  private:
+  bool Tell(const std::optional<String>& helpPage);
+
   Terminal terminal_;
 };
 
