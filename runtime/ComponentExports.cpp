@@ -4,7 +4,6 @@
 #include <utility>
 
 #include "platform/Object.h"
-#include "runtime/Folders.h"
 #include "runtime/Libraries.h"
 #include "runtime/Registration.h"
 

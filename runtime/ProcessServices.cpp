@@ -2,7 +2,6 @@
 #include <atomic>
 #include <chrono>
 #include <ctime>
-#include <mutex>
 #include <utility>
 
 #include "platform/Failure.h"

@@ -4,11 +4,13 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <atomic>
 #include <cerrno>
+#include <cmath>
 #include <cstring>
 
-#include "platform/CheckedArithmetic.h"
+#include "platform/Failure.h"
 
 namespace Runtime {
 namespace {
@@ -59,6 +61,7 @@ void RequireFormat(Database& database) {
                                     ", which this version can't read; use the version that made it");
 }
 
+// The database, fit for the statements that are prepared on it.
 Database& Opened(Database& database) {
   RequireFormat(database);
   return database;

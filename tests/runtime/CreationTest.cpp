@@ -96,6 +96,9 @@ TEST_F(Creation, AFileThatIsNoComponentIsRefusedWithItsName) {
     RegistryStore::Write(kMachine, key, {}, {1, FromUtf8(file.string())});
     ExpectObstacle({file.string()});
     EXPECT_THROW(Runtime::RegisterComponent(FromUtf8(file.string())), Failure);
+    String reason;
+    EXPECT_EQ(Runtime::LoadToolkit(FromUtf8(file.string()), reason), nullptr);
+    EXPECT_NE(Utf8(reason).find(file.string()), std::string::npos) << Utf8(reason);
   }
 }
 
