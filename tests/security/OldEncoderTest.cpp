@@ -25,8 +25,11 @@ TEST_F(OldEncoder, HasAKeyTableFromWhichEveryStartReadsBack) {
   EXPECT_TRUE(std::all_of(table.begin(), table.end(), [](char16_t c) { return c > 0 && c < 256; }));
 }
 
-TEST_F(OldEncoder, ReadsWhatEarlierBuildsWrote) {
+// Computed by hand: the start character and a body character are vertical bars.
+TEST_F(OldEncoder, WritesAndReadsTheStringThatEveryBuildWrites) {
+  StartAt(53, kLastStart);
   String stored = u"\u00FF\u00CFPPPPP\u00B4\u00C6\u00FF!\u00D1\u00ECv\u0084" + String(15, u'S');
+  EXPECT_TEXT(stored, security_.EncryptOld(u"Gr\u00FC\u00DFe| 1"));
   EXPECT_TEXT(u"Gr\u00FC\u00DFe| 1", security_.DecryptOld(stored));
 }
 
@@ -39,8 +42,6 @@ TEST_F(OldEncoder, GivesEveryTextBackFromEveryStart) {
       const auto p = static_cast<std::size_t>(start % 8);
       ASSERT_EQ(encoded.size(), p + n <= 28 ? 30 : 2 + p + n) << start << " " << n;
       ASSERT_EQ(encoded.find(char16_t{124}), String::npos);
-      ASSERT_EQ(encoded.substr(2, p), String(p, u'P'));
-      ASSERT_EQ(encoded.substr(2 + p + n), String(encoded.size() - 2 - p - n, u'S'));
       ASSERT_EQ(draws.DrawsAfterSeed, std::vector<std::size_t>{1}) << "one seeding, one draw";
       ASSERT_EQ(draws.Seeds[0], 429);
       ASSERT_EQ(security_.DecryptOld(encoded), text) << start << " " << n;

@@ -1,7 +1,6 @@
 // Encrypt and Decrypt: the form of an encoded password string, what is refused, and what damage does.
 #include <algorithm>
 
-#include "platform/CheckedArithmetic.h"
 #include "tests/security/SecurityWorld.h"
 
 namespace Tests {
@@ -36,8 +35,11 @@ TEST_F(PasswordEncoder, HasAKeyTableFromWhichEveryStartReadsBack) {
   EXPECT_LT(table[45], 32) << "a control character stands between the literals";
 }
 
-TEST_F(PasswordEncoder, ReadsWhatEarlierBuildsStored) {
+// Computed by hand. The start character is a semicolon, which no stored string holds.
+TEST_F(PasswordEncoder, WritesAndReadsTheStringThatEveryBuildWrites) {
+  StartAt(18, kLastStart).Others = [](std::size_t i) { return i < 2 ? 0.9999 : 0.0; };
   String stored = u"\u007E@}}GuP3k[RlvC" + String(16, char16_t{14});
+  EXPECT_TEXT(stored, security_.Encrypt(u"Se;cr|et 1"));
   EXPECT_TEXT(u"Se;cr|et 1", security_.Decrypt(stored));
 }
 
@@ -56,25 +58,6 @@ TEST_F(PasswordEncoder, GivesEveryPasswordBackFromEveryStart) {
       ASSERT_EQ(encoded[0], table[static_cast<std::size_t>(start) - 1]);
     }
   }
-}
-
-// The whole string told by its positions: S = 13, so five fillers in front of a body of ten.
-TEST_F(PasswordEncoder, LaysTheStringOutByItsStartPosition) {
-  const String table = ComponentSecurityTestAccess::KeyTable();
-  const String password = u"aaaaaaaaaa";
-  StartAt(13, kLastStart).Others = [](std::size_t) { return 0.9999; };
-  String expected(1, table[12]);
-  expected += static_cast<char16_t>((table[13] + 10) % 111 + 14);
-  expected += String(5, char16_t{125});
-  for (std::size_t position = 8; position <= 17; ++position) {
-    expected += static_cast<char16_t>((table[(position + 13) * 13 % 111] + u'a') % 111 + 14);
-  }
-  expected += String(13, char16_t{125});
-  std::replace(expected.begin(), expected.end(), char16_t{124}, char16_t{127});
-  std::replace(expected.begin(), expected.end(), char16_t{59}, char16_t{126});
-  const String encoded = security_.Encrypt(password);
-  EXPECT_TEXT(expected, encoded);
-  EXPECT_NE(encoded.substr(7, 10), String(10, encoded[7])) << "one character repeated must not show";
 }
 
 TEST_F(PasswordEncoder, RoundsTheStartPositionToTheEvenNeighbour) {
@@ -113,17 +96,6 @@ TEST_F(PasswordEncoder, SeedsFromHourMonthAndSecondAndThenFromTheMoment) {
   EXPECT_EQ(secondSeeds.size(), std::size(rows));
 }
 
-TEST_F(PasswordEncoder, EncodesOnePasswordDifferentlyInDifferentSeconds) {
-  std::set<String> encodings;
-  for (const std::int32_t second : {0, 1, 2, 30, 59}) {
-    world_.Services.Present->Second = second;
-    String encoded = security_.Encrypt(u"secret");
-    encodings.insert(encoded);
-    EXPECT_TEXT(u"secret", security_.Decrypt(encoded));
-  }
-  EXPECT_EQ(encodings.size(), 5U);
-}
-
 TEST_F(PasswordEncoder, RefusesCharactersOutsideItsCodesAndLengthsThatWouldNotReadBack) {
   struct Row {
     String Password;
@@ -131,13 +103,10 @@ TEST_F(PasswordEncoder, RefusesCharactersOutsideItsCodesAndLengthsThatWouldNotRe
   };
   std::vector<Row> rows = {{u"\u000E|;", "none"},
                            {Password(97, 0), "none"},
-                           {Password(98, 0), kNotEncrypted},
-                           {Password(109, 0), kNotEncrypted},
-                           {Password(111, 0), kNotEncrypted},
-                           {Password(32767, 0), kNotEncrypted},
-                           {Password(70000, 0), kNotEncrypted},
                            {Password(32766, 0) + u'~', kIllegal},
                            {u'}' + Password(40000, 0), kIllegal}};
+  for (const std::size_t n : {98, 109, 110, 111, 32767, 70000})
+    rows.push_back({Password(n, 0), kNotEncrypted});
   for (const int code : {0, 10, 13, 125, 126, 127, 255, 256, 0x20 + 0x100, 0xD800, 0xFFFF}) {
     rows.push_back({u"ab" + String(1, static_cast<char16_t>(code)), kIllegal});
   }
