@@ -41,6 +41,15 @@ std::string_view InputFile::Peek(std::size_t count) {
   return {buffer_.get() + begin_, std::min(count, end_ - begin_)};
 }
 
+std::string_view InputFile::PeekLine() {
+  for (;;) {
+    const std::string_view there(buffer_.get() + begin_, end_ - begin_);
+    const std::size_t lineEnd = there.find_first_of("\r\n");
+    const bool enough = lineEnd != std::string_view::npos && lineEnd + 1 < there.size();
+    if (enough || there.size() == kBufferSize || !Fill()) return there;
+  }
+}
+
 bool InputFile::TakeLine(std::string& line, char lineEnd, std::size_t keep) {
   bool any = false;
   while (begin_ < end_ || Fill()) {

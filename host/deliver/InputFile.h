@@ -20,6 +20,10 @@ class InputFile {
   // Raises std::system_error when reading fails, or is interrupted by a signal that asks to stop.
   std::string_view Peek(std::size_t count);
 
+  // The same, up to one byte behind the first line end or further; the whole buffer where no line ends in it.
+  // Waits for no more than that, since a pipe may go on much later.
+  std::string_view PeekLine();
+
   // Appends to line the bytes up to and with the next line end, or to the end of the file. keep is how many
   // bytes line may have in all; those beyond are read and dropped. False at the end of the file.
   bool TakeLine(std::string& line, char lineEnd, std::size_t keep);

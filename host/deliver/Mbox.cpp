@@ -65,11 +65,10 @@ bool IsMboxSeparator(std::string_view line, bool behindEmptyLine) {
 }
 
 MboxReader::MboxReader(InputFile& file) : file_(file) {
-  constexpr std::size_t kFirstLine = 4096;
-  const std::string_view start = file.Peek(kFirstLine);
+  const std::string_view start = file.PeekLine();
   const std::size_t end = start.find_first_of("\r\n");
   if (end != std::string_view::npos && start[end] == '\r' && start.substr(end, 2) != "\r\n") lineEnd_ = '\r';
-  file.TakeLine(line_, lineEnd_, kFirstLine);
+  file.TakeLine(line_, lineEnd_, kLargestMail);
 }
 
 bool MboxReader::Next(std::string& bytes, std::size_t& size) {

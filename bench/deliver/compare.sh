@@ -1,0 +1,77 @@
+#!/bin/sh
+# Times "tvmail deliver" side by side with the unavoidable part of its work on an mbox of 5,000 messages, in turns, and
+# prints the ratio of the best times. The component and the host together should stay below 1.33.
+#   bench/deliver/compare.sh [BUILD_FOLDER] [ROUNDS]
+# BUILD_FOLDER is build/bench unless told: a Release build with -DTALVANE_BENCH=ON. The stores lie in a folder of their
+# own, below TMPDIR, since the disk's speed is part of both times.
+set -eu
+build=${1:-$(dirname "$0")/../../build/bench}
+rounds=${2:-3}
+count=5000
+tvmail=$(cd "$build/bin" && pwd)/tvmail
+floor=$(cd "$build/bin" && pwd)/bench_deliver_floor
+for program in "$tvmail" "$floor"; do
+  [ -x "$program" ] || { echo "compare.sh: there is no $program: build it with -DTALVANE_BENCH=ON" >&2; exit 64; }
+done
+
+folder=$(mktemp -d)
+trap 'rm -rf "$folder"' EXIT INT TERM
+cd "$folder"
+export TALVANE_HOME="$folder/home"
+
+# A reply of about 8 kB as a usual mail program writes it: text and HTML, the notification quoted in both.
+awk -v count="$count" 'BEGIN {
+  for (i = 1; i <= 40; i++) quote = quote "> Line " i " of the notification that is answered, as long as lines are.\n"
+  for (i = 1; i <= 40; i++) html = html "<div>Line " i " of the notification that is answered, in a <b>block</b> of its own.</div>\n"
+  for (n = 1; n <= count; n++) {
+    print "From alice@apollo.example Mon Nov  2 09:14:07 2026"
+    print "Received: from mail.apollo.example by mx.apollo.example with ESMTPS id " n "; Mon, 2 Nov 2026 09:14:07 +0100"
+    print "From: =?utf-8?Q?Alice_=C3=84rcher?= <alice@apollo.example>\nTo: discussions@apollo.example"
+    print "Subject: Re: Release plan (Ostrand Talvane Project Apollo,\n Ostrand Talvane Discussion 1)"
+    print "Date: Mon, 2 Nov 2026 09:14:07 +0100\nMessage-ID: <" n "@apollo.example>\nMIME-Version: 1.0"
+    print "Content-Type: multipart/alternative; boundary=\"=_b\"\n\n--=_b\nContent-Type: text/plain; charset=utf-8"
+    print "Content-Transfer-Encoding: quoted-printable\n\nThis is reply " n ". Gr=C3=BC=C3=9Fe, and a line that was =\nbroken softly."
+    print "\n> ----- Reply above this line -----\n" quote "\n--=_b\nContent-Type: text/html; charset=utf-8\n\n<html><body>" html
+    print "</body></html>\n--=_b--\n"
+  }
+}' >mbox
+
+echo secret >password
+{
+  "$tvmail" init
+  "$tvmail" project create "$folder/Apollo.TVS" --name Apollo --user admin --password-file password
+  "$tvmail" project add-user Apollo.TVS --name alice --email alice@apollo.example
+  "$tvmail" project add-discussion Apollo.TVS --title "Release plan"
+  "$tvmail" mailbox add Apollo --project "$folder/Apollo.TVS" --user admin --password-file password \
+    --transport smtp --host mail.apollo.example --address discussions@apollo.example
+} >/dev/null
+database=$(ls Apollo.* | grep -v -e '\.TVS$' -e '-wal$' -e '-shm$' | head -n 1)
+mkdir clean
+cp Apollo.* clean/
+
+# Seconds that a command takes on a fresh copy of the project.
+seconds() {
+  rm -f Apollo.*
+  cp clean/* .
+  start=$(date +%s.%N)
+  "$@" >output || { echo "compare.sh: $1 failed:" >&2; tail -n 3 output >&2; exit 75; }
+  end=$(date +%s.%N)
+  echo "$start $end" | awk '{ printf "%.3f", $2 - $1 }'
+}
+
+best() { tr ' ' '\n' | sort -n | sed '/^$/d' | head -n 1; }
+
+floors= delivers=
+round=1
+while [ "$round" -le "$rounds" ]; do
+  floorTime=$(seconds "$floor" mbox "$database")
+  deliverTime=$(seconds "$tvmail" deliver Apollo mbox)
+  echo "round $round: floor $floorTime s, tvmail deliver $deliverTime s"
+  floors="$floors $floorTime"
+  delivers="$delivers $deliverTime"
+  round=$((round + 1))
+done
+floorBest=$(echo "$floors" | best)
+deliverBest=$(echo "$delivers" | best)
+echo "$count $floorBest $deliverBest" | awk '{
+  printf "floor %d messages/s, tvmail deliver %d messages/s, ratio %.2f (goal: at most 1.33)\n", $1 / $2, $1 / $3, $3 / $2 }'
