@@ -4,4 +4,5 @@ set -eu
 cd "$(dirname "$0")"
 scripts/install-packages.sh test
 scripts/build.sh release -DTALVANE_TESTS=ON -DTALVANE_DESKTOP=ON
+. scripts/fast-temporary-folder.sh
 ctest --test-dir build/release --output-on-failure --parallel "$(nproc)"

@@ -7,21 +7,21 @@ namespace {
 
 class Watcher : public Object {
  public:
-  Watcher(TestServices& services, std::string name, ObjectRef target)
-      : services_(services), name_(std::move(name)), target_(std::move(target)) {}
+  Watcher(std::weak_ptr<TestServices*> services, std::string name, ObjectRef target)
+      : services_(std::move(services)), name_(std::move(name)), target_(std::move(target)) {}
 
   const ObjectRef& Target() const { return target_; }
 
   Value Get(StringView member) override {
     const std::string key = name_ + "." + ToUtf8(member);
-    services_.Calls.push_back(key);
+    Record(key);
     if (const auto planned = PlannedFor(key)) return *planned;
     return target_->Get(member);
   }
 
   void Set(StringView member, Value value) override {
     const std::string key = name_ + "." + ToUtf8(member);
-    services_.Calls.push_back(key + "=" + TextOf(value));
+    Record(key + "=" + TextOf(value));
     if (!PlannedFor(key)) target_->Set(member, std::move(value));
   }
 
@@ -35,7 +35,7 @@ class Watcher : public Object {
           argument = watcher->Target();
       }
     }
-    services_.Calls.push_back(call + ")");
+    Record(call + ")");
     if (const auto planned = PlannedFor(key)) return *planned;
     Value result = target_->Call(member, arguments);
     if (member == u"RetrieveTVSFile" && result.ToObject()) {
@@ -52,9 +52,15 @@ class Watcher : public Object {
     return ToUtf8(value.ToString());
   }
 
+  void Record(std::string call) {
+    if (const auto services = services_.lock()) (*services)->Calls.push_back(std::move(call));
+  }
+
   std::optional<Value> PlannedFor(const std::string& key) {
-    const int occurrence = ++services_.Occurrences[key];
-    for (const Fault& fault : services_.Faults) {
+    const auto services = services_.lock();
+    if (!services) return {};
+    const int occurrence = ++(*services)->Occurrences[key];
+    for (const Fault& fault : (*services)->Faults) {
       if (fault.Member != key || (fault.Occurrence != 0 && fault.Occurrence != occurrence)) continue;
       if (const auto* failure = std::get_if<Failure>(&fault.Outcome)) throw *failure;
       return std::get<Value>(fault.Outcome);
@@ -62,7 +68,8 @@ class Watcher : public Object {
     return {};
   }
 
-  TestServices& services_;
+  // The component keeps an object in each thread, which outlives the services that a test had put in place.
+  std::weak_ptr<TestServices*> services_;
   std::string name_;
   ObjectRef target_;
 };
@@ -83,7 +90,7 @@ ObjectRef TestServices::CreateByName(StringView programmaticName) {
   const auto instead = Instead.find(name);
   ObjectRef object = instead != Instead.end() ? instead->second() : real_.CreateByName(programmaticName);
   if (!Watching || !object) return object;
-  return std::make_shared<Watcher>(*this, name.substr(name.find('.') + 1), std::move(object));
+  return std::make_shared<Watcher>(self_, name.substr(name.find('.') + 1), std::move(object));
 }
 
 ObjectRef TestServices::CreateByClass(const Identity& classId) {

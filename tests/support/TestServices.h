@@ -7,6 +7,7 @@
 
 #include <functional>
 #include <map>
+#include <memory>
 #include <optional>
 #include <set>
 #include <string>
@@ -60,6 +61,7 @@ class TestServices : public PlatformServices {
 
  private:
   PlatformServices& real_;
+  std::shared_ptr<TestServices*> self_ = std::make_shared<TestServices*>(this);
 };
 
 }  // namespace Tests
