@@ -13,9 +13,11 @@ class RegValue : public ObjectWithMembers<RegValue> {
 
  private:
   Value GetDataType() { return dataType_; }
+  // The member table hands setters their value to keep.  NOLINTBEGIN(performance-unnecessary-value-param)
   void SetDataType(Value type) { dataType_ = type.ToInt32(); }
   Value GetValueName() { return valueName_; }
   void SetValueName(Value name) { valueName_ = name.ToString(); }
+  // NOLINTEND(performance-unnecessary-value-param)
   Value GetValue() { return value_; }
   void SetValue(Value value) { value_ = std::move(value); }
 
