@@ -1,0 +1,282 @@
+// The commands of tvmail, by their exit codes and by what they print.
+#include "host/Json.h"
+#include "tests/host/Program.h"
+
+namespace Tests {
+namespace {
+
+TEST(Commands, BeforeInitTellWhatToRunFirst) {
+  Program program;
+  for (const char* arguments :
+       {"mailbox list", "mailbox delete x", "mailbox change x --host h", "outbound show", "outbound --enable",
+        "project create p.TVS --name P --user ann --password-file password"}) {
+    SCOPED_TRACE(arguments);
+    const Outcome outcome = program.Run(arguments);
+    EXPECT_EQ(78, outcome.Code);
+    EXPECT_NE(std::string::npos, outcome.Error.find("run tvmail init"));
+    EXPECT_TRUE(outcome.Error.starts_with("tvmail: "));
+    EXPECT_FALSE(std::filesystem::exists(program.File("p.TVS")));
+  }
+}
+
+TEST(Commands, InitMayBeRepeatedAndLosesNothing) {
+  Program program;
+  program.SetUp();
+  program.Expect({{"init", 0, program.File("home").string(), ""}, {"mailbox list", 0, "Apollo", ""}});
+}
+
+TEST(Commands, InitTellsAHomeThatCannotBeMade) {
+  Program program;
+  WriteFile(program.File("home"), "a file");
+  const Outcome outcome = program.Run("init");
+  EXPECT_EQ(73, outcome.Code);
+  EXPECT_NE(std::string::npos, outcome.Error.find("TALVANE_HOME"));
+  EXPECT_EQ("a file", ReadFile(program.File("home")));
+}
+
+TEST(Commands, WrongUseGives64AndSaysWhatIsWrong) {
+  Program program;
+  program.SetUp();
+  program.Expect(
+      {{"", 64, "", "--help"},
+       {"bogus", 64, "", "bogus"},
+       {"mailbox bogus", 64, "", "bogus"},
+       {"mailbox add", 64, "", "NAME"},
+       {"mailbox add x" + kLogon + " --transport uucp", 64, "", "--transport"},
+       {"mailbox add x --user ann --password-file password" + kSmtp, 64, "", "--project is missing"},
+       {"mailbox add x --project apollo.TVS --password-file password" + kSmtp, 64, "", "--user"},
+       {"mailbox add x --project apollo.TVS --user ann" + kSmtp, 64, "", "--password-file"},
+       {"mailbox add x" + kLogon, 64, "", "--transport"},
+       {"mailbox add x" + kLogon + " --transport smtp --host h", 64, "", "--address is missing"},
+       {"mailbox add x" + kLogon + " --transport mapi", 64, "", "--profile is missing"},
+       {"mailbox add x" + kLogon + kSmtp + " --profile P", 64, "", "--profile belongs"},
+       {"mailbox change Apollo --project other.TVS", 64, "", "can't move to another project"},
+       {"mailbox change Apollo --password secret", 64, "", "--password"},
+       {"outbound --enable --disable", 64, "", "excludes"},
+       {"outbound add-profile 'a\\b'", 64, "", "backslash"},
+       {"project create p.TVS --name P", 64, "", "--user"},
+       {"mailbox list --json extra", 64, "", "extra"}});
+}
+
+TEST(Commands, HelpAndVersionGoToStandardOutput) {
+  Program program;
+  program.Expect({{"--help", 0, "Exit codes", ""},
+                  {"--version", 0, "9.1002.1.10", ""},
+                  {"mailbox add --help", 0, "--password-file", ""},
+                  {"outbound show --help", 0, "--json", ""}});
+}
+
+TEST(Commands, AProjectIsShownAsOneJsonObject) {
+  Program program;
+  program.Expect({{"init", 0, "Data folder", ""},
+                  {"project create 'Grüße.TVS' --name 'Grüße \"1\"' --user ann --password-file password", 0,
+                   "Grüße.TVS", ""},
+                  {"project add-user 'Grüße.TVS' --name bob --email b@x.org --refuse-mail", 0, "2", ""},
+                  {"project add-discussion 'Grüße.TVS' --title 'One'", 0, "1\n", ""},
+                  {"project add-discussion 'Grüße.TVS' --title 'Two'", 0, "2\n", ""},
+                  {"project show 'Grüße.TVS'", 0, "mail refused", ""}});
+  EXPECT_EQ(
+      "{\"name\":\"Grüße "
+      "\\\"1\\\"\",\"users\":[{\"key\":1,\"name\":\"ann\",\"email\":\"\",\"mailAccepted\":false},"
+      "{\"key\":2,\"name\":\"bob\",\"email\":\"b@x.org\",\"mailAccepted\":false}],\"discussions\":["
+      "{\"number\":1,\"title\":\"One\",\"replies\":[]},{\"number\":2,\"title\":\"Two\",\"replies\":[]}]}\n",
+      program.Run("project show 'Grüße.TVS' --json").Output);
+}
+
+TEST(Commands, AProjectCommandThatIsRefusedChangesNothing) {
+  Program program;
+  program.SetUp();
+  const std::string before = program.Run("project show apollo.TVS --json").Output;
+  WriteFile(program.File("text.TVS"), "hello");
+  program.Expect(
+      {{"project create apollo.TVS --name A --user ann --password-file password", 73, "", "exists already"},
+       {"project create none/p.TVS --name A --user ann --password-file password", 73, "", "none"},
+       {"project create p.TVS --name 'a\\b' --user ann --password-file password", 65, "", "backslash"},
+       {"project create p.TVS --name A --user ann --password-file nowhere", 65, "", "nowhere"},
+       {"project create p.TVS --name A --user ann --password-file home", 65, "", "home"},
+       {"project add-user apollo.TVS --name eve --email eve", 65, "", "no e-mail address"},
+       {"project add-discussion none.TVS --title T", 65, "", "none.TVS"},
+       {"project show text.TVS", 75, "", "text.TVS"},
+       {"project show .", 75, "", "folder"}});
+  EXPECT_FALSE(std::filesystem::exists(program.File("p.TVS")));
+  EXPECT_EQ(before, program.Run("project show apollo.TVS --json").Output);
+}
+
+TEST(Commands, AMailboxIsListedWithTheAbsolutePathOfItsProject) {
+  Program program;
+  program.SetUp();
+  EXPECT_EQ("[{\"name\":\"Apollo\",\"projectPath\":\"" + program.File("apollo.TVS").string() +
+                "\",\"userId\":\"ann\"}]\n",
+            program.Run("mailbox list --json").Output);
+}
+
+TEST(Commands, ARefusedMailboxLeavesNoRecordAndNoSection) {
+  Program program;
+  program.SetUp();
+  program.Expect({{"mailbox delete apollo", 0, "Apollo is deleted", ""}});
+  const std::string before = ReadFile(program.File("apollo.TVS"));
+  WriteFile(program.File("blank"), "secret \n");
+  const std::string user = " --user ann --password-file ";
+  program.Expect({{"mailbox add x --project apollo.TVS" + user + "wrong" + kSmtp, 65, "", "can't be opened"},
+                  {"mailbox add x --project apollo.TVS" + user + "blank" + kSmtp, 65, "", "blank"},
+                  {"mailbox add x --project none.TVS" + user + "password" + kSmtp, 65, "", "none.TVS"},
+                  {"mailbox add x --project home" + user + "password" + kSmtp, 65, "", "home"}});
+  EXPECT_EQ("[]\n", program.Run("mailbox list --json").Output);
+  EXPECT_EQ(before, ReadFile(program.File("apollo.TVS")));
+}
+
+TEST(Commands, APasswordComesFromStandardInputToo) {
+  Program program;
+  program.SetUp();
+  EXPECT_EQ(0, program.Run("mailbox change Apollo --password-file -", "secret\r\n").Code);
+  EXPECT_EQ(65, program.Run("mailbox change Apollo --password-file -", "secret\n\n").Code);
+}
+
+TEST(Commands, ABoundProjectTakesNoSecondMailbox) {
+  Program program;
+  program.SetUp();
+  const std::string before = ReadFile(program.File("apollo.TVS"));
+  const std::string other = " --transport mapi --profile P";
+  program.Expect({{"mailbox add second" + kLogon + other, 65, "", "already has a mailbox"},
+                  {"mailbox add APOLLO" + kLogon + other, 65, "", "mailbox change"}});
+  EXPECT_EQ(before, ReadFile(program.File("apollo.TVS")));
+}
+
+TEST(Commands, AChangeKeepsWhatIsNotGiven) {
+  Program program;
+  program.SetUp();
+  const auto settings = [&] {
+    const std::string text = ReadFile(program.File("apollo.TVS"));
+    return text.substr(text.find("[EMail]"));
+  };
+  program.Expect({{"mailbox change apollo --host mx2.example.org", 0, "Mailbox Apollo is bound to", ""}});
+  EXPECT_EQ(
+      "[EMail]\nTransportID=2\nSMTPHostName=mx2.example.org\nRealName=\nEMailAddress=talvane@example.org\n",
+      settings());
+  program.Expect(
+      {{"mailbox change Apollo --real-name 'Apollo Team' --password-file password", 0, "bound", ""}});
+  EXPECT_NE(std::string::npos, settings().find("SMTPHostName=mx2.example.org\nRealName=Apollo Team\n"));
+  const std::string before = settings();
+  program.Expect({{"mailbox change Apollo --host mx3 --password-file wrong", 65, "", "can't be opened"},
+                  {"mailbox change Apollo --host ''", 64, "", "--host is missing"},
+                  {"mailbox change nobody --host mx3", 78, "", "no mailbox nobody"}});
+  EXPECT_EQ(before, settings());
+}
+
+TEST(Commands, ADeletedMailboxFreesItsNameAndItsProject) {
+  Program program;
+  program.SetUp();
+  program.Expect(
+      {{"mailbox delete APOLLO", 0, "Apollo is deleted", ""}, {"mailbox delete Apollo", 78, "", "Apollo"}});
+  EXPECT_EQ(std::string::npos, ReadFile(program.File("apollo.TVS")).find("EMail"));
+  program.Expect({{"mailbox add again" + kLogon + kSmtp, 0, "Mailbox Apollo is bound to", ""}});
+}
+
+TEST(Commands, AMailboxWhoseProjectIsGoneIsDeletedByForceAlone) {
+  Program program;
+  program.SetUp();
+  std::filesystem::remove(program.File("apollo.TVS"));
+  program.Expect({{"mailbox delete Apollo", 75, "", "--force"},
+                  {"mailbox list", 0, "Apollo", ""},
+                  {"mailbox delete Apollo --force", 0, "deleted", "tvmail: "},
+                  {"mailbox list", 0, "no mailbox", ""}});
+}
+
+TEST(Commands, OutboundSettingsAreStoredAsTheDialogTakesThem) {
+  Program program;
+  const std::string longText(256, 'x');
+  program.Expect({{"init", 0, "Data folder", ""},
+                  {"outbound show", 0, "isn't configured", ""},
+                  {"outbound --transport mapi", 65, "", "add-profile"},
+                  {"outbound --host mx.example.org", 65, "", "address"},
+                  {"outbound --host " + longText + " --address a@x.org", 65, "", "255"},
+                  {"outbound --host mx.example.org --address a@x.org --real-name Ann", 0, "smtp", ""},
+                  {"outbound --real-name ''", 0, "Real name:    (none)", ""},
+                  {"outbound --profile Office", 64, "", "--transport mapi"},
+                  {"outbound add-profile Office", 0, "Office", ""},
+                  {"outbound --transport mapi --profile none", 65, "", "Office"},
+                  {"outbound --transport MAPI --profile OFFICE", 0, "mapi", ""},
+                  {"outbound --host h", 64, "", "--transport smtp"},
+                  {"outbound --disable", 0, "no", ""},
+                  {"outbound --transport smtp", 64, "", "--enable"}});
+  EXPECT_EQ(
+      "{\"configured\":true,\"enabled\":false,\"transport\":\"mapi\",\"profile\":\"Office\",\"host\":"
+      "\"mx.example.org\",\"address\":\"a@x.org\",\"realName\":\"\"}\n",
+      program.Run("outbound show --json").Output);
+}
+
+TEST(Commands, AKeyStoreIsReadableByItsOwnerAlone) {
+  Program program;
+  program.Expect({{"init", 0, "Data folder", ""},
+                  {"keystore create keys --label main --password-file password", 0, "main", ""},
+                  {"keystore create keys --label more --password-file wrong", 75, "", "keys"}});
+  EXPECT_EQ(std::filesystem::perms(0600), std::filesystem::status(program.File("keys")).permissions());
+}
+
+TEST(Commands, AboutTellsTheSlotsOfBothInterfaces) {
+  Program program;
+  const std::string json = program.Run("about --json").Output;
+  EXPECT_TRUE(IsJson(json)) << json;
+  std::size_t at = 0;
+  for (const char* member : {"ConfigureOutBoundEmail", "Initialize", "HandleMessage", "Finalize", "Configure",
+                             "MboxUpdate", "MboxDelete"}) {
+    const auto found = json.find("\"name\":\"" + std::string(member) + "\"", at);
+    ASSERT_NE(std::string::npos, found) << member;
+    at = found;
+  }
+  program.Expect({{"about", 0, "AddMode: 16-bit integer by reference", ""}});
+}
+
+TEST(Commands, AFullDiskUnderTheOutputIsNoSuccess) {
+  Program program;
+  EXPECT_EQ(75, program.Run("about >/dev/full").Code);
+}
+
+TEST(Commands, DoWithoutALibraryAsLongAsItIsGoneAndRecover) {
+  Program program;
+  program.SetUp();
+  const auto libraries = program.UseCopy();
+  program.Expect({{"init", 0, "all registered", ""}});
+  const struct {
+    const char* Library;
+    const char* Arguments;
+    const char* Error;
+  } cases[] = {
+      {"Talvane40.so", "mailbox change Apollo --password-file password", "Talvane40.Dll"},
+      {"TvGeneralServices.so",
+       "mailbox add x --project apollo.TVS --user ann --password-file password --transport mapi --profile P",
+       "TvGeneralServices.Dll"},
+      {"TvResourceServices.so", "outbound --enable --host h --address a@b", "TvResourceServices.dll"},
+      {"Talvane40.so", "project show apollo.TVS", "Talvane40.so"},
+      {"TvGeneralServices.so", "mailbox list", "TvGeneralServices"},
+      {"TvEmailServices.so", "about", "TvEmailServices.so"}};
+  for (const auto& [library, arguments, error] : cases) {
+    std::filesystem::rename(libraries / library, program.File("away"));
+    program.Expect({{arguments, 75, "", error}});
+    std::filesystem::rename(program.File("away"), libraries / library);
+  }
+  program.Expect({{"mailbox change Apollo --password-file password", 0, "bound", ""},
+                  {"outbound --enable --host h --address a@b", 0, "smtp", ""},
+                  {"project show apollo.TVS", 0, "Apollo", ""}});
+  std::filesystem::remove(libraries / "Talvane40.so");
+  const Outcome init = program.Run("init");
+  EXPECT_EQ(0, init.Code);
+  EXPECT_NE(std::string::npos, init.Error.find("warning: Talvane40.so"));
+}
+
+TEST(Json, EscapesWhatWouldBreakALineOrAReader) {
+  const struct {
+    Platform::String Text;
+    const char* Expected;
+  } cases[] = {{u"a\"b\\c/d", R"("a\"b\\c/d")"},
+               {u"\t\r\n\x01\x7f", R"("\u0009\u000D\n\u0001\u007F")"},
+               {u"é€", "\"é€\""},
+               {u"\U0001F600", "\"\U0001F600\""},
+               {{u'x', 0xD83D}, R"("x\uD83D")"},
+               {{0xDE00, 0xD83D, u'y'}, R"("\uDE00\uD83Dy")"},
+               {{0, u'z'}, R"("\u0000z")"}};
+  for (const auto& [text, expected] : cases) EXPECT_EQ(expected, Host::JsonValue(text).Text());
+}
+
+}  // namespace
+}  // namespace Tests

@@ -1,0 +1,98 @@
+// The dialogs of tvmail on a terminal and from piped answers.
+#include "tests/host/Program.h"
+
+namespace Tests {
+namespace {
+
+class DialogTest : public testing::Test {
+ protected:
+  void SetUp() override {
+    program.SetUp();
+    program.Expect({{"mailbox delete Apollo", 0, "deleted", ""}});
+  }
+
+  // Path, user and password, and Enter for the OK button.
+  std::string Answers(const std::string& password) {
+    return program.File("apollo.TVS").string() + "\nann\n" + password + "\n\n";
+  }
+
+  Program program;
+};
+
+TEST_F(DialogTest, AsksItsFieldsByTheirCaptionsInTabOrder) {
+  const Outcome outcome = program.Run("mailbox add x" + kSmtp, Answers("secret"));
+  EXPECT_EQ(0, outcome.Code);
+  EXPECT_NE(std::string::npos, outcome.Output.find("Mailbox Apollo is bound to"));
+  std::size_t at = 0;
+  for (const char* prompt : {"Project Path: ", "User Name: ", "Password: ", "Cancel", "Help", "OK"}) {
+    const auto found = outcome.Error.find(prompt, at);
+    ASSERT_NE(std::string::npos, found) << prompt;
+    at = found;
+  }
+  EXPECT_EQ(std::string::npos, outcome.Error.find('&'));
+}
+
+TEST_F(DialogTest, StaysOpenAfterARefusalWithAllEntries) {
+  const Outcome outcome = program.Run("mailbox add x" + kSmtp, Answers("guess") + "\n\nsecret\n\n");
+  EXPECT_EQ(0, outcome.Code);
+  EXPECT_NE(std::string::npos, outcome.Error.find("can't be opened"));
+  EXPECT_NE(std::string::npos, outcome.Error.find("User Name [ann]: "));
+  EXPECT_NE(std::string::npos, outcome.Error.find("Password [as typed]: "));
+}
+
+TEST_F(DialogTest, EndsWithTheInputOrItsCancelAndStoresNothing) {
+  for (const std::string& answers :
+       {std::string(), std::string("x\ny"), Answers("secret").substr(0, 5) + "\n\n\ncancel\n"}) {
+    const Outcome outcome = program.Run("mailbox add x" + kSmtp, answers);
+    EXPECT_EQ(75, outcome.Code);
+    EXPECT_NE(std::string::npos, outcome.Error.find("cancelled"));
+  }
+  EXPECT_EQ("[]\n", program.Run("mailbox list --json").Output);
+}
+
+TEST_F(DialogTest, HidesAPasswordOnATerminalAndShowsALockedBox) {
+  ASSERT_EQ(0, program.Run("mailbox add x" + kLogon + kSmtp).Code);
+  const Outcome outcome = program.RunOnTerminal(
+      {"mailbox", "change", "Apollo"}, {{"User Name [ann]: ", ""}, {"Password: ", "secret"}, {"[OK]: ", ""}});
+  EXPECT_EQ(0, outcome.Code);
+  EXPECT_EQ(std::string::npos, outcome.Output.find("secret")) << outcome.Output;
+  EXPECT_NE(std::string::npos, outcome.Output.find("apollo.TVS (can't be changed)"));
+  EXPECT_NE(std::string::npos, outcome.Output.find("is bound to"));
+}
+
+TEST_F(DialogTest, AsksForTheTransportOnATerminalWhenNoneIsGiven) {
+  const Outcome outcome = program.RunOnTerminal({"mailbox", "add", "x", kLogon},
+                                                {{"[smtp]: ", "mapi"}, {"MAPI profile: ", "Office"}});
+  EXPECT_EQ(0, outcome.Code) << outcome.Output;
+  EXPECT_NE(std::string::npos,
+            ReadFile(program.File("apollo.TVS")).find("TransportID=1\nMAPIProfile=Office\n"));
+}
+
+TEST_F(DialogTest, FollowsTheLayoutOfTheChosenTransport) {
+  program.Expect({{"outbound add-profile Office", 0, "Office", ""}});
+  // Enabled; transport SMTP by its name, which shows the host's box; host, address, name; OK.
+  const Outcome smtp = program.Run("outbound", "y\nsmtp\nmx.example.org\na@x.org\n\n\n");
+  EXPECT_EQ(0, smtp.Code) << smtp.Error;
+  EXPECT_NE(std::string::npos, smtp.Output.find("SMTP host:    mx.example.org"));
+  // Enter keeps; number 1 is MAPI, which shows the list of profiles instead.
+  const Outcome mapi = program.Run("outbound", "\n1\n1\n\n");
+  EXPECT_EQ(0, mapi.Code) << mapi.Error;
+  EXPECT_NE(std::string::npos, mapi.Output.find("Transport:    mapi"));
+  EXPECT_EQ(std::string::npos, mapi.Error.find("E-mail address"));
+}
+
+TEST_F(DialogTest, ANewPasswordIsTypedTwice) {
+  const Outcome outcome = program.RunOnTerminal(
+      {"project", "create", "b.TVS", "--name", "B", "--user", "ann"}, {{"Password of ann: ", "one"},
+                                                                       {"again: ", "two"},
+                                                                       {"Password of ann: ", "three"},
+                                                                       {"again: ", "three"}});
+  EXPECT_EQ(0, outcome.Code) << outcome.Output;
+  EXPECT_NE(std::string::npos, outcome.Output.find("differ"));
+  WriteFile(program.File("three"), "three");
+  program.Expect(
+      {{"mailbox add x --project b.TVS --user ann --password-file three" + kSmtp, 0, "B is bound", ""}});
+}
+
+}  // namespace
+}  // namespace Tests
