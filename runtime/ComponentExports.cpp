@@ -10,16 +10,6 @@
 namespace Runtime {
 namespace {
 
-// Gives the counted object its end: first the object, then its place in the count.
-struct CountedEnd {
-  ObjectRef Held;
-  std::atomic<long>* Count;
-  void operator()(Object*) {
-    Held.reset();
-    --*Count;
-  }
-};
-
 class Factory : public ClassFactory {
  public:
   Factory(const ComponentDescription& library, const ClassDescription& theClass)
@@ -28,10 +18,7 @@ class Factory : public ClassFactory {
   ObjectRef CreateInstance() const override {
     ObjectRef object = class_.Create();
     if (!object) Raise(FailureNumber::CannotCreate, class_.Name);
-    if (!library_.LiveObjects) return object;
-    ++*library_.LiveObjects;
-    Object* const address = object.get();
-    return ObjectRef(address, CountedEnd{std::move(object), library_.LiveObjects});
+    return object;
   }
 
   const ComponentDescription& Library() const override { return library_; }

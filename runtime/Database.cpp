@@ -49,14 +49,18 @@ std::string ReasonOf(int result, sqlite3* handle) {
 Database::Database(std::string file) : file_(std::move(file)) {
   const int flags = SQLITE_OPEN_READWRITE | SQLITE_OPEN_NOMUTEX | SQLITE_OPEN_EXRESCODE;
   const int result = sqlite3_open_v2(file_.c_str(), &handle_, flags, nullptr);
-  if (result != SQLITE_OK) {
-    const std::string reason = ReasonOf(result, handle_);
-    sqlite3_close(handle_);
-    RaiseReason(file_, reason);
-  }
+  if (result != SQLITE_OK) CloseAndRefuse(result);
   sqlite3_busy_handler(handle_, &Database::WaitForOthers, this);
   sqlite3_db_config(handle_, SQLITE_DBCONFIG_TRUSTED_SCHEMA, 0, nullptr);
-  sqlite3_exec(handle_, "PRAGMA synchronous=FULL; PRAGMA cell_size_check=ON", nullptr, nullptr, nullptr);
+  const char* const durably = "PRAGMA synchronous=FULL; PRAGMA cell_size_check=ON";
+  const int settled = sqlite3_exec(handle_, durably, nullptr, nullptr, nullptr);
+  if (settled != SQLITE_OK) CloseAndRefuse(settled);
+}
+
+void Database::CloseAndRefuse(int result) {
+  const std::string reason = ReasonOf(result, handle_);
+  sqlite3_close(handle_);
+  RaiseReason(file_, reason);
 }
 
 Database::~Database() {

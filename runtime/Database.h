@@ -37,6 +37,7 @@ class Database {
 
   // Raises what the given result of SQLite stands for.
   [[noreturn]] void Refuse(int result) const;
+  [[noreturn]] void CloseAndRefuse(int result);
 
   sqlite3* Handle() const { return handle_; }
 

@@ -1,7 +1,9 @@
 // Files: the door to project files.
 #pragma once
 
+#include "platform/Component.h"
 #include "platform/Object.h"
+#include "siblings/TvGeneralServices/LibraryEntry.h"
 
 namespace TvGeneralServices {
 
@@ -17,6 +19,7 @@ class Files : public ObjectWithMembers<Files> {
 
   // The project file object. Raises the same failures.
   Value RetrieveTVSFile(std::span<Value> arguments);
+  LiveObject live_{liveObjects};
 };
 
 }  // namespace TvGeneralServices

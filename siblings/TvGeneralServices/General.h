@@ -1,7 +1,9 @@
 // General: what the system says of itself.
 #pragma once
 
+#include "platform/Component.h"
 #include "platform/Object.h"
+#include "siblings/TvGeneralServices/LibraryEntry.h"
 
 namespace TvGeneralServices {
 
@@ -16,6 +18,7 @@ class General : public ObjectWithMembers<General> {
   // kernel's release, the machine's architecture, and the platform ("Linux"). What the system doesn't tell
   // stays empty. Gives true.
   Value SystemInfo(std::span<Value> arguments);
+  LiveObject live_{liveObjects};
 };
 
 }  // namespace TvGeneralServices

@@ -19,8 +19,8 @@ class ProjectSection : public ObjectWithMembers<ProjectSection> {
  private:
   Value GetName() { return name_; }
 
-  Alive alive_;
   String name_;
+  LiveObject live_{liveObjects};
 };
 
 ProjectText Parse(const std::string& path, const std::string& content) {

@@ -8,6 +8,7 @@
 #include <string>
 #include <vector>
 
+#include "platform/Component.h"
 #include "platform/Object.h"
 #include "siblings/TvGeneralServices/LibraryEntry.h"
 #include "siblings/TvGeneralServices/ProjectText.h"
@@ -41,10 +42,10 @@ class ProjectFile : public ObjectWithMembers<ProjectFile> {
 
   static void Apply(const Change& change, ProjectText& text);
 
-  Alive alive_;
   std::string path_;
   ProjectText text_;
   std::vector<Change> changes_;  // since the last Save, in their order
+  LiveObject live_{liveObjects};
 };
 
 }  // namespace TvGeneralServices

@@ -7,8 +7,10 @@
 
 #include <optional>
 
+#include "platform/Component.h"
 #include "platform/Object.h"
 #include "platform/contracts/GeneralServices.h"
+#include "siblings/TvGeneralServices/LibraryEntry.h"
 
 namespace TvGeneralServices {
 
@@ -47,6 +49,7 @@ class RegUtil : public ObjectWithMembers<RegUtil> {
 
   std::optional<Hive> hive_;
   String path_;
+  LiveObject live_{liveObjects};
 };
 
 }  // namespace TvGeneralServices

@@ -1,7 +1,9 @@
 // RegValue: the holder of one registry value, filled in by its user or by RegUtil.
 #pragma once
 
+#include "platform/Component.h"
 #include "platform/Object.h"
+#include "siblings/TvGeneralServices/LibraryEntry.h"
 
 namespace TvGeneralServices {
 
@@ -24,6 +26,7 @@ class RegValue : public ObjectWithMembers<RegValue> {
   std::int32_t dataType_ = 1;  // 1 string, 3 bytes, 4 number
   String valueName_;           // empty: the key's default value
   Value value_;
+  LiveObject live_{liveObjects};
 };
 
 }  // namespace TvGeneralServices
