@@ -23,7 +23,10 @@ struct EncodedWord {
 
 // The encoded word that begins at position, where "=?" stands. Blanks inside a Q word, which the standard
 // forbids, are accepted since mail programs write them.
-std::optional<EncodedWord> ReadEncodedWord(std::string_view header, std::size_t position) {
+std::optional<EncodedWord> ReadEncodedWord(std::string_view line, std::size_t position) {
+  // Far longer than any that is written; bounds the search where a word never ends.
+  constexpr std::size_t kLongestWord = 1024;
+  const std::string_view header = line.substr(0, position + kLongestWord);
   const std::size_t charset = position + 2;
   const std::size_t encoding = header.find('?', charset);
   if (encoding == std::string_view::npos || encoding == charset || encoding + 2 >= header.size()) return {};

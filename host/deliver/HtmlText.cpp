@@ -28,10 +28,18 @@ bool IsOneOf(std::string_view name, const std::string_view (&names)[Size]) {
   return std::find(std::begin(names), std::end(names), name) != std::end(names);
 }
 
+// Far deeper than any mail that was written to be read. The parser searches its open elements at each end
+// tag, so a depth without bound would let a hostile mail keep it busy for hours.
+constexpr int kDeepest = 2000;
+constexpr StringView kTooDeep = u"[The rest of this HTML is nested too deeply to be read.]";
+
 // Collects the text while the parser walks through the document.
 class TextCollector {
  public:
+  explicit TextCollector(htmlParserCtxt* parser) : parser_(parser) {}
+
   void StartElement(std::string_view name, const xmlChar** attributes) {
+    if (parser_->nameNr > kDeepest) return Stop();
     if (IsOneOf(name, kUnseen)) ++unseen_;
     if (unseen_ > 0) return;
     if (name == "br") return BreakLine();
@@ -70,6 +78,12 @@ class TextCollector {
   }
 
  private:
+  void Stop() {
+    BreakLine();
+    text_ += kTooDeep;
+    xmlStopParser(parser_);
+  }
+
   struct List {
     bool Numbered;
     int Items;
@@ -130,6 +144,7 @@ class TextCollector {
     }
   }
 
+  htmlParserCtxt* parser_;
   String text_;
   std::vector<List> lists_;
   int unseen_ = 0;
@@ -181,7 +196,7 @@ String HtmlToText(StringView html) {
   const std::unique_ptr<htmlParserCtxt, FreeParser> parser(
       htmlCreateMemoryParserCtxt(bytes.data(), static_cast<int>(bytes.size())));
   if (!parser) throw std::bad_alloc();
-  TextCollector collector;
+  TextCollector collector(parser.get());
   *parser->sax = htmlSAXHandler{};
   parser->sax->startElement = OnStart;
   parser->sax->endElement = OnEnd;

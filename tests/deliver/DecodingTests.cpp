@@ -117,6 +117,19 @@ TEST(HtmlText, ReadsLikeTheScreen) {
     EXPECT_EQ(Platform::ToUtf8(Host::HtmlToText(Platform::FromUtf8(row.Input))), row.Expected) << row.Input;
 }
 
+TEST(HtmlText, OfHostileDepthEndsSoonAndSaysSo) {
+  Platform::String html = u"before";
+  for (int i = 0; i < 200000; ++i) html += u"<b>";
+  for (int i = 0; i < 200000; ++i) html += u"</p>x";
+  EXPECT_TEXT(u"before\n[The rest of this HTML is nested too deeply to be read.]", Host::HtmlToText(html));
+}
+
+TEST(HeaderText, OfAMegabyteOfBrokenWordsIsReadAsItStands) {
+  std::string header;
+  while (header.size() < (1 << 20)) header += "=?a?q?x";
+  EXPECT_TEXT(Platform::FromUtf8(header), Host::DecodeHeader(header));
+}
+
 TEST(Mbox, IsCutAtItsSeparatorsOnly) {
   const struct {
     std::string Line;
