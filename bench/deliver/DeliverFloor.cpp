@@ -12,6 +12,8 @@
 
 namespace {
 
+constexpr Platform::StringView kCutMarker = u"----- Reply above this line -----";
+
 void Check(sqlite3* database, int result) {
   if (result != SQLITE_OK && result != SQLITE_DONE) throw std::runtime_error(sqlite3_errmsg(database));
 }
@@ -63,7 +65,9 @@ int main(int argc, char** argv) {
     Host::ReadMailSource(argv[1], [&](Host::RawMail raw) {
       if (!raw.Fault.empty()) throw std::runtime_error(raw.Source + " " + raw.Fault);
       const Host::Mail mail = Host::ReadMail(std::move(raw.Bytes));
-      replies.Add(Platform::ToUtf8(mail.Subject), Platform::ToUtf8(mail.Body));
+      // The same row that the component writes, so that both store as many bytes.
+      const Platform::StringView body(mail.Body);
+      replies.Add(Platform::ToUtf8(mail.Subject), Platform::ToUtf8(body.substr(0, body.find(kCutMarker))));
       ++count;
       return true;
     });
