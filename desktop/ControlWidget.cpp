@@ -11,6 +11,7 @@
 
 #include <cmath>
 
+#include "desktop/KeyCodes.h"
 #include "desktop/Strings.h"
 #include "desktop/TextBox.h"
 
@@ -23,7 +24,9 @@ namespace {
 class LabelWidget : public ControlWidget {
  public:
   LabelWidget(const ControlState& state, QWidget* window, Report report)
-      : ControlWidget(state, new QLabel(window), std::move(report)) {}
+      : ControlWidget(state, new QLabel(window), std::move(report)) {
+    AsLabel()->setTextFormat(Qt::PlainText);
+  }
   void Apply(const ControlState& state, ControlProperty property) override {
     ControlWidget::Apply(state, property);
     if (property == ControlProperty::Caption) AsLabel()->setText(ToQt(state.Caption));
@@ -114,8 +117,8 @@ class ListWidget : public ControlWidget {
  public:
   ListWidget(const ControlState& state, QWidget* window, Report report)
       : ControlWidget(state, new KeyedList(window), std::move(report)) {
-    static_cast<KeyedList*>(widget_)->OnKeyUp = [this] {
-      report_([](UserHand& hand, Control& list) { hand.KeyUp(list, 0); }, {});
+    static_cast<KeyedList*>(widget_)->OnKeyUp = [this](std::int32_t code) {
+      report_([code](UserHand& hand, Control& list) { hand.KeyUp(list, code); }, {});
     };
     QObject::connect(List(), &QComboBox::activated, List(), [this](int position) {
       report_([position](UserHand& hand, Control& list) { hand.Choose(list, position); },
@@ -141,12 +144,12 @@ class ListWidget : public ControlWidget {
   class KeyedList : public QComboBox {
    public:
     using QComboBox::QComboBox;
-    std::function<void()> OnKeyUp;
+    std::function<void(std::int32_t code)> OnKeyUp;
 
    protected:
     void keyReleaseEvent(QKeyEvent* event) override {
       QComboBox::keyReleaseEvent(event);
-      if (OnKeyUp) OnKeyUp();
+      if (OnKeyUp) OnKeyUp(KeyCodeOf(event->key()));
     }
   };
   QComboBox* List() { return static_cast<QComboBox*>(widget_); }

@@ -13,10 +13,8 @@
 
 namespace Desktop {
 
-DesktopToolkit::DesktopToolkit() = default;
-
 DesktopToolkit::~DesktopToolkit() {
-  gui_.Run([this] { delete help_; });
+  gui_.Post([help = help_] { delete help; });
 }
 
 std::shared_ptr<FormSession> DesktopToolkit::SessionOf(const Form& form) {
@@ -56,7 +54,7 @@ void DesktopToolkit::MessageBox(StringView text, const std::optional<String>& ti
   auto closed = std::make_shared<std::promise<void>>();
   auto wait = closed->get_future();
   gui_.Post([closed, parent = FrontWindow(), text = ToQt(text),
-             title = title ? ToQt(*title) : QGuiApplication::applicationDisplayName()] {
+             title = title ? ToQt(*title) : QStringLiteral("Talvane")] {
     auto* box = new QMessageBox(QMessageBox::NoIcon, title, text, QMessageBox::Ok, parent);
     box->setTextFormat(Qt::PlainText);
     box->setAttribute(Qt::WA_DeleteOnClose);

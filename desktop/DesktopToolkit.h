@@ -21,7 +21,6 @@ class HelpWindow;
 
 class DesktopToolkit : public FormsToolkit {
  public:
-  DesktopToolkit();
   ~DesktopToolkit() override;
 
   void Load(Form& form) override;
@@ -44,7 +43,7 @@ class DesktopToolkit : public FormsToolkit {
 
   bool ShowPage(const std::string& name);
 
-  GuiThread gui_;
+  GuiThread& gui_ = GuiThread::Instance();
   HelpWindow* help_ = nullptr;  // on the windows' thread
   std::mutex mutex_;
   std::map<const Form*, std::shared_ptr<FormSession>> sessions_;

@@ -7,6 +7,7 @@
 #include <mutex>
 #include <optional>
 
+#include "desktop/GuiThread.h"
 #include "platform/Forms/UserHand.h"
 
 namespace Desktop {
@@ -28,16 +29,38 @@ struct UserAct {
 
 class EventQueue {
  public:
-  // Any thread.
+  explicit EventQueue(GuiThread& gui) : gui_(gui) {}
+
+  // On the windows' thread. Waits a moment for what the form makes of the act, so that the next key or click
+  // meets the window as the form wants it. While no form is shown, the act is dropped.
   void Put(UserAct act) {
     {
       const std::lock_guard lock(mutex_);
+      if (!open_) return;
       acts_.push_back(std::move(act));
+      ++pending_;
     }
     filled_.notify_one();
+    gui_.Await([this] { return IsSettled(); });
   }
 
-  // The oldest act; waits until there is one.
+  // The rest on the form's thread. From Open to Close the queue takes acts.
+  void Open() {
+    const std::lock_guard lock(mutex_);
+    open_ = true;
+  }
+
+  void Close() {
+    {
+      const std::lock_guard lock(mutex_);
+      open_ = false;
+      acts_.clear();
+      pending_ = 0;
+    }
+    gui_.Wake();
+  }
+
+  // The oldest act; waits until there is one. Each has to be followed by Done.
   UserAct Take() {
     std::unique_lock lock(mutex_);
     filled_.wait(lock, [this] { return !acts_.empty(); });
@@ -46,10 +69,26 @@ class EventQueue {
     return act;
   }
 
+  void Done() {
+    {
+      const std::lock_guard lock(mutex_);
+      --pending_;
+    }
+    gui_.Wake();
+  }
+
  private:
+  bool IsSettled() {
+    const std::lock_guard lock(mutex_);
+    return pending_ == 0;
+  }
+
+  GuiThread& gui_;
   std::mutex mutex_;
   std::condition_variable filled_;
   std::deque<UserAct> acts_;
+  int pending_ = 0;
+  bool open_ = false;
 };
 
 }  // namespace Desktop

@@ -2,13 +2,28 @@
 
 #include <QStyle>
 
+#include <mutex>
+
 #include "desktop/Strings.h"
 
 namespace Desktop {
 
 using namespace Platform;
 
-FormSession::FormSession(GuiThread& gui, Form& form) : gui_(gui), form_(form) {
+namespace {
+
+Echo EchoOf(const Control& control, ControlProperty property) {
+  Echo change{control.Name(), property};
+  if (property == ControlProperty::Text) change.Text = control.Text();
+  if (property == ControlProperty::Value) change.Number = control.Value();
+  if (property == ControlProperty::ListIndex) change.Number = control.ListIndex();
+  return change;
+}
+
+}  // namespace
+
+FormSession::FormSession(GuiThread& gui, Form& form)
+    : gui_(gui), form_(form), queue_(std::make_shared<EventQueue>(gui)) {
   struct Made {
     FormWindow* Window;
     WId Handle;
@@ -28,13 +43,16 @@ FormSession::FormSession(GuiThread& gui, Form& form) : gui_(gui), form_(form) {
 
 FormSession::~FormSession() {
   if (form_.Observer() == this) form_.SetObserver(nullptr);
-  gui_.Post([window = window_] { delete window; });
+  // Later than now: the window may be in the middle of the event that led here.
+  gui_.Post([window = window_] {
+    window->hide();
+    window->deleteLater();
+  });
 }
 
 void FormSession::Show(FormsToolkit& toolkit) {
-  gui_.Run([window = window_, state = FormState(form_), place = form_.Place()] {
-    window->Open(state, place.Left, place.Top);
-  });
+  queue_->Open();
+  OpenWindow();
   form_.SetObserver(this);
   shown_ = true;
   UserHand hand(form_, toolkit);
@@ -42,9 +60,19 @@ void FormSession::Show(FormsToolkit& toolkit) {
     const UserAct act = queue_->Take();
     expected_ = act.Expected;
     act.Run(hand);
-    expected_.reset();
+    if (const auto refused = std::exchange(expected_, std::nullopt)) TakeBack(*refused);
+    queue_->Done();
   }
   shown_ = false;
+  queue_->Close();
+}
+
+void FormSession::OpenWindow() {
+  gui_.Run([window = window_, state = FormState(form_), place = form_.Place()] {
+    window->Open(state, place.Left, place.Top);
+  });
+  static std::once_flag firstWindow;
+  std::call_once(firstWindow, GuiThread::EndWithProcess);
 }
 
 void FormSession::SetStanding(Standing standing) {
@@ -57,12 +85,14 @@ bool FormSession::IsEcho(const Echo& change) {
   return true;
 }
 
+void FormSession::TakeBack(const Echo& change) {
+  if (!change.Property || !form_.IsShown()) return;
+  const Control& control = form_[change.Control];
+  if (EchoOf(control, *change.Property) != change) ControlChanged(control, *change.Property);
+}
+
 void FormSession::ControlChanged(const Control& control, ControlProperty property) {
-  Echo change{control.Name(), property};
-  if (property == ControlProperty::Text) change.Text = control.Text();
-  if (property == ControlProperty::Value) change.Number = control.Value();
-  if (property == ControlProperty::ListIndex) change.Number = control.ListIndex();
-  if (IsEcho(change)) return;
+  if (IsEcho(EchoOf(control, property))) return;
   gui_.Post([window = window_, state = ControlState(control), property] { window->Apply(state, property); });
 }
 

@@ -21,7 +21,7 @@ class FormSession : public Platform::FormObserver {
 
   void SetStanding(Platform::Standing standing);
 
-  // To be followed on the windows' thread alone. Null before the window is made.
+  // To be followed on the windows' thread alone.
   FormWindow* Window() const { return window_; }
   std::thread::id Thread() const { return thread_; }
   bool Shown() const { return shown_; }
@@ -32,14 +32,20 @@ class FormSession : public Platform::FormObserver {
   void FocusMoved(const Platform::Control& control) override;
   void Ended() override;
 
+  // Opens the window on the form as it is now.
+  void OpenWindow();
+
   // True, once, for the change that the act at work was expected to make.
   bool IsEcho(const Echo& change);
 
+  // The window shows a change that the form refused: has it show the form's state again.
+  void TakeBack(const Echo& change);
+
   GuiThread& gui_;
   Platform::Form& form_;
-  std::shared_ptr<EventQueue> queue_ = std::make_shared<EventQueue>();
+  std::shared_ptr<EventQueue> queue_;
   std::optional<Echo> expected_;
-  FormWindow* window_ = nullptr;
+  FormWindow* window_ = nullptr;  // deleted by this session alone
   std::thread::id thread_ = std::this_thread::get_id();
   std::atomic<bool> shown_ = false;
 };

@@ -3,44 +3,16 @@
 #include <QCloseEvent>
 #include <QKeyEvent>
 #include <QLabel>
+#include <QLineEdit>
 #include <QWindow>
 
+#include "desktop/KeyCodes.h"
 #include "desktop/Strings.h"
+#include "desktop/TaskBar.h"
 
 namespace Desktop {
 
 using namespace Platform;
-
-namespace {
-
-// The platform's number of a key, for those keys that a form may want; 0 for the others.
-std::int32_t KeyCodeOf(int key) {
-  if (key >= Qt::Key_F1 && key <= Qt::Key_F24) return KeyF1 + (key - Qt::Key_F1);
-  if ((key >= Qt::Key_A && key <= Qt::Key_Z) || (key >= Qt::Key_0 && key <= Qt::Key_9)) return key;
-  switch (key) {
-    case Qt::Key_Tab:
-      return 9;
-    case Qt::Key_Return:
-    case Qt::Key_Enter:
-      return 13;
-    case Qt::Key_Escape:
-      return 27;
-    case Qt::Key_Space:
-      return 32;
-    case Qt::Key_Left:
-      return 37;
-    case Qt::Key_Up:
-      return 38;
-    case Qt::Key_Right:
-      return 39;
-    case Qt::Key_Down:
-      return 40;
-    default:
-      return 0;
-  }
-}
-
-}  // namespace
 
 FormWindow::FormWindow(const FormState& state, std::shared_ptr<EventQueue> queue)
     : QDialog(nullptr,
@@ -91,34 +63,29 @@ void FormWindow::Open(const FormState& state, float left, float top) {
       break;
     }
   }
+  KeepFromTaskBar(*windowHandle());
   show();
   raise();
   activateWindow();
 }
 
 // A label's access key moves the focus to the next control in tab order that can take it, and that box has
-// the label's words for its name.
+// the label's words for its name. A label may stand for several boxes of which one shows.
 void FormWindow::LinkLabels() {
-  QLabel* label = nullptr;
+  std::vector<QLabel*> waiting;
+  QString name;
   for (const auto& control : controls_) {
-    const bool usable = control->State().Visible && control->State().Enabled;
-    if (QLabel* next = control->AsLabel()) {
-      label = usable ? next : nullptr;
-      next->setBuddy(nullptr);
-    } else if (usable && label) {
-      label->setBuddy(control->Widget());
-      label = nullptr;
+    const ControlState& state = control->State();
+    if (QLabel* label = control->AsLabel()) {
+      waiting.push_back(label);
+      name = PlainCaption(state.Caption).remove(QLatin1Char(':'));
+      continue;
     }
-  }
-  const ControlWidget* name = nullptr;
-  for (const auto& control : controls_) {
-    if (control->AsLabel()) {
-      name = control.get();
-    } else if (control->State().Kind == ControlKind::TextBox ||
-               control->State().Kind == ControlKind::ComboBox) {
-      if (name)
-        control->Widget()->setAccessibleName(PlainCaption(name->State().Caption).remove(QLatin1Char(':')));
-    }
+    if (state.Kind == ControlKind::TextBox || state.Kind == ControlKind::ComboBox)
+      control->Widget()->setAccessibleName(name);
+    if (!state.Visible || !state.Enabled) continue;
+    for (QLabel* label : waiting) label->setBuddy(control->Widget());
+    waiting.clear();
   }
 }
 
@@ -153,7 +120,8 @@ bool FormWindow::eventFilter(QObject* watched, QEvent* event) {
     if (const std::int32_t code = KeyCodeOf(static_cast<QKeyEvent*>(event)->key())) {
       queue_->Put({[code](UserHand& hand) { hand.KeyDown(code); }});
     }
-  } else if (event->type() == QEvent::FocusIn) {
+  } else if (event->type() == QEvent::FocusIn &&
+             !qobject_cast<QLineEdit*>(watched)) {  // boxes tell it themselves
     TellFocus(FromQt(watched->objectName()), static_cast<QFocusEvent*>(event)->reason());
   }
   return QDialog::eventFilter(watched, event);

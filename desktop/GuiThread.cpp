@@ -1,33 +1,43 @@
 #include "desktop/GuiThread.h"
 
 #include <QApplication>
+#include <QLibraryInfo>
+#include <QLocale>
 #include <QMetaObject>
+#include <QTranslator>
 
-#include <cstring>
+#include <chrono>
+#include <cstdlib>
 
 namespace Desktop {
 namespace {
 
+constexpr auto kPatience = std::chrono::milliseconds(200);
+
 QtMessageHandler previousHandler = nullptr;
 
-// The toolkit knows that its application doesn't live on the main thread: a host keeps that one for itself.
+// Drops what is known and meant: the application doesn't live on the main thread, which a host keeps for
+// itself, and a display may lack a wish that windows have.
 void PassMessage(QtMsgType type, const QMessageLogContext& context, const QString& message) {
-  if (message.contains(QLatin1String("was not created in the main() thread"))) return;
+  if (message.contains(QLatin1String("was not created in the main() thread")) ||
+      message.startsWith(QLatin1String("This plugin does not support")))
+    return;
   if (previousHandler) previousHandler(type, context, message);
 }
 
 }  // namespace
+
+GuiThread& GuiThread::Instance() {
+  static auto* const thread = new GuiThread;
+  return *thread;
+}
 
 GuiThread::GuiThread() {
   std::promise<void> started;
   auto running = started.get_future();
   thread_ = std::thread([this, &started] { Main(started); });
   running.get();
-}
-
-GuiThread::~GuiThread() {
-  Post([] { QCoreApplication::quit(); });
-  thread_.join();
+  EndWithProcess();
 }
 
 void GuiThread::Main(std::promise<void>& started) {
@@ -38,6 +48,9 @@ void GuiThread::Main(std::promise<void>& started) {
   previousHandler = qInstallMessageHandler(PassMessage);
   QApplication application(argumentCount, arguments);
   QApplication::setQuitOnLastWindowClosed(false);
+  QTranslator translator;  // of the toolkit's own texts, where its translations are installed
+  if (translator.load(QLocale(), "qtbase", "_", QLibraryInfo::path(QLibraryInfo::TranslationsPath)))
+    QApplication::installTranslator(&translator);
   QObject receiver;
   receiver_ = &receiver;
   started.set_value();
@@ -45,7 +58,62 @@ void GuiThread::Main(std::promise<void>& started) {
 }
 
 void GuiThread::Post(std::function<void()> work) {
-  QMetaObject::invokeMethod(receiver_, std::move(work), Qt::QueuedConnection);
+  const std::lock_guard lock(mutex_);
+  posted_.push_back(std::move(work));
+  if (stopped_) return;  // kept, not dropped: whoever waits for it waits on
+  QMetaObject::invokeMethod(
+      receiver_, [this] { RunPosted(); }, Qt::QueuedConnection);
+  woken_.notify_one();
+}
+
+void GuiThread::RunPosted() {
+  if (running_) return;
+  running_ = true;
+  std::unique_lock lock(mutex_);
+  while (!posted_.empty()) {
+    const auto work = std::move(posted_.front());
+    posted_.pop_front();
+    lock.unlock();
+    try {
+      work();
+    } catch (const std::exception& failure) {
+      qWarning("The work of a window failed: %s", failure.what());
+    } catch (...) {
+      qWarning("The work of a window failed.");
+    }
+    lock.lock();
+  }
+  running_ = false;
+}
+
+void GuiThread::Await(const std::function<bool()>& settled) {
+  if (running_) return;
+  const auto until = std::chrono::steady_clock::now() + kPatience;
+  for (bool inTime = true; inTime;) {
+    RunPosted();
+    std::unique_lock lock(mutex_);
+    if (posted_.empty() && settled()) return;
+    inTime = woken_.wait_until(lock, until, [&] { return !posted_.empty() || settled(); });
+  }
+}
+
+void GuiThread::Wake() {
+  const std::lock_guard lock(mutex_);
+  woken_.notify_one();
+}
+
+void GuiThread::EndWithProcess() {
+  std::atexit([] { Instance().Stop(); });
+}
+
+void GuiThread::Stop() {
+  {
+    const std::lock_guard lock(mutex_);
+    if (std::exchange(stopped_, true)) return;
+    QMetaObject::invokeMethod(
+        receiver_, [] { QCoreApplication::quit(); }, Qt::QueuedConnection);
+  }
+  thread_.join();
 }
 
 }  // namespace Desktop

@@ -1,8 +1,11 @@
 #include "desktop/TextBox.h"
 
+#include <QApplication>
 #include <QFocusEvent>
 #include <QMouseEvent>
 #include <QProxyStyle>
+
+#include <utility>
 
 namespace Desktop {
 namespace {
@@ -36,23 +39,30 @@ void TextBox::focusInEvent(QFocusEvent* event) {
   const auto reason = event->reason();
   if (reason == Qt::ActiveWindowFocusReason || reason == Qt::PopupFocusReason)
     return;  // it never left the form
-  deselect();
-  // Qt gives the focus before it tells of the press; a form is told of the press first.
   if (reason == Qt::MouseFocusReason) {
-    pressTold_ = true;
-    if (OnMouseDown) OnMouseDown();
+    focusByPress_ = true;
+    return;
   }
+  deselect();
   if (OnFocus) OnFocus();
 }
 
 void TextBox::mousePressEvent(QMouseEvent* event) {
-  if (!pressTold_ && OnMouseDown) OnMouseDown();
-  pressTold_ = false;
   QLineEdit::mousePressEvent(event);
+  pressed_.reset();
+  if (OnMouseDown) OnMouseDown();
+  if (!std::exchange(focusByPress_, false)) return;
+  pressed_ = event->pos();
+  if (OnFocus) OnFocus();
 }
 
 void TextBox::mouseMoveEvent(QMouseEvent* event) {
   if (OnMouseMove) OnMouseMove();
+  if (pressed_ && event->buttons() != Qt::NoButton &&
+      (event->pos() - *pressed_).manhattanLength() < QApplication::startDragDistance()) {
+    return;  // a hand that trembles keeps what the form has selected
+  }
+  pressed_.reset();
   QLineEdit::mouseMoveEvent(event);
 }
 

@@ -4,6 +4,7 @@
 #include <QLineEdit>
 
 #include <functional>
+#include <optional>
 
 namespace Desktop {
 
@@ -11,6 +12,7 @@ class TextBox : public QLineEdit {
  public:
   TextBox(char16_t passwordChar, QWidget* parent);
 
+  // A press is told before the focus that it brings, and both after the press has set the caret.
   std::function<void()> OnMouseDown;
   std::function<void()> OnMouseMove;
   std::function<void()> OnFocus;
@@ -21,7 +23,8 @@ class TextBox : public QLineEdit {
   void mouseMoveEvent(QMouseEvent* event) override;
 
  private:
-  bool pressTold_ = false;  // the press that brought the focus has been told already
+  bool focusByPress_ = false;      // the press that brought the focus is still to come
+  std::optional<QPoint> pressed_;  // where it came; until the pointer is dragged away, it selects nothing
 };
 
 }  // namespace Desktop

@@ -1,0 +1,72 @@
+// DesktopUser: a person at the real windows, with a keyboard and a mouse.
+//
+// Used on a test's thread, while another one is inside a modal call. Every act runs on the windows' thread
+// and reaches the window as the display's own events do.
+#pragma once
+
+#include <QApplication>
+#include <QMetaObject>
+#include <QTest>
+#include <QWidget>
+
+#include <functional>
+#include <string>
+#include <type_traits>
+
+namespace Tests {
+
+template <class Work>
+auto OnWindows(Work work) {
+  using Result = std::invoke_result_t<Work>;
+  if constexpr (std::is_void_v<Result>) {
+    QMetaObject::invokeMethod(qApp, work, Qt::BlockingQueuedConnection);
+  } else {
+    Result result{};
+    QMetaObject::invokeMethod(
+        qApp, [&] { result = work(); }, Qt::BlockingQueuedConnection);
+    return result;
+  }
+}
+
+// Waits up to 20 s for what is told on the windows' thread.
+bool Eventually(const std::function<bool()>& holds);
+
+class DesktopUser {
+ public:
+  // Waits for the form's window and for its being the active one.
+  explicit DesktopUser(const char* form) : form_(form) { AwaitActive(); }
+
+  void Key(Qt::Key key, Qt::KeyboardModifiers modifiers = Qt::NoModifier);
+  void Write(const std::string& text);                   // into the control that has the focus
+  void Enter(const char* box, const std::string& text);  // in place of what stands there
+  void Click(const char* control);
+  void MoveOver(const char* control);
+  void CloseBox();
+  void Activate();  // the window comes to the front again
+
+  std::string Text(const char* control);  // of a box, a list, a button or a label
+  std::string Selected(const char* control);
+  std::string Focus();                    // the control that has it
+  std::string Look(const char* control);  // "hidden", "grey", "read-only" or ""
+  bool IsOpen();
+  bool IsTopmost();
+
+  // Waits for a message box, reads it and presses its OK.
+  static std::string AnswerBox();
+  static bool BoxIsOpen();
+
+  // The title of the help window, which is closed afterwards; "(none)" where none opens.
+  static std::string Help();
+
+  template <class Widget = QWidget>
+  Widget* Find(const char* control) const {  // on the windows' thread
+    return Window()->findChild<Widget*>(QString::fromLatin1(control));
+  }
+  QWidget* Window() const;  // on the windows' thread; null if it isn't visible
+
+ private:
+  void AwaitActive();
+  const char* form_;
+};
+
+}  // namespace Tests

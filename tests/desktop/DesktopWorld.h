@@ -1,0 +1,52 @@
+// DesktopWorld: a world whose user sits at real windows. The modal calls run on a thread of their own.
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <future>
+#include <thread>
+
+#include "runtime/Process.h"
+#include "src/mail/EMailManager.h"
+#include "tests/desktop/DesktopUser.h"
+#include "tests/mailbox/MailBoxWorld.h"
+
+namespace Tests {
+
+class DesktopWorld : public MailBoxWorld {
+ public:
+  DesktopWorld() {
+    String reason;
+    desktop_ = Runtime::LoadToolkit(u"TalvaneDesktop.so", reason);
+    EXPECT_TRUE(desktop_) << Utf8(reason);
+    Services.ToolkitInUse = desktop_.get();
+  }
+
+  FormsToolkit& Desktop() { return *desktop_; }
+
+  // The mailbox dialog, until it has ended; what comes is "true" or "false", and the mailbox's name.
+  std::future<std::string> Configure(bool add, const String& mailBox) {
+    return std::async(std::launch::async, [this, add, mailBox] {
+      EMailManager handler;
+      String name = mailBox, product;
+      const bool done(handler.MailHandler_Configure(add ? 1 : 0, name, product, SessionWith({})));
+      return std::string(done ? "true " : "false ") + Utf8(name);
+    });
+  }
+
+  std::future<bool> ConfigureOutbound() {
+    return std::async(std::launch::async,
+                      [] { return static_cast<bool>(EMailManager().ConfigureOutBoundEmail()); });
+  }
+
+  void AddProfile(StringView name) {
+    Runtime::RegistryStore::CreateKey(
+        Hive::CurrentUser,
+        String(u"Software\\Microsoft\\Windows Messaging Subsystem\\Profiles\\").append(name));
+  }
+
+ private:
+  std::shared_ptr<FormsToolkit> desktop_;
+};
+
+}  // namespace Tests
