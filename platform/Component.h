@@ -56,6 +56,13 @@ struct ImportedLibrary {
   StringView Version;
 };
 
+// A piece of data that the library carries under a type and a number, as its platform files such things.
+struct EmbeddedResource {
+  StringView Type;
+  std::uint16_t Number;
+  std::span<const std::uint8_t> Content;  // empty where the description itself tells the content
+};
+
 struct TypeLibraryDescription {
   StringView Name;
   Identity Id;
@@ -64,9 +71,7 @@ struct TypeLibraryDescription {
   std::uint32_t Locale;
   StringView Target;
   std::span<const ImportedLibrary> Imports;
-  std::span<const std::uint8_t>
-      DefaultInterfaceResource;  // the named resource with the default interface's id
-  StringView DefaultInterfaceResourceName;
+  std::span<const EmbeddedResource> Resources;
 };
 
 struct VersionField {

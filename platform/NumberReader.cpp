@@ -1,5 +1,6 @@
 #include "platform/NumberReader.h"
 
+#include <algorithm>
 #include <charconv>
 #include <cmath>
 #include <limits>
@@ -38,6 +39,25 @@ std::size_t TakeDigits(StringView& text, std::string& plain) {
   for (; !text.empty() && IsDigit(text[0]); text.remove_prefix(1), ++count)
     plain += static_cast<char>(text[0]);
   return count;
+}
+
+// The power of ten of the first digit that isn't 0, clamped far beyond a double's range.
+long DecimalExponent(std::string_view plain) {
+  constexpr long kBeyond = 1'000'000'000;
+  const std::size_t mark = std::min(plain.find('e'), plain.size());
+  const std::string_view digits = plain.substr(0, mark);
+  long exponent = 0;
+  if (mark < plain.size()) {
+    std::string_view written = plain.substr(mark + 1);
+    const bool negative = written.starts_with('-');
+    if (negative || written.starts_with('+')) written.remove_prefix(1);
+    const auto read = std::from_chars(written.data(), written.data() + written.size(), exponent);
+    if (read.ec != std::errc() || exponent > kBeyond) exponent = kBeyond;
+    if (negative) exponent = -exponent;
+  }
+  const auto point = static_cast<long>(std::min(digits.find('.'), digits.size()));
+  const auto first = static_cast<long>(digits.find_first_of("123456789"));
+  return exponent + (first < point ? point - first - 1 : point - first);
 }
 
 template <class Integer>
@@ -85,11 +105,8 @@ std::optional<double> ReadNumber(StringView text) {
   double value = 0;
   const auto result = std::from_chars(plain.data(), plain.data() + plain.size(), value);
   if (result.ec == std::errc::result_out_of_range) {
-    // from_chars doesn't tell which end of the range was left. The exponent's sign does, and without an
-    // exponent a zero in front of the point.
-    const bool tiny = plain.find("e-") != std::string::npos ||
-                      (plain.starts_with("0.") && plain.find('e') == std::string::npos);
-    value = tiny ? 0.0 : std::numeric_limits<double>::infinity();
+    // from_chars doesn't tell which end of the range was left.
+    value = DecimalExponent(plain) < 0 ? 0.0 : std::numeric_limits<double>::infinity();
   }
   return negative ? -value : value;
 }

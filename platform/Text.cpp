@@ -32,9 +32,9 @@ void AppendUtf16(String& text, char32_t code) {
 
 char32_t FoldCode(char32_t code) {
   if (code < 0x80) return code >= 'A' && code <= 'Z' ? code + ('a' - 'A') : code;
-  // The dotted capital I folds to i in one language alone; taking it for i everywhere would let one address
-  // pass for another. Final sigma is the same letter as sigma.
-  if (code == 0x130) return code;
+  // The dotted capital I and the Kelvin sign would fold into plain letters, and one address could then pass
+  // for another. Final sigma is the same letter as sigma.
+  if (code == 0x130 || code == 0x212A) return code;
   if (code == 0x3C2) return 0x3C3;
   static const locale_t locale = newlocale(LC_CTYPE_MASK, "C.UTF-8", nullptr);
   return locale ? static_cast<char32_t>(towlower_l(static_cast<wint_t>(code), locale)) : code;

@@ -39,6 +39,15 @@ String Numbers(const std::array<std::uint16_t, 4>& version) {
   return text;
 }
 
+String InHexadecimal(std::span<const std::uint8_t> bytes) {
+  String text;
+  for (const std::uint8_t byte : bytes) {
+    text += u"0123456789ABCDEF"[byte / 16];
+    text += u"0123456789ABCDEF"[byte % 16];
+  }
+  return text;
+}
+
 JsonObject Describe(const InterfaceDescription& interface) {
   JsonArray members;
   int slot = 0;
@@ -81,6 +90,12 @@ JsonObject Describe(const TypeLibraryDescription& types) {
   for (const ImportedLibrary& import : types.Imports)
     imports.Add(
         JsonObject().Add("file", import.File).Add("name", import.Name).Add("version", import.Version));
+  JsonArray resources;
+  for (const EmbeddedResource& resource : types.Resources)
+    resources.Add(JsonObject()
+                      .Add("type", resource.Type)
+                      .Add("number", resource.Number)
+                      .Add("content", InHexadecimal(resource.Content)));
   return JsonObject()
       .Add("name", types.Name)
       .Add("id", ToText(types.Id))
@@ -88,7 +103,8 @@ JsonObject Describe(const TypeLibraryDescription& types) {
       .Add("version", types.Version)
       .Add("locale", types.Locale)
       .Add("platform", types.Target)
-      .Add("imports", imports);
+      .Add("imports", imports)
+      .Add("resources", resources);
 }
 
 JsonObject Describe(const VersionRecord& version) {
@@ -116,6 +132,7 @@ void PrintJson(const ComponentDescription& library) {
   JsonObject about;
   about.Add("project", library.ProjectName)
       .Add("description", library.ProjectDescription)
+      .Add("helpDirectory", library.HelpDirectory)
       .Add("threadingModel", library.ThreadingModel);
   if (library.TypeLibrary) about.Add("typeLibrary", Describe(*library.TypeLibrary));
   JsonArray classes;

@@ -51,6 +51,9 @@ String Control::Text() const {
 
 void Control::SetText(String text) {
   selStart_ = selLength_ = 0;
+  if (maxLength_ > 0 && text.size() > static_cast<std::size_t>(maxLength_)) {
+    text.resize(static_cast<std::size_t>(maxLength_));
+  }
   Put(text_, std::move(text), ControlProperty::Text);
 }
 

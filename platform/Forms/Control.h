@@ -74,8 +74,8 @@ class Control {
   const String& Caption() const { return design_.Caption; }
   void SetCaption(String caption);
 
-  // A text box's text; of a drop-down list the entry at its position, or the empty string. Code may set any
-  // text: MaxLength and Locked bind the user alone.
+  // A text box's text, cut at MaxLength; of a drop-down list the entry at its position, or the empty string.
+  // Locked binds the user alone.
   String Text() const;
   void SetText(String text);
 

@@ -26,8 +26,13 @@ Form::~Form() {
 
 void Form::Touch() {
   if (loaded_) return;
-  loaded_ = true;
-  Services().Toolkit().Load(*this);
+  loaded_ = true;  // the toolkit may look at the form
+  try {
+    Services().Toolkit().Load(*this);
+  } catch (...) {
+    loaded_ = false;
+    throw;
+  }
   Fire({}, Event::Load);
 }
 

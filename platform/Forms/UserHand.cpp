@@ -48,8 +48,7 @@ bool UserHand::MouseMove(Control& control) {
 
 bool UserHand::Type(Control& control, StringView text) {
   if (!Usable(control, ControlKind::TextBox) || control.Locked()) return false;
-  const auto limit = static_cast<std::size_t>(control.MaxLength());
-  control.SetText(String(limit == 0 ? text : text.substr(0, limit)));
+  control.SetText(String(text));
   return true;
 }
 
@@ -87,9 +86,14 @@ bool UserHand::Press(Control& button) {
   return true;
 }
 
+// A key's button answers without taking the focus from the control that has it.
 bool UserHand::PressWhere(bool (Control::*wanted)() const) {
+  if (!form_.IsShown()) return false;
   for (const auto& control : form_.Controls()) {
-    if ((*control.*wanted)()) return Press(*control);
+    if (!(*control.*wanted)()) continue;
+    if (!Usable(*control, ControlKind::CommandButton)) return false;
+    Act([&] { form_.Fire(control->Name(), Event::Click); });
+    return true;
   }
   return false;
 }

@@ -3,6 +3,7 @@
 
 #include <cstdint>
 
+#include "platform/CheckedArithmetic.h"
 #include "platform/contracts/NamedWindow.h"
 
 namespace Platform {
@@ -31,13 +32,13 @@ class Cipher : public NamedWindow {
                                 Bytes& buffer) const {
     Value arguments[] = {fileName, password, label, buffer, String()};
     const std::int32_t number = CallByReference(u"Keywell_GetKSKey", arguments).ToInt32();
-    buffer = arguments[3].ToBytes();
+    if (number >= 1) buffer = arguments[3].ToBytes();
     return {number, {}, arguments[4].ToString()};
   }
 
  private:
   CipherResult Run(StringView member, const String& text, const Bytes& key) const {
-    const auto length = static_cast<std::int32_t>(text.size() * 2);
+    const auto length = Narrow<std::int32_t>(text.size() * 2);
     Value arguments[] = {text, length, String(), std::int32_t{0}, key, String()};
     const std::int32_t number = CallByReference(member, arguments).ToInt32();
     return {number, arguments[2].ToString(), arguments[5].ToString()};

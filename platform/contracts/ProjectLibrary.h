@@ -18,7 +18,7 @@ class ProjectUser {
   virtual ~ProjectUser();
   // The view holds as long as the user object.
   virtual StringView GetEMailAddress() = 0;
-  virtual bool IsMailAccepted() = 0;
+  virtual Boolean IsMailAccepted() = 0;
   virtual std::int32_t GetUserKey() = 0;
 };
 
@@ -37,12 +37,12 @@ class Project {
   virtual std::shared_ptr<ProjectUsers> GetUsers() = 0;  // may be nothing
   virtual String GetName() = 0;
   // True if the user who opened the project may bind a mailbox to it.
-  virtual bool IsMailBoxAllowed() = 0;
+  virtual Boolean IsMailBoxAllowed() = 0;
   // A discussion by its number, or nothing. It is known by its members' names: Reply takes the subject text
   // and the body, both strings by reference, and adds a reply of the acting user.
   virtual ObjectRef GetDiscussion(std::int32_t number) = 0;
   // Makes a user the author of the replies that follow. False: that user can't act in the project.
-  virtual bool SetActingUser(const Value& userKey, std::int32_t kind, const Value& logonText) = 0;
+  virtual Boolean SetActingUser(const Value& userKey, std::int32_t kind, const Value& logonText) = 0;
 };
 
 class ApplicationStatus {

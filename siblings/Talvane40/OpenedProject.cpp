@@ -10,7 +10,7 @@ class SnapshotUser : public ProjectUser {
  public:
   explicit SnapshotUser(User user) : user_(std::move(user)) {}
   StringView GetEMailAddress() override { return user_.Address; }
-  bool IsMailAccepted() override { return user_.MailAccepted; }
+  Boolean IsMailAccepted() override { return user_.MailAccepted; }
   std::int32_t GetUserKey() override { return user_.Key; }
 
  private:
@@ -73,7 +73,7 @@ std::shared_ptr<ProjectUsers> OpenedProject::GetUsers() {
   return users_;
 }
 
-bool OpenedProject::IsMailBoxAllowed() {
+Boolean OpenedProject::IsMailBoxAllowed() {
   return state_->Database.IsOwner(openedBy_);
 }
 
@@ -82,7 +82,7 @@ ObjectRef OpenedProject::GetDiscussion(std::int32_t number) {
   return std::make_shared<OpenedDiscussion>(state_, number);
 }
 
-bool OpenedProject::SetActingUser(const Value& userKey, std::int32_t kind, const Value& logonText) {
+Boolean OpenedProject::SetActingUser(const Value& userKey, std::int32_t kind, const Value& logonText) {
   const std::int32_t key = userKey.ToInt32();
   if (kind != 1 || !EqualSecrets(logonText.ToString(), logonText_)) return false;
   if (!state_->Database.IsMailAccepted(key).value_or(false)) return false;

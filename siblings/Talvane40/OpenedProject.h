@@ -32,7 +32,7 @@ class OpenedProject : public Project {
   String GetName() override { return name_; }
 
   // True for the owner, the user who was named when the project was created.
-  bool IsMailBoxAllowed() override;
+  Boolean IsMailBoxAllowed() override;
 
   // An object with the method Reply(subject, body): one durable transaction, which is done when the call
   // comes back and undone when it raises.
@@ -40,7 +40,7 @@ class OpenedProject : public Project {
 
   // True if kind is 1, the logon text is this application's own, and the user exists and accepts mail;
   // anything else changes nothing.
-  bool SetActingUser(const Value& userKey, std::int32_t kind, const Value& logonText) override;
+  Boolean SetActingUser(const Value& userKey, std::int32_t kind, const Value& logonText) override;
 
  private:
   std::shared_ptr<OpenState> state_;

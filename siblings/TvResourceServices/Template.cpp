@@ -27,7 +27,7 @@ String Expand(StringView text, std::span<const String> arguments) {
     const std::size_t position = mark - u'1';
     if (position < arguments.size() && !arguments[position].empty()) {
       result += arguments[position];
-    } else if (result.ends_with(u' ')) {
+    } else if (i >= 2 && text[i - 2] == u' ' && result.ends_with(u' ')) {
       result.pop_back();
     }
   }

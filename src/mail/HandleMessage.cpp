@@ -119,7 +119,7 @@ bool EMailManager::FindSenderKey(const std::shared_ptr<ProjectUsers>& users, con
     for (std::int32_t position = 1; position <= count; ++position) {
       const std::shared_ptr<ProjectUser> user = users->Item(position);
       if (!EqualsIgnoreCase(Existing(user).GetEMailAddress(), address)) continue;
-      accepted = user->IsMailAccepted();
+      accepted = bool(user->IsMailAccepted());
       if (accepted) {
         userKey = user->GetUserKey();
       } else {

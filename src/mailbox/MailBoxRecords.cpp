@@ -11,9 +11,9 @@
 namespace TvEmailServices {
 namespace {
 
-const String kProjectPath = u"TVSFilePath";
-const String kUserId = u"DBUID";
-const String kPassword = u"DBPWD";
+constexpr StringView kProjectPath = u"TVSFilePath";
+constexpr StringView kUserId = u"DBUID";
+constexpr StringView kPassword = u"DBPWD";
 
 String RecordKey(const String& mailBoxName) {
   return String(MailBoxesKey) + u"\\" + mailBoxName;
@@ -54,7 +54,7 @@ bool ReadStoredLogon(const RegUtil& registry, String& projectPath, String& userI
     errorText = LoadTvResourceString(10024);
     return false;
   }
-  const auto read = [&](const String& name, String& content) {
+  const auto read = [&](StringView name, String& content) {
     holder.SetValueName(name);
     if (!registry.GetValue(holder)) return false;
     content = holder.Value().ToString();
@@ -87,7 +87,7 @@ bool ReadMailBoxRecord(String& projectPath, String& userId, String& encodedPassw
                        const String& mailBoxName) try {
   const RegUtil registry = OpenMailBoxKey(mailBoxName, false);
   if (!registry) return false;
-  const auto read = [&](const String& name, String& content) {
+  const auto read = [&](StringView name, String& content) {
     Value value;
     if (!GetRegStringValue(registry, name, value, false)) return false;
     content = Trim(value.ToString());

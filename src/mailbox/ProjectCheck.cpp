@@ -36,7 +36,7 @@ bool CheckProjectCredentials(const String& projectPath, const String& userId, co
   const String projectName = project->GetName();
   if (!EqualsIgnoreCase(projectName, mailBoxName) && !IsMailBoxNameFree(projectName)) return false;
   mailBoxName = projectName;
-  return project->IsMailBoxAllowed() || FailWith(10000);
+  return bool(project->IsMailBoxAllowed()) || FailWith(10000);
 } catch (...) {
   return ReportAndFail();
 }

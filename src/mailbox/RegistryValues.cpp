@@ -5,7 +5,7 @@
 
 namespace TvEmailServices {
 
-bool SetRegStringValue(const RegUtil& registry, const String& name, const String& value) try {
+bool SetRegStringValue(const RegUtil& registry, StringView name, const String& value) try {
   const RegValue holder = GetRegValue(true);
   if (!holder) return false;
   holder.SetDataType(RegValue::StringType);
@@ -18,7 +18,7 @@ bool SetRegStringValue(const RegUtil& registry, const String& name, const String
   return false;
 }
 
-bool GetRegStringValue(const RegUtil& registry, const String& name, Value& value, bool report) try {
+bool GetRegStringValue(const RegUtil& registry, StringView name, Value& value, bool report) try {
   bool read = false;
   const RegValue holder = GetRegValue(true);
   if (registry && holder) {
@@ -27,7 +27,7 @@ bool GetRegStringValue(const RegUtil& registry, const String& name, Value& value
     if (read) value = holder.Value();
   }
   const bool found = read && value.IsString() && !value.ToString().empty();
-  if (!found && report) ShowResourceMessage(2057, u" " + name);
+  if (!found && report) ShowResourceMessage(2057, String(u" ").append(name));
   return found;
 } catch (...) {
   ShowErrorMessage(CurrentFailure(), 0, {});

@@ -15,12 +15,8 @@ constexpr std::int32_t kNoProfile = 10040;
 constexpr std::int32_t kNoAddress = 10041;
 constexpr std::int32_t kNoHostName = 10042;
 
-bool SetValue(const RegUtil& registry, StringView name, const String& value) {
-  return SetRegStringValue(registry, String(name), value);
-}
-
 bool SetTransport(const RegUtil& registry, std::int32_t transport) {
-  return SetValue(registry, kTransportIdValue, Value(transport).ToString());
+  return SetRegStringValue(registry, kTransportIdValue, Value(transport).ToString());
 }
 
 }  // namespace
@@ -56,7 +52,7 @@ bool SaveMapiOutbound(const String& profile) try {
     return false;
   }
   RegUtil registry;
-  return OpenOutboundKey(registry) && SetValue(registry, kMapiProfileValue, profile) &&
+  return OpenOutboundKey(registry) && SetRegStringValue(registry, kMapiProfileValue, profile) &&
          SetTransport(registry, kMapiTransport);
 } catch (...) {
   ShowErrorMessage(CurrentFailure(), 0, {});
@@ -73,9 +69,9 @@ bool SaveSmtpOutbound(const String& hostName, const String& emailAddress, const 
     return false;
   }
   RegUtil registry;
-  return OpenOutboundKey(registry) && SetValue(registry, kSmtpHostNameValue, hostName) &&
-         SetValue(registry, kEMailAddressValue, emailAddress) &&
-         SetValue(registry, kRealNameValue, realName) && SetTransport(registry, kSmtpTransport);
+  return OpenOutboundKey(registry) && SetRegStringValue(registry, kSmtpHostNameValue, hostName) &&
+         SetRegStringValue(registry, kEMailAddressValue, emailAddress) &&
+         SetRegStringValue(registry, kRealNameValue, realName) && SetTransport(registry, kSmtpTransport);
 } catch (...) {
   ShowErrorMessage(CurrentFailure(), 0, {});
   return false;
@@ -91,7 +87,7 @@ bool SetDiscussionEmailEnabled(bool enabled) try {
       ShowResourceMessageV(kCannotEnterPath, {OutboundKeyPath()});
     }
   }
-  SetValue(registry, kDiscussionEmailEnabledValue, enabled ? u"True" : u"False");
+  SetRegStringValue(registry, kDiscussionEmailEnabledValue, enabled ? u"True" : u"False");
   return true;
 } catch (...) {
   return false;

@@ -21,7 +21,7 @@ constexpr std::int32_t kLongestEntry = 255;  // characters that a user may type
 // A stored value that isn't empty, or nothing.
 std::optional<String> ReadSetting(const RegUtil& registry, StringView name) {
   Value value;
-  if (!GetRegStringValue(registry, String(name), value, false)) return {};
+  if (!GetRegStringValue(registry, name, value, false)) return {};
   return value.ToString();
 }
 

@@ -4,6 +4,16 @@
 #include "platform/Services.h"
 
 namespace TvEmailServices {
+namespace {
+
+// Whatever holds nothing, be it text or bytes.
+bool HasNoLength(const Value& value) {
+  if (value.IsBytes()) return value.ToBytes().empty();
+  if (value.IsArray()) return value.ToArray().empty();
+  return value.ToString().empty();
+}
+
+}  // namespace
 
 String ComponentSecurity::Encrypt71(const String& text, const Value& key, Boolean useCipher) {
   String description;
@@ -23,9 +33,9 @@ String ComponentSecurity::Encrypt71(const String& text, const Value& key, Boolea
 String ComponentSecurity::Decrypt71(const Value& encoded, const Value& key, Boolean useCipher) {
   String description;
   try {
+    if (useCipher && HasNoLength(encoded)) return {};
     String text = encoded.ToString();
     if (!useCipher) return Decrypt(text);
-    if (text.empty()) return {};
     const Bytes keyBytes = SettleKey(key);
     CipherResult result = GetOstrCipherCOM().AES128DecryptString(text, keyBytes);
     if (result.Number >= 1) return std::move(result.Output);

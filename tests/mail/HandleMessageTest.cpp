@@ -16,6 +16,11 @@ const String kSubject = u"Re: Plan (Ostrand Talvane Project Apollo), Ostrand Tal
 const String kBadSubject = u"Re: Plan (Ostrand Talvane Project Apollo), Ostrand Talvane Discussion x)";
 const String kAnn = u"ann@example.org", kBob = u"bob@example.org", kEve = u"eve@example.org";
 
+struct FailingUser : MemorySiblings::User {
+  FailingUser() : User(kAnn, true, 1) {}
+  Boolean IsMailAccepted() override { throw Failure(57, {}, u"user gone"); }
+};
+
 class HandleMessageTest : public testing::Test {
  protected:
   HandleMessageTest() {
@@ -79,11 +84,23 @@ TEST_F(HandleMessageTest, EveryWayThatAMessageCanTakeHasItsOwnResult) {
       {"a value is missing", "T10006 T10029", false, [&] { siblings.Record.erase(u"DBUID"); }},
       {"no project", "T10006 T10030(P.tvs|)wrong password", false, nothing("OpenProject")},
       {"a project that fails", "disk gone T10006", false, failing("OpenProject", u"disk gone")},
+      {"a refusal without its reason", "Object not set T10006", false,
+       [&] {
+         siblings.Nothing = {"OpenProject", "GetStatus"};
+       }},
       {"no users", "T10006 T10061", false, nothing("GetUsers")},
+      {"no users at the second question", "T10006 Object not set", true,
+       [&] {
+         siblings.NothingAt = {"GetUsers", 2};
+       }},
       {"an unknown sender", "T10006 T10032", true, [] {}, kEve},
       {"a refused sender, whose second user is good", "T10006 T10062", true, [] {}, kBob},
       {"a walk that fails", "T10006 users gone", true, failing("Count", u"users gone")},
+      {"a user who isn't there", "T10006 Object not set", true, [&] { siblings.Users[0] = nullptr; }},
+      {"a user who fails", "T10006 user gone", true,
+       [&] { siblings.Users[0] = std::make_shared<FailingUser>(); }},
       {"an unknown sender and a bad subject", "T10006 T10005", false, [] {}, kEve, kBadSubject},
+      {"an unknown sender and no discussion", "T10006 T10007", false, nothing("GetDiscussion"), kEve},
       {"a sender who can't act", "T10006 T10033", false, nothing("SetActingUser")},
       {"no logon", "Object not set T10006", false, nothing("GetLogon")},
       {"an unreadable subject", "T10006 Invalid argument", false, [] {}, kAnn, u"Hello"},
@@ -109,7 +126,9 @@ TEST_F(HandleMessageTest, NothingIsReadOfAMessageThatIsRefusedBefore) {
     return Utf8(manager.MailHandler_HandleMessage(ObjectOf({{u"Message", ObjectOf(mail)}})));
   };
   const ObjectRef ann = ObjectOf({{u"Address", kAnn}});
+  EXPECT_EQ(handle({}), "The object has no such member: From T10006");
   EXPECT_EQ(handle({{u"From", ObjectRef()}}), "T10006 T10060");
+  EXPECT_EQ(handle({{u"From", ObjectOf({})}}), "The object has no such member: Address T10006");
   EXPECT_EQ(handle({{u"From", ann}}), "The object has no such member: subject T10006");
   EXPECT_EQ(handle({{u"From", ann}, {u"subject", kSubject}}), "The object has no such member: body T10006");
   siblings.Nothing = {"GetDiscussion"};
@@ -141,12 +160,15 @@ TEST_F(HandleMessageTest, WhatIsOpenStaysOpenUntilItIsFinalizedAndTheRecordIsRea
   siblings.Record[u"DBPWD"] = u"\x7F";
   EXPECT_TRUE(Handle().ends_with(" T10006"));
   siblings.Record = record;
+  siblings.Record[u"TVSFilePath"] = u"R.tvs";
   EXPECT_EQ(Handle(), "");
-  EXPECT_EQ(siblings.Log.front(), "GetUsers()");
+  EXPECT_EQ(siblings.Log.front(), "GetUsers()") << "an open project isn't opened anew by a changed record";
+  EXPECT_TRUE(siblings.Ended.empty());
 
   siblings.Log.clear();
   manager.MailHandler_Finalize();
   manager.MailHandler_Finalize();
+  EXPECT_EQ(siblings.Ended, (Log{"project", "application"}));
   EXPECT_EQ(Handle(), "");  // the same mailbox, with everything opened anew
   EXPECT_EQ(siblings.Log.front(), "CreateApplication()");
 }

@@ -58,15 +58,40 @@ TEST(LibraryTest, ItsClassHasTwoInterfacesAndItsMembersStandInTheirSlots) {
             "MboxDelete( &MailBoxName:string):\n");
 }
 
-TEST(LibraryTest, ItsDefaultInterfacesResourceHoldsALengthAndTheIdentifier) {
+TEST(LibraryTest, ItCarriesItsIdentityAndItsVersionAsData) {
   const ComponentDescription& library = Factory().Library();
   EXPECT_EQ(library.Classes.size(), 1u);
+  EXPECT_TEXT(u"TvEMailServices", library.ProjectName);
   EXPECT_TEXT(u"TVEmailServices (v9.1002.1.010 r1)", library.ProjectDescription);
-  const auto resource = library.TypeLibrary->DefaultInterfaceResource;
-  EXPECT_TEXT(u"_IID_EMAILMANAGER", library.TypeLibrary->DefaultInterfaceResourceName);
-  EXPECT_EQ(Bytes(resource.begin(), resource.begin() + 4), (Bytes{16, 0, 0, 0}));
-  EXPECT_TRUE(std::equal(resource.begin() + 4, resource.end(), EMailManagerInterfaceId.Bytes.begin(),
-                         EMailManagerInterfaceId.Bytes.end()));
+  EXPECT_TEXT(u"", library.HelpDirectory);
+  EXPECT_TEXT(u"Apartment", library.ThreadingModel);
+
+  const TypeLibraryDescription& types = *library.TypeLibrary;
+  EXPECT_TEXT(u"TvEMailServices 1.0", String(types.Name).append(u" ").append(types.Version));
+  EXPECT_EQ(types.Locale, 1033u);
+  ASSERT_EQ(types.Imports.size(), 2u);
+  EXPECT_TEXT(u"stdole2.tlb 2.0",
+              String(types.Imports[0].File).append(u" ").append(types.Imports[0].Version));
+  EXPECT_TEXT(u"pvmailinter.dll 9.0",
+              String(types.Imports[1].File).append(u" ").append(types.Imports[1].Version));
+  const auto resource = types.Resources[1];
+  EXPECT_TEXT(u"_IID_EMAILMANAGER", resource.Type);
+  EXPECT_EQ(Bytes(resource.Content.begin(), resource.Content.begin() + 4), (Bytes{16, 0, 0, 0}));
+  EXPECT_TRUE(std::equal(resource.Content.begin() + 4, resource.Content.end(),
+                         EMailManagerInterfaceId.Bytes.begin(), EMailManagerInterfaceId.Bytes.end()));
+
+  const VersionRecord& version = *library.Version;
+  EXPECT_EQ(version.FileVersion, (std::array<std::uint16_t, 4>{9, 1002, 1, 10}));
+  EXPECT_EQ(version.ProductVersion, version.FileVersion);
+  EXPECT_EQ((std::vector<std::uint32_t>{version.FileFlags, version.FileSystem, version.FileType,
+                                        version.Language, version.CodePage}),
+            (std::vector<std::uint32_t>{0, 4, 2, 1033, 1200}));
+  std::map<std::string, std::string> texts;
+  for (const VersionField& field : version.Texts) texts[Utf8(field.Name)] = Utf8(field.Text);
+  EXPECT_EQ(texts["FileDescription"], "TvEmailServices dll");
+  EXPECT_EQ(texts["InternalName"], "TvEmailServices");
+  EXPECT_EQ(texts["OriginalFilename"], "TvEmailServices.dll");
+  EXPECT_NE(texts["Comments"].find("Apartment Model, Fast Optimzation, Attended"), std::string::npos);
 }
 
 TEST(LibraryTest, ItMayBeUnloadedWhenNoHandlerIsAlive) {
@@ -95,6 +120,8 @@ TEST(LibraryTest, ItIsCreatedByItsNameAsLongAsItIsRegistered) {
   EXPECT_THROW(world.Services.CreateByName(name), Failure);
   Runtime::RegisterComponent(kLibrary);
   EXPECT_TRUE(std::dynamic_pointer_cast<Platform::MailHandler>(world.Services.CreateByName(name)));
+  const String server = u"Software\\Classes\\CLSID\\" + ToText(EMailManagerClass) + u"\\InprocServer32";
+  EXPECT_EQ(world.Registry(Hive::LocalMachine, server, u"ThreadingModel"), "Apartment");
   Runtime::UnregisterComponent(kLibrary);
   EXPECT_THROW(world.Services.CreateByName(name), Failure);
   EXPECT_THROW(world.Services.CreateByClass(EMailManagerClass), Failure);
@@ -145,6 +172,7 @@ TEST(LibraryTest, AMailGoesThroughAllSiblingsIntoItsProjectAndStaysThere) {
   EXPECT_TEXT(u"Re: Plan ", replies[0].ToArray()[0].ToString());
   EXPECT_TEXT(u"Yes \U0001F44D\r\nreally", replies[0].ToArray()[1].ToString());
   EXPECT_TEXT(u"Ann", replies[0].ToArray()[2].ToString());
+  EXPECT_TEXT(u"Ann", replies[1].ToArray()[2].ToString()) << "who acted last stays the author";
 }
 
 class HandlerTest : public testing::Test {

@@ -42,7 +42,7 @@ class MemorySiblings {
     User(String address, bool accepted, std::int32_t key)
         : Address(std::move(address)), Accepted(accepted), Key(key) {}
     StringView GetEMailAddress() override { return Address; }
-    bool IsMailAccepted() override { return Accepted; }
+    Boolean IsMailAccepted() override { return Accepted; }
     std::int32_t GetUserKey() override { return Key; }
     String Address;
     bool Accepted;
@@ -57,7 +57,9 @@ class MemorySiblings {
 
   std::set<std::string> Nothing;           // operations that give nothing, or false
   std::map<std::string, String> Failures;  // operations that fail, and their descriptions
+  std::pair<std::string, int> NothingAt;   // an operation that gives nothing at its nth call alone
   std::vector<std::string> Log;            // what was asked, with its arguments
+  std::vector<std::string> Ended;          // the objects that were dropped, in their order
   bool Quiet = false;                      // nothing is recorded
 
   void Install(TestServices& services) {
@@ -78,6 +80,7 @@ class MemorySiblings {
     if (const auto failure = Failures.find(operation); failure != Failures.end()) {
       throw Failure(1000, {}, failure->second);
     }
+    if (operation == NothingAt.first && --NothingAt.second == 0) return false;
     return !Nothing.contains(operation);
   }
 
@@ -90,13 +93,21 @@ class MemorySiblings {
   struct Registry : Part<Object> {
     using Part::Part;
     Value Call(StringView member, std::span<Value> arguments) override {
-      if (member == u"SetCurrPath") return !All.Record.empty();
+      if (member == u"SetCurrHive")
+        machineWide_ = arguments[0].ToInt32() == static_cast<std::int32_t>(0x80000002);
+      if (member == u"SetCurrPath" && machineWide_) {
+        return !All.Record.empty() &&
+               arguments[0].ToString() == u"Software\\Ostrand Software\\Email\\MailBoxes\\Apollo";
+      }
       if (member != u"GetValue") return true;
       const ObjectRef holder = arguments[0].ToObject();
       const auto found = All.Record.find(holder->Get(u"ValueName").ToString());
       if (found != All.Record.end()) holder->Set(u"Value", found->second);
       return found != All.Record.end();
     }
+
+   private:
+    bool machineWide_ = false;
   };
 
   struct AllUsers : Part<ProjectUsers> {
@@ -119,15 +130,16 @@ class MemorySiblings {
 
   struct OpenedProject : Part<Project> {
     using Part::Part;
+    ~OpenedProject() override { All.Ended.push_back("project"); }
     std::shared_ptr<ProjectUsers> GetUsers() override {
       return All.Asked("GetUsers") ? std::make_shared<AllUsers>(All) : nullptr;
     }
     String GetName() override { return u"Apollo"; }
-    bool IsMailBoxAllowed() override { return true; }
+    Boolean IsMailBoxAllowed() override { return true; }
     ObjectRef GetDiscussion(std::int32_t number) override {
       return All.Asked("GetDiscussion", {number}) ? std::make_shared<Discussion>(All) : nullptr;
     }
-    bool SetActingUser(const Value& key, std::int32_t kind, const Value& logon) override {
+    Boolean SetActingUser(const Value& key, std::int32_t kind, const Value& logon) override {
       return All.Asked("SetActingUser", {key, kind, logon});
     }
   };
@@ -141,6 +153,7 @@ class MemorySiblings {
 
   struct Application : Part<Object, TalvaneApplication> {
     explicit Application(MemorySiblings& siblings) : Part(siblings) { All.Asked("CreateApplication"); }
+    ~Application() override { All.Ended.push_back("application"); }
     std::shared_ptr<Project> OpenProject(const Value& path, std::int32_t mode, const String& userId,
                                          const String& password, std::int32_t options,
                                          std::int32_t access) override {
@@ -148,7 +161,9 @@ class MemorySiblings {
                  ? std::make_shared<OpenedProject>(All)
                  : nullptr;
     }
-    std::shared_ptr<ApplicationStatus> GetStatus() override { return std::make_shared<Status>(); }
+    std::shared_ptr<ApplicationStatus> GetStatus() override {
+      return All.Asked("GetStatus") ? std::make_shared<Status>() : nullptr;
+    }
     std::shared_ptr<ApplicationLogon> GetLogon() override {
       return All.Asked("GetLogon") ? std::make_shared<Logon>() : nullptr;
     }

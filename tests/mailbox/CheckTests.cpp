@@ -56,9 +56,9 @@ class ForbiddingApplication : public Object, public TalvaneApplication, public P
   std::shared_ptr<ApplicationLogon> GetLogon() override { return nullptr; }
   std::shared_ptr<ProjectUsers> GetUsers() override { return nullptr; }
   String GetName() override { return u"Apollo"; }
-  bool IsMailBoxAllowed() override { return false; }
+  Boolean IsMailBoxAllowed() override { return false; }
   ObjectRef GetDiscussion(std::int32_t) override { return nullptr; }
-  bool SetActingUser(const Value&, std::int32_t, const Value&) override { return false; }
+  Boolean SetActingUser(const Value&, std::int32_t, const Value&) override { return false; }
 };
 
 TEST(ProjectCheck, NamesTheMailBoxBeforeItAsksWhetherOneIsAllowed) {

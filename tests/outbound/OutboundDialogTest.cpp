@@ -159,8 +159,9 @@ TEST_F(OutboundDialogTest, OKInTheMapiLayoutNeverMovesTheFocus) {
   AddProfile(u"Alpha");
   EXPECT_TRUE(Open([&](Form& form, UserHand& hand) {
     Plan({{"RegUtil.AddOrUpdateValue", 1, false}});
+    hand.Focus(form[u"cmbProfile"]);
     hand.Enter();
-    EXPECT_TEXT(u"cmdOK", form.ActiveControl()->Name());
+    EXPECT_TEXT(u"cmbProfile", form.ActiveControl()->Name());
     hand.Enter();
   }));
   EXPECT_EQ(Stored(), "True|1|Alpha|-|-|-");

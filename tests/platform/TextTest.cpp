@@ -121,6 +121,12 @@ TEST(NumberReader, TakesNumbersAsThisFieldWritesThem) {
     EXPECT_EQ(ReadNumber(row.Text), row.Expected) << Utf8(row.Text);
     EXPECT_EQ(IsNumeric(row.Text), row.Expected.has_value()) << Utf8(row.Text);
   }
+  // Long runs of digits leave a double's range at either end.
+  const String zeros(400, u'0');
+  EXPECT_EQ(ReadNumber(u"00." + zeros + u"1"), 0);
+  EXPECT_EQ(ReadNumber(u"0." + zeros + u"1e+900"), infinity);
+  EXPECT_EQ(ReadNumber(u"1" + zeros + u"e-10"), infinity);
+  EXPECT_EQ(ReadNumber(u"1e99999999999999999999"), infinity);
 }
 
 TEST(NumberReader, RoundsTiesToEvenAndOverflowsAtTheEdges) {
