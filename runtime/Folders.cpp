@@ -7,6 +7,8 @@
 
 #include <cstdlib>
 #include <filesystem>
+#include <map>
+#include <mutex>
 
 #include "platform/Failure.h"
 #include "runtime/Process.h"
@@ -30,6 +32,17 @@ std::string WithoutSeparatorAtEnd(std::string path) {
   return path;
 }
 
+// The full path of a library by the name that the loader knows. It is found once: later the working folder
+// may be another one, and links may lead elsewhere, but the library stays the one that was loaded.
+const std::string& PathOfLoaded(const char* name) {
+  static auto& lock = *new std::mutex;
+  static auto& paths = *new std::map<std::string, std::string, std::less<>>;
+  const std::lock_guard guard(lock);
+  auto path = paths.find(name);
+  if (path == paths.end()) path = paths.emplace(name, FullPath(name)).first;
+  return path->second;
+}
+
 }  // namespace
 
 std::string HomePath() {
@@ -50,7 +63,7 @@ std::string FileOfAddress(const void* address) {
   link_map* map = nullptr;
   if (!dladdr1(address, &info, reinterpret_cast<void**>(&map), RTLD_DL_LINKMAP) || !map) return {};
   // The program itself goes by the name that was typed, which may be relative.
-  if (map->l_name[0] != '\0') return FullPath(map->l_name);
+  if (map->l_name[0] != '\0') return PathOfLoaded(map->l_name);
   std::error_code error;
   return std::filesystem::read_symlink("/proc/self/exe", error).string();
 }

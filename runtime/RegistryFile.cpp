@@ -21,6 +21,10 @@ std::atomic<std::int64_t> openings = 0;
 constexpr std::int64_t kApplicationId = 0x54765267;
 constexpr std::int64_t kFormat = 1;
 
+// What is remembered of a store is dropped when it grows beyond these.
+constexpr std::size_t kMostKnownKeys = 256;
+constexpr std::size_t kMostKnownValues = 64;  // of one key
+
 // A key's path is folded, so that it matches in any case; its name keeps the spelling. Key 0 is the root.
 constexpr const char* kTables = R"(
   CREATE TABLE key(id INTEGER PRIMARY KEY, parent INTEGER REFERENCES key(id), path TEXT NOT NULL UNIQUE,
@@ -163,8 +167,29 @@ std::optional<std::int64_t> RegistryFile::Find(StringView path) {
   return rows.Integer(0);
 }
 
+RegistryFile::KnownKey& RegistryFile::Known(StringView path) {
+  if (const RegistryState state = State(); state != knownAt_ || known_.size() == kMostKnownKeys) {
+    known_.clear();
+    knownAt_ = state;
+  }
+  auto key = known_.find(path);
+  if (key == known_.end()) key = known_.emplace(path, KnownKey{Find(path).has_value(), {}}).first;
+  return key->second;
+}
+
 bool RegistryFile::KeyExists(StringView path) {
-  return Find(path).has_value();
+  return Known(path).Exists;
+}
+
+std::optional<RegistryValue> RegistryFile::Read(StringView path, StringView name) {
+  KnownKey& key = Known(path);
+  if (!key.Exists) return {};
+  auto value = key.Values.find(name);
+  if (value == key.Values.end()) {
+    if (key.Values.size() == kMostKnownValues) key.Values.clear();
+    value = key.Values.emplace(name, ReadFromStore(path, name)).first;
+  }
+  return value->second;
 }
 
 void RegistryFile::CreateKey(StringView path) {
@@ -205,8 +230,7 @@ bool RegistryFile::DeleteKey(StringView path) {
   return true;
 }
 
-std::optional<RegistryValue> RegistryFile::Read(StringView path, StringView name) {
-  if (!IsPath(path)) return {};
+std::optional<RegistryValue> RegistryFile::ReadFromStore(StringView path, StringView name) {
   Rows rows = read_({Folded(path), Folded(name)});
   if (!rows.Next()) return {};
   return RegistryValue{static_cast<std::int32_t>(rows.Integer(0)), ContentOf(rows, 1)};

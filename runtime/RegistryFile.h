@@ -5,6 +5,7 @@
 
 #include <sys/types.h>
 
+#include <map>
 #include <mutex>
 #include <optional>
 #include <string>
@@ -40,21 +41,33 @@ class RegistryFile {
 
   RegistryState State();
 
+  // What was read is remembered as long as the state stays.
   bool KeyExists(StringView path);
-  void CreateKey(StringView path);
-  std::vector<String> SubKeys(StringView path);
-  bool DeleteKey(StringView path);
   std::optional<RegistryValue> Read(StringView path, StringView name);
+
+  std::vector<String> SubKeys(StringView path);
+  void CreateKey(StringView path);
+  bool DeleteKey(StringView path);
   bool Write(StringView path, StringView name, const RegistryValue& value);
 
  private:
+  struct KnownKey {
+    bool Exists = false;
+    std::map<String, std::optional<RegistryValue>, std::less<>> Values;  // by the names that were asked for
+  };
+
   std::optional<std::int64_t> Find(StringView path);
+  std::optional<RegistryValue> ReadFromStore(StringView path, StringView name);
+  KnownKey& Known(StringView path);
 
   Database database_;
   std::int64_t opening_;
   dev_t device_ = 0;
   ino_t inode_ = 0;
   Statement othersWrites_, find_, addKey_, subKeys_, deleteValues_, deleteKeys_, read_, write_;
+
+  std::map<String, KnownKey, std::less<>> known_;  // by the paths that were asked for
+  RegistryState knownAt_;
 };
 
 // The store of a hive in the present home folder, locked for this thread as long as the object lives. Stores

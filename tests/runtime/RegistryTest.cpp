@@ -11,6 +11,7 @@
 #include <thread>
 
 #include "platform/Failure.h"
+#include "runtime/Database.h"
 #include "tests/support/World.h"
 
 namespace Tests {
@@ -83,6 +84,23 @@ TEST_F(Registry, NamesMatchInAnyCaseAndKeepTheSpellingOfTheirCreation) {
   WriteText(u"A\\B", u"n\u00e4ME", u"two");
   EXPECT_EQ(TextAt(u"A\\B", u"N\u00c4ME"), "two");
   EXPECT_FALSE(RegistryStore::KeyExists(kUser, u"A\\B"));
+}
+
+TEST_F(Registry, WhatAnotherConnectionChangesIsReadAtOnce) {
+  WriteText(u"A\\B", u"v", u"old");
+  Runtime::Database other(File().string());
+  for (const std::string text : {"first", "second", "third"}) {
+    other.Run(("UPDATE value SET content='" + text + "'").c_str());
+    EXPECT_EQ(TextAt(u"A\\B", u"v"), text);
+    EXPECT_EQ(TextAt(u"a\\b", u"V"), text);
+  }
+  EXPECT_FALSE(RegistryStore::KeyExists(kMachine, u"A\\C"));
+  other.Run("DELETE FROM value; UPDATE key SET path='a\\c', name='C' WHERE path='a\\b'");
+  EXPECT_TRUE(RegistryStore::KeyExists(kMachine, u"A\\C"));
+  EXPECT_FALSE(RegistryStore::KeyExists(kMachine, u"A\\B"));
+  EXPECT_EQ(TextAt(u"A\\C", u"v"), "(none)");
+  WriteText(u"A\\C", u"v", u"own");
+  EXPECT_EQ(TextAt(u"A\\C", u"v"), "own");
 }
 
 TEST_F(Registry, EveryContentReadsBackAsItWas) {
