@@ -47,9 +47,11 @@ class Provider : public Object {
                 {u"KeyDBPassword", std::move(password)},
                 {u"KeyLabel", std::move(label)}} {}
   std::string Read;
+  void Lose(const String& member) { values_.erase(member); }
   Value Get(StringView member) override {
     Read += Utf8(member) + " ";
-    return values_.at(String(member));
+    const auto found = values_.find(String(member));
+    return found != values_.end() ? found->second : Object::Get(member);
   }
 
  private:
@@ -97,8 +99,8 @@ TEST_F(CipherScheme, IsThePasswordEncoderWithoutTheCipherAndNeverLooksAtTheKey) 
 TEST_F(CipherScheme, NeedsNeitherKeyNorCipherForAnEmptyText) {
   const Value unusable = ObjectRef(std::make_shared<Object>());
   EXPECT_TEXT(u"", security_.Encrypt71(u"", unusable, True));
-  EXPECT_TEXT(u"", security_.Decrypt71(u"", unusable, True));
-  EXPECT_TEXT(u"", security_.Decrypt71(Value(), unusable, True));
+  for (const Value& empty : {Value(), Value(u""), Value(Bytes()), Value(Array())})
+    EXPECT_TEXT(u"", security_.Decrypt71(empty, unusable, True));
   EXPECT_EQ(Creations(), 0U);
 }
 
@@ -162,9 +164,11 @@ TEST_F(CipherScheme, RaisesOneNumberWithTheDescriptionOfWhatFailedBeneath) {
   EXPECT_EQ(EncryptFailure(Array{std::int32_t{256}}).substr(0, kEncryptFailed.size() + 8),
             kEncryptFailed + "Overflow");
 
-  cipher_->Number = 0;
-  EXPECT_EQ(EncryptFailure(someKey_), kEncryptFailed + "Error encrypting data.");
-  EXPECT_EQ(DecryptFailure(u"x", someKey_, True), kDecryptFailed);
+  for (const std::int32_t number : {0, -1}) {
+    cipher_->Number = number;
+    EXPECT_EQ(EncryptFailure(someKey_), kEncryptFailed + "Error encrypting data.");
+    EXPECT_EQ(DecryptFailure(u"x", someKey_, True), kDecryptFailed);
+  }
   cipher_->ErrorText = u"because";
   EXPECT_EQ(EncryptFailure(someKey_), kEncryptFailed + "because");
   EXPECT_EQ(DecryptFailure(u"x", someKey_, True), kDecryptFailed + "because");
@@ -172,9 +176,40 @@ TEST_F(CipherScheme, RaisesOneNumberWithTheDescriptionOfWhatFailedBeneath) {
 
   security_.TakeKeyStoreSettings(std::make_shared<Provider>(u"keys"));
   EXPECT_EQ(EncryptFailure(Value()), kEncryptFailed + "because");
-  cipher_->Number = 1;
+  cipher_->BufferSize = 0;
+  EXPECT_EQ(EncryptFailure(Value()), kEncryptFailed + "because") << "not that of its buffer";
+  cipher_->Number = 2;
+  EXPECT_TEXT(u"output", security_.Encrypt71(u"text", someKey_, True));
+  EXPECT_TEXT(u"output", security_.Decrypt71(u"x", someKey_, True));
   cipher_->BufferSize = 120;
   EXPECT_EQ(EncryptFailure(Value()), kEncryptFailed + "Position out of range");
+}
+
+TEST_F(CipherScheme, RaisesTheKeyStoresFailuresUnderTheirOwnNumbers) {
+  const auto keyFailure = [&] {
+    return FailureOf([&] { ComponentSecurityTestAccess::KeyStoreKey(security_); });
+  };
+  EXPECT_EQ(keyFailure(), "10007||Key DB filename is not set.");
+  security_.TakeKeyStoreSettings(std::make_shared<Provider>(u"keys"));
+  cipher_->ErrorText = u"because";
+  for (const std::int32_t number : {0, -1}) {
+    cipher_->Number = number;
+    EXPECT_EQ(keyFailure(), "1|PWKeyFIPS|because");
+  }
+  ComponentSecurity another;
+  world_.Services.Instead[kName] = [] { return ObjectRef(); };
+  EXPECT_EQ(FailureOf([&] { ComponentSecurityTestAccess::CryptoComponent(another); }),
+            "10005|TvEmailServices.ComponentSecurity.GetOstrCipherCOM|Cannot load OstrCipherCom.dll");
+}
+
+TEST_F(CipherScheme, KeepsTheKeyStoreSettingsReadBeforeAFailure) {
+  security_.TakeKeyStoreSettings(std::make_shared<Provider>(u"old", u"oldword", u"oldlabel"));
+  const auto provider = std::make_shared<Provider>(u"new");
+  provider->Lose(u"KeyDBPassword");
+  EXPECT_TRUE(FailureOf([&] { security_.TakeKeyStoreSettings(provider); }).starts_with("438|"));
+  EXPECT_EQ(provider->Read, "KeyDBFileName KeyDBPassword ");
+  security_.Encrypt71(u"text", Value(), True);
+  EXPECT_EQ(cipher_->Calls[0], "Keywell_GetKSKey 'new' 'oldword' 'oldlabel' bytes:121 ''");
 }
 
 TEST_F(CipherScheme, ReportsACipherThatCannotBeHadAndRecoversWhenItIsBack) {

@@ -20,6 +20,7 @@ class OldEncoder : public SecurityWorld {};
 TEST_F(OldEncoder, HasAKeyTableFromWhichEveryStartReadsBack) {
   const String table = ComponentSecurityTestAccess::OldKeyTable();
   ASSERT_EQ(table.size(), 127U);
+  EXPECT_EQ(Fingerprint(table), 0x87a998073fbc398f) << "no stored text could be read any more";
   EXPECT_TRUE(StartCharactersAreUnique(table, kLastStart));
   EXPECT_EQ(table.substr(0, kLastStart).find(char16_t{255}), String::npos);
   EXPECT_TRUE(std::all_of(table.begin(), table.end(), [](char16_t c) { return c > 0 && c < 256; }));
@@ -46,6 +47,29 @@ TEST_F(OldEncoder, GivesEveryTextBackFromEveryStart) {
       ASSERT_EQ(draws.Seeds[0], 429);
       ASSERT_EQ(security_.DecryptOld(encoded), text) << start << " " << n;
     }
+  }
+}
+
+TEST_F(OldEncoder, LosesWhatItsCodesAndItsLengthCharacterCannotHold) {
+  for (int start = 1; start <= kLastStart; ++start) {
+    StartAt(start, kLastStart);
+    String encoded = security_.EncryptOld(String{0, 1, 253, 254, 255});
+    ASSERT_EQ(security_.DecryptOld(encoded), (String{0, 1, 253, 0, 1})) << start;
+    StartAt(start, kLastStart);
+    encoded = security_.EncryptOld(Text(253, 0));
+    ASSERT_EQ(encoded.size(), 2 + static_cast<std::size_t>(start % 8) + 253);
+    ASSERT_EQ(security_.DecryptOld(encoded), String()) << start;
+  }
+}
+
+TEST_F(OldEncoder, RoundsTheStartPositionToTheEvenNeighbour) {
+  const String table = ComponentSecurityTestAccess::OldKeyTable();
+  const std::pair<double, std::size_t> rows[] = {{0, 1},          {1 / 64.0, 2}, {1.001 / 64, 3},
+                                                 {3 / 64.0, 6},   {5 / 64.0, 8}, {63 / 64.0, 96},
+                                                 {62.9 / 64, 95}, {0.99999, 97}};
+  for (const auto& [draw, start] : rows) {
+    StartAt(1, kLastStart).First = draw;
+    EXPECT_EQ(security_.EncryptOld(u"x")[0], table[start - 1] == 124 ? 255 : table[start - 1]) << draw;
   }
 }
 

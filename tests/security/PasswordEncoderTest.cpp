@@ -29,6 +29,7 @@ class PasswordEncoder : public SecurityWorld {};
 TEST_F(PasswordEncoder, HasAKeyTableFromWhichEveryStartReadsBack) {
   const String table = ComponentSecurityTestAccess::KeyTable();
   ASSERT_EQ(table.size(), 111U);
+  EXPECT_EQ(Fingerprint(table), 0xed896a7a87ba5d4d) << "no stored password could be read any more";
   EXPECT_TRUE(StartCharactersAreUnique(table, kLastStart));
   EXPECT_EQ(table.substr(0, kLastStart).find_first_of(u"\u007E\u007F "), String::npos);
   EXPECT_TRUE(std::all_of(table.begin(), table.end(), [](char16_t c) { return c > 0 && c < 256; }));

@@ -14,6 +14,8 @@ class ComponentSecurityTestAccess {
  public:
   static String KeyTable() { return ComponentSecurity::GetKeyTable(); }
   static String OldKeyTable() { return ComponentSecurity::GetOldKeyTable(); }
+  static Bytes KeyStoreKey(ComponentSecurity& security) { return security.PWKeyFIPS(); }
+  static void CryptoComponent(ComponentSecurity& security) { security.GetOstrCipherCOM(); }
 };
 
 }  // namespace TvEmailServices
@@ -60,6 +62,13 @@ class SecurityWorld : public testing::Test {
   ForcedDraws draws_;
   ComponentSecurity security_;
 };
+
+// FNV-1a, 64 bits, over the codes of a table, one byte each.
+inline std::uint64_t Fingerprint(StringView table) {
+  std::uint64_t hash = 0xcbf29ce484222325;
+  for (const char16_t code : table) hash = (hash ^ code) * 0x100000001b3;
+  return hash;
+}
 
 // The first count characters of the table occur nowhere earlier in it.
 inline bool StartCharactersAreUnique(const String& table, std::size_t count) {
