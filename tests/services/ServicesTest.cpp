@@ -32,6 +32,15 @@ struct ApplicationFactory : Object, TalvaneApplicationFactory {
   }
 };
 
+struct BrokenFactory : Object, TalvaneApplicationFactory {
+  explicit BrokenFactory(bool raises) : raises_(raises) {}
+  std::shared_ptr<TalvaneApplication> CreateApplication(Boolean&) override {
+    if (raises_) Raise(57);
+    return nullptr;
+  }
+  bool raises_;
+};
+
 struct Willing : Object {
   Value Call(StringView, std::span<Value>) override { return true; }
 };
@@ -109,6 +118,13 @@ TEST_F(ServicesTest, ARegistryCursorThatCantStandWhereItShouldIsNotGiven) {
   }
 }
 
+TEST_F(ServicesTest, ARegistryCursorIsSentToTheHiveByItsNumberAndThenToThePath) {
+  EXPECT_TRUE(GetRegUtil(Hive::CurrentUser, u"Key", false));
+  EXPECT_TRUE(GetRegUtil(Hive::LocalMachine, u"", false));
+  EXPECT_EQ(world.Services.Calls, (Lines{"RegUtil.SetCurrHive(-2147483647)", "RegUtil.SetCurrPath(Key)",
+                                         "RegUtil.SetCurrHive(-2147483646)", "RegUtil.SetCurrPath()"}));
+}
+
 TEST_F(ServicesTest, AResourceObjectLoadsItsFileFromTheComponentsFolderAndIsGivenEvenIfItCant) {
   EXPECT_TRUE(GetResourceObject(false));
   world.Services.Faults = {{"Resource.LoadResources", 0, Failure(57, {}, u"no file")}};
@@ -116,17 +132,41 @@ TEST_F(ServicesTest, AResourceObjectLoadsItsFileFromTheComponentsFolderAndIsGive
   EXPECT_EQ(world.Services.Calls,
             (Lines{"Resource.LoadResources(C:\\Talvane\\TvEmailServicesRes.dll, TvEmailServices)",
                    "Resource.LoadResources(C:\\Talvane\\TvComRes.dll, Talvane40)"}));
+  world.Services.FolderIsUnknown = true;
+  EXPECT_TRUE(GetResourceObject(true));
+  EXPECT_TRUE(GetComResourceObject(true));
+  EXPECT_EQ(world.Toolkit.TakeBoxes(), Lines());
 }
 
 TEST_F(ServicesTest, TheApplicationsFactoryIsTriedOnlyWhenTheApplicationCantBeCreated) {
-  world.Services.InsteadOfClass = {
-      {TalvaneApplicationClass, [] { return std::make_shared<Application>(); }},
-      {TalvaneApplicationFactoryClass, [] { return std::make_shared<ApplicationFactory>(); }}};
-  EXPECT_TRUE(GetTalvaneApplication(false));
-  EXPECT_EQ(world.Services.Created, Lines{Utf8(ToText(TalvaneApplicationClass))});
-  world.Services.MissingClasses = {TalvaneApplicationClass};
-  EXPECT_TRUE(GetTalvaneApplication(false));
-  EXPECT_EQ(world.Services.Created.back(), Utf8(ToText(TalvaneApplicationFactoryClass)));
+  using Maker = std::function<ObjectRef()>;
+  const Maker application = [] { return std::make_shared<Application>(); };
+  const Maker factory = [] { return std::make_shared<ApplicationFactory>(); };
+  const Maker raising = [] { return std::make_shared<BrokenFactory>(true); };
+  const Maker empty = [] { return std::make_shared<BrokenFactory>(false); };
+  const Maker stranger = [] { return std::make_shared<Willing>(); }, nothing = [] { return ObjectRef(); };
+  const struct {
+    Maker Application, Factory;
+    bool Given, FactoryAsked;
+  } rows[] = {{application, factory, true, false}, {stranger, factory, true, true},
+              {nothing, factory, true, true},      {{}, factory, true, true},
+              {{}, raising, false, true},          {{}, empty, false, true},
+              {{}, stranger, false, true},         {{}, nothing, false, true},
+              {stranger, stranger, false, true}};
+  for (const auto& row : rows) {
+    SCOPED_TRACE(&row - rows);
+    world.Services.Created.clear();
+    world.Services.MissingClasses.clear();
+    if (!row.Application) world.Services.MissingClasses = {TalvaneApplicationClass};
+    world.Services.InsteadOfClass = {{TalvaneApplicationClass, row.Application},
+                                     {TalvaneApplicationFactoryClass, row.Factory}};
+    EXPECT_EQ(bool(GetTalvaneApplication(false)), row.Given);
+    Lines asked{Utf8(ToText(TalvaneApplicationClass))};
+    if (row.FactoryAsked) asked.push_back(Utf8(ToText(TalvaneApplicationFactoryClass)));
+    EXPECT_EQ(world.Services.Created, asked);
+    const auto boxes = BoxesOf([] { GetTalvaneApplication(true); });
+    EXPECT_EQ(boxes, row.Given ? Lines() : Lines{"T9000: T10044[Talvane40.Dll]"});
+  }
 }
 
 TEST_F(ServicesTest, BoxesAreComposedToTheBlank) {
@@ -136,11 +176,15 @@ TEST_F(ServicesTest, BoxesAreComposedToTheBlank) {
     std::string Text, WithoutService;
   } rows[] = {
       {[] { ShowResourceMessage(10019, u"10020"); }, "T10019 T10020", kMissingText + " " + kMissingText},
+      {[] { ShowResourceMessage(10019, u" 10020 "); }, "T10019 T10020", kMissingText + " " + kMissingText},
+      {[] { ShowResourceMessage(10019, u"10020.4"); }, "T10019 T10020", kMissingText + " " + kMissingText},
       {[] { ShowResourceMessage(2057, u" DBUID"); }, "T2057  DBUID", kMissingText + "  DBUID"},
       {[] { ShowResourceMessage(10011, u""); }, "T10011 ", kMissingText + " "},
       {[] { ShowResourceMessage(10011, u"9999999999"); }, "", ""},
       {[] { ShowResourceMessageV(10012, {Value(u"Apollo")}); }, "T10012[Apollo]", kMissingText},
       {[&] { ShowErrorMessage(failure, 10045, u""); }, "It broke T10045", "It broke " + kMissingText},
+      {[&] { ShowErrorMessage(failure, 10045, u"!"); }, "It broke T10045!", "It broke " + kMissingText + "!"},
+      {[&] { ShowErrorMessage(failure, -1, u""); }, "It broke", "It broke"},
       {[&] { ShowErrorMessage(failure, 0, u"!"); }, "It broke!", "It broke!"},
       {[&] { ShowErrorMessageV(failure, 10050, {Value(u"Key")}); }, "It broke  T10050[Key]",
        "It broke  " + kMissingText}};
@@ -165,6 +209,9 @@ TEST_F(ServicesTest, ABoxThatCantBeShownIsPassedOver) {
   } broken;
   world.Services.ToolkitInUse = &broken;
   EXPECT_NO_THROW(ShowResourceMessage(10011, u""));
+  EXPECT_NO_THROW(ShowErrorMessageV(Failure(5, {}, u"It broke"), 10050, {}));
+  world.Services.Missing = {kResource};
+  std::thread([] { EXPECT_NO_THROW(EXPECT_FALSE(IsResourceLoaded(true))); }).join();
 }
 
 TEST_F(ServicesTest, OneResourceObjectServesAThreadAndASharedTextTakesANewOne) {
@@ -188,8 +235,18 @@ TEST_F(ServicesTest, AServiceThatTurnsUpLaterIsFoundByTheNextTextAndThenKept) {
     EXPECT_TEXT(u"T1", LoadTvResourceString(1));
     world.Services.Missing = {kResource};
     EXPECT_TEXT(u"T1", LoadTvResourceString(1));
-    world.Services.Faults = {{"Resource.ResourceString", 0, Failure(57, {}, u"no text")}};
+  }).join();
+}
+
+TEST_F(ServicesTest, ATextWhoseCallFailsIsEmpty) {
+  for (const char* member :
+       {"Resource.ResourceString", "Resource.ResourceStringV", "Resource.ResourceStrings"})
+    world.Services.Faults.push_back({member, 0, Failure(57, {}, u"no text")});
+  std::thread([] {
     EXPECT_TEXT(u"", LoadTvResourceString(1));
+    EXPECT_TEXT(u"", LoadTVResourceStringV(1, {}));
+    EXPECT_TEXT(u"", LoadTVResourceStringS(1, u"a", u"b"));
+    EXPECT_TEXT(u"", LoadTVCOMResourceString(2166));
   }).join();
 }
 

@@ -11,6 +11,7 @@ std::vector<std::string> ScriptToolkit::TakeBoxes() {
 
 void ScriptToolkit::Load(Form& form) {
   Log.push_back("load " + ToUtf8(form.Name()));
+  form.TakeWindow(Window, form.ClientWidth(), form.ClientHeight());
 }
 
 void ScriptToolkit::ShowModal(Form& form) {
@@ -49,8 +50,9 @@ void ScriptToolkit::SetStanding(Form&, Standing standing) {
   Log.push_back("standing " + std::to_string(static_cast<int>(standing)));
 }
 
-bool ScriptToolkit::ShowHelp(std::intptr_t, const std::string& file, std::uint32_t command,
+bool ScriptToolkit::ShowHelp(std::intptr_t window, const std::string& file, std::uint32_t command,
                              std::uint32_t number) {
+  HelpWindows.push_back(window);
   Log.push_back("help " + file + " " + std::to_string(command) + " " + std::to_string(number));
   return HelpOpens;
 }

@@ -28,9 +28,11 @@ class ScriptToolkit : public FormsToolkit {
 
   ScreenSize Size{15360, 11520};
   bool HelpOpens = true;
+  std::intptr_t Window = 0;  // the handle that a form gets when it is loaded
 
   std::vector<Box> Boxes;
   std::vector<OpenFileRequest> FileRequests;
+  std::vector<std::intptr_t> HelpWindows;  // for which the viewer was opened
   // "load NAME", "show NAME", "unload NAME", "pointer N", "standing N", "help FILE COMMAND NUMBER", "topic
   // NAME".
   std::vector<std::string> Log;

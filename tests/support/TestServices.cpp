@@ -101,6 +101,7 @@ ObjectRef TestServices::CreateByClass(const Identity& classId) {
 }
 
 String TestServices::FolderOf(const void* codeAddress) {
+  if (FolderIsUnknown) Raise(FailureNumber::PathNotFound);
   return ComponentFolder ? *ComponentFolder : real_.FolderOf(codeAddress);
 }
 

@@ -37,6 +37,7 @@ class TestServices : public PlatformServices {
   std::map<std::string, std::function<ObjectRef()>> Instead;
   std::map<Identity, std::function<ObjectRef()>> InsteadOfClass;
   std::optional<String> ComponentFolder;  // what FolderOf gives
+  bool FolderIsUnknown = false;           // FolderOf raises
   std::optional<Moment> Present;          // what Now gives
   RandomSource* RandomInstead = nullptr;
 
