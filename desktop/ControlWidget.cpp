@@ -40,7 +40,11 @@ class ButtonWidget : public ControlWidget {
       : ControlWidget(state, new QPushButton(window), std::move(report)) {
     Button()->setDefault(state.Default);
     QObject::connect(Button(), &QPushButton::clicked, Button(), [this] {
-      report_([](UserHand& hand, Control& button) { hand.Press(button); }, Changing({}));
+      if (Button()->hasFocus()) {
+        report_([](UserHand& hand, Control& button) { hand.Press(button); }, Changing({}));
+      } else {  // Enter, which leaves the focus where it is
+        report_([](UserHand& hand, Control&) { hand.Enter(); }, {});
+      }
     });
   }
   void Apply(const ControlState& state, ControlProperty property) override {

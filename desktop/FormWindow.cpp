@@ -1,5 +1,6 @@
 #include "desktop/FormWindow.h"
 
+#include <QAbstractButton>
 #include <QCloseEvent>
 #include <QKeyEvent>
 #include <QLabel>
@@ -120,6 +121,13 @@ bool FormWindow::eventFilter(QObject* watched, QEvent* event) {
     if (const std::int32_t code = KeyCodeOf(static_cast<QKeyEvent*>(event)->key())) {
       queue_->Put({[code](UserHand& hand) { hand.KeyDown(code); }});
     }
+  } else if (auto* button =
+                 event->type() == QEvent::Shortcut ? qobject_cast<QAbstractButton*>(watched) : nullptr) {
+    // At once: by itself it would look pressed for a while first, and the next key would come before the
+    // click.
+    button->setFocus(Qt::ShortcutFocusReason);
+    button->click();
+    return true;
   } else if (event->type() == QEvent::FocusIn &&
              !qobject_cast<QLineEdit*>(watched)) {  // boxes tell it themselves
     TellFocus(FromQt(watched->objectName()), static_cast<QFocusEvent*>(event)->reason());

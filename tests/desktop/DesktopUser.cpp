@@ -138,7 +138,7 @@ bool DesktopUser::BoxIsOpen() {
 std::string DesktopUser::AnswerBox() {
   if (!Eventually([] { return Box() && Box()->windowHandle()->isActive(); })) return "(no box)";
   return OnWindows([] {
-    const std::string text = Box()->text().toStdString();
+    const std::string text = Box()->text().trimmed().toStdString();
     EXPECT_EQ(1, Box()->buttons().size());
     QTest::keyClick(Box()->windowHandle(), Qt::Key_Return);
     return text;

@@ -18,7 +18,7 @@ class DesktopWorld : public MailBoxWorld {
   DesktopWorld() {
     String reason;
     desktop_ = Runtime::LoadToolkit(u"TalvaneDesktop.so", reason);
-    EXPECT_TRUE(desktop_) << Utf8(reason);
+    if (!desktop_) throw std::runtime_error(Utf8(reason));
     Services.ToolkitInUse = desktop_.get();
   }
 

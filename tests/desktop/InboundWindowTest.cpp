@@ -2,8 +2,8 @@
 #include <QAccessible>
 #include <QFileDialog>
 #include <QLineEdit>
-#include <QListView>
 #include <QPushButton>
+#include <QWindow>
 
 #include "tests/desktop/DesktopWorld.h"
 
@@ -57,13 +57,141 @@ TEST(InboundWindow, StaysOpenWithItsEntriesAfterAWrongPassword) {
   DesktopUser user("frmCfgInb");
   world.EnterAll(user, "bad");
   user.Key(Qt::Key_Return);
-  EXPECT_EQ(Utf8(LoadTvResourceString(10001)), Utf8(Trim(FromUtf8(user.AnswerBox()))));
+  EXPECT_EQ(Utf8(LoadTvResourceString(10001)), user.AnswerBox());
   user.Activate();
+  EXPECT_EQ("txtPwd", user.Focus());
   EXPECT_EQ("bad", user.Text("txtPwd"));
   EXPECT_EQ("ann", user.Text("txtUID"));
   user.Enter("txtPwd", "word");
   user.Key(Qt::Key_Return);
   EXPECT_EQ("true Apollo", result.get());
+}
+
+TEST(InboundWindow, IsUsedByKeyboardAlone) {
+  InboundWindow world;
+  WriteMailBoxRecord(u"x.TVS", u"bob", u"", u"Mars");
+  auto result = world.Configure(true, u"Mars");
+  DesktopUser user("frmCfgInb");
+  for (const char* control :
+       {"txtTVSFileName", "cmdBrowse", "txtUID", "txtPwd", "cmdCancel", "cmdHelp", "cmdOK"}) {
+    EXPECT_EQ(control, user.Focus());
+    user.Key(Qt::Key_Tab);
+  }
+  EXPECT_EQ("txtTVSFileName", user.Focus()) << "the order goes round";
+  user.Key(Qt::Key_Backtab, Qt::ShiftModifier);
+  EXPECT_EQ("cmdOK", user.Focus());
+  user.Key(Qt::Key_P, Qt::AltModifier);
+  EXPECT_EQ("txtTVSFileName", user.Focus());
+  EXPECT_EQ("x.TVS", user.Selected("txtTVSFileName"));
+  user.Key(Qt::Key_W, Qt::AltModifier);
+  EXPECT_EQ("txtPwd", user.Focus());
+  user.Key(Qt::Key_U, Qt::AltModifier);
+  user.Write("eve");  // at once: what the focus selected is replaced by the first letter
+  EXPECT_EQ("eve", user.Text("txtUID"));
+  user.Key(Qt::Key_Tab);
+  user.Key(Qt::Key_Tab);
+  user.Key(Qt::Key_Space);  // Cancel
+  EXPECT_EQ("false Mars", result.get());
+}
+
+TEST(InboundWindow, SelectsNothingInABoxThatThePointerChose) {
+  InboundWindow world;
+  WriteMailBoxRecord(u"x.TVS", u"bob", u"", u"Mars");
+  auto result = world.Configure(true, u"Mars");
+  DesktopUser user("frmCfgInb");
+  EXPECT_EQ("x.TVS", user.Selected("txtTVSFileName"));
+  user.Click("txtUID");
+  EXPECT_EQ("", user.Selected("txtUID"));
+  user.Key(Qt::Key_Tab);
+  user.Key(Qt::Key_Backtab, Qt::ShiftModifier);
+  EXPECT_EQ("bob", user.Selected("txtUID"));
+  user.CloseBox();
+  result.get();
+}
+
+TEST(InboundWindow, KeepsThePathOfAMailBoxThatIsChanged) {
+  InboundWindow world;
+  WriteMailBoxRecord(u"x.TVS", u"bob", u"", u"Mars");
+  auto result = world.Configure(false, u"Mars");
+  DesktopUser user("frmCfgInb");
+  EXPECT_EQ("txtTVSFileName", user.Focus());
+  EXPECT_EQ("read-only", user.Look("txtTVSFileName"));
+  EXPECT_EQ("grey", user.Look("cmdBrowse"));
+  user.Write("y");
+  EXPECT_EQ("x.TVS", user.Text("txtTVSFileName"));
+  user.Key(Qt::Key_Tab);
+  EXPECT_EQ("txtUID", user.Focus());
+  user.CloseBox();
+  EXPECT_EQ("true Mars", result.get());
+}
+
+TEST(InboundWindow, BrowsesForAProject) {
+  InboundWindow world;
+  auto result = world.Configure(true, u"");
+  DesktopUser user("frmCfgInb");
+  const auto dialog = [] {
+    const auto windows = QApplication::topLevelWidgets();
+    const auto found = std::find_if(windows.begin(), windows.end(), [](QWidget* window) {
+      return window->isVisible() && qobject_cast<QFileDialog*>(window);
+    });
+    return found == windows.end() ? nullptr : static_cast<QFileDialog*>(*found);
+  };
+  for (const bool choose : {true, false}) {
+    user.Click("cmdBrowse");
+    ASSERT_TRUE(Eventually([&] { return dialog() && dialog()->windowHandle()->isActive(); }));
+    OnWindows([&] {
+      EXPECT_EQ(QStringList({"TVS Files (*.TVS)", "All files (*)"}), dialog()->nameFilters());
+      EXPECT_EQ("Choose the Project File", dialog()->windowTitle().toStdString());
+      auto* name = dialog()->findChild<QLineEdit*>("fileNameEdit");
+      if (choose) name->setText(QString::fromStdString(Utf8(world.PathOf("Apollo.TVS"))));
+      QTest::keyClick(name, choose ? Qt::Key_Return : Qt::Key_Escape);
+    });
+    ASSERT_TRUE(Eventually([&] { return !dialog(); }));
+    EXPECT_EQ(Utf8(world.PathOf("Apollo.TVS")), user.Text("txtTVSFileName"));
+  }
+  user.CloseBox();
+  result.get();
+}
+
+TEST(InboundWindow, OpensHelpByItsButtonItsKeyAndF1AndLivesWithoutIt) {
+  InboundWindow world;
+  auto result = world.Configure(true, u"");
+  DesktopUser user("frmCfgInb");
+  for (const char* control : {"txtTVSFileName", "cmdBrowse", "txtPwd", "cmdOK"}) {
+    OnWindows([&] { user.Find(control)->setFocus(); });
+    user.Key(Qt::Key_F1);
+    EXPECT_EQ("Talvane E-mail Setup", user.Help()) << control;
+    user.Activate();
+  }
+  user.Key(Qt::Key_H, Qt::AltModifier);
+  EXPECT_EQ("Talvane E-mail Setup", user.Help());
+  EXPECT_FALSE(world.Desktop().ShowHelp(0, "/lib/Missing.hlp >(w95sec)", 1, 160));
+  EXPECT_FALSE(world.Desktop().ShowTopic(u"com.kestrin.talvane.help/reference/missing.html"));
+  EXPECT_EQ("(none)", user.Help());
+  user.Activate();
+  user.Key(Qt::Key_Escape);
+  EXPECT_EQ("false ", result.get());
+}
+
+TEST(InboundWindow, TellsAScreenReaderWhatEachControlIs) {
+  InboundWindow world;
+  auto result = world.Configure(true, u"");
+  DesktopUser user("frmCfgInb");
+  user.Enter("txtPwd", "word");
+  const auto says = [&](const char* control) {
+    return OnWindows([&] {
+      QAccessibleInterface* told = QAccessible::queryAccessibleInterface(user.Find(control));
+      return told->text(QAccessible::Name).toStdString() + (told->state().passwordEdit ? " secret" : "") +
+             (told->role() == QAccessible::EditableText ? " box" : "");
+    });
+  };
+  EXPECT_EQ("Project Path box", says("txtTVSFileName"));
+  EXPECT_EQ("User Name box", says("txtUID"));
+  EXPECT_EQ("Password secret box", says("txtPwd"));
+  EXPECT_EQ("Browse...", says("cmdBrowse"));
+  EXPECT_EQ("****", OnWindows([&] { return user.Find<QLineEdit>("txtPwd")->displayText().toStdString(); }));
+  user.CloseBox();
+  result.get();
 }
 
 }  // namespace

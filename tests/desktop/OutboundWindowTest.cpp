@@ -1,0 +1,192 @@
+// The outbound dialog in its real window.
+#include <QComboBox>
+#include <QLineEdit>
+
+#include "src/outbound/OutboundStore.h"
+#include "tests/desktop/DesktopWorld.h"
+
+namespace Tests {
+namespace {
+
+constexpr const char* kFields[] = {"cmbProvider", "cmbProfile", "txtHost", "txtEMailAddress", "txtRealName"};
+
+class OutboundWindow : public DesktopWorld {
+ public:
+  explicit OutboundWindow(bool profiles = true) {
+    if (profiles) {
+      AddProfile(u"Home");
+      AddProfile(u"Office");
+    }
+  }
+
+  // "enabled|transport|profile|host|address|name" as stored, "-" for what isn't there.
+  std::string Stored() {
+    std::string values;
+    for (const StringView name : {kDiscussionEmailEnabledValue, kTransportIdValue, kMapiProfileValue,
+                                  kSmtpHostNameValue, kEMailAddressValue, kRealNameValue}) {
+      const std::string value = Registry(Hive::CurrentUser, OutboundKeyPath(), name);
+      values += (values.empty() ? "" : "|") + (value == "(none)" ? "-" : value);
+    }
+    return values;
+  }
+};
+
+// The fields that show, by their names.
+std::string Layout(DesktopUser& user) {
+  std::string shown = user.Text("lblProfileOrHost");
+  for (const char* field : kFields) {
+    if (user.Look(field) != "hidden") shown += std::string(" ") + field;
+  }
+  return shown;
+}
+
+constexpr char kSmtpLayout[] = "&SMTP host: cmbProvider txtHost txtEMailAddress txtRealName";
+constexpr char kMapiLayout[] = "&Profile: cmbProvider cmbProfile";
+
+TEST(OutboundWindow, SavesWhatIsCompleteAndPutsTheFocusWhereSomethingIsMissing) {
+  // transport's key; host; address; box; focus after it; what is stored
+  for (const Strings& row : Table(R"(
+    m ;            ;              ;       ;                 ; True|1|Home|-|-|-
+    s ;            ;              ; 10042 ; txtHost         ; -|-|-|-|-|-
+    s ;            ; me@x.example ; 10042 ; txtHost         ; -|-|-|-|-|-
+    s ; mail.x     ;              ; 10041 ; txtEMailAddress ; -|-|-|-|-|-
+    s ; mail.x     ; me@x.example ;       ;                 ; True|2|-|mail.x|me@x.example|
+)")) {
+    SCOPED_TRACE(row[0] + " " + row[1] + " " + row[2]);
+    OutboundWindow world;
+    auto saved = world.ConfigureOutbound();
+    DesktopUser user("frmCfgOut");
+    user.Key(Qt::Key_M, Qt::AltModifier);  // the label's key: the list of transports
+    EXPECT_EQ("cmbProvider", user.Focus());
+    user.Write(row[0]);
+    if (row[0] == "s") {
+      user.Enter("txtHost", row[1]);
+      user.Enter("txtEMailAddress", row[2]);
+    }
+    user.Key(Qt::Key_Return);
+    if (!row[3].empty()) {
+      EXPECT_EQ(Utf8(LoadTvResourceString(std::stoi(row[3]))), user.AnswerBox());
+      user.Activate();
+      EXPECT_EQ(row[4], user.Focus());
+      EXPECT_FALSE(user.BoxIsOpen());
+      user.Key(Qt::Key_Escape);
+    }
+    EXPECT_EQ(row[3].empty(), saved.get());
+    EXPECT_EQ(row[5], world.Stored());
+  }
+}
+
+TEST(OutboundWindow, ShowsTheFieldsOfTheTransport) {
+  OutboundWindow world;
+  auto saved = world.ConfigureOutbound();
+  DesktopUser user("frmCfgOut");
+  EXPECT_EQ(kMapiLayout, Layout(user));
+  EXPECT_EQ("Home", user.Text("cmbProfile"));
+  user.Click("chkEnableEmail");  // off
+  for (const char* field : {"cmbProvider", "cmbProfile"}) EXPECT_EQ("grey", user.Look(field)) << field;
+  for (const char* label : {"lblTransport", "lblProfileOrHost"}) EXPECT_EQ("", user.Look(label)) << label;
+  user.Key(Qt::Key_P, Qt::AltModifier);
+  EXPECT_EQ("cmdOK", user.Focus()) << "the next control that can take it";
+  user.Key(Qt::Key_N, Qt::AltModifier);  // on
+  user.Key(Qt::Key_Tab);
+  user.Key(Qt::Key_Down);
+  EXPECT_EQ(kSmtpLayout, Layout(user));
+  for (const char* control :
+       {"cmbProvider", "txtHost", "txtEMailAddress", "txtRealName", "cmdOK", "cmdCancel", "cmdHelp"}) {
+    EXPECT_EQ(control, user.Focus());
+    user.Key(Qt::Key_Tab);
+  }
+  user.CloseBox();
+  EXPECT_FALSE(saved.get());
+  EXPECT_EQ("-|-|-|-|-|-", world.Stored());
+}
+
+TEST(OutboundWindow, StoresThatNotificationIsOffWhateverTheFieldsHold) {
+  OutboundWindow world(false);
+  auto saved = world.ConfigureOutbound();
+  DesktopUser user("frmCfgOut");
+  user.Key(Qt::Key_Space);
+  user.Click("cmdOK");
+  EXPECT_TRUE(saved.get());
+  EXPECT_EQ("False|-|-|-|-|-", world.Stored());
+}
+
+TEST(OutboundWindow, LeavesMapiWhereTheMachineHasNoProfile) {
+  OutboundWindow world(false);
+  const std::string told = Utf8(LoadTvResourceString(10043));
+  SaveSmtpOutbound(u"mail.x", u"me@x", u"");
+  Runtime::RegistryStore::Write(Hive::CurrentUser, OutboundKeyPath(), kTransportIdValue, {1, Value(u"1")});
+  auto saved = world.ConfigureOutbound();
+  EXPECT_EQ(told, DesktopUser::AnswerBox()) << "while there is no window yet";
+  DesktopUser user("frmCfgOut");
+  EXPECT_EQ(kSmtpLayout, Layout(user));
+  OnWindows([&] { user.Find("cmbProvider")->setFocus(); });
+  user.Key(Qt::Key_Up);
+  EXPECT_EQ(told, user.AnswerBox());
+  user.Activate();
+  EXPECT_FALSE(user.BoxIsOpen());
+  EXPECT_EQ("SMTP", user.Text("cmbProvider"));
+  EXPECT_EQ(kSmtpLayout, Layout(user));
+  user.Key(Qt::Key_Escape);
+  EXPECT_FALSE(saved.get());
+}
+
+TEST(OutboundWindow, SelectsOnFocusByItsOwnRules) {
+  OutboundWindow world(false);
+  SaveSmtpOutbound(u"mail.x", u"me@x", u"Me");
+  auto saved = world.ConfigureOutbound();
+  DesktopUser user("frmCfgOut");
+  user.Click("txtHost");
+  EXPECT_EQ("mail.x", user.Selected("txtHost")) << "its press selects";
+  user.Click("txtEMailAddress");
+  EXPECT_EQ("", user.Selected("txtEMailAddress"));
+  user.Key(Qt::Key_Tab);
+  EXPECT_EQ("Me", user.Selected("txtRealName"));
+  user.MoveOver("txtRealName");
+  user.Key(Qt::Key_Backtab, Qt::ShiftModifier);
+  EXPECT_EQ("", user.Selected("txtEMailAddress")) << "the pointer passed the name";
+  user.Key(Qt::Key_Tab);
+  EXPECT_EQ("Me", user.Selected("txtRealName"));
+  user.CloseBox();
+  saved.get();
+}
+
+TEST(OutboundWindow, TakesNoMoreThan255Characters) {
+  OutboundWindow world(false);
+  auto saved = world.ConfigureOutbound();
+  DesktopUser user("frmCfgOut");
+  user.Enter("txtHost", std::string(300, 'h'));
+  EXPECT_EQ(255u, user.Text("txtHost").size());
+  user.CloseBox();
+  saved.get();
+}
+
+TEST(OutboundWindow, StandsAboveAllOthersUntilHelpIsAskedFor) {
+  OutboundWindow world;
+  auto saved = world.ConfigureOutbound();
+  DesktopUser user("frmCfgOut");
+  EXPECT_TRUE(user.IsTopmost());
+  user.Key(Qt::Key_F1);
+  EXPECT_FALSE(user.IsTopmost());
+  EXPECT_EQ("E-mail Configuration", user.Help());
+  user.Activate();
+  EXPECT_TRUE(user.IsTopmost());
+
+  world.Services.Missing.insert("TvGeneralGuiServices.Help");
+  user.Click("cmdHelp");
+  EXPECT_EQ("E-mail Configuration", user.Help()) << "the thread keeps its help";
+  user.Activate();
+  user.Key(Qt::Key_Escape);
+  saved.get();
+
+  auto again = world.ConfigureOutbound();  // another thread, without any
+  DesktopUser alone("frmCfgOut");
+  alone.Click("cmdHelp");
+  EXPECT_NE("(no box)", alone.AnswerBox());
+  alone.Activate();
+  alone.Click("cmdOK");  // Enter would press the button that has the focus: Help
+  EXPECT_TRUE(again.get());
+}
+
+}  // namespace
+}  // namespace Tests
