@@ -53,18 +53,31 @@ Database::Database(std::string file) : file_(std::move(file)) {
   sqlite3_busy_handler(handle_, &Database::WaitForOthers, this);
   sqlite3_db_config(handle_, SQLITE_DBCONFIG_TRUSTED_SCHEMA, 0, nullptr);
   const char* const durably = "PRAGMA synchronous=FULL; PRAGMA cell_size_check=ON";
-  const int settled = sqlite3_exec(handle_, durably, nullptr, nullptr, nullptr);
+  int settled = sqlite3_exec(handle_, durably, nullptr, nullptr, nullptr);
+  // Taken at once: one that reads first and writes later fails where another writer came between.
+  if (settled == SQLITE_OK) settled = Prepare("BEGIN IMMEDIATE", begin_);
+  if (settled == SQLITE_OK) settled = Prepare("COMMIT", commit_);
   if (settled != SQLITE_OK) CloseAndRefuse(settled);
 }
 
 void Database::CloseAndRefuse(int result) {
   const std::string reason = ReasonOf(result, handle_);
-  sqlite3_close(handle_);
+  Close();
   RaiseReason(file_, reason);
 }
 
 Database::~Database() {
+  Close();
+}
+
+void Database::Close() {
+  sqlite3_finalize(begin_);
+  sqlite3_finalize(commit_);
   sqlite3_close(handle_);
+}
+
+int Database::Prepare(const char* sql, sqlite3_stmt*& statement) {
+  return sqlite3_prepare_v3(handle_, sql, -1, SQLITE_PREPARE_PERSISTENT, &statement, nullptr);
 }
 
 void Database::Refuse(int result) const {
@@ -91,6 +104,20 @@ void Database::LetOthersIn() {
 void Database::Run(const char* sql) {
   const int result = sqlite3_exec(handle_, sql, nullptr, nullptr, nullptr);
   if (result != SQLITE_OK) Refuse(result);
+}
+
+void Database::Begin() {
+  RunPrepared(begin_);
+}
+
+void Database::Commit() {
+  RunPrepared(commit_);
+}
+
+void Database::RunPrepared(sqlite3_stmt* statement) {
+  const int result = sqlite3_step(statement);
+  sqlite3_reset(statement);
+  if (result != SQLITE_DONE) Refuse(result);
 }
 
 std::int64_t Database::Number(const char* sql) {
@@ -149,8 +176,7 @@ std::span<const std::uint8_t> Rows::Blob(int column) const {
 }
 
 Statement::Statement(Database& database, const char* sql) : database_(database) {
-  const int result =
-      sqlite3_prepare_v3(database.Handle(), sql, -1, SQLITE_PREPARE_PERSISTENT, &statement_, nullptr);
+  const int result = database.Prepare(sql, statement_);
   if (result != SQLITE_OK) database.Refuse(result);
 }
 
@@ -189,9 +215,8 @@ void Statement::Run(std::initializer_list<Parameter> parameters) {
   }
 }
 
-// Taken at once: one that reads first and writes later fails where another writer came between.
 Transaction::Transaction(Database& database) : database_(database) {
-  database_.Run("BEGIN IMMEDIATE");
+  database_.Begin();
 }
 
 Transaction::~Transaction() {
@@ -200,7 +225,7 @@ Transaction::~Transaction() {
 }
 
 void Transaction::Commit() {
-  database_.Run("COMMIT");
+  database_.Commit();
   database_.LetOthersIn();
 }
 

@@ -41,14 +41,25 @@ class Database {
 
   sqlite3* Handle() const { return handle_; }
 
+  // Prepares a statement that is to be run again and again; gives SQLite's result.
+  int Prepare(const char* sql, sqlite3_stmt*& statement);
+
+  // What a Transaction does.
+  void Begin();
+  void Commit();
+
   // Pauses for a moment if another program was at work on the file lately, so that its turn comes too.
   void LetOthersIn();
 
  private:
   static int WaitForOthers(void* database, int attempt);
+  void RunPrepared(sqlite3_stmt* statement);
+  void Close();
 
   std::string file_;
   sqlite3* handle_ = nullptr;
+  sqlite3_stmt* begin_ = nullptr;
+  sqlite3_stmt* commit_ = nullptr;
   int pausesLeft_ = 0;
 };
 
