@@ -1,17 +1,14 @@
-// What both dialogs share, on a form of the test's own. Each test has a thread of its own, since the font's
-// name, the resource object and the help object are kept once in each thread.
+// What both dialogs share, on a form of the test's own.
 #include "src/dialogs/FormServices.h"
-
-#include <thread>
 
 #include "src/dialogs/HelpServices.h"
 #include "tests/dialogs/GeneralOf.h"
-#include "tests/services/NumberedTexts.h"
-#include "tests/support/World.h"
+#include "tests/dialogs/InAWorld.h"
 
 namespace TvEmailServices {
 namespace {
 
+using Tests::InAWorld;
 using Texts = std::vector<std::string>;
 
 // The second control stands for those that can hold no font.
@@ -33,29 +30,15 @@ class SampleForm : public Form {
   }
 };
 
-// Runs in a thread of its own, in a world whose texts are their numbers and whose dialogs have a font.
-template <class Body>
-void InAWorld(const Body& body, const char16_t* fontName = u"Courier") {
-  std::thread([&] {
-    Tests::World world;
-    world.Services.Instead["TvResourceServices.Resource"] = [] {
-      return std::make_shared<Tests::NumberedTexts>();
-    };
-    world.Services.Watching = true;
-    world.Services.Faults = {{"Resource.GetFontName", 0, Value(fontName)}};
-    body(world);
-  }).join();
-}
-
 TEST(CenteringAForm, HalvesTheRoundedRestTowardZero) {
   const float rows[][2] = {{0, 0}, {-101, -50}, {103, 51}, {5.5F, 3}, {-5.5F, -3}};
   InAWorld([&](Tests::World& world) {
     for (const auto& [rest, place] : rows) {
       SampleForm form;
-      world.Toolkit.Size = {1000 + rest, 500 + rest};
+      world.Toolkit.Size = {1000 + rest, 500 - rest};
       CenterForm(&form);
       EXPECT_EQ(form.Place().Left, place) << rest;
-      EXPECT_EQ(form.Place().Top, place) << rest;
+      EXPECT_EQ(form.Place().Top, -place) << rest;
     }
     SampleForm form;
     world.Toolkit.Size = {1e10F, 0};
@@ -87,12 +70,16 @@ TEST(ApplyingTheFont, TurnsWesternIntoShiftJisOnOnePlatformOnly) {
   const struct {
     const char16_t *Platform, *Version;
     std::int32_t Charset;
-  } rows[] = {{u"NT", u"5", 128}, {u"nt", u"5", 128}, {u"NT", u"6", 0}, {u"Linux", u"5", 0}};
+    int Raising = -1;  // which call of SystemInfo fails
+  } rows[] = {{u"NT", u"5", 128},  {u"nt", u"5", 128},  {u"NT", u"6", 0},   {u"Linux", u"5", 0},
+              {u"NT", u"5", 0, 0}, {u"NT", u"5", 0, 1}, {u"NT", u"5", 0, 2}};
   for (const auto& row : rows) {
     InAWorld([&](Tests::World& world) {
       world.Services.Instead["TvGeneralServices.General"] = [&] {
         return std::make_shared<Tests::GeneralOf>(row.Platform, row.Version);
       };
+      if (row.Raising >= 0)
+        world.Services.Faults.push_back({"General.SystemInfo", row.Raising, Failure(57, {}, u"boom")});
       SampleForm form;
       form[u"check"].SetFont({u"Arial", 8, 204});
       ApplyFormFont(form);
@@ -100,6 +87,7 @@ TEST(ApplyingTheFont, TurnsWesternIntoShiftJisOnOnePlatformOnly) {
       EXPECT_TEXT(u"Courier", form.Font().Name);
       EXPECT_EQ(form[u"label"].Font(), (Font{u"Courier", 9, row.Charset})) << Tests::Utf8(row.Platform);
       EXPECT_EQ(form[u"check"].Font(), (Font{u"Courier", 9, 204}));
+      EXPECT_TRUE(world.Toolkit.Boxes.empty());
     });
   }
 }
@@ -155,7 +143,8 @@ TEST(AHelpContext, NamesFileAndWindowInOneTextAndIgnoresTheAnswer) {
   InAWorld([](Tests::World& world) {
     world.Services.ComponentFolder = u"/opt/Mää/bin";
     world.Toolkit.HelpOpens = false;
-    ShowHelpContext(160, 0);
+    ShowHelpContext(160, 77);
+    EXPECT_EQ(world.Toolkit.HelpWindows, std::vector<std::intptr_t>{77});
     EXPECT_EQ(world.Toolkit.Log.back(), "help /opt/Mää/Help\\MailPump.hlp >(w95sec) 1 160");
   });
 }

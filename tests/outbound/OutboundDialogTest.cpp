@@ -1,4 +1,5 @@
 // The outbound dialog: what stands in it when it opens, and what a user can do with it.
+#include "src/mail/EMailManager.h"
 #include "src/outbound/frmCfgOut.h"
 #include "src/outbound/modCgfOut.h"
 #include "tests/outbound/OutboundTest.h"
@@ -40,17 +41,21 @@ class OutboundDialogTest : public OutboundTest {
 };
 
 const std::string kNoNumber = "Type mismatch: the value can't be used here: x";
+const std::string kTooLarge = "Overflow: a number or a length is too large";
 const std::string kMapiLayout = "T1001 cmbProfile";
 const std::string kSmtpLayout = "T1000 txtHost lblEMailAddress txtEMailAddress lblRealName txtRealName";
 
 TEST_F(OutboundDialogTest, OpensOnWhatIsStored) {
+  const String longest(255, u'h');
+  const std::string threeLongest = "on 1||" + ToUtf8(longest) + "|" + ToUtf8(longest) + "|" + ToUtf8(longest);
   constexpr StringView on = kDiscussionEmailEnabledValue, id = kTransportIdValue, profile = kMapiProfileValue,
                        host = kSmtpHostNameValue, address = kEMailAddressValue, name = kRealNameValue;
   const struct {
     bool Profiles;
-    std::vector<std::pair<StringView, String>> Stored;
-    const char* Fields;
+    std::vector<std::pair<StringView, Value>> Stored;
+    std::string Fields;
     Texts Boxes = {};
+    std::vector<Tests::Fault> Faults = {};
   } rows[] = {
       {false, {}, "on 1||||"},
       {true, {}, "on 0|Alpha|||"},
@@ -63,6 +68,22 @@ TEST_F(OutboundDialogTest, OpensOnWhatIsStored) {
       {false, {{id, u"2"}, {address, u"a"}, {name, u"n"}}, "on 1||||"},
       {false, {{id, u"3"}, {host, u"h"}, {address, u"a"}, {name, u""}}, "on 1||h|a|"},
       {true, {{on, u"FALSE"}, {id, u"x"}, {profile, u"Beta"}, {host, u"h"}}, "off 0|Alpha|||", {kNoNumber}},
+      {true, {{id, u" 2 "}}, "on 1|Alpha|||"},
+      {true, {{id, u"2.5"}}, "on 1|Alpha|||"},
+      {true, {{id, std::int32_t{2}}, {host, u"h"}}, "on 0|Alpha|||"},
+      {true, {{id, u"99999999999"}, {host, u"h"}}, "on 0|Alpha|||", {kTooLarge}},
+      {true, {{on, u"False"}, {id, u"2"}}, "on 1|Alpha|||", {"boom"}, {{"RegUtil.GetValue", 1, boom}}},
+      {true, {{on, u"False"}, {id, u"2"}}, "off 0|Alpha|||", {"boom"}, {{"RegUtil.GetValue", 2, boom}}},
+      {true,
+       {{id, u"1"}, {profile, u"Beta"}, {host, u"h"}},
+       "on 0|Alpha|h||",
+       {"boom"},
+       {{"RegUtil.GetValue", 3, boom}}},
+      {true, {{on, u"False"}, {id, u"2"}}, "on 0|Alpha|||", {}, {{"RegUtil.SetCurrPath", 2, boom}}},
+      {false, {{id, u"2"}, {host, longest}, {address, longest}, {name, longest}}, threeLongest},
+      {false,
+       {{id, u"2"}, {host, longest + u"x"}, {address, longest + u"x"}, {name, longest + u"x"}},
+       threeLongest},
       {false, {{id, u"1"}, {host, u"h"}, {address, u"a"}}, "on 1||h|a|", {"T10043 "}}};
   for (const auto& row : rows) {
     RegistryStore::DeleteKey(Hive::CurrentUser, u"Software\\Microsoft");
@@ -70,21 +91,22 @@ TEST_F(OutboundDialogTest, OpensOnWhatIsStored) {
     if (row.Profiles) AddProfile(u"Alpha"), AddProfile(u"Beta");
     if (!row.Stored.empty()) RegistryStore::CreateKey(Hive::CurrentUser, OutboundKeyPath());
     for (const auto& [value, text] : row.Stored) {
-      RegistryStore::Write(Hive::CurrentUser, OutboundKeyPath(), value, {1, text});
+      RegistryStore::Write(Hive::CurrentUser, OutboundKeyPath(), value, {text.IsString() ? 1 : 4, text});
     }
+    Plan(row.Faults);
     frmCfgOut form;
     EXPECT_TRUE(PrepareOutboundForm(form));
     EXPECT_EQ(Fields(form), row.Fields);
+    EXPECT_EQ(form[u"cmbProvider"].List(), (std::vector<String>{u"T9100", u"T9102"}));
+    for (const StringView box : {u"txtHost", u"txtEMailAddress", u"txtRealName"})
+      EXPECT_EQ(form[box].MaxLength(), 255);
     EXPECT_EQ(world.Toolkit.TakeBoxes(), row.Boxes);
   }
 }
 
-TEST_F(OutboundDialogTest, IsLocalizedCentredAndGreyWhereTheCheckBoxIsOff) {
+TEST_F(OutboundDialogTest, IsGreyWhereTheCheckBoxIsOff) {
   frmCfgOut form;
   ASSERT_TRUE(PrepareOutboundForm(form));
-  EXPECT_TEXT(u"T9000", form.Caption());
-  EXPECT_EQ(form.Place().Left, 5205);
-  EXPECT_EQ(form[u"cmdOK"].Font().Size, 9);
   for (const bool on : {false, true}) {
     form[u"chkEnableEmail"].SetValue(on ? 1 : 0);
     for (const auto& control : form.Controls()) {
@@ -109,6 +131,9 @@ TEST_F(OutboundDialogTest, ShowsTheFieldsOfTheChosenTransport) {
     EXPECT_TEXT(u"kept", form[u"txtHost"].Text());
     form[u"txtHost"].SetVisible(true);
     hand.KeyUp(transports, 40);
+    EXPECT_EQ(Layout(form), kMapiLayout);
+    form[u"txtHost"].SetVisible(true);
+    hand.Scroll(transports);
     EXPECT_EQ(Layout(form), kMapiLayout);
   });
 }
@@ -167,6 +192,18 @@ TEST_F(OutboundDialogTest, OKInTheMapiLayoutNeverMovesTheFocus) {
   EXPECT_EQ(Stored(), "True|1|Alpha|-|-|-");
 }
 
+TEST_F(OutboundDialogTest, CancelTakesNothingBackThatAStoppedOKHadSaved) {
+  EXPECT_FALSE(Open([&](Form& form, UserHand& hand) {
+    hand.Type(form[u"txtHost"], u"h");
+    hand.Type(form[u"txtEMailAddress"], u"a");
+    Plan({{"RegUtil.SetCurrPath", 3, boom}});
+    hand.Enter();
+    EXPECT_TRUE(form.IsShown());
+    hand.Escape();
+  }));
+  EXPECT_EQ(Stored(), "-|2|-|h|a|");
+}
+
 TEST_F(OutboundDialogTest, AKeyThatVanishesWhileItIsOpenCostsNoEntry) {
   ASSERT_TRUE(SaveSmtpOutbound(u"h", u"a", u"n"));
   EXPECT_FALSE(Open([&](Form& form, UserHand& hand) {
@@ -207,6 +244,77 @@ TEST_F(OutboundDialogTest, AFailureInAHandlerIsShownAndLeavesWhatIsBehindIt) {
     form.SetObserver(nullptr);
   });
   EXPECT_EQ(world.Toolkit.TakeBoxes(), (Texts{"boom", "boom", "T10042 ", "boom"}));
+}
+
+TEST_F(OutboundDialogTest, OKOfNoTransportSavesTheEnablingValueAndOfNoProfileNothing) {
+  EXPECT_TRUE(Open([&](Form& form, UserHand& hand) {
+    form[u"cmbProvider"].SetListIndex(-1);
+    hand.Enter();
+  }));
+  EXPECT_EQ(Stored(), "True|-|-|-|-|-");
+  RegistryStore::DeleteKey(Hive::CurrentUser, OutboundKeyPath());
+  AddProfile(u"Alpha");
+  EXPECT_FALSE(Open([&](Form& form, UserHand& hand) {
+    form[u"cmbProfile"].SetListIndex(-1);
+    hand.Enter();
+    EXPECT_TRUE(form.IsShown());
+  }));
+  EXPECT_EQ(world.Toolkit.TakeBoxes(), Texts{"T10040 "});
+  EXPECT_EQ(Stored(), "-|-|-|-|-|-");
+}
+
+TEST_F(OutboundDialogTest, ItsCallFailsAfterAReportAndLetsTheDialogGo) {
+  FailingObserver observer;  // fails for the check box's click, which is shown, and then for the limits
+  const auto observed = [&](Form& form) { form.SetObserver(&observer); };
+  const auto raising = [&](Form&) { throw boom; };
+  const auto raisingAct = [&](Form&, UserHand&) { throw boom; };
+  const std::string load = "load frmCfgOut", show = "show frmCfgOut", unload = "unload frmCfgOut";
+  const struct {
+    std::function<void(Form&)> OnLoad, OnUnload;
+    Tests::ScriptToolkit::Script Script;
+    Texts Boxes, Log;
+  } rows[] = {{raising, {}, {}, {"boom", "boom"}, {load, load}},
+              {observed, {}, {}, {"boom", "boom"}, {load, unload}},
+              {observed, raising, {}, {"boom", "boom", "boom"}, {load, unload}},
+              {{}, {}, raisingAct, {"boom"}, {load, show, "standing -1", unload}}};
+  for (const auto& row : rows) {
+    world.Toolkit.OnLoad = row.OnLoad;
+    world.Toolkit.OnUnload = row.OnUnload;
+    if (row.Script) world.Toolkit.Scripts = {row.Script};
+    world.Toolkit.Log.clear();
+    EXPECT_FALSE(EMailManager().ConfigureOutBoundEmail());
+    EXPECT_EQ(world.Toolkit.TakeBoxes(), row.Boxes);
+    EXPECT_EQ(world.Toolkit.Log, row.Log);
+  }
+}
+
+TEST_F(OutboundDialogTest, AFailedLoadIsShownAndCostsTheCaptionsAlone) {
+  struct : FormObserver {
+    void ControlChanged(const Control&, ControlProperty) override {}
+    void FormChanged(FormProperty property) override {
+      if (property == FormProperty::Icon) throw Failure(57, u"test", u"boom");
+    }
+    void FocusMoved(const Control&) override {}
+    void Ended() override {}
+  } observer;
+  world.Toolkit.OnLoad = [&](Form& form) { form.SetObserver(&observer); };
+  EXPECT_FALSE(Open([](Form& form, UserHand&) {
+    EXPECT_TEXT(u"E-mail Configuration", form.Caption());
+    EXPECT_EQ(Fields(form), "on 1||||");
+  }));
+  EXPECT_EQ(world.Toolkit.TakeBoxes(), Texts{"boom"});
+}
+
+TEST_F(OutboundDialogTest, EachBoxSelectsItsOwnTextOnFocus) {
+  Open([](Form& form, UserHand& hand) {
+    const StringView boxes[] = {u"txtHost", u"txtEMailAddress", u"txtRealName"};
+    std::size_t length = 2;
+    for (const StringView box : boxes) hand.Type(form[box], String(++length, u'x'));
+    for (const StringView box : boxes) {
+      hand.Focus(form[box]);
+      EXPECT_EQ(form[box].SelLength(), static_cast<std::int32_t>(form[box].Text().size())) << ToUtf8(box);
+    }
+  });
 }
 
 TEST_F(OutboundDialogTest, StandsTopmostUntilHelpIsAskedForAndOutlivesItsFailure) {

@@ -32,13 +32,21 @@ TEST_F(OutboundTest, ASaveRefusesWhatIsMissingAndStoresTheRestAsGiven) {
 
 TEST_F(OutboundTest, ASaveThatStopsHalfWayLeavesTheFormerTransportInForce) {
   ASSERT_TRUE(SaveMapiOutbound(u"p"));
-  Plan({{"RegUtil.AddOrUpdateValue", 4, false}});
-  EXPECT_FALSE(SaveSmtpOutbound(u"h", u"a", u"n"));
-  EXPECT_EQ(Stored(), "-|1|p|h|a|n");
+  const char* const afterSmtp[] = {"-|1|p|-|-|-", "-|1|p|h|-|-", "-|1|p|h|a|-", "-|1|p|h|a|n"};
+  for (int write = 1; write <= 4; ++write) {
+    Plan({{"RegUtil.AddOrUpdateValue", write, false}});
+    EXPECT_FALSE(SaveSmtpOutbound(u"h", u"a", u"n"));
+    EXPECT_EQ(Stored(), afterSmtp[write - 1]);
+  }
+  Plan({});
+  ASSERT_TRUE(SaveSmtpOutbound(u"h", u"a", u"n"));
+  Plan({{"RegUtil.AddOrUpdateValue", 1, false}});
+  EXPECT_FALSE(SaveMapiOutbound(u"q"));
+  EXPECT_EQ(Stored(), "-|2|p|h|a|n");
   EXPECT_EQ(world.Toolkit.TakeBoxes(), Texts{});
   Plan({{"RegUtil.AddOrUpdateValue", 2, boom}});
   EXPECT_FALSE(SaveMapiOutbound(u"q"));
-  EXPECT_EQ(Stored(), "-|1|q|h|a|n");
+  EXPECT_EQ(Stored(), "-|2|q|h|a|n");
   EXPECT_EQ(world.Toolkit.TakeBoxes(), Texts{"boom T10034"});
 }
 

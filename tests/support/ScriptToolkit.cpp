@@ -12,6 +12,7 @@ std::vector<std::string> ScriptToolkit::TakeBoxes() {
 void ScriptToolkit::Load(Form& form) {
   Log.push_back("load " + ToUtf8(form.Name()));
   form.TakeWindow(Window, form.ClientWidth(), form.ClientHeight());
+  if (OnLoad) OnLoad(form);
 }
 
 void ScriptToolkit::ShowModal(Form& form) {
@@ -28,6 +29,7 @@ void ScriptToolkit::ShowModal(Form& form) {
 
 void ScriptToolkit::Unload(Form& form) {
   Log.push_back("unload " + ToUtf8(form.Name()));
+  if (OnUnload) OnUnload(form);
 }
 
 void ScriptToolkit::MessageBox(StringView text, const std::optional<String>& title) {

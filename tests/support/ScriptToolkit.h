@@ -28,7 +28,8 @@ class ScriptToolkit : public FormsToolkit {
 
   ScreenSize Size{15360, 11520};
   bool HelpOpens = true;
-  std::intptr_t Window = 0;  // the handle that a form gets when it is loaded
+  std::intptr_t Window = 0;                         // the handle that a form gets when it is loaded
+  std::function<void(Form&form)> OnLoad, OnUnload;  // told of a form before its Load and after its Unload
 
   std::vector<Box> Boxes;
   std::vector<OpenFileRequest> FileRequests;

@@ -1,0 +1,23 @@
+// InAWorld: runs in a thread of its own, in a world whose texts are their numbers and whose dialogs have a
+// font. The font's name, the resource object and the help object are kept once in each thread.
+#pragma once
+
+#include <thread>
+
+#include "tests/services/NumberedTexts.h"
+#include "tests/support/World.h"
+
+namespace Tests {
+
+template <class Body>
+void InAWorld(const Body& body, const char16_t* fontName = u"Courier") {
+  std::thread([&] {
+    World world;
+    world.Services.Instead["TvResourceServices.Resource"] = [] { return std::make_shared<NumberedTexts>(); };
+    world.Services.Watching = true;
+    world.Services.Faults = {{"Resource.GetFontName", 0, Value(fontName)}};
+    body(world);
+  }).join();
+}
+
+}  // namespace Tests
