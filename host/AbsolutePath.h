@@ -2,16 +2,13 @@
 // called.
 #pragma once
 
-#include <filesystem>
-
-#include "host/Complaint.h"
+#include "platform/Text.h"
 
 namespace Host {
 
-// The whole path of a file that a user typed. Raises a Complaint for one that isn't UTF-8.
-inline Platform::String AbsolutePath(const std::string& typed) {
-  if (typed.empty()) throw Complaint(WrongUse, "a file's name is empty: name the file");
-  return Typed(std::filesystem::absolute(typed).lexically_normal().string());
-}
+// The whole path of a file that a user typed, which leads to the file that the typed one leads to. Links
+// stand as they were typed; a path with ".." has those in front of its last name resolved, since behind a
+// link ".." isn't the folder in which the link lies. Raises a Complaint for one that is empty or isn't UTF-8.
+Platform::String AbsolutePath(const std::string& typed);
 
 }  // namespace Host

@@ -14,10 +14,7 @@ std::vector<MailboxRecord> ReadMailboxes() {
   for (const String& name : parent->SubKeys()) {
     const auto key = RegistryKey::Open(Hive::LocalMachine, String(kMailBoxesPath) + u"\\" + name);
     if (!key) continue;  // deleted since the names were read
-    const String path = key->Text(u"TVSFilePath");
-    const String userId = key->Text(u"DBUID");
-    mailboxes.push_back(
-        {name, path, userId, !path.empty() && !userId.empty() && !key->Text(u"DBPWD").empty()});
+    mailboxes.push_back({name, key->Text(u"TVSFilePath"), key->Text(u"DBUID"), key->Text(u"DBPWD")});
   }
   return mailboxes;
 }

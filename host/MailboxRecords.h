@@ -14,7 +14,10 @@ struct MailboxRecord {
   String Name;
   String ProjectPath;
   String UserId;
-  bool Complete = false;  // false for what a write left that was cut off half way
+  String EncodedPassword;
+  // False for what a write left that was cut off half way, or whose values aren't texts.
+  bool Complete() const { return !ProjectPath.empty() && !UserId.empty() && !EncodedPassword.empty(); }
+  friend bool operator==(const MailboxRecord&, const MailboxRecord&) = default;
 };
 
 // All of them, ordered by name. Raises a Complaint where the stores were never set up.

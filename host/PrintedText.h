@@ -7,8 +7,16 @@
 
 namespace Host {
 
+using Platform::String;
+using Platform::StringView;
+
 // The text in UTF-8. A control character, with which a stranger's mail could steer the terminal, becomes
 // U+FFFD; tabs and line ends stay, and CR LF or CR alone becomes LF.
-std::string Printed(Platform::StringView text);
+std::string Printed(StringView text);
+std::string Printed(const std::string& utf8);
+
+// A text on one line: line ends and tabs become blanks, and control characters, lone surrogates and marks
+// that turn the writing direction are written as \uXXXX.
+std::string VisibleText(StringView text);
 
 }  // namespace Host

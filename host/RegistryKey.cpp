@@ -13,7 +13,9 @@ std::optional<RegistryKey> RegistryKey::Open(Hive hive, StringView path) {
 String RegistryKey::Text(StringView name) const {
   const RegValue value(Services().CreateByName(u"TvGeneralServices.RegValue"));
   value.SetValueName(name);
-  return cursor_.GetValue(value) ? value.Value().ToString() : String();
+  if (!cursor_.GetValue(value)) return {};
+  const Value content = value.Value();
+  return content.IsString() ? content.ToString() : String();
 }
 
 std::vector<String> RegistryKey::SubKeys() const {

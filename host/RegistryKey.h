@@ -16,7 +16,7 @@ class RegistryKey {
   // Nothing where the key doesn't exist. Raises 429 without the sibling.
   static std::optional<RegistryKey> Open(Hive hive, StringView path);
 
-  // The text of a value; the empty string where there is none.
+  // The text of a value; the empty string where there is none, or one that is no text.
   String Text(StringView name) const;
 
   // The names of the sub keys, ordered by name.

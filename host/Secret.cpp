@@ -28,6 +28,8 @@ std::string ReadBytes(std::istream& in, const std::string& name) {
 }
 
 Platform::String ReadFile(const std::string& file) {
+  if (file.empty())
+    throw Complaint(WrongUse, "--password-file is empty: name the file that holds the password");
   const std::string name = file == "-" ? "standard input" : file;
   std::string bytes;
   if (file == "-") {
@@ -61,12 +63,12 @@ Platform::String Ask(const std::string& prompt) {
 
 }  // namespace
 
-Platform::String ReadSecret(const std::string& file, const std::string& prompt) {
-  return file.empty() ? Ask(prompt) : ReadFile(file);
+Platform::String ReadSecret(const std::optional<std::string>& file, const std::string& prompt) {
+  return file ? ReadFile(*file) : Ask(prompt);
 }
 
-Platform::String ReadNewSecret(const std::string& file, const std::string& prompt) {
-  if (!file.empty()) return ReadFile(file);
+Platform::String ReadNewSecret(const std::optional<std::string>& file, const std::string& prompt) {
+  if (file) return ReadFile(*file);
   for (;;) {
     const Platform::String first = Ask(prompt);
     if (Ask(prompt + " again") == first) return first;

@@ -2,6 +2,8 @@
 
 #include <map>
 
+#include "platform/Failure.h"
+#include "platform/NumberReader.h"
 #include "platform/Services.h"
 #include "platform/contracts/GeneralServices.h"
 #include "platform/contracts/ResourceServices.h"
@@ -46,6 +48,17 @@ String SmtpTransportName() {
   return TransportName(kSmtpNameText);
 }
 
+std::int32_t TransportNumber(StringView stored) {
+  const auto number = ReadNumber(stored);
+  if (!number) return 0;
+  try {
+    const std::int32_t rounded = RoundToInt32(*number);
+    return rounded == kMapiTransport || rounded == kSmtpTransport ? rounded : 0;
+  } catch (const Failure&) {
+    return 0;  // too large for a number of the component
+  }
+}
+
 ObjectRef MakeSession(const SendSettings& settings) {
   return MakeProperties({
       {u"SendLogon", MakeProperties({{u"Transport", settings.Transport}, {u"HostName", settings.HostName}})},
@@ -59,10 +72,10 @@ SendSettings ReadSendSettings(const String& projectPath) {
   const ProjectFile project = files.RetrieveTVSFile(projectPath);
   if (!project) return {};
   const auto key = [&](StringView name) { return project.KeyValue(u"EMail", name).ToString(); };
-  const String transport = key(u"TransportID");
-  return {transport == u"1"   ? MapiTransportName()
-          : transport == u"2" ? SmtpTransportName()
-                              : String(),
+  const std::int32_t transport = TransportNumber(key(u"TransportID"));
+  return {transport == kMapiTransport   ? MapiTransportName()
+          : transport == kSmtpTransport ? SmtpTransportName()
+                                        : String(),
           key(u"MAPIProfile"), key(u"SMTPHostName"), key(u"EMailAddress"), key(u"RealName")};
 }
 

@@ -17,10 +17,18 @@ struct SendSettings {
   String RealName;
 };
 
+// The numbers under which projects and users store their transport.
+inline constexpr std::int32_t kMapiTransport = 1;
+inline constexpr std::int32_t kSmtpTransport = 2;
+
 // The name of each transport, asked of the same texts from which the component takes it. Raises 429 without
 // the sibling that gives texts.
 String MapiTransportName();
 String SmtpTransportName();
+
+// The number of a stored transport, read as the component reads it (" 2 " and "2.0" are SMTP as well): 1 for
+// MAPI, 2 for SMTP, 0 for any other text.
+std::int32_t TransportNumber(StringView stored);
 
 // An object with SendLogon (Transport, HostName), MAPIProfile and User (Address, RealName).
 ObjectRef MakeSession(const SendSettings& settings);

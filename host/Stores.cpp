@@ -3,9 +3,17 @@
 #include <filesystem>
 
 #include "host/Complaint.h"
+#include "runtime/Process.h"
 #include "runtime/RegistryStore.h"
 
 namespace Host {
+
+String ShownLibraryFolder() {
+  const String folder = Runtime::LibraryFolder();
+  std::error_code error;
+  const auto resolved = std::filesystem::canonical(ToUtf8(folder), error);
+  return error ? folder : FromUtf8(resolved.string());
+}
 
 void RequireStores() {
   using Runtime::RegistryStore;

@@ -1,4 +1,4 @@
-// Stores: where a user's data lies, and whether it was set up.
+// Stores: where a user's data and the libraries lie, and whether the stores were set up.
 #pragma once
 
 #include "platform/Text.h"
@@ -11,6 +11,9 @@ inline constexpr StringView kMailBoxesPath = u"Software\\Ostrand Software\\Email
 inline constexpr StringView kVersionPath = u"Software\\Ostrand Software\\Talvane\\4.0";
 inline constexpr StringView kOutboundPath = u"Software\\Ostrand Software\\Talvane\\4.0\\Email";
 inline constexpr StringView kMapiProfilesPath = u"Software\\Microsoft\\Windows Messaging Subsystem\\Profiles";
+
+// The folder of the libraries for a person to read, without links and "..".
+String ShownLibraryFolder();
 
 // Raises a Complaint that names `tvmail init` where a store is missing or the place of the mailboxes is.
 void RequireStores();

@@ -4,6 +4,7 @@
 #include <memory>
 
 #include "host/Complaint.h"
+#include "host/PrintedText.h"
 #include "host/terminal/TerminalToolkit.h"
 #include "platform/Failure.h"
 #include "runtime/Process.h"
@@ -13,7 +14,7 @@ namespace Host {
 namespace {
 
 int Explain(ExitCode code, const std::string& text) {
-  std::cerr << "tvmail: " << text << '\n';
+  std::cerr << "tvmail: " << Printed(text) << '\n';
   return code;
 }
 

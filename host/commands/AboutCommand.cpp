@@ -5,6 +5,8 @@
 
 #include "host/Command.h"
 #include "host/Json.h"
+#include "host/PrintedText.h"
+#include "host/Stores.h"
 #include "platform/contracts/GeneralServices.h"
 #include "platform/contracts/MailHandler.h"
 #include "runtime/Process.h"
@@ -125,7 +127,7 @@ JsonObject DescribePlaces() {
       .Add("home", Runtime::HomeFolder())
       .Add("machineStore", Runtime::RegistryStore::FileOf(Hive::LocalMachine))
       .Add("userStore", Runtime::RegistryStore::FileOf(Hive::CurrentUser))
-      .Add("libraries", Runtime::LibraryFolder());
+      .Add("libraries", ShownLibraryFolder());
 }
 
 void PrintJson(const ComponentDescription& library) {
@@ -143,7 +145,7 @@ void PrintJson(const ComponentDescription& library) {
 }
 
 void Line(std::string_view name, StringView text) {
-  std::cout << name << std::string(name.size() < 22 ? 22 - name.size() : 1, ' ') << ToUtf8(text) << '\n';
+  std::cout << name << std::string(name.size() < 22 ? 22 - name.size() : 1, ' ') << VisibleText(text) << '\n';
 }
 
 String Signature(const MemberDescription& member) {
@@ -193,7 +195,7 @@ void PrintText(const ComponentDescription& library) {
   Line("Data folder", Runtime::HomeFolder());
   Line("Machine-wide store", Runtime::RegistryStore::FileOf(Hive::LocalMachine));
   Line("User's store", Runtime::RegistryStore::FileOf(Hive::CurrentUser));
-  Line("Libraries", Runtime::LibraryFolder());
+  Line("Libraries", ShownLibraryFolder());
 }
 
 int About(bool json) {

@@ -3,6 +3,7 @@
 #include <iostream>
 
 #include "host/Complaint.h"
+#include "host/PrintedText.h"
 #include "host/Stores.h"
 #include "runtime/Process.h"
 #include "runtime/RegistryStore.h"
@@ -37,14 +38,14 @@ int Init() {
       Runtime::RegisterComponent(String(component));
     } catch (const Failure& failure) {
       complete = false;
-      std::cerr << "tvmail: warning: " << ToUtf8(component) << " isn't registered: " << failure.what()
-                << '\n';
+      std::cerr << "tvmail: warning: " << ToUtf8(component)
+                << " isn't registered: " << Printed(failure.Description()) << '\n';
     }
   }
-  std::cout << "Data folder:        " << ToUtf8(Runtime::HomeFolder()) << '\n'
-            << "Machine-wide store: " << ToUtf8(RegistryStore::FileOf(Hive::LocalMachine)) << '\n'
-            << "User's store:       " << ToUtf8(RegistryStore::FileOf(Hive::CurrentUser)) << '\n'
-            << "Libraries:          " << ToUtf8(Runtime::LibraryFolder())
+  std::cout << "Data folder:        " << VisibleText(Runtime::HomeFolder()) << '\n'
+            << "Machine-wide store: " << VisibleText(RegistryStore::FileOf(Hive::LocalMachine)) << '\n'
+            << "User's store:       " << VisibleText(RegistryStore::FileOf(Hive::CurrentUser)) << '\n'
+            << "Libraries:          " << VisibleText(ShownLibraryFolder())
             << (complete ? " (all registered)\n" : " (not all registered)\n");
   return Done;
 }

@@ -4,10 +4,14 @@
 #include <memory>
 
 #include "host/AbsolutePath.h"
+#include "host/Complaint.h"
+#include "host/PrintedText.h"
 #include "host/Secret.h"
 #include "host/Stores.h"
+#include "platform/Failure.h"
 #include "platform/Object.h"
 #include "platform/Services.h"
+#include "platform/contracts/Cipher.h"
 
 namespace Host {
 
@@ -16,16 +20,27 @@ namespace {
 struct KeystoreOptions {
   std::string File;
   std::string Label;
-  std::string PasswordFile;
+  std::optional<std::string> PasswordFile;
 };
+
+bool HoldsKey(const String& file, const String& password, const String& label) {
+  const Cipher cipher(Services().CreateByName(u"OstrCipherCOM.OstrCipherCOM"));
+  Bytes buffer(Cipher::KeyBufferSize);
+  return cipher.Keywell_GetKSKey(file, password, label, buffer).Number == 1;
+}
 
 int Create(const KeystoreOptions& options) {
   const String file = AbsolutePath(options.File);
   const String label = Typed(options.Label);
   RequireStores();
   const String password = ReadNewSecret(options.PasswordFile, "Password that seals " + options.File);
-  CallWith(*Services().CreateByName(u"OstrCipherCOM.KeyStore"), u"CreateKey", {file, password, label});
-  std::cout << "A new key " << options.Label << " lies in " << options.File
+  try {
+    CallWith(*Services().CreateByName(u"OstrCipherCOM.KeyStore"), u"CreateKey", {file, password, label});
+  } catch (const Failure& failure) {
+    if (HoldsKey(file, password, label)) throw Complaint(DataRefused, failure.Description());
+    throw;
+  }
+  std::cout << "A new key " << VisibleText(label) << " lies in " << VisibleText(file)
             << ", sealed with its password.\n";
   return Done;
 }

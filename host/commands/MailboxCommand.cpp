@@ -1,6 +1,7 @@
 // tvmail mailbox: binds mailboxes to projects through the component's own dialog and flows.
 #include <CLI/CLI.hpp>
 #include <algorithm>
+#include <array>
 #include <iostream>
 #include <memory>
 
@@ -9,6 +10,7 @@
 #include "host/HandlerObject.h"
 #include "host/Json.h"
 #include "host/MailboxRecords.h"
+#include "host/PrintedText.h"
 #include "host/Secret.h"
 #include "host/SiblingCheck.h"
 #include "host/Stores.h"
@@ -23,9 +25,10 @@ namespace {
 
 struct MailboxOptions {
   std::string Name;
-  std::string Project;
-  std::string User;
-  std::string PasswordFile;
+  std::optional<std::string> Project;
+  std::optional<std::string> User;
+  std::optional<std::string> PasswordFile;
+  bool AnyLogon() const { return Project || User || PasswordFile; }
   SendOptions Send;
 };
 
@@ -46,20 +49,21 @@ void RequireNoBlanksAround(const String& text, const std::string& what) {
 }
 
 Logon ReadLogon(const MailboxOptions& options, const std::optional<MailboxRecord>& former) {
-  if (former && !options.Project.empty())
+  if (former && options.Project)
     throw Complaint(
         WrongUse,
         "a mailbox can't move to another project: leave --project away, or delete the mailbox and "
         "add it anew");
   Logon logon;
   if (!former) {
-    if (options.Project.empty()) throw Complaint(WrongUse, "--project is missing: name the project's file");
-    logon.ProjectPath = AbsolutePath(options.Project);
+    if (!options.Project) throw Complaint(WrongUse, "--project is missing: name the project's file");
+    logon.ProjectPath = AbsolutePath(*options.Project);
     RequireNoBlanksAround(*logon.ProjectPath, "project's path");
   }
-  logon.UserId = former && options.User.empty() ? former->UserId : Typed(options.User);
-  if (logon.UserId.empty())
+  if (!options.User && !former)
     throw Complaint(WrongUse, "--user is missing: name the user who opens the project");
+  logon.UserId = options.User ? Typed(*options.User) : former->UserId;
+  if (logon.UserId.empty()) throw Complaint(WrongUse, "--user is empty: name the user who opens the project");
   logon.Password = ReadSecret(options.PasswordFile, "Password of " + ToUtf8(logon.UserId));
   RequireNoBlanksAround(logon.UserId, "user name");
   RequireNoBlanksAround(logon.Password, "password");
@@ -102,9 +106,20 @@ String Configure(MailHandler& handler, bool add, const String& name, const Objec
 // A second add would write over the record, and a failed one would take the old record out.
 void RequireUnbound(const String& name) {
   const auto existing = FindMailbox(name);
-  if (existing && existing->Complete)
+  if (existing && existing->Complete())
     throw Complaint(DataRefused, u"mailbox " + existing->Name + u" is bound to " + existing->ProjectPath +
                                      u" already: change it by tvmail mailbox change");
+}
+
+// A record that lacks something can't be changed, but it can be made whole.
+MailboxRecord RequireComplete(const String& name) {
+  MailboxRecord mailbox = RequireMailbox(name);
+  if (!mailbox.Complete())
+    throw Complaint(DataRefused,
+                    u"mailbox " + mailbox.Name +
+                        u" is incomplete: add it again by tvmail mailbox add, or delete it by tvmail "
+                        u"mailbox delete");
+  return mailbox;
 }
 
 int Store(const MailboxOptions& options, bool add) {
@@ -112,12 +127,11 @@ int Store(const MailboxOptions& options, bool add) {
   String name = Typed(options.Name);
   std::optional<MailboxRecord> former;
   if (!add) {
-    former = RequireMailbox(name);
+    former = RequireComplete(name);
     name = former->Name;
   }
-  const bool logonGiven = !(options.Project.empty() && options.User.empty() && options.PasswordFile.empty());
   std::shared_ptr<OptionToolkit> hand;
-  if (logonGiven) {
+  if (options.AnyLogon()) {
     hand = MakeHand(ReadLogon(options, former));
   } else if (!add && options.Send.Any()) {
     hand = MakeHand(std::nullopt);
@@ -132,11 +146,17 @@ int Store(const MailboxOptions& options, bool add) {
     throw Complaint(TryAgain, u"mailbox " + bound + u" wasn't stored: mend what is told above and try again");
 
   const MailboxRecord stored = RequireMailbox(bound);
-  std::cout << "Mailbox " << ToUtf8(stored.Name) << " is bound to " << ToUtf8(stored.ProjectPath) << '\n';
+  if (!hand && stored == former) {
+    std::cout << "No logon was accepted: that of mailbox " << VisibleText(stored.Name)
+              << " is unchanged, and how its mail is sent is saved again.\n";
+    return Done;
+  }
+  std::cout << "Mailbox " << VisibleText(stored.Name) << " is bound to " << VisibleText(stored.ProjectPath)
+            << '\n';
   if (!EqualsIgnoreCase(stored.Name, name)) {
-    std::cout << "A mailbox carries the name of its project: " << ToUtf8(stored.Name) << " stands instead of "
-              << ToUtf8(name) << ".\n";
-    if (former) std::cout << "The record " << ToUtf8(name) << " stands beside it.\n";
+    std::cout << "A mailbox carries the name of its project: " << VisibleText(stored.Name)
+              << " stands instead of " << VisibleText(name) << ".\n";
+    if (former) std::cout << "The record " << VisibleText(name) << " stands beside it.\n";
   }
   return Done;
 }
@@ -147,19 +167,24 @@ int Delete(const std::string& typedName, bool force) {
   Runtime::InstallToolkit(boxes);
   const HandlerObject handler;
   handler.Mail().MailHandler_MboxDelete(mailbox.Name);
-  if (boxes->BoxCount() > 0 && !force)
+  // Without a path there is no project whose settings could be left behind.
+  if (boxes->BoxCount() > 0 && !force && !mailbox.ProjectPath.empty())
     throw Complaint(TryAgain, u"mailbox " + mailbox.Name +
                                   u" stays: mend what is told above, or remove the record alone by --force");
   // The component takes the settings out of the project and leaves the record to its host: a record that
   // stayed would go on delivering, show in the list, and keep the project's name taken.
   if (!RemoveMailbox(mailbox))
     throw Complaint(TryAgain, u"the record of mailbox " + mailbox.Name + u" can't be removed: try again");
-  std::cout << "Mailbox " << ToUtf8(mailbox.Name) << " is deleted.\n";
+  std::cout << "Mailbox " << VisibleText(mailbox.Name) << " is deleted.\n";
   return Done;
 }
 
-std::string Padded(const String& text, std::size_t width) {
-  return ToUtf8(text) + std::string(width - text.size() + 2, ' ');
+std::size_t Width(const std::string& text) {
+  return FromUtf8(text).size();
+}
+
+std::string Padded(const std::string& text, std::size_t width) {
+  return text + std::string(width - Width(text) + 2, ' ');
 }
 
 int List(bool json) {
@@ -178,16 +203,18 @@ int List(bool json) {
     std::cout << "There is no mailbox yet. Add one by tvmail mailbox add.\n";
     return Done;
   }
-  std::size_t nameWidth = 4, userWidth = 4;
-  for (const MailboxRecord& mailbox : mailboxes) {
-    nameWidth = std::max(nameWidth, mailbox.Name.size());
-    userWidth = std::max(userWidth, mailbox.UserId.size());
-  }
-  std::cout << Padded(u"Name", nameWidth) << Padded(u"User", userWidth) << "Project\n";
+  std::vector<std::array<std::string, 3>> rows = {{"Name", "User", "Project"}};
   for (const MailboxRecord& mailbox : mailboxes)
-    std::cout << Padded(mailbox.Name, nameWidth) << Padded(mailbox.UserId, userWidth)
-              << ToUtf8(mailbox.ProjectPath)
-              << (mailbox.Complete ? "\n" : "  (incomplete: add it again or delete it)\n");
+    rows.push_back({VisibleText(mailbox.Name), VisibleText(mailbox.UserId),
+                    VisibleText(mailbox.ProjectPath) +
+                        (mailbox.Complete() ? "" : "  (incomplete: add it again or delete it)")});
+  std::size_t nameWidth = 0, userWidth = 0;
+  for (const auto& [name, user, project] : rows) {
+    nameWidth = std::max(nameWidth, Width(name));
+    userWidth = std::max(userWidth, Width(user));
+  }
+  for (const auto& [name, user, project] : rows)
+    std::cout << Padded(name, nameWidth) << Padded(user, userWidth) << project << '\n';
   return Done;
 }
 

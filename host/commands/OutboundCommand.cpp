@@ -6,6 +6,7 @@
 #include "host/Complaint.h"
 #include "host/HandlerObject.h"
 #include "host/Json.h"
+#include "host/PrintedText.h"
 #include "host/RegistryKey.h"
 #include "host/SiblingCheck.h"
 #include "host/Stores.h"
@@ -88,12 +89,13 @@ OutboundSettings ReadSettings() {
   RequireStores();
   const auto key = RegistryKey::Open(Hive::CurrentUser, kOutboundPath);
   if (!key) return {};
-  const String transport = key->Text(u"TransportID");
+  const String stored = key->Text(u"TransportID");
+  const std::int32_t transport = TransportNumber(stored);
   return {true,
           !EqualsIgnoreCase(key->Text(u"DiscussionEmailEnabled"), u"False"),
-          transport == u"1"   ? u"mapi"
-          : transport == u"2" ? u"smtp"
-                              : transport,
+          transport == kMapiTransport   ? u"mapi"
+          : transport == kSmtpTransport ? u"smtp"
+                                        : stored,
           key->Text(u"MAPIProfile"),
           key->Text(u"SMTPHostName"),
           key->Text(u"EMailAddress"),
@@ -101,7 +103,7 @@ OutboundSettings ReadSettings() {
 }
 
 void Line(const char* name, const String& text) {
-  std::cout << name << (text.empty() ? "(none)" : ToUtf8(text)) << '\n';
+  std::cout << name << (text.empty() ? "(none)" : VisibleText(text)) << '\n';
 }
 
 int Show(bool json) {
@@ -154,10 +156,11 @@ int Configure(const OutboundOptions& options) {
 int AddProfile(const std::string& typedName) {
   RequireStores();
   const String name = Trim(Typed(typedName));
-  if (name.empty() || name.find(u'\\') != String::npos)
-    throw Complaint(WrongUse, "a profile's name is neither empty nor holds a backslash: choose another");
+  if (!Runtime::RegistryStore::IsKeyName(name))
+    throw Complaint(WrongUse,
+                    "a profile's name has 1 to 255 characters and no backslash among them: choose another");
   Runtime::RegistryStore::CreateKey(Hive::CurrentUser, String(kMapiProfilesPath) + u"\\" + name);
-  std::cout << "MAPI profile " << ToUtf8(name) << " is defined.\n";
+  std::cout << "MAPI profile " << VisibleText(name) << " is defined.\n";
   return Done;
 }
 
@@ -166,13 +169,25 @@ int AddProfile(const std::string& typedName) {
 void AddOutboundCommand(CLI::App& program, Invocation& invocation) {
   CLI::App* outbound = program.add_subcommand("outbound", "Configure how discussions send e-mail");
   outbound->require_subcommand(0, 1);
-  outbound->footer("Without options the dialog opens. What isn't given stays as it is.");
+  outbound->footer(
+      "Without options the dialog opens; with options they are entered into it and it is closed by its OK. "
+      "What\n"
+      "isn't given is saved as the dialog shows it, which is as it is stored. Only where no SMTP host is "
+      "stored\n"
+      "yet, address and real name are shown empty: give them together with --host.");
   auto options = std::make_shared<OutboundOptions>();
   CLI::Option* enable = outbound->add_flag("--enable", options->Enable, "Discussions send e-mail");
   outbound->add_flag("--disable", options->Disable, "Discussions send no e-mail")->excludes(enable);
   options->Send.AddTo(*outbound);
   outbound->callback([&invocation, options] {
-    if (!invocation.Run) invocation.Run = [options] { return Configure(*options); };
+    if (!invocation.Run)
+      invocation.Run = [options] { return Configure(*options); };
+    else if (options->Any())
+      invocation.Run = []() -> int {
+        throw Complaint(WrongUse,
+                        "options of outbound in front of a command of its own have no effect: run one "
+                        "after the other");
+      };
   });
 
   CLI::App* show = outbound->add_subcommand("show", "Show the settings");

@@ -1,9 +1,11 @@
 // tvmail project: makes projects with their users and discussions, and shows what is in them.
 #include <CLI/CLI.hpp>
+#include <filesystem>
 #include <iostream>
 #include <memory>
 
 #include "host/AbsolutePath.h"
+#include "host/Complaint.h"
 #include "host/Json.h"
 #include "host/PrintedText.h"
 #include "host/Secret.h"
@@ -22,7 +24,7 @@ struct ProjectOptions {
   std::string Name;
   std::string User;
   std::string Address;
-  std::string PasswordFile;
+  std::optional<std::string> PasswordFile;
   std::string Title;
   bool RefuseMail = false;
   bool Json = false;
@@ -58,7 +60,7 @@ int Create(const ProjectOptions& options) {
   Administer(u"CreateProject",
              {path, Typed(options.Name), Typed(options.User), Typed(options.Address), password},
              CannotCreate);
-  std::cout << "Project " << options.Name << " is in " << ToUtf8(path) << '\n';
+  std::cout << "Project " << options.Name << " is in " << VisibleText(path) << '\n';
   return Done;
 }
 

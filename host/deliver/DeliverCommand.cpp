@@ -60,7 +60,7 @@ int Deliver(const DeliverOptions& options) {
   const auto handle = [&](RawMail raw) {
     if (StopWanted()) return false;
     if (!raw.Fault.empty()) {
-      report.Tell(raw.Source, {}, Platform::FromUtf8(raw.Fault), raw.FaultCode);
+      report.Tell(raw.Source, {}, Platform::FromUtf8(raw.Fault), {raw.FaultCode});
       return true;
     }
     String messageId;
@@ -70,7 +70,7 @@ int Deliver(const DeliverOptions& options) {
       const String failure = handler.MailHandler_HandleMessage(MakeMessageObject(std::move(mail)));
       report.Tell(raw.Source, messageId, failure, judge.Judge(failure));
     } catch (const std::exception&) {
-      report.Tell(raw.Source, messageId, Platform::CurrentFailure().Description(), TryAgain);
+      report.Tell(raw.Source, messageId, Platform::CurrentFailure().Description(), {TryAgain});
     }
     return true;
   };

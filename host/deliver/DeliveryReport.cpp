@@ -7,42 +7,15 @@
 #include <cstring>
 
 #include "host/Json.h"
+#include "host/PrintedText.h"
 
 namespace Host {
-namespace {
-
-bool IsDangerous(char32_t c) {
-  return c < 0x20 || (c >= 0x7F && c < 0xA0) || (c >= 0x200B && c <= 0x200F) ||
-         (c >= 0x2028 && c <= 0x202E) || (c >= 0x2060 && c <= 0x206F) || c == 0xFEFF;
-}
-
-}  // namespace
-
-std::string VisibleText(StringView text) {
-  String visible;
-  for (std::size_t i = 0; i < text.size(); ++i) {
-    const char16_t c = text[i];
-    const bool high = c >= 0xD800 && c < 0xDC00;
-    const bool pair = high && i + 1 < text.size() && text[i + 1] >= 0xDC00 && text[i + 1] < 0xE000;
-    if (pair) {
-      visible += text.substr(i++, 2);
-    } else if (c == u'\r' || c == u'\n' || c == u'\t') {
-      if (!visible.ends_with(u' ')) visible += u' ';
-    } else if (IsDangerous(c) || (c >= 0xD800 && c < 0xE000)) {
-      char escaped[8];
-      std::snprintf(escaped, sizeof escaped, "\\u%04X", static_cast<unsigned>(c));
-      visible += Platform::FromUtf8(escaped);
-    } else {
-      visible += c;
-    }
-  }
-  return Platform::ToUtf8(visible);
-}
 
 DeliveryReport::DeliveryReport(bool json) : json_(json), progress_(isatty(STDERR_FILENO) != 0) {}
 
 void DeliveryReport::Tell(const std::string& source, const String& messageId, const String& failure,
-                          ExitCode code) {
+                          const Verdict& verdict) {
+  const ExitCode code = verdict.Code;
   ++(code == Done ? delivered_ : code == DataRefused ? refused_ : toTryAgain_);
   ClearProgress();
   if (json_) {
@@ -52,9 +25,10 @@ void DeliveryReport::Tell(const std::string& source, const String& messageId, co
                   .Add("failure", failure)
                   .Text());
   } else {
-    const std::string outcome = code == Done          ? "delivered"
-                                : code == DataRefused ? "complaint: " + VisibleText(failure)
-                                                      : "to be tried again: " + VisibleText(failure);
+    std::string outcome = "delivered";
+    if (code != Done)
+      outcome = (code == DataRefused ? "complaint: " : "to be tried again: ") + VisibleText(failure);
+    if (!verdict.Hint.empty()) outcome += " (" + verdict.Hint + ")";
     WriteLine(VisibleText(Platform::FromUtf8(source)) + "  " +
               (messageId.empty() ? "(no Message-ID)" : VisibleText(messageId)) + "  " + outcome);
   }

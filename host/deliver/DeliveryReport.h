@@ -5,7 +5,7 @@
 #include <cstddef>
 #include <string>
 
-#include "host/Command.h"
+#include "host/deliver/FailureJudge.h"
 #include "platform/Text.h"
 
 namespace Host {
@@ -13,18 +13,16 @@ namespace Host {
 using Platform::String;
 using Platform::StringView;
 
-// A text on one line in which nothing can drive a terminal: line ends and tabs become blanks, and control
-// characters, lone surrogates and marks that turn the writing direction are written as \uXXXX.
-std::string VisibleText(StringView text);
-
 // Called on the main thread. Each mail's line is written out before the next mail is begun, so that it stands
 // whatever happens then. Output that can't be written changes no exit code: that one speaks of the mails.
 class DeliveryReport {
  public:
   explicit DeliveryReport(bool json);
 
-  // A mail's outcome: code is Done, DataRefused or TryAgain, failure the words for it.
-  void Tell(const std::string& source, const String& messageId, const String& failure, ExitCode code);
+  // A mail's outcome, and failure, the words for it. The verdict's hint is for people, and no part of the
+  // JSON.
+  void Tell(const std::string& source, const String& messageId, const String& failure,
+            const Verdict& verdict);
 
   // The summary. stopped: a signal ended the work, and mails may be left. Gives the exit code of all.
   int Finish(bool stopped);

@@ -1,7 +1,5 @@
 #include "host/deliver/FailureJudge.h"
 
-#include <algorithm>
-
 #include "platform/Failure.h"
 #include "platform/Services.h"
 #include "platform/contracts/ResourceServices.h"
@@ -20,9 +18,15 @@ constexpr std::int32_t kOwnFaults[] = {
     10062,  // the user doesn't take part by mail
 };
 
-// What a subject without its marks and a subject or body that is too long raise.
-constexpr std::int32_t kOwnFailures[] = {Platform::FailureNumber::InvalidArgument,
-                                         Platform::FailureNumber::Overflow};
+// What a subject without its marks and a number or body that is too large raise.
+constexpr struct {
+  std::int32_t Number;
+  const char* Hint;
+} kOwnFailures[] = {
+    {Platform::FailureNumber::InvalidArgument,
+     "the subject isn't that of an answer to a discussion's notification"},
+    {Platform::FailureNumber::Overflow, "the text or the discussion's number is too large for a reply"},
+};
 
 String DescriptionOf(std::int32_t failureNumber) {
   try {
@@ -32,27 +36,29 @@ String DescriptionOf(std::int32_t failureNumber) {
   }
 }
 
-std::vector<String> LoadOwnFaults() {
+}  // namespace
+
+std::vector<FailureJudge::OwnFault> FailureJudge::LoadOwnFaults() {
   const Platform::Resource texts(Platform::Services().CreateByName(u"TvResourceServices.Resource"));
   texts.LoadResources(Runtime::LibraryFolder() + u"\\TvEmailServicesRes.dll", u"TvEmailServices");
   const String notice = texts.ResourceString(kNotice) + u" ";
-  std::vector<String> faults;
-  for (const std::int32_t number : kOwnFaults) faults.push_back(notice + texts.ResourceString(number));
-  for (const std::int32_t number : kOwnFailures) faults.push_back(notice + DescriptionOf(number));
+  std::vector<OwnFault> faults;
+  for (const std::int32_t number : kOwnFaults) faults.push_back({notice + texts.ResourceString(number), ""});
+  for (const auto& [number, hint] : kOwnFailures) faults.push_back({notice + DescriptionOf(number), hint});
   return faults;
 }
 
-}  // namespace
-
-ExitCode FailureJudge::Judge(const String& failure) {
-  if (failure.empty()) return Done;
+Verdict FailureJudge::Judge(const String& failure) {
+  if (failure.empty()) return {Done};
   try {
-    if (!ownFaults_) ownFaults_ = LoadOwnFaults();
+    if (ownFaults_.empty()) ownFaults_ = LoadOwnFaults();
   } catch (const std::exception&) {
-    return TryAgain;
+    return {TryAgain};
   }
-  const bool own = std::find(ownFaults_->begin(), ownFaults_->end(), failure) != ownFaults_->end();
-  return own ? DataRefused : TryAgain;
+  for (const OwnFault& fault : ownFaults_) {
+    if (fault.Failure == failure) return {DataRefused, fault.Hint};
+  }
+  return {TryAgain};
 }
 
 }  // namespace Host

@@ -1,7 +1,7 @@
 // FailureJudge: whether a mail that the component complained of is itself at fault.
 #pragma once
 
-#include <optional>
+#include <string>
 #include <vector>
 
 #include "host/Command.h"
@@ -11,17 +11,27 @@ namespace Host {
 
 using Platform::String;
 
+struct Verdict {
+  ExitCode Code = Done;
+  std::string Hint = {};  // what a complaint means that only tells a failure's name; most need none
+};
+
 class FailureJudge {
  public:
   // Done for the empty text; DataRefused where the mail's sender, subject, body or discussion number is the
   // reason, so that trying again can't help; TryAgain for all else, also when the texts can't be had to
   // compare with. Raises nothing. Main thread.
-  ExitCode Judge(const String& failure);
+  Verdict Judge(const String& failure);
 
  private:
-  // The complaints that are the mail's own fault, as the component words them. Loaded at the first failure,
-  // and again at the next if that went wrong.
-  std::optional<std::vector<String>> ownFaults_;
+  // A complaint that is the mail's own fault, as the component words it.
+  struct OwnFault {
+    String Failure;
+    const char* Hint;
+  };
+  static std::vector<OwnFault> LoadOwnFaults();
+
+  std::vector<OwnFault> ownFaults_;  // loaded at the first failure, and again at the next if that went wrong
 };
 
 }  // namespace Host

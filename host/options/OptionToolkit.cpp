@@ -3,6 +3,7 @@
 #include <iostream>
 
 #include "host/Complaint.h"
+#include "host/PrintedText.h"
 
 namespace Host {
 
@@ -25,7 +26,7 @@ void OptionToolkit::ShowModal(Form& form) {
 
 void OptionToolkit::MessageBox(StringView text, const std::optional<String>&) {
   ++boxCount_;
-  std::cerr << "tvmail: " << ToUtf8(Trim(text)) << '\n';
+  std::cerr << "tvmail: " << Printed(Trim(text)) << '\n';
 }
 
 void OptionToolkit::Finish() const {

@@ -42,7 +42,7 @@ void Put(String& setting, const std::optional<std::string>& option) {
 }  // namespace
 
 void SendOptions::AddTo(CLI::App& command) {
-  command.add_option("--transport", Transport, "How the project's mail is sent: smtp or mapi")
+  command.add_option("--transport", Transport, "How mail is sent: smtp or mapi")
       ->check(CLI::IsMember({"smtp", "mapi"}, CLI::ignore_case));
   command.add_option("--host", HostName, "The SMTP host");
   command.add_option("--address", Address, "The sender's e-mail address");

@@ -4,6 +4,7 @@
 #include <filesystem>
 #include <iostream>
 
+#include "host/PrintedText.h"
 #include "platform/Text.h"
 #include "runtime/Process.h"
 
@@ -31,7 +32,7 @@ void InstallDialogToolkit() {
   if (auto windows = Runtime::LoadToolkit(String(kPlugin), reason)) {
     Runtime::InstallToolkit(std::move(windows));
   } else {
-    std::cerr << "tvmail: the dialog opens on the terminal, since it can't in a window: " << ToUtf8(reason)
+    std::cerr << "tvmail: the dialog opens on the terminal, since it can't in a window: " << Printed(reason)
               << '\n';
   }
 }

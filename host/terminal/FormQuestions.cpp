@@ -12,6 +12,12 @@ bool StartsWith(StringView text, StringView beginning) {
   return beginning.size() <= text.size() && EqualsIgnoreCase(text.substr(0, beginning.size()), beginning);
 }
 
+// What a control holds, or of a secret only that it holds something.
+String ShownText(const Control& control) {
+  const String text = control.Text();
+  return control.PasswordChar() == 0 || text.empty() ? text : u"as typed";
+}
+
 // The one choice that the answer names: by its number from 1, or by the beginning of its text.
 std::optional<std::size_t> FindChoice(const std::vector<String>& choices, const String& answer) {
   for (std::size_t i = 0; i < choices.size(); ++i) {
@@ -41,7 +47,8 @@ String PlainCaption(StringView caption) {
 
 void FormQuestions::Ask() {
   Say(u"== " + PlainCaption(form_.Caption()) + u" ==");
-  Say(u"Enter keeps what stands in brackets, - empties it, ? shows help, the end of the input closes.");
+  Say(u"Enter keeps what stands in brackets, - empties it, ? shows help, the end of the input closes. A "
+      u"password is taken as it is typed.");
   hand_.Activate();
   while (form_.IsShown()) {
     if (!AskFields() || !AskButtons()) {
@@ -77,7 +84,8 @@ bool FormQuestions::AskFields() {
 
 bool FormQuestions::AskField(Control& control, const String& name) {
   if (!control.Enabled() || control.Locked()) {
-    Say(name + u": " + control.Text() + (control.Enabled() ? u" (can't be changed)" : u" (switched off)"));
+    Say(name + u": " + ShownText(control) +
+        (control.Enabled() ? u" (can't be changed)" : u" (switched off)"));
     return true;
   }
   hand_.Focus(control);
@@ -93,11 +101,11 @@ bool FormQuestions::AskField(Control& control, const String& name) {
 
 bool FormQuestions::AskText(Control& box, const String& name) {
   const bool secret = box.PasswordChar() != 0;
-  const String present = box.Text().empty() ? String() : secret ? u"as typed" : box.Text();
+  const String present = ShownText(box);
   const auto answer = Answer(name + (present.empty() ? u": " : u" [" + present + u"]: "), secret);
   if (!answer) return false;
   if (answer->empty()) return true;
-  const String text = *answer == u"-" ? String() : *answer;
+  const String text = *answer == u"-" && !secret ? String() : *answer;
   hand_.Type(box, text);
   if (box.Text().size() < text.size())
     Say(u"Only the first " + Number(box.Text().size()) + u" characters were taken.");

@@ -1,5 +1,6 @@
 #include "host/terminal/Terminal.h"
 
+#include <poll.h>
 #include <signal.h>
 #include <termios.h>
 #include <unistd.h>
@@ -9,6 +10,8 @@
 #include <iostream>
 #include <string>
 
+#include "host/PrintedText.h"
+
 namespace Host {
 
 namespace {
@@ -16,12 +19,17 @@ namespace {
 volatile sig_atomic_t arrivedSignal = 0;
 
 // Switches the terminal's echo off. A signal that would end or stop the program waits until the echo is back,
-// so that nobody is left with a dumb terminal.
+// so that nobody is left with a dumb terminal; it is seen while the program waits for input, and only then.
 class WithoutEcho {
  public:
   WithoutEcho() {
-    if (tcgetattr(STDIN_FILENO, &before_) != 0) return;
     arrivedSignal = 0;
+    sigprocmask(SIG_BLOCK, nullptr, &mask_);
+    if (tcgetattr(STDIN_FILENO, &before_) != 0) return;
+    sigset_t blocked;
+    sigemptyset(&blocked);
+    for (const int signal : kSignals) sigaddset(&blocked, signal);
+    sigprocmask(SIG_BLOCK, &blocked, nullptr);
     struct sigaction remember {};
     remember.sa_handler = [](int signal) { arrivedSignal = signal; };
     for (std::size_t i = 0; i < kSignals.size(); ++i) sigaction(kSignals[i], &remember, &actions_[i]);
@@ -35,24 +43,35 @@ class WithoutEcho {
     if (!on_) return;
     tcsetattr(STDIN_FILENO, TCSAFLUSH, &before_);
     for (std::size_t i = 0; i < kSignals.size(); ++i) sigaction(kSignals[i], &actions_[i], nullptr);
-    if (arrivedSignal != 0) raise(arrivedSignal);
+    sigprocmask(SIG_SETMASK, &mask_, nullptr);
+    const int signal = arrivedSignal;
+    arrivedSignal = 0;
+    if (signal != 0) raise(signal);
   }
+
+  // The signals that are blocked while the program waits.
+  const sigset_t& MaskOfWaiting() const { return mask_; }
+
   WithoutEcho(const WithoutEcho&) = delete;
   WithoutEcho& operator=(const WithoutEcho&) = delete;
 
  private:
   static constexpr std::array kSignals = {SIGINT, SIGTERM, SIGHUP, SIGQUIT, SIGTSTP};
+  sigset_t mask_{};
   termios before_{};
   std::array<struct sigaction, kSignals.size()> actions_{};
   bool on_ = false;
 };
 
-// Byte by byte, so that nothing behind the line is taken from whoever reads standard input next.
-std::optional<std::string> ReadBytes() {
+// Byte by byte, so that nothing behind the line is taken from whoever reads standard input next. While it
+// waits the mask is in force, if there is one.
+std::optional<std::string> ReadBytes(const sigset_t* mask) {
   std::string line;
   char c = 0;
   for (;;) {
-    const ssize_t got = read(STDIN_FILENO, &c, 1);
+    pollfd input{STDIN_FILENO, POLLIN, 0};
+    const bool ready = ppoll(&input, 1, nullptr, mask) > 0;
+    const ssize_t got = ready ? read(STDIN_FILENO, &c, 1) : -1;
     if (got < 0 && errno == EINTR && arrivedSignal == 0) continue;
     if (got <= 0) return got == 0 && !line.empty() ? std::optional(line) : std::nullopt;
     if (c == '\n') break;
@@ -62,6 +81,16 @@ std::optional<std::string> ReadBytes() {
   return line;
 }
 
+std::optional<String> AskLine(const Terminal& terminal, StringView prompt, const sigset_t* mask) {
+  for (;;) {
+    terminal.Write(prompt);
+    const auto line = ReadBytes(mask);
+    if (!line) return std::nullopt;
+    if (Platform::IsUtf8(*line)) return Platform::FromUtf8(*line);
+    terminal.Write(u"That isn't UTF-8. Please type it again.\n");
+  }
+}
+
 }  // namespace
 
 bool Terminal::Interactive() const {
@@ -69,22 +98,20 @@ bool Terminal::Interactive() const {
 }
 
 void Terminal::Write(StringView text) const {
-  (Interactive() ? std::cout : std::cerr) << Platform::ToUtf8(text) << std::flush;
+  (Interactive() ? std::cout : std::cerr) << Printed(text) << std::flush;
 }
 
 std::optional<String> Terminal::ReadLine(StringView prompt) const {
-  for (;;) {
-    Write(prompt);
-    const auto line = ReadBytes();
-    if (!line) return std::nullopt;
-    if (Platform::IsUtf8(*line)) return Platform::FromUtf8(*line);
-    Write(u"That isn't UTF-8. Please type it again.\n");
-  }
+  return AskLine(*this, prompt, nullptr);
 }
 
 std::optional<String> Terminal::ReadHidden(StringView prompt) const {
-  const WithoutEcho silence;
-  return ReadLine(prompt);
+  for (;;) {
+    const WithoutEcho silence;
+    const auto answer = AskLine(*this, prompt, &silence.MaskOfWaiting());
+    // Ctrl-Z takes effect at the end of the silence; whoever comes back from it is asked anew.
+    if (answer || arrivedSignal != SIGTSTP) return answer;
+  }
 }
 
 }  // namespace Host

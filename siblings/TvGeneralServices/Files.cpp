@@ -13,7 +13,13 @@ const Files::Table& Files::Members() {
 }
 
 Value Files::CheckTVSFilePath(std::span<Value> arguments) {
-  const ProjectFile readable(ToUtf8(arguments[0].ToString()));
+  const String path = arguments[0].ToString();
+  // A path from the present folder on would name another file, or none, from another one.
+  if (!path.empty() && !path.starts_with(u'/')) {
+    throw Failure(FailureNumber::InvalidArgument, u"TvGeneralServices.Files",
+                  path + u" isn't the whole path of the project file; give the whole path, beginning with /");
+  }
+  const ProjectFile readable(ToUtf8(path));
   return {};
 }
 

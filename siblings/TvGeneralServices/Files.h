@@ -14,10 +14,12 @@ class Files : public ObjectWithMembers<Files> {
   static const Table& Members();
 
  private:
-  // Returns if the path names a readable project file; otherwise raises a failure that says what it is.
+  // Returns if the path is whole, which a mailbox's record needs, and names a readable project file;
+  // otherwise raises a failure that says what it is.
   Value CheckTVSFilePath(std::span<Value> arguments);
 
-  // The project file object. Raises the same failures.
+  // The project file object. Raises the same failures, but takes a path from the present folder on, too, so
+  // that what an old record names can be read and taken out.
   Value RetrieveTVSFile(std::span<Value> arguments);
   LiveObject live_{liveObjects};
 };

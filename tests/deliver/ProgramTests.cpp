@@ -79,7 +79,11 @@ class Deliver : public testing::Test {
     return {WEXITSTATUS(status), Tests::ReadFile(Path("out")), Tests::ReadFile(Path("err"))};
   }
 
-  std::string Project() const { return Run("tvmail project show Apollo.TVS --json").Output; }
+  std::string Project() const {
+    const Outcome outcome = Run("tvmail project show Apollo.TVS --json");
+    EXPECT_EQ(outcome.Exit, 0) << outcome.Errors;
+    return outcome.Output;
+  }
 
  private:
   Tests::TemporaryFolder folder_;
@@ -129,6 +133,8 @@ TEST_F(Deliver, TellsEachOutcomeByItsExitCodeAndReason) {
   Tests::WriteFile(Path("unknown"), Mail("b", "nobody@x"));
   Tests::WriteFile(Path("long"), Mail(std::string(40000, 'x')));
   Tests::WriteFile(Path("huge number"), Mail("b", "alice@apollo.example", "99999999999"));
+  Tests::WriteFile(Path("no number"), Mail("b", "alice@apollo.example", "one"));
+  Tests::WriteFile(Path("other"), "From: alice@apollo.example\nSubject: Hello\n\nb");
   Tests::WriteFile(Path("steering"), "Message-ID: <\x1B]0;x\x07>\n" + Mail("b"));
   Tests::WriteFile(Path("junk"), std::string("\0\x01\xFF\x1A", 4));
   fs::create_directories(Path("folder"));
@@ -145,8 +151,21 @@ TEST_F(Deliver, TellsEachOutcomeByItsExitCodeAndReason) {
        "{\"source\":\"good\",\"messageId\":\"<m@x>\",\"failure\":\"\"}\n{\"source\":\"unknown\"", ""},
       {"tvmail deliver Apollo < /dev/null", 65, "(no Message-ID)  complaint: ", ""},
       {"tvmail deliver Apollo junk", 65, "complaint: ", ""},
-      {"tvmail deliver Apollo long", 65, "complaint: ", ""},
-      {"tvmail deliver Apollo 'huge number'", 65, "complaint: ", ""},
+      {"tvmail deliver Apollo long", 65, "is too large for a reply)\n", ""},
+      {"tvmail deliver Apollo 'huge number'", 65, "is too large for a reply)\n", ""},
+      {"tvmail deliver Apollo 'no number'", 65, "complaint: ", ""},
+      {"tvmail deliver Apollo other", 65,
+       "(the subject isn't that of an answer to a discussion's notification)\n", ""},
+      {"tvmail deliver Apollo other --json", 65, "Invalid argument\"}\n", ""},
+      {"for l in de_DE.UTF-8 ja_JP.UTF-8; do LC_ALL=$l LANG=$l tvmail deliver Apollo unknown other; c=$?; "
+       "[ $c = 65 ] || exit $c; done; exit 65",
+       65, "2 with complaints, 0 to be tried again", ""},
+      {"b=$(dirname $(command -v tvmail)); mkdir -p copy/bin && cp $b/tvmail copy/bin && cp -r $b/../lib "
+       "copy && "
+       "copy/bin/tvmail init && rm copy/lib/TvResourceServices.so && copy/bin/tvmail deliver Apollo unknown "
+       "other; "
+       "c=$?; tvmail init; exit $c",
+       75, "0 with complaints, 2 to be tried again", ""},
       {"tvmail deliver Apollo steering", 0, "<\\u001B]0;x\\u0007>", ""},
       {"tvmail deliver Apollo missing folder unknown good", 75,
        "can't be read: No such file or directory\nfolder  (no Message-ID)  to be tried again: ", ""},

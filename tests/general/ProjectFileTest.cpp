@@ -118,6 +118,19 @@ TEST_F(ProjectFiles, APathThatIsNoProjectFileIsRefusedWithWhatItIs) {
             0);
 }
 
+TEST_F(ProjectFiles, APathFromThePresentFolderOnCanBeReadButIsNotGoodForARecord) {
+  const fs::path before = fs::current_path();
+  fs::current_path(folder_.Path());
+  EXPECT_NO_THROW(NewFiles().RetrieveTVSFile(u"Apollo.TVS"));
+  try {
+    NewFiles().CheckTVSFilePath(u"Apollo.TVS");
+    ADD_FAILURE() << "nothing was raised";
+  } catch (const Failure& failure) {
+    EXPECT_NE(std::string(failure.what()).find("beginning with /"), std::string::npos) << failure.what();
+  }
+  fs::current_path(before);
+}
+
 TEST_F(ProjectFiles, ASavedKeyChangesItsOwnLineAlone) {
   const std::string before =
       "\xEF\xBB\xBF; a comment\r\n[ProJect]\r\nFormat=1\r\n  Name = Apollo\r\n\r\n# of mail\r\n[Email]\r\n"

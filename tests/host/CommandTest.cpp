@@ -50,10 +50,19 @@ TEST(Commands, WrongUseGives64AndSaysWhatIsWrong) {
        {"mailbox add x" + kLogon + " --transport smtp --host h", 64, "", "--address is missing"},
        {"mailbox add x" + kLogon + " --transport mapi", 64, "", "--profile is missing"},
        {"mailbox add x" + kLogon + kSmtp + " --profile P", 64, "", "--profile belongs"},
+       {"mailbox add x --project '' --user ann --password-file password" + kSmtp, 64, "", "name the file"},
+       {"mailbox add x --project apollo.TVS --user '' --password-file password" + kSmtp, 64, "",
+        "--user is empty"},
+       {"mailbox change Apollo --user '' --password-file password", 64, "", "--user is empty"},
+       {"mailbox change Apollo --password-file ''", 64, "", "--password-file is empty"},
+       {"project create p.TVS --name P --user ann --password-file ''", 64, "", "--password-file is empty"},
        {"mailbox change Apollo --project other.TVS", 64, "", "can't move to another project"},
        {"mailbox change Apollo --password secret", 64, "", "--password"},
        {"outbound --enable --disable", 64, "", "excludes"},
        {"outbound add-profile 'a\\b'", 64, "", "backslash"},
+       {"outbound add-profile " + std::string(300, 'x'), 64, "", "255"},
+       {"outbound --enable --host h show", 64, "", "in front of a command"},
+       {"outbound --profile x add-profile q", 64, "", "in front of a command"},
        {"project create p.TVS --name P", 64, "", "--user"},
        {"mailbox list --json extra", 64, "", "extra"}});
 }
@@ -108,6 +117,46 @@ TEST(Commands, AMailboxIsListedWithTheAbsolutePathOfItsProject) {
   EXPECT_EQ("[{\"name\":\"Apollo\",\"projectPath\":\"" + program.File("apollo.TVS").string() +
                 "\",\"userId\":\"ann\"}]\n",
             program.Run("mailbox list --json").Output);
+}
+
+TEST(Commands, APathBehindALinkIsTheFileThatTheSystemWouldOpen) {
+  Program program;
+  program.SetUp();
+  std::filesystem::create_directories(program.File("real/sub"));
+  std::filesystem::create_symlink("real/sub", program.File("link"));
+  program.Expect(
+      {{"project create link/../b.TVS --name B --user ann --password-file password", 0, "real/b.TVS\n", ""},
+       {"project create ./link//c.TVS --name C --user ann --password-file password", 0, "/link/c.TVS\n", ""},
+       {"project create link/none/../d.TVS --name D --user ann --password-file password", 73, "", "none"}});
+  EXPECT_TRUE(std::filesystem::exists(program.File("real/b.TVS")));
+}
+
+TEST(Commands, ARecordWithoutTextsIsIncompleteAndHindersNoOther) {
+  Program program;
+  program.SetUp();
+  const String parent = u"Software\\Ostrand Software\\Email\\MailBoxes\\";
+  program.Store(Hive::LocalMachine, parent + u"Bytes", u"TVSFilePath", {3, Bytes{1, 2}});
+  program.Store(Hive::LocalMachine, parent + u"Half", u"TVSFilePath", {1, u"/none.TVS"});
+  program.Expect({{"mailbox list", 0, "Bytes           (incomplete: add it again", ""},
+                  {"mailbox change Apollo --host h", 0, "bound", ""},
+                  {"deliver Apollo </dev/null", 65, "1 with complaints", ""},
+                  {"mailbox change Bytes --host h", 65, "", "is incomplete: add it again"},
+                  {"mailbox change Half", 65, "", "is incomplete: add it again"},
+                  {"mailbox delete Half", 75, "", "--force"},
+                  {"mailbox delete Bytes", 0, "Bytes is deleted", "tvmail: "},
+                  {"mailbox list", 0, "Half    ", ""}});
+}
+
+TEST(Commands, WhatIsShownCannotSteerTheTerminal) {
+  Program program;
+  program.SetUp();
+  const std::string file = "'\x1B[31m.TVS'", logon = " --user ann --password-file password";
+  const std::string shown = "\uFFFD[31m.TVS", escaped = "\\u001B[31m.TVS";
+  program.Expect({{"mailbox add x --project " + file + logon + kSmtp, 65, "", shown},
+                  {"project create " + file + " --name B" + logon, 0, escaped, ""},
+                  {"mailbox add x --project " + file + logon + kSmtp, 0, "B is bound to ", ""},
+                  {"mailbox list", 0, escaped, ""},
+                  {"mailbox " + file, 64, "", shown}});
 }
 
 TEST(Commands, ARefusedMailboxLeavesNoRecordAndNoSection) {
@@ -205,10 +254,29 @@ TEST(Commands, OutboundSettingsAreStoredAsTheDialogTakesThem) {
       program.Run("outbound show --json").Output);
 }
 
+TEST(Commands, AStoredTransportIsReadAsTheComponentReadsIt) {
+  Program program;
+  program.SetUp();
+  std::string project = ReadFile(program.File("apollo.TVS"));
+  WriteFile(program.File("apollo.TVS"), project.replace(project.find("ID=2"), 4, "ID= 2.0 "));
+  program.Expect({{"mailbox change Apollo --real-name Ann", 0, "bound", ""}});
+  const struct {
+    Runtime::RegistryValue Stored;
+    const char* Shown;
+  } cases[] = {{{1, u" 2 "}, "smtp"},  {{1, u"1.0"}, "mapi"},     {{4, 2}, "(none)"},
+               {{1, u"9e99"}, "9e99"}, {{1, u"\x1B"}, "\\u001B"}, {{3, Bytes{2}}, "(none)"}};
+  for (const auto& [stored, shown] : cases) {
+    program.Store(Hive::CurrentUser, u"Software\\Ostrand Software\\Talvane\\4.0\\Email", u"TransportID",
+                  stored);
+    program.Expect({{"outbound show", 0, std::string("Transport:    ") + shown + "\n", ""}});
+  }
+}
+
 TEST(Commands, AKeyStoreIsReadableByItsOwnerAlone) {
   Program program;
   program.Expect({{"init", 0, "Data folder", ""},
                   {"keystore create keys --label main --password-file password", 0, "main", ""},
+                  {"keystore create keys --label main --password-file password", 65, "", "another label"},
                   {"keystore create keys --label more --password-file wrong", 75, "", "keys"}});
   EXPECT_EQ(std::filesystem::perms(0600), std::filesystem::status(program.File("keys")).permissions());
 }

@@ -50,6 +50,39 @@ TEST_F(DialogTest, EndsWithTheInputOrItsCancelAndStoresNothing) {
   EXPECT_EQ("[]\n", program.Run("mailbox list --json").Output);
 }
 
+TEST_F(DialogTest, RefusesAPathThatDependsOnThePresentFolder) {
+  const Outcome outcome = program.Run("mailbox add x" + kSmtp, "apollo.TVS\nann\nsecret\n\n");
+  EXPECT_EQ(75, outcome.Code);
+  EXPECT_NE(std::string::npos, outcome.Error.find("give the whole path, beginning with /")) << outcome.Error;
+}
+
+TEST_F(DialogTest, TakesAPasswordThatIsAHyphen) {
+  WriteFile(program.File("hyphen"), "-");
+  program.Expect({{"project create b.TVS --name B --user ann --password-file hyphen", 0, "Project B", ""}});
+  const Outcome outcome =
+      program.Run("mailbox add x" + kSmtp, program.File("b.TVS").string() + "\nann\n-\n\n");
+  EXPECT_EQ(0, outcome.Code) << outcome.Error;
+}
+
+TEST_F(DialogTest, SaysWhenAChangeKeptTheLogon) {
+  program.Expect({{"mailbox add x" + kLogon + kSmtp, 0, "bound", ""}});
+  for (const char* answers : {"", "\nguess\n\n", "\nguess\n\n\n\ncancel\n"}) {
+    const Outcome outcome = program.Run("mailbox change Apollo", answers);
+    EXPECT_EQ(0, outcome.Code);
+    EXPECT_TRUE(outcome.Output.starts_with("No logon was accepted")) << outcome.Output;
+  }
+  EXPECT_NE(std::string::npos, program.Run("mailbox change Apollo", "\nsecret\n\n").Output.find("is bound"));
+}
+
+TEST_F(DialogTest, AsksAgainWhenItWasStoppedAtAHiddenPrompt) {
+  ASSERT_EQ(0, program.Run("mailbox add x" + kLogon + kSmtp).Code);
+  const Outcome outcome = program.RunOnTerminal(
+      {"mailbox", "change", "Apollo", "--user", "ann"},
+      {{"Password of ann: ", kControlZ}, {"Password of ann: ", kControlZ}, {"Password of ann: ", "secret"}});
+  EXPECT_EQ(0, outcome.Code) << outcome.Output;
+  EXPECT_NE(std::string::npos, outcome.Output.find("is bound to")) << outcome.Output;
+}
+
 TEST_F(DialogTest, HidesAPasswordOnATerminalAndShowsALockedBox) {
   ASSERT_EQ(0, program.Run("mailbox add x" + kLogon + kSmtp).Code);
   const Outcome outcome = program.RunOnTerminal(

@@ -99,7 +99,8 @@ Outcome Program::RunOnTerminal(const std::vector<std::string>& arguments,
     outcome.Output.append(bytes, static_cast<std::size_t>(count));
     while (answer != answers.end() && outcome.Output.find(answer->first, seen) != std::string::npos) {
       seen = outcome.Output.find(answer->first, seen) + answer->first.size();
-      const std::string typed = answer->second + "\n";
+      // Ctrl-Z acts by itself; a line end behind it would be the answer to what is asked next.
+      const std::string typed = answer->second == kControlZ ? kControlZ : answer->second + "\n";
       if (write(terminal, typed.data(), typed.size()) < 0) break;
       ++answer;
     }
@@ -128,6 +129,12 @@ void Program::SetUp() {
         0, "Project Apollo", ""},
        {"mailbox add inbox" + kLogon + kSmtp, 0, "Mailbox Apollo is bound to " + File("apollo.TVS").string(),
         ""}});
+}
+
+void Program::Store(Hive hive, StringView path, StringView name, const Runtime::RegistryValue& value) const {
+  setenv("TALVANE_HOME", File("home").c_str(), 1);
+  Runtime::RegistryStore::CreateKey(hive, path);
+  Runtime::RegistryStore::Write(hive, path, name, value);
 }
 
 fs::path Program::UseCopy() {

@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 
+#include "runtime/RegistryStore.h"
 #include "tests/support/World.h"
 
 namespace Tests {
@@ -30,8 +31,8 @@ class Program {
   // Runs the program through the shell, the input on its standard input and without a display.
   Outcome Run(const std::string& arguments, const std::string& input = {});
 
-  // The same on a terminal, where each answer is typed as soon as its prompt stands there. Gives all that the
-  // terminal showed.
+  // The same on a terminal, where each answer is typed as soon as its prompt stands there, with Enter unless
+  // it is kControlZ. Gives all that the terminal showed.
   Outcome RunOnTerminal(const std::vector<std::string>& arguments,
                         const std::vector<std::pair<std::string, std::string>>& answers);
 
@@ -40,6 +41,9 @@ class Program {
 
   // Runs init, makes the project apollo.TVS of ann and binds its mailbox.
   void SetUp();
+
+  // Writes a value into the registry, and makes its key.
+  void Store(Hive hive, StringView path, StringView name, const Runtime::RegistryValue& value) const;
 
   // From now on a copy of the programs and libraries runs. Gives the folder of its libraries.
   std::filesystem::path UseCopy();
@@ -56,6 +60,7 @@ class Program {
 // True if the text is one JSON value.
 bool IsJson(std::string_view text);
 
+inline const std::string kControlZ = "\x1A";
 inline const std::string kLogon = " --project apollo.TVS --user ann --password-file password";
 inline const std::string kSmtp = " --transport smtp --host mx.example.org --address talvane@example.org";
 
