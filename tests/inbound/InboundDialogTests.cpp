@@ -3,7 +3,7 @@
 #include "src/dialogs/frmCfgInb.h"
 #include "src/dialogs/modCfgIn.h"
 #include "src/mail/EMailManager.h"
-#include "tests/mailbox/MailBoxWorld.h"
+#include "tests/mailbox/ScriptedProject.h"
 
 namespace Tests {
 namespace {
@@ -68,6 +68,8 @@ TEST(InboundDialog, CarriesItsOutcomeFromOneCallToTheNext) {
     0 ; change ; wrong  ; 2 ; true  ; ||
     1 ; add    ; cancel ; 2 ; true  ; ||
     1 ; change ; cancel ; 2 ; true  ; ||
+    1 ; add    ; close  ; 1 ; true  ; ||
+    1 ; change ; close  ; 1 ; true  ; ||
     1 ; change ; ok     ; 1 ; true  ; Apollo.TVS|ann|
     2 ; add    ; cancel ; 2 ; true  ; ||
     2 ; change ; cancel ; 2 ; true  ; ||
@@ -132,6 +134,94 @@ TEST(InboundDialog, KeepsARefusedEntryAndTakesTheNameThatTheCheckGave) {
   EXPECT_TEXT(u"", world.Name);
 }
 
+TEST(InboundDialog, KeepsAcceptedEntriesThroughACancelAndNotThroughTheCloseBox) {
+  Inbound world;
+  ASSERT_TRUE(world.Configure(true, u"", world.Named("ok")));
+  EXPECT_TRUE(world.Configure(true, u"New", world.Named("cancel")));
+  EXPECT_EQ("Apollo.TVS|ann|", world.Opened(true, u"Nobody"));
+  ASSERT_TRUE(world.Configure(false, u"", world.Named("ok")));
+  EXPECT_TRUE(world.Configure(true, u"New", world.Named("close")));
+  EXPECT_EQ(ConfigureStateAccepted, GetConfigureState());
+  EXPECT_TEXT(u"New", world.Name);
+  EXPECT_EQ("||", world.Opened(true, u"Nobody")) << "the entries of the dialog that was closed";
+}
+
+TEST(InboundDialog, TakesASecondOKWithoutTheListWhereTheFirstHadNamedTheMailBox) {
+  Inbound world;
+  const auto project = ScriptedProject::In(world);
+  world.Watch();
+  EXPECT_TRUE(world.Configure(true, u"New", [&](Form& form, UserHand& hand) {
+    world.Typing(u"word", [](UserHand& typing) { typing.Enter(); })(form, hand);
+    EXPECT_EQ(Told("[10000]_"), world.Boxes());
+    EXPECT_TEXT(u"Apollo", static_cast<frmCfgInb&>(form).MailBoxName());
+    EXPECT_EQ(1u, world.Services.CallsOf("RegUtil.EnumKeys").size());
+    project->Allowed = True;
+    hand.Enter();
+    EXPECT_FALSE(form.IsShown());
+  }));
+  EXPECT_EQ(1u, world.Services.CallsOf("RegUtil.EnumKeys").size());
+  EXPECT_TEXT(u"Apollo", world.Name);
+}
+
+TEST(InboundDialog, ChecksEntriesAsTypedAndTrimsTheAcceptedOnes) {
+  Inbound world;
+  const auto project = ScriptedProject::In(world);
+  project->Allowed = True;
+  world.Watch();
+  world.Services.Faults = {{"Files.CheckTVSFilePath", 0, Value()}};
+  const auto typing = [&](const String& userId) {
+    return [&world, userId](Form& form, UserHand& hand) {
+      hand.Type(form[u"txtTVSFileName"], u"  " + world.PathOf("Apollo.TVS") + u" ");
+      hand.Type(form[u"txtUID"], userId);
+      hand.Type(form[u"txtPwd"], u"  word ");
+      hand.Enter();
+    };
+  };
+  ASSERT_TRUE(world.Configure(true, u"", typing(u" ann ")));
+  EXPECT_EQ(Strings{" ann |  word "}, project->Opened);
+  EXPECT_EQ(Strings{"Files.CheckTVSFilePath(  " + Utf8(world.PathOf("Apollo.TVS")) + " )"},
+            world.Services.CallsOf("Files.CheckTVSFilePath"));
+  ASSERT_TRUE(static_cast<bool>(world.Handler.MailHandler_MboxUpdate(world.Name, world.Sess)));
+  EXPECT_EQ("Apollo.TVS|ann|word", world.Record(u"Apollo"));
+
+  ASSERT_TRUE(world.Configure(true, u"Apollo", typing(u"  ")));
+  EXPECT_EQ(Strings(), world.Boxes());
+  WriteMailBoxRecord(u"mars.TVS", u"bob", u"word", u"Mars");
+  EXPECT_EQ("mars.TVS|bob|", world.Opened(true, u"Mars")) << "a path without a user id counts as nothing";
+}
+
+// Fails when the box of the user id is told of.
+class FailingObserver : public FormObserver {
+ public:
+  void ControlChanged(const Control& control, ControlProperty property) override {
+    if (control.Name() == u"txtUID" && property == ControlProperty::Text) throw Failure(57, u"", u"boom");
+  }
+  void FormChanged(FormProperty) override {}
+  void FocusMoved(const Control&) override {}
+  void Ended() override {}
+};
+
+TEST(InboundDialog, ThatCannotBeFilledIsNotShownAndLeavesTheArgumentsAlone) {
+  Inbound world;
+  FailingObserver observer;
+  world.Toolkit.OnLoad = [&](Form& form) { form.SetObserver(&observer); };
+  EXPECT_FALSE(world.Configure(false, u"X", world.Named("ok")));
+  EXPECT_EQ(Told("boom [10045]"), world.Boxes());
+  EXPECT_TEXT(u"X", world.Name);
+  EXPECT_TEXT(u"", world.Product);
+  EXPECT_EQ((Strings{"pointer 11", "load frmCfgInb", "unload frmCfgInb", "pointer 0"}), world.Toolkit.Log);
+}
+
+TEST(InboundDialog, DropsTheSessionWhenItIsUnloaded) {
+  for (const std::string act : {"ok", "cancel", "close"}) {
+    Inbound world;
+    ObjectRef kept = world.Sess;
+    world.Toolkit.OnUnload = [&](Form& form) { kept = static_cast<frmCfgInb&>(form).InboundServerConfig(); };
+    world.Configure(true, u"", world.Named(act));
+    EXPECT_FALSE(kept) << act;
+  }
+}
+
 TEST(InboundDialog, IsNotShownWithoutASessionOrTexts) {
   Inbound world;
   world.Sess = nullptr;
@@ -192,12 +282,10 @@ TEST(InboundDialog, TakesAPathFromTheFileDialogUnlessThatIsCancelledOrFails) {
 
 TEST(InboundDialog, SelectsOnFocusByKeyAndOpensHelpByKeyAndButton) {
   Inbound world;
+  world.Toolkit.Window = 77;
   world.Configure(true, u"", [&](Form& form, UserHand& hand) {
     EXPECT_EQ(Told("[9002]")[0], Utf8(form.Caption()));
-    EXPECT_FALSE(form.HasIcon());
     for (const auto& control : form.Controls()) {
-      if (control->Kind() == ControlKind::CommonDialog) continue;
-      EXPECT_EQ(9.0, control->Font().Size);
       if (control->Kind() != ControlKind::TextBox) continue;
       hand.Type(*control, u"four");
       hand.MouseDown(*control);
@@ -211,6 +299,7 @@ TEST(InboundDialog, SelectsOnFocusByKeyAndOpensHelpByKeyAndButton) {
     hand.KeyDown(KeyF1);
     hand.Press(form[u"cmdHelp"]);
   });
+  EXPECT_EQ((std::vector<std::intptr_t>{77, 77}), world.Toolkit.HelpWindows);
   const Strings& log = world.Toolkit.Log;
   EXPECT_EQ(2, std::count_if(log.begin(), log.end(), [](const std::string& entry) {
               return entry.starts_with("help ") && entry.ends_with("MailPump.hlp >(w95sec) 1 160");

@@ -1,6 +1,5 @@
-#include "platform/contracts/ProjectLibrary.h"
 #include "src/mailbox/ProjectCheck.h"
-#include "tests/mailbox/MailBoxWorld.h"
+#include "tests/mailbox/ScriptedProject.h"
 
 namespace Tests {
 namespace {
@@ -45,32 +44,21 @@ TEST(ProjectCheck, ShowsWhyAPathIsRefusedAndLeavesTheProjectLibraryAlone) {
   EXPECT_EQ(Strings{"TvGeneralServices.Files"}, world.Services.Created);
 }
 
-// A project whose user may not bind a mailbox to it.
-class ForbiddingApplication : public Object, public TalvaneApplication, public Project {
- public:
-  std::shared_ptr<Project> OpenProject(const Value&, std::int32_t, const String&, const String&, std::int32_t,
-                                       std::int32_t) override {
-    return std::make_shared<ForbiddingApplication>();
-  }
-  std::shared_ptr<ApplicationStatus> GetStatus() override { return nullptr; }
-  std::shared_ptr<ApplicationLogon> GetLogon() override { return nullptr; }
-  std::shared_ptr<ProjectUsers> GetUsers() override { return nullptr; }
-  String GetName() override { return u"Apollo"; }
-  Boolean IsMailBoxAllowed() override { return false; }
-  ObjectRef GetDiscussion(std::int32_t) override { return nullptr; }
-  Boolean SetActingUser(const Value&, std::int32_t, const Value&) override { return false; }
-};
-
 TEST(ProjectCheck, NamesTheMailBoxBeforeItAsksWhetherOneIsAllowed) {
-  MailBoxWorld world;
-  world.Services.InsteadOfClass[TalvaneApplicationClass] = [] {
-    return std::make_shared<ForbiddingApplication>();
-  };
-  world.MakeProject();
-  String mailBox = u"New";
-  EXPECT_FALSE(CheckProjectCredentials(world.PathOf("Apollo.TVS"), u"ann", u"word", mailBox, nullptr));
-  EXPECT_EQ(Told("[10000]_"), world.Boxes());
-  EXPECT_TEXT(u"Apollo", mailBox);
+  // operation that fails; boxes; mailbox afterwards
+  for (const Strings& row : Table(R"(
+                     ; [10000]_  ; Apollo
+    IsMailBoxAllowed ; Disk full ; Apollo
+    GetName          ; Disk full ; New
+)")) {
+    MailBoxWorld world;
+    ScriptedProject::In(world)->Raising = row[0];
+    world.MakeProject();
+    String mailBox = u"New";
+    EXPECT_FALSE(CheckProjectCredentials(world.PathOf("Apollo.TVS"), u"ann", u"word", mailBox, nullptr));
+    EXPECT_EQ(Told(row[1]), world.Boxes());
+    EXPECT_EQ(row[2], Utf8(mailBox));
+  }
 }
 
 // A registry whose list of keys is whatever a test says.
@@ -94,9 +82,11 @@ TEST(MailBoxName, IsFreeAmongAsManyKeysAsA16BitCountHolds) {
   };
   list = Array(32767, u"Other");
   EXPECT_TRUE(IsMailBoxNameFree(u"Apollo"));
-  list = ObjectRef();
-  EXPECT_FALSE(IsMailBoxNameFree(u"Apollo"));
-  EXPECT_EQ(Told("[10036]_"), world.Boxes());
+  for (const Value& none : {Value(), Value(ObjectRef())}) {
+    list = none;
+    EXPECT_FALSE(IsMailBoxNameFree(u"Apollo"));
+    EXPECT_EQ(Told("[10036]_"), world.Boxes());
+  }
   list = Array(32768, u"Apollo");
   EXPECT_FALSE(IsMailBoxNameFree(u"Apollo"));
   const Strings boxes = world.Boxes();

@@ -1,4 +1,5 @@
 #include "src/mailbox/MailBoxFlows.h"
+#include "tests/dialogs/InAWorld.h"
 #include "tests/mailbox/MailBoxWorld.h"
 
 namespace Tests {
@@ -6,6 +7,17 @@ namespace {
 
 const std::string kSmtpText =
     "[EMail]\nTransportID=2\nSMTPHostName=old.example.org\nRealName=\nEMailAddress=old@example.org\n";
+
+// The words of the tables for the section of a project file.
+std::string SectionText(const std::string& word) {
+  static const std::map<std::string, std::string> texts = {
+      {"", ""},
+      {"x", kSmtpText},
+      {"mapi", "[EMail]\nTransportID=1\nMAPIProfile=p\n"},
+      {"half", "[EMail]\nTransportID=2\nSMTPHostName=h\n"},
+      {"number", "[EMail]\nTransportID=two\n"}};
+  return texts.at(word);
+}
 
 // The words of the tables for what stands.
 std::string Standing(const std::string& word) {
@@ -78,10 +90,14 @@ TEST(ProjectEmailSettings, AreValidByTheKeysOfTheirTransport) {
     const String path = world.MakeProjectFile("Apollo.TVS", "[email]\n" + keys + "\n");
     for (const bool report : {false, true}) {
       ProjectEmailSettings read{9, u"-", u"-", u"-", u"-", u"-"};
+      world.Watch();
       const std::string valid = ReadProjectEmailSettings(path, read, report) ? "true " : "false ";
       EXPECT_EQ(row[1], valid + std::to_string(read.TransportNumber) + "|" + Utf8(read.TransportName) + "|" +
                             Utf8(read.MAPIProfile) + "|" + Utf8(read.RealName) + "|" +
                             Utf8(read.EMailAddress) + "|" + Utf8(read.HostName.ToString()));
+      const Strings calls = world.Services.CallsOf("ProjectFile.");
+      EXPECT_FALSE(calls.empty());
+      EXPECT_EQ(calls, world.Services.CallsOf("ProjectFile.KeyValue(Email, "));
       const Strings boxes = world.Boxes();
       ASSERT_EQ(report && read.TransportNumber == 9 ? 1u : 0u, boxes.size());
       if (!boxes.empty()) {
@@ -91,15 +107,31 @@ TEST(ProjectEmailSettings, AreValidByTheKeysOfTheirTransport) {
   }
 }
 
+TEST(ProjectEmailSettings, NameTheirTransportsByTextsOfTheirOwn) {
+  InAWorld([](World& world) {
+    const String path = world.PathOf("Apollo.TVS");
+    WriteFile(Utf8(path), "[Project]\nFormat=1\nName=Apollo\n" + kSmtpText);
+    ProjectEmailSettings read;
+    EXPECT_TRUE(ReadProjectEmailSettings(path, read, false));
+    EXPECT_TEXT(u"T9101", read.TransportName);
+    EXPECT_FALSE(WriteProjectEmailSettings(path, u"T9102", u"p", u"h", u"a", u"r"));
+    EXPECT_TRUE(WriteProjectEmailSettings(path, u"t9101", u"", u"h", u"a", u"r"));
+    EXPECT_TRUE(WriteProjectEmailSettings(path, u"t9100", u"p", u"", u"", u""));
+    EXPECT_TRUE(ReadProjectEmailSettings(path, read, false));
+    EXPECT_TEXT(u"T9100", read.TransportName);
+    EXPECT_EQ(Strings{"T10019 T10022"}, world.Toolkit.TakeBoxes());
+  });
+}
+
 TEST(ProjectEmailSettings, AreDeletedAsAWholeSection) {
   const std::string noRecord =
       "[10016|Software\\Ostrand Software\\Email\\MailBoxes\\Other] / [2057]  TVSFilePath";
   // mailbox; section before; faults; result; boxes with reporting; calls; section after
   for (const Strings& row : Table(R"(
-    Apollo ; old ;                          ; done    ;                   ; Section DeleteSection Save ; none
-    Apollo ;     ;                          ; done    ;                   ; Section                    ; none
-    Apollo ; old ; ProjectFile.DeleteSection; refused ;                   ; Section DeleteSection      ; old section
-    Apollo ; old ; ProjectFile.Save!        ; refused ; Disk full [10058] ; Section DeleteSection Save ; old section
+    Apollo ; old ;                          ; done    ;                   ; Section(EMail) DeleteSection(EMail) Save() ; none
+    Apollo ;     ;                          ; done    ;                   ; Section(EMail) ; none
+    Apollo ; old ; ProjectFile.DeleteSection; refused ;                   ; Section(EMail) DeleteSection(EMail) ; old section
+    Apollo ; old ; ProjectFile.Save!        ; refused ; Disk full [10058] ; Section(EMail) DeleteSection(EMail) Save() ; old section
     Other  ; old ;                          ; refused ; )" +
                                   noRecord + R"( ;                          ; old section
 )")) {
@@ -113,17 +145,18 @@ TEST(ProjectEmailSettings, AreDeletedAsAWholeSection) {
       EXPECT_EQ(report ? Told(row[4]) : Strings(), world.Boxes());
       std::string calls;
       for (const std::string& call : world.Services.CallsOf("ProjectFile."))
-        calls += (calls.empty() ? "" : " ") + call.substr(12, call.find('(') - 12);
+        calls += (calls.empty() ? "" : " ") + call.substr(12);
       EXPECT_EQ(row[5], calls);
+      EXPECT_EQ(row[0] == "Apollo" ? 1u : 0u, world.Services.CallsOf("Files.RetrieveTVSFile").size());
       EXPECT_EQ(Standing(row[6]), world.Section("Apollo.TVS"));
     }
   }
 }
 
-// A new save is given a path, which plays no part without a user id.
+// A save is given a path, which plays no part without a user id, and a pathless one the user id alone.
 bool Update(const std::string& flow, MailBoxWorld& world, const ObjectRef& session) {
-  return UpdateMailBox(u"Apollo", session, world.PathOf("Apollo.TVS"), flow == "save" ? u"" : u"ann", u"word",
-                       flow == "add");
+  return UpdateMailBox(u"Apollo", session, flow == "pathless" ? String() : world.PathOf("Apollo.TVS"),
+                       flow == "save" ? u"" : u"ann", u"word", flow == "add");
 }
 
 TEST(MailBoxFlow, TellsTheUserAndLeavesStandingWhatItCannotUndo) {
@@ -142,6 +175,7 @@ TEST(MailBoxFlow, TellsTheUserAndLeavesStandingWhatItCannotUndo) {
     add ; x ;   ; SMTP ; RegUtil.AddOrUpdateValue         ; [10011]_          ; none ; none
     add ;   ;   ; SMTP ; ProjectFile.Save!                ; Disk full         ; none ; none
     add ;   ;   ; SMTP ; Files.RetrieveTVSFile?#0         ; [10019] [10048] / [10047]_[10058]__ ; none ; none
+    add ;   ;   ; SMTP ; Files.RetrieveTVSFile?#0 RegUtil.DeleteKey ; [10019] [10048] / [10047]_[10058]__[10059] ; new record ; none
     change ; x ;   ; SMTP ;                               ;                   ; new record ; new section
     change ; x ; x ; SMTP ; RegUtil.AddKey                ; [10013|Apollo]    ; old record ; old section
     change ; x ; x ; SMTP ; RegUtil.AddOrUpdateValue!#3   ; Disk full [10034] / [10011]_ ; old record ; old section
@@ -150,9 +184,15 @@ TEST(MailBoxFlow, TellsTheUserAndLeavesStandingWhatItCannotUndo) {
     change ; x ; x ; -    ;                               ; [10019] [10022]   ; old record ; old section
     change ; x ;   ; -    ;                               ; [10019] [10022] / [10056]_ ; old record ; none
     change ;   ;   ; -    ;                               ; [10019] [10022] / [10055]_ / [10056]_ ; new record ; none
+    change ; x ; mapi   ; SMTP ; ProjectFile.Save!        ; Disk full         ; old record ; 1|p|||
+    change ; x ; half   ; SMTP ; ProjectFile.Save!        ; Disk full / [10056]_ ; old record ; 2||h||
+    change ; x ; number ; SMTP ; ProjectFile.Save!        ; Disk full / [10056]_ ; old record ; two||||
     change ; x ; x ; SMTP ; ProjectFile.Save!             ; Disk full         ; old record ; old section
     change ; x ; x ; SMTP ; ProjectFile.Save!#0           ; Disk full / Disk full / [10056]_ ; old record ; old section
     save ; x ;   ; SMTP ;                                 ;                   ; new path, old rest ; new section
+    pathless ; x ; ; SMTP ;                               ;                   ; new path, old rest ; new section
+    save ; x ; mapi   ; SMTP ; ProjectFile.Save!          ; Disk full         ; new path, old rest ; 1|p|||
+    save ; x ; half   ; SMTP ; ProjectFile.Save!          ; Disk full / [10056]_ ; new path, old rest ; 2||h||
     save ;   ;   ; SMTP ;                                 ; )" +
                                   noRecord + R"( ; none ; none
     save ; x ; x ; -    ;                                 ; [10019] [10022]   ; new path, old rest ; old section
@@ -161,9 +201,10 @@ TEST(MailBoxFlow, TellsTheUserAndLeavesStandingWhatItCannotUndo) {
 )")) {
     SCOPED_TRACE(row[0] + " with " + row[4] + " telling " + row[5]);
     MailBoxWorld world;
-    const String path = world.MakeProjectFile("Apollo.TVS", row[2].empty() ? "" : kSmtpText);
+    const String path = world.MakeProjectFile("Apollo.TVS", SectionText(row[2]));
     const String oldPath = world.MakeProjectFile("Old.TVS", kSmtpText);
-    if (!row[1].empty()) WriteMailBoxRecord(row[0] == "save" ? path : oldPath, u"old", u"oldword", u"Apollo");
+    if (!row[1].empty())
+      WriteMailBoxRecord(row[0] == "change" ? oldPath : path, u"old", u"oldword", u"Apollo");
     world.Watch(row[4]);
     EXPECT_EQ(row[5].empty(), Update(row[0], world, world.SessionWith({.Transport = FromUtf8(row[3])})));
     EXPECT_EQ(Told(row[5]), world.Boxes());
@@ -217,6 +258,34 @@ TEST(MailBoxFlow, ReadsAllFiveStringsOfTheSessionOnceTheRecordIsWritten) {
       "AddOrUpdateValue AddOrUpdateValue AddOrUpdateValue KeyValue KeyValue "
       "Transport MAPIProfile HostName Address RealName CreateKey CreateKey ",
       order);
+}
+
+TEST(MailBoxFlow, PutsThePasswordBackToTheLetterWhereTheNewOneCannotBeEncoded) {
+  MailBoxWorld world;
+  const String path = world.MakeProjectFile("Apollo.TVS", kSmtpText);
+  WriteMailBoxRecord(world.PathOf("Old.TVS"), u"old", u"oldword", u"Apollo");
+  const std::string before = world.EncodedPassword(u"Apollo");
+  EXPECT_FALSE(UpdateMailBox(u"Apollo", world.SessionWith({}), path, u"ann", u"new~word", false));
+  const Strings boxes = world.Boxes();
+  ASSERT_EQ(1u, boxes.size());
+  EXPECT_TRUE(boxes[0].starts_with("Illegal character found.")) << boxes[0];
+  EXPECT_EQ(Standing("old record"), world.Record(u"Apollo"));
+  EXPECT_EQ(before, world.EncodedPassword(u"Apollo"));
+  EXPECT_EQ(Standing("old section"), world.Section("Apollo.TVS"));
+}
+
+TEST(MailBoxFlow, EncodesThePasswordAnewAtEachUpdate) {
+  MailBoxWorld world;
+  world.MakeProjectFile("Apollo.TVS");
+  std::set<std::string> encoded;
+  for (const std::int32_t second : {1, 2}) {
+    world.Services.Present = Moment{2026, 3, 22, 14, 5, second, 0};
+    EXPECT_TRUE(Update("change", world, world.SessionWith({})));
+    EXPECT_EQ(Standing("new record"), world.Record(u"Apollo"));
+    EXPECT_EQ(Standing("new section"), world.Section("Apollo.TVS"));
+    encoded.insert(world.EncodedPassword(u"Apollo"));
+  }
+  EXPECT_EQ(2u, encoded.size());
 }
 
 TEST(DeletedMailBox, LosesItsSectionAndKeepsItsRecord) {

@@ -138,6 +138,11 @@ class MailBoxWorld : public World {
     return boxes;
   }
 
+  // The password of a mailbox's record as it is stored.
+  std::string EncodedPassword(const String& mailBox) {
+    return Registry(Hive::LocalMachine, String(MailBoxesKey) + u"\\" + mailBox, u"DBPWD");
+  }
+
   // "path|user id|password" of a mailbox's record, the password decoded.
   std::string Record(const String& mailBox) {
     const String key = String(MailBoxesKey) + u"\\" + mailBox;

@@ -122,6 +122,25 @@ TEST(MailBoxLogon, TellsItsFailureByATextAlone) {
   }
 }
 
+TEST(MailBoxLogon, TellsAValueThatIsNoTextByItsFailureAndANumber) {
+  MailBoxWorld world;
+  ASSERT_TRUE(WriteMailBoxRecord(u"a.TVS", u"u", u"p", u"Apollo"));
+  world.Watch();
+  world.Services.Faults = {{"RegValue.Value", 2, Value(Bytes{1, 2})}};
+  String path, userId, password, error;
+  EXPECT_FALSE(ReadMailBoxLogon(u"Apollo", path, userId, password, error));
+  EXPECT_EQ(Told("Type mismatch: the value can't be used here [10029]")[0], Utf8(error));
+  EXPECT_TEXT(u"a.TVS||", path + u"|" + userId + u"|" + password);
+  EXPECT_EQ(Strings(), world.Boxes());
+}
+
+TEST(MailBoxProjectPath, IsMissedByItsValueAloneWhereTheKeyStands) {
+  MailBoxWorld world;
+  world.Store(u"Half", u"DBUID", u"ann");
+  EXPECT_TEXT(u"", GetMailBoxProjectPath(u"Half", true));
+  EXPECT_EQ(Told("[2057]  TVSFilePath"), world.Boxes());
+}
+
 TEST(RegistryKey, IsDeletedOrWasNeverThere) {
   // key; faults; result; boxes with reporting; what stands
   for (const Strings& row : Table(R"(
