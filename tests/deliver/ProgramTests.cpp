@@ -38,7 +38,8 @@ std::string Mbox(int count, const std::string& name) {
   return mbox;
 }
 
-// Waits until the program that runs in the background has written so many outcomes to the file "lines".
+// Waits until the program that runs in the background has written so many outcomes to the file "lines", which
+// has to be empty when the program is started.
 const std::string kUntilTold =
     "until_told() { while kill -0 $! && [ $(grep -c delivered lines) -lt $1 ]; do sleep 0.01; done; }\n";
 
@@ -223,8 +224,8 @@ TEST_F(Deliver, TwoAtOnceMakeEachReplyOnce) {
 TEST_F(Deliver, AskedToStopEndsBetweenTwoMessages) {
   Tests::WriteFile(Path("begun"), Mbox(2, "m"));
   const Outcome outcome =
-      Run("(cat begun; sleep 2) | tvmail deliver Apollo >lines & until_told 1; kill -TERM $!; wait $!; c=$?; "
-          "cat lines; exit $c");
+      Run(": >lines; (cat begun; sleep 2) | tvmail deliver Apollo >lines & until_told 1; kill -TERM $!; "
+          "wait $!; c=$?; cat lines; exit $c");
   EXPECT_EQ(outcome.Exit, 75) << outcome.Errors;
   EXPECT_NE(outcome.Output.find("1 delivered"), std::string::npos) << outcome.Output;
   EXPECT_NE(outcome.Output.find("stopped before the end"), std::string::npos) << outcome.Output;
@@ -236,8 +237,8 @@ TEST_F(Deliver, KilledAtAnyMomentLeavesEachReplyOnceOrNotAtAll) {
   for (const std::size_t outcomes : {1, 2, 60, 200}) {
     const std::string name = "at" + std::to_string(outcomes);
     Tests::WriteFile(Path("mbox"), Mbox(kCount, name));
-    const Outcome outcome = Run("tvmail deliver Apollo mbox >lines & until_told " + std::to_string(outcomes) +
-                                "; kill -KILL $!; wait $!; cat lines");
+    const Outcome outcome = Run(": >lines; tvmail deliver Apollo mbox >lines & until_told " +
+                                std::to_string(outcomes) + "; kill -KILL $!; wait $!; cat lines");
     const std::size_t told = CountOf(outcome.Output, "  delivered\n");
     EXPECT_GE(told, outcomes);
     EXPECT_LT(told, kCount + 0u);
