@@ -40,7 +40,7 @@ class ButtonWidget : public ControlWidget {
       : ControlWidget(state, new QPushButton(window), std::move(report)) {
     Button()->setDefault(state.Default);
     QObject::connect(Button(), &QPushButton::clicked, Button(), [this] {
-      if (Button()->hasFocus()) {
+      if (!state_.Default || Button()->window()->focusWidget() == Button()) {
         report_([](UserHand& hand, Control& button) { hand.Press(button); }, Changing({}));
       } else {  // Enter, which leaves the focus where it is
         report_([](UserHand& hand, Control&) { hand.Enter(); }, {});

@@ -21,6 +21,7 @@ class HelpWindow;
 
 class DesktopToolkit : public FormsToolkit {
  public:
+  DesktopToolkit() { GuiThread::EndWithProcess(); }
   ~DesktopToolkit() override;
 
   void Load(Form& form) override;

@@ -8,6 +8,7 @@
 #include <unistd.h>
 
 #include <chrono>
+#include <cstdlib>
 
 #include "platform/Text.h"
 #include "runtime/Process.h"
@@ -37,6 +38,11 @@ bool ReadAll(int pipe, std::string& text) {
 }  // namespace
 
 bool CanOpenDisplay(std::string& reason) {
+  const auto unset = [](const char* name) { return !getenv(name) || !*getenv(name); };
+  if (unset("DISPLAY") && unset("WAYLAND_DISPLAY") && unset("QT_QPA_PLATFORM")) {
+    reason = "there is no display: neither DISPLAY nor WAYLAND_DISPLAY is set";
+    return false;
+  }
   const std::string program = Platform::ToUtf8(Runtime::LibraryFolder()) + "/talvane-display-probe";
   int ends[2];
   if (pipe2(ends, O_CLOEXEC) != 0) {

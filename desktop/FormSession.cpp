@@ -2,8 +2,6 @@
 
 #include <QStyle>
 
-#include <mutex>
-
 #include "desktop/Strings.h"
 
 namespace Desktop {
@@ -71,8 +69,6 @@ void FormSession::OpenWindow() {
   gui_.Run([window = window_, state = FormState(form_), place = form_.Place()] {
     window->Open(state, place.Left, place.Top);
   });
-  static std::once_flag firstWindow;
-  std::call_once(firstWindow, GuiThread::EndWithProcess);
 }
 
 void FormSession::SetStanding(Standing standing) {

@@ -1,5 +1,7 @@
 #include "desktop/GuiThread.h"
 
+#include <unistd.h>
+
 #include <QApplication>
 #include <QLibraryInfo>
 #include <QLocale>
@@ -8,6 +10,7 @@
 
 #include <chrono>
 #include <cstdlib>
+#include <utility>
 
 namespace Desktop {
 namespace {
@@ -37,7 +40,6 @@ GuiThread::GuiThread() {
   auto running = started.get_future();
   thread_ = std::thread([this, &started] { Main(started); });
   running.get();
-  EndWithProcess();
 }
 
 void GuiThread::Main(std::promise<void>& started) {
@@ -103,7 +105,16 @@ void GuiThread::Wake() {
 }
 
 void GuiThread::EndWithProcess() {
-  std::atexit([] { Instance().Stop(); });
+  // An ending process destroys the objects of the thread that ends it first. On the main thread that is the
+  // moment at which all that the windows stand on is still there.
+  struct Ending {
+    ~Ending() {
+      if (gettid() == getpid()) Instance().Stop();
+    }
+  };
+  static thread_local const Ending ending;
+  static const int atLatest = std::atexit([] { Instance().Stop(); });
+  static_cast<void>(atLatest);
 }
 
 void GuiThread::Stop() {

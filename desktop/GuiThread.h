@@ -48,8 +48,8 @@ class GuiThread {
   // What an Await waits for may have come. Any thread.
   void Wake();
 
-  // Has the process end the thread before anything that the windows stand on goes. To be called again when
-  // more of that has come to life, such as with the first window.
+  // Has the process end the thread before anything that the windows stand on goes. To be called on the main
+  // thread if possible: a process that another thread ends takes the windows away later than it should.
   static void EndWithProcess();
 
  private:
