@@ -1,7 +1,7 @@
 // Folders: the places of files, in the bytes that the system takes.
 //
-// The environment is read anew at each call; the path of a loaded library is found once. Any thread that doesn't race
-// with setenv.
+// The environment is read anew at each call; the path of a loaded library is found once. Any thread that
+// doesn't race with setenv.
 #pragma once
 
 #include <string>
