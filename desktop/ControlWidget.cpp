@@ -9,8 +9,6 @@
 #include <QScrollBar>
 #include <QSignalBlocker>
 
-#include <cmath>
-
 #include "desktop/KeyCodes.h"
 #include "desktop/Strings.h"
 #include "desktop/TextBox.h"
@@ -30,6 +28,7 @@ class LabelWidget : public ControlWidget {
   void Apply(const ControlState& state, ControlProperty property) override {
     ControlWidget::Apply(state, property);
     if (property == ControlProperty::Caption) AsLabel()->setText(ToQt(state.Caption));
+    if (property == ControlProperty::Caption || property == ControlProperty::Font) FitCaption(2);
   }
   QLabel* AsLabel() override { return static_cast<QLabel*>(widget_); }
 };
@@ -50,6 +49,7 @@ class ButtonWidget : public ControlWidget {
   void Apply(const ControlState& state, ControlProperty property) override {
     ControlWidget::Apply(state, property);
     if (property == ControlProperty::Caption) Button()->setText(ToQt(state.Caption));
+    if (property == ControlProperty::Caption || property == ControlProperty::Font) FitCaption(6);
   }
 
  private:
@@ -68,6 +68,7 @@ class CheckWidget : public ControlWidget {
   void Apply(const ControlState& state, ControlProperty property) override {
     ControlWidget::Apply(state, property);
     if (property == ControlProperty::Caption) Check()->setText(ToQt(state.Caption));
+    if (property == ControlProperty::Caption || property == ControlProperty::Font) FitCaption(26);
     if (property == ControlProperty::Value) Quietly([&] { Check()->setChecked(state.Value != 0); });
   }
 
@@ -219,6 +220,18 @@ void ControlWidget::Apply(const ControlState& state, ControlProperty property) {
     default:
       break;
   }
+}
+
+void ControlWidget::FitCaption(int drawnBeside) {
+  constexpr int kNarrowest = 60;  // percent
+  QFont font = widget_->font();
+  font.setStretch(QFont::Unstretched);
+  const int room = widget_->width() - drawnBeside;
+  const auto wanted = [&] {
+    return QFontMetrics(font).size(Qt::TextShowMnemonic, ToQt(state_.Caption)).width();
+  };
+  for (int stretch = 99; wanted() > room && stretch >= kNarrowest; --stretch) font.setStretch(stretch);
+  widget_->setFont(font);
 }
 
 void ControlWidget::ApplyAll(const ControlState& state) {

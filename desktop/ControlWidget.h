@@ -46,6 +46,10 @@ class ControlWidget {
     return {state_.Name, property, std::move(text), number};
   }
 
+  // Draws the caption as narrow as it takes to have room beside what the control draws itself, in pixels:
+  // places are fixed, and fonts and languages differ.
+  void FitCaption(int drawnBeside);
+
   // Runs change without telling the form of it: it comes from there.
   void Quietly(const std::function<void()>& change);
 

@@ -1,0 +1,113 @@
+#!/bin/sh
+# Real key and mouse events on both dialogs, under a display and a window manager of their own.
+#   xvfb.sh TVMAIL       77 where there is no Xvfb
+set -eu
+tvmail=$1
+command -v Xvfb >/dev/null || exit 77
+
+home=$(mktemp -d)
+trap 'kill $running 2>/dev/null || true; rm -rf "$home"' EXIT
+running=
+unset QT_QPA_PLATFORM WAYLAND_DISPLAY QT_SCALE_FACTOR
+export LC_ALL=C.UTF-8 TALVANE_HOME="$home/home" XDG_RUNTIME_DIR="$home"
+
+Xvfb -displayfd 3 -screen 0 1280x1024x24 3>"$home/display" >/dev/null 2>&1 &
+running=$!
+# await COMMAND...: until it succeeds, for 20 seconds at most
+await() {
+  tries=0
+  until "$@" >/dev/null 2>&1; do
+    tries=$((tries + 1))
+    [ $tries -lt 200 ] || { echo "in vain: $*" >&2; exit 1; }
+    sleep 0.1
+  done
+}
+await test -s "$home/display"
+DISPLAY=:$(cat "$home/display")
+export DISPLAY
+openbox >/dev/null 2>&1 &
+running="$running $!"
+await sh -c 'xprop -root _NET_SUPPORTING_WM_CHECK | grep -q "window id"'
+
+# fact TEXT COMMAND...: says which fact doesn't hold
+fact() {
+  text=$1
+  shift
+  ( await "$@" ) || { echo "not so: $text" >&2; exit 1; }
+  echo "$text"
+}
+state() { xprop -id "$window" _NET_WM_STATE | grep -q "$1"; }
+no_state() { ! state "$1"; }
+value() { "$tvmail" outbound show --json | grep -q "$1"; }
+front() { [ "$(xdotool getactivewindow getwindowname)" = "$1" ]; }
+gone() { ! kill -0 "$dialog" 2>/dev/null; }
+# open TITLE ARGUMENTS...: the command's dialog in front, in $window, its process in $dialog
+open() {
+  title=$1
+  shift
+  "$tvmail" "$@" >"$home/out" 2>&1 </dev/null &
+  dialog=$!
+  running="$running $dialog"
+  fact "$1 opens its dialog" front "$title"
+  window=$(xdotool getactivewindow)
+}
+keys() { xdotool key --delay 30 "$@"; }
+
+"$tvmail" init >/dev/null
+
+open "E-mail Configuration" outbound
+fact "it stands above all others" state _NET_WM_STATE_ABOVE
+fact "it stands in no task bar" state _NET_WM_STATE_SKIP_TASKBAR
+fact "it has no icon" sh -c "! xprop -id $window _NET_WM_ICON | grep -q 'Icon ('"
+fact "its size is fixed" sh -c "xprop -id $window WM_NORMAL_HINTS | grep -q 'minimum size: 330 by 208' &&
+  xprop -id $window WM_NORMAL_HINTS | grep -q 'maximum size: 330 by 208'"
+fact "it can't be minimised or maximised" sh -c "! xprop -id $window _NET_WM_ALLOWED_ACTIONS |
+  grep -q -e MINIMIZE -e MAXIMIZE"
+keys F1
+fact "F1 shows help" xdotool search --onlyvisible --name '^E-mail Configuration$'
+fact "which ends the standing" no_state _NET_WM_STATE_ABOVE
+xdotool windowactivate "$window"
+fact "until the dialog comes to the front again" state _NET_WM_STATE_ABOVE
+keys alt+s
+xdotool type --delay 20 "mail.x"
+keys alt+e
+xdotool type --delay 20 "me@x.example"
+keys alt+r
+xdotool type --delay 20 "My Name"
+keys Return
+fact "Enter presses OK" gone
+fact "what the access keys led to is stored" value '"me@x.example"'
+
+open "E-mail Configuration" outbound
+keys alt+n Escape
+fact "Escape presses Cancel" gone
+fact "which stores nothing" value '"me@x.example"'
+
+open "E-mail Configuration" outbound
+# The first row's check box, and then the OK button, by the mouse.
+xdotool mousemove --window "$window" 16 16 click 1 mousemove --window "$window" 68 188 click 1
+fact "the mouse presses buttons" gone
+
+printf secret >"$home/password"
+"$tvmail" project create "$home/Apollo.TVS" --name Apollo --user ann --password-file "$home/password" >/dev/null
+add="mailbox add x --transport smtp --host mail.example.org --address a@example.org"
+open "Talvane E-mail Setup" $add
+fact "it is an ordinary window" no_state _NET_WM_STATE_ABOVE
+xdotool type --delay 20 "$home/Apollo.TVS"
+keys alt+u
+xdotool type --delay 20 "ann"
+keys alt+w
+xdotool type --delay 20 "guess"
+keys Return
+fact "a refusal shows a box" sh -c "[ \"\$(xdotool getactivewindow)\" != $window ]"
+keys Return
+fact "and the dialog stays" front "Talvane E-mail Setup"
+xdotool windowactivate --sync "$window"
+keys ctrl+a
+xdotool type --delay 20 "secret"
+keys Return
+fact "the right password binds the mailbox" sh -c "'$tvmail' mailbox list --json | grep -q Apollo"
+
+open "Talvane E-mail Setup" $add
+keys alt+F4
+fact "the close box ends it" gone
