@@ -31,7 +31,8 @@ class Probe : public Form {
     Handle({}, Event::Activate, [this](const EventArgs&) { Note(); });
     Handle(u"go", Event::Click, [this](const EventArgs&) {
       Note();
-      OnGo();
+      const auto act = OnGo;  // which may replace itself
+      act();
     });
   }
 
@@ -47,18 +48,32 @@ class Probe : public Form {
   const std::thread::id made_ = std::this_thread::get_id();
 };
 
+// Shows a form whose button does this at its first press and ends the form at its second; gives the box's
+// text.
+std::future<std::string> Show(const String& name, std::function<void(Form&)> atFirst) {
+  return std::async(std::launch::async, [name, atFirst] {
+    Probe form(name);
+    form.OnGo = [&] {
+      form.OnGo = [&] { form.Hide(); };
+      atFirst(form);
+    };
+    form.ShowModal();
+    return Utf8(form[u"box"].Text());
+  });
+}
+
 // Runs with scale factors of 1, 1.5 and 2, which widgets know nothing of.
 TEST(Places, AreTheDesignsTwipsAtTheScreensResolution) {
   DesktopWorld world;
   const double scale = getenv("QT_SCALE_FACTOR") ? atof(getenv("QT_SCALE_FACTOR")) : 1;
   const auto check = [&](Form& form) {
     form.SetCaption(u"checked");
-    auto* window = reinterpret_cast<QWidget*>(OnWindows([&]() -> QWidget* {
+    auto* window = OnWindows([&]() -> QWidget* {
       for (QWidget* one : QApplication::topLevelWidgets()) {
         if (one->objectName().toStdString() == Utf8(form.Name())) return one;
       }
       return nullptr;
-    }));
+    });
     OnWindows([&] {
       EXPECT_EQ(scale, window->devicePixelRatioF());
       EXPECT_EQ(96, window->logicalDpiX());
@@ -142,15 +157,9 @@ TEST(Windows, ShowAFormAgainWithoutWhatWasLeftOfItsFirstUse) {
 
 TEST(Windows, TakeBackWhatTheFormRefused) {
   DesktopWorld world;
-  auto shown = std::async(std::launch::async, [] {
-    Probe form(u"slow");
-    form.OnGo = [&] {
-      form.OnGo = [&] { form.Hide(); };
-      std::this_thread::sleep_for(std::chrono::milliseconds(1000));
-      form[u"box"].SetLocked(true);
-    };
-    form.ShowModal();
-    return Utf8(form[u"box"].Text());
+  auto shown = Show(u"slow", [](Form& form) {
+    std::this_thread::sleep_for(std::chrono::milliseconds(1000));
+    form[u"box"].SetLocked(true);
   });
   DesktopUser user("slow");
   user.Key(Qt::Key_Return);
@@ -163,14 +172,7 @@ TEST(Windows, TakeBackWhatTheFormRefused) {
 
 TEST(Windows, ShowAFailureOfAHandlerAndStayUsable) {
   DesktopWorld world;
-  auto shown = std::async(std::launch::async, [] {
-    Probe form(u"failing");
-    form.OnGo = [&] {
-      form.OnGo = [&] { form.Hide(); };
-      Raise(FailureNumber::InvalidArgument, u"a");
-    };
-    form.ShowModal();
-  });
+  auto shown = Show(u"failing", [](Form&) { Raise(FailureNumber::InvalidArgument, u"a"); });
   DesktopUser user("failing");
   user.Key(Qt::Key_Return);
   EXPECT_NE("(no box)", user.AnswerBox());
@@ -187,7 +189,7 @@ TEST(Ends, CleanlyWhileADialogAndABoxAreOpenOnOtherThreads) {
   EXPECT_EXIT(
       {
         auto* world = new DesktopWorld;
-        std::thread([world] {
+        std::thread([] {
           Probe form(u"left");
           form.ShowModal();
         }).detach();
