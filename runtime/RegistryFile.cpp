@@ -41,7 +41,20 @@ constexpr const char* kTables = R"(
   throw Failure(FailureNumber::DeviceFailed, u"Runtime.RegistryStore", FromUtf8(file + " " + what));
 }
 
+std::int64_t SizeOf(const std::string& file) {
+  struct stat status {};
+  return stat(file.c_str(), &status) == 0 ? status.st_size : 0;
+}
+
+// An empty file beside a full log was emptied or lost by accident, and opening it would throw the log away.
+void RequireItsLog(const std::string& file) {
+  if (SizeOf(file) == 0 && SizeOf(file + "-wal") > 0)
+    RaiseAbout(file, "is missing or empty, but " + file +
+                         "-wal still holds changes; put a copy of both back, or move that file away");
+}
+
 const std::string& RequireFile(const std::string& file) {
+  RequireItsLog(file);
   struct stat status {};
   if (stat(file.c_str(), &status) != 0)
     RaiseAbout(file, std::string("can't be reached (") + std::strerror(errno) +
@@ -134,6 +147,7 @@ RegistryFile::RegistryFile(const std::string& file)
 }
 
 void RegistryFile::Create(const std::string& file) {
+  RequireItsLog(file);
   // Made here and not by SQLite, so that nobody else can read it at any time. One that exists isn't opened:
   // closing it again would drop the locks that this process may have on it.
   const int made = open(file.c_str(), O_RDWR | O_CREAT | O_EXCL | O_CLOEXEC, 0600);

@@ -7,6 +7,7 @@
 
 #include <array>
 #include <cerrno>
+#include <cstdlib>
 #include <cstring>
 #include <exception>
 #include <filesystem>
@@ -48,7 +49,17 @@ class OpenStores {
   void Close(Hive hive) { StoreOf(hive).reset(); }
 
  private:
-  OpenStores() { pthread_atfork(&BeforeFork, &AfterFork, &AfterFork); }
+  OpenStores() {
+    pthread_atfork(&BeforeFork, &AfterFork, &AfterFork);
+    std::atexit(&AtExit);
+  }
+
+  // A store that is closed has folded its log into its one file, which can then be copied as it is.
+  static void AtExit() {
+    const std::unique_lock guard(Of().lock_, std::try_to_lock);
+    if (!guard) return;
+    for (auto& store : Of().stores_) store.reset();
+  }
 
   static void BeforeFork() {
     Of().lock_.lock();

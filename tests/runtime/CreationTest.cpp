@@ -115,7 +115,7 @@ TEST_F(Creation, AChangedRegistrationCountsFromTheNextCreation) {
                       .c_str()) == 0)
     ExpectObstacle({"isn't registered"});
   fs::remove(folder_.Path() / "home/machine.registry");
-  ExpectObstacle({"machine.registry", "tvmail init"});
+  ExpectObstacle({"machine.registry", "put a copy"});
 }
 
 TEST_F(Creation, UnregisteringLeavesWhatItFound) {

@@ -204,6 +204,22 @@ TEST_F(Registry, AFileThatIsNoWholeStoreOfThisFormatIsRefusedAndLeftAsItIs) {
   EXPECT_EQ(RegistryStore::SubKeys(kMachine, u"Many").size(), 80U);
 }
 
+TEST_F(Registry, AStoreThatIsLostBesideItsLogIsNotMadeAnew) {
+  // The writer ends without closing, so that what it wrote lies in the log alone.
+  ASSERT_EQ(InAnotherProcess([] { WriteText(u"A", u"v", u"kept"); }), 0);
+  const std::string main = ReadFile(File());
+  const std::string log = ReadFile(File().string() + "-wal");
+  ASSERT_FALSE(log.empty());
+  for (const bool missing : {false, true}) {
+    missing ? void(std::filesystem::remove(File())) : WriteFile(File(), "");
+    EXPECT_NE(RefusalOf([] { RegistryStore::KeyExists(kMachine, u"A"); }).find("-wal"), std::string::npos);
+    EXPECT_NE(RefusalOf([] { RegistryStore::Create(kMachine); }).find("-wal"), std::string::npos);
+    EXPECT_TRUE(ReadFile(File().string() + "-wal") == log);
+  }
+  WriteFile(File(), main);
+  EXPECT_EQ(TextAt(u"A", u"v"), "kept");
+}
+
 TEST_F(Registry, AMakingThatWasCutShortIsFinishedByTheNext) {
   std::filesystem::remove_all(home_.Path());
   std::filesystem::create_directory(home_.Path());
