@@ -50,6 +50,12 @@ struct ClassDescription {
   std::span<const InterfaceDescription* const> MoreInterfaces;
 };
 
+// A class of a sibling, which is known by its members' names alone.
+template <class T>
+constexpr ClassDescription NamedClass(StringView name, const Identity& id, StringView version) {
+  return {name, id, version, {}, []() -> ObjectRef { return std::make_shared<T>(); }, nullptr, {}};
+}
+
 struct ImportedLibrary {
   StringView File;
   StringView Name;
@@ -101,6 +107,13 @@ struct ComponentDescription {
   const VersionRecord* Version;               // null where a library has none
   std::atomic<long>* LiveObjects;             // counts the objects of this library that are alive
 };
+
+// A library of such classes, without a type library and a version record of its own.
+constexpr ComponentDescription NamedClasses(StringView projectName, StringView projectDescription,
+                                            std::span<const ClassDescription> classes,
+                                            std::atomic<long>& liveObjects) {
+  return {projectName, projectDescription, {}, u"Apartment", classes, nullptr, nullptr, &liveObjects};
+}
 
 // A member of every object that a library hands out: it makes the object count among the library's live ones.
 class LiveObject {

@@ -7,26 +7,11 @@ std::atomic<long> liveObjects{0};
 
 namespace {
 
-ObjectRef CreateHelp() {
-  return std::make_shared<Help>();
-}
+constexpr ClassDescription kClasses[] = {
+    NamedClass<Help>(u"Help", "{5A1D7C30-2F64-4B0E-A3C9-81E6B2D75001}"_identity, u"1.0")};
 
-constexpr ClassDescription kClasses[] = {{.Name = u"Help",
-                                          .Id = "{5A1D7C30-2F64-4B0E-A3C9-81E6B2D75001}"_identity,
-                                          .Version = u"1.0",
-                                          .Attributes = u"",
-                                          .Create = CreateHelp,
-                                          .DefaultInterface = nullptr,
-                                          .MoreInterfaces = {}}};
-
-constexpr ComponentDescription kDescription = {.ProjectName = u"TvGeneralGuiServices",
-                                               .ProjectDescription = u"Talvane general dialogs and help",
-                                               .HelpDirectory = u"",
-                                               .ThreadingModel = u"Apartment",
-                                               .Classes = kClasses,
-                                               .TypeLibrary = nullptr,
-                                               .Version = nullptr,
-                                               .LiveObjects = &liveObjects};
+constexpr ComponentDescription kDescription =
+    NamedClasses(u"TvGeneralGuiServices", u"Talvane general dialogs and help", kClasses, liveObjects);
 
 }  // namespace
 }  // namespace TvGeneralGuiServices

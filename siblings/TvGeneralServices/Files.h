@@ -3,7 +3,7 @@
 
 #include "platform/Component.h"
 #include "platform/Object.h"
-#include "siblings/TvGeneralServices/LibraryEntry.h"
+#include "siblings/TvGeneralServices/LiveObjects.h"
 
 namespace TvGeneralServices {
 

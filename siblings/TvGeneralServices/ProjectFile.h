@@ -10,7 +10,7 @@
 
 #include "platform/Component.h"
 #include "platform/Object.h"
-#include "siblings/TvGeneralServices/LibraryEntry.h"
+#include "siblings/TvGeneralServices/LiveObjects.h"
 #include "siblings/TvGeneralServices/ProjectText.h"
 
 namespace TvGeneralServices {

@@ -1,4 +1,4 @@
-// LibraryEntry: the count of this library's objects that are alive.
+// LiveObjects: the count of this library's objects that are alive.
 #pragma once
 
 #include <atomic>
