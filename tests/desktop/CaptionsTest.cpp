@@ -29,26 +29,20 @@ void ExpectRoom(const QWidget& window) {
 
 TEST(Captions, HaveRoomInTheirPlaces) {
   DesktopWorld world;
-  world.AddProfile(u"Home");
-  auto bound = world.Configure(true, u"");
-  DesktopUser inbound("frmCfgInb");
+  AddProfile(u"Home");
+  Dialog inbound("frmCfgInb", world.Configure(true, u""));
   OnWindows([&] {
     ExpectRoom(*inbound.Window());
     const QFont font = inbound.Find("lblPWD")->font();
     EXPECT_EQ(9, font.pointSizeF());
   });
-  inbound.CloseBox();
-  bound.get();
 
-  auto saved = world.ConfigureOutbound();
-  DesktopUser outbound("frmCfgOut");
+  Dialog outbound("frmCfgOut", world.ConfigureOutbound());
   OnWindows([&] { ExpectRoom(*outbound.Window()); });
   outbound.Key(Qt::Key_Tab);
   outbound.Key(Qt::Key_Down);
   EXPECT_EQ("", outbound.Look("txtHost"));
   OnWindows([&] { ExpectRoom(*outbound.Window()); });
-  outbound.CloseBox();
-  saved.get();
 }
 
 }  // namespace

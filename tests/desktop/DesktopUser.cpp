@@ -1,14 +1,11 @@
 #include "tests/desktop/DesktopUser.h"
 
-#include <gtest/gtest.h>
 #include <QCheckBox>
 #include <QComboBox>
 #include <QLabel>
-#include <QLineEdit>
 #include <QMessageBox>
 #include <QPushButton>
 #include <QTextBrowser>
-#include <QWindow>
 
 #include <chrono>
 #include <thread>
@@ -44,14 +41,6 @@ QWidget* DesktopUser::Window() const {
   return VisibleWindow([this](QWidget* window) { return window->objectName() == form_; });
 }
 
-void DesktopUser::AwaitActive() {
-  EXPECT_TRUE(Eventually([this] { return Window() && Window()->windowHandle()->isActive(); })) << form_;
-}
-
-void DesktopUser::Key(Qt::Key key, Qt::KeyboardModifiers modifiers) {
-  OnWindows([&] { QTest::keyClick(Window()->windowHandle(), key, modifiers); });
-}
-
 void DesktopUser::Write(const std::string& text) {
   OnWindows([&] {
     for (const char letter : text) QTest::keyClick(Window()->windowHandle(), letter);
@@ -82,10 +71,6 @@ void DesktopUser::MoveOver(const char* control) {
   });
 }
 
-void DesktopUser::CloseBox() {
-  OnWindows([&] { Window()->close(); });
-}
-
 void DesktopUser::Activate() {
   OnWindows([&] { Window()->activateWindow(); });
   AwaitActive();
@@ -100,10 +85,6 @@ std::string DesktopUser::Text(const char* control) {
     if (auto* button = qobject_cast<QAbstractButton*>(widget)) return button->text().toStdString();
     return "(none)";
   });
-}
-
-std::string DesktopUser::Selected(const char* control) {
-  return OnWindows([&] { return Find<QLineEdit>(control)->selectedText().toStdString(); });
 }
 
 std::string DesktopUser::Focus() {
@@ -121,14 +102,6 @@ std::string DesktopUser::Look(const char* control) {
     auto* box = qobject_cast<QLineEdit*>(widget);
     return box && box->isReadOnly() ? "read-only" : "";
   });
-}
-
-bool DesktopUser::IsOpen() {
-  return OnWindows([&] { return Window() != nullptr; });
-}
-
-bool DesktopUser::IsTopmost() {
-  return OnWindows([&] { return Window()->windowHandle()->flags().testFlag(Qt::WindowStaysOnTopHint); });
 }
 
 bool DesktopUser::BoxIsOpen() {

@@ -4,10 +4,12 @@
 // and reaches the window as the display's own events do.
 #pragma once
 
+#include <gtest/gtest.h>
 #include <QApplication>
+#include <QLineEdit>
 #include <QMetaObject>
 #include <QTest>
-#include <QWidget>
+#include <QWindow>
 
 #include <functional>
 #include <string>
@@ -36,20 +38,27 @@ class DesktopUser {
   // Waits for the form's window and for its being the active one.
   explicit DesktopUser(const char* form) : form_(form) { AwaitActive(); }
 
-  void Key(Qt::Key key, Qt::KeyboardModifiers modifiers = Qt::NoModifier);
+  void Key(Qt::Key key, Qt::KeyboardModifiers modifiers = Qt::NoModifier) {
+    OnWindows([&] { QTest::keyClick(Window()->windowHandle(), key, modifiers); });
+  }
   void Write(const std::string& text);                   // into the control that has the focus
   void Enter(const char* box, const std::string& text);  // in place of what stands there
   void Click(const char* control);
   void MoveOver(const char* control);
-  void CloseBox();
+  void CloseBox() {
+    OnWindows([&] { Window()->close(); });
+  }
   void Activate();  // the window comes to the front again
 
   std::string Text(const char* control);  // of a box, a list, a button or a label
-  std::string Selected(const char* control);
+  std::string Selected(const char* control) {
+    return OnWindows([&] { return Find<QLineEdit>(control)->selectedText().toStdString(); });
+  }
   std::string Focus();                    // the control that has it
   std::string Look(const char* control);  // "hidden", "grey", "read-only" or ""
-  bool IsOpen();
-  bool IsTopmost();
+  bool IsTopmost() {
+    return OnWindows([&] { return Window()->windowHandle()->flags().testFlag(Qt::WindowStaysOnTopHint); });
+  }
 
   // Waits for a message box, reads it and presses its OK.
   static std::string AnswerBox();
@@ -65,7 +74,9 @@ class DesktopUser {
   QWidget* Window() const;  // on the windows' thread; null if it isn't visible
 
  private:
-  void AwaitActive();
+  void AwaitActive() {
+    EXPECT_TRUE(Eventually([this] { return Window() && Window()->windowHandle()->isActive(); })) << form_;
+  }
   const char* form_;
 };
 

@@ -10,6 +10,7 @@
 #include "src/mail/EMailManager.h"
 #include "tests/desktop/DesktopUser.h"
 #include "tests/mailbox/MailBoxWorld.h"
+#include "tests/outbound/OutboundTest.h"
 
 namespace Tests {
 
@@ -39,14 +40,22 @@ class DesktopWorld : public MailBoxWorld {
                       [] { return static_cast<bool>(EMailManager().ConfigureOutBoundEmail()); });
   }
 
-  void AddProfile(StringView name) {
-    Runtime::RegistryStore::CreateKey(
-        Hive::CurrentUser,
-        String(u"Software\\Microsoft\\Windows Messaging Subsystem\\Profiles\\").append(name));
-  }
-
  private:
   std::shared_ptr<FormsToolkit> desktop_;
+};
+
+// A user at a dialog whose call runs on a thread of its own. What is left open ends by its close box.
+template <class Result>
+class Dialog : public DesktopUser {
+ public:
+  Dialog(const char* form, std::future<Result> call) : DesktopUser(form), call_(std::move(call)) {}
+  ~Dialog() {
+    if (call_.valid()) CloseBox(), call_.get();
+  }
+  Result Ended() { return call_.get(); }
+
+ private:
+  std::future<Result> call_;
 };
 
 }  // namespace Tests

@@ -1,7 +1,4 @@
 // The outbound dialog in its real window.
-#include <QComboBox>
-#include <QLineEdit>
-
 #include "src/outbound/OutboundStore.h"
 #include "tests/desktop/DesktopWorld.h"
 
@@ -12,22 +9,9 @@ constexpr const char* kFields[] = {"cmbProvider", "cmbProfile", "txtHost", "txtE
 
 class OutboundWindow : public DesktopWorld {
  public:
-  explicit OutboundWindow(bool profiles = true) {
-    if (profiles) {
-      AddProfile(u"Home");
-      AddProfile(u"Office");
-    }
-  }
-
-  // "enabled|transport|profile|host|address|name" as stored, "-" for what isn't there.
-  std::string Stored() {
-    std::string values;
-    for (const StringView name : {kDiscussionEmailEnabledValue, kTransportIdValue, kMapiProfileValue,
-                                  kSmtpHostNameValue, kEMailAddressValue, kRealNameValue}) {
-      const std::string value = Registry(Hive::CurrentUser, OutboundKeyPath(), name);
-      values += (values.empty() ? "" : "|") + (value == "(none)" ? "-" : value);
-    }
-    return values;
+  OutboundWindow() {
+    AddProfile(u"Home");
+    AddProfile(u"Office");
   }
 };
 
@@ -54,8 +38,7 @@ TEST(OutboundWindow, SavesWhatIsCompleteAndPutsTheFocusWhereSomethingIsMissing) 
 )")) {
     SCOPED_TRACE(row[0] + " " + row[1] + " " + row[2]);
     OutboundWindow world;
-    auto saved = world.ConfigureOutbound();
-    DesktopUser user("frmCfgOut");
+    Dialog user("frmCfgOut", world.ConfigureOutbound());
     user.Key(Qt::Key_M, Qt::AltModifier);  // the label's key: the list of transports
     EXPECT_EQ("cmbProvider", user.Focus());
     user.Write(row[0]);
@@ -71,15 +54,14 @@ TEST(OutboundWindow, SavesWhatIsCompleteAndPutsTheFocusWhereSomethingIsMissing) 
       EXPECT_FALSE(user.BoxIsOpen());
       user.Key(Qt::Key_Escape);
     }
-    EXPECT_EQ(row[3].empty(), saved.get());
-    EXPECT_EQ(row[5], world.Stored());
+    EXPECT_EQ(row[3].empty(), user.Ended());
+    EXPECT_EQ(row[5], StoredIn(world));
   }
 }
 
 TEST(OutboundWindow, ShowsTheFieldsOfTheTransport) {
   OutboundWindow world;
-  auto saved = world.ConfigureOutbound();
-  DesktopUser user("frmCfgOut");
+  Dialog user("frmCfgOut", world.ConfigureOutbound());
   EXPECT_EQ(kMapiLayout, Layout(user));
   EXPECT_EQ("Home", user.Text("cmbProfile"));
   user.Click("chkEnableEmail");  // off
@@ -97,28 +79,18 @@ TEST(OutboundWindow, ShowsTheFieldsOfTheTransport) {
     user.Key(Qt::Key_Tab);
   }
   user.CloseBox();
-  EXPECT_FALSE(saved.get());
-  EXPECT_EQ("-|-|-|-|-|-", world.Stored());
-}
-
-TEST(OutboundWindow, StoresThatNotificationIsOffWhateverTheFieldsHold) {
-  OutboundWindow world(false);
-  auto saved = world.ConfigureOutbound();
-  DesktopUser user("frmCfgOut");
-  user.Key(Qt::Key_Space);
-  user.Click("cmdOK");
-  EXPECT_TRUE(saved.get());
-  EXPECT_EQ("False|-|-|-|-|-", world.Stored());
+  EXPECT_FALSE(user.Ended());
+  EXPECT_EQ("-|-|-|-|-|-", StoredIn(world));
 }
 
 TEST(OutboundWindow, LeavesMapiWhereTheMachineHasNoProfile) {
-  OutboundWindow world(false);
+  DesktopWorld world;
   const std::string told = Utf8(LoadTvResourceString(10043));
   SaveSmtpOutbound(u"mail.x", u"me@x", u"");
   Runtime::RegistryStore::Write(Hive::CurrentUser, OutboundKeyPath(), kTransportIdValue, {1, Value(u"1")});
-  auto saved = world.ConfigureOutbound();
+  auto call = world.ConfigureOutbound();
   EXPECT_EQ(told, DesktopUser::AnswerBox()) << "while there is no window yet";
-  DesktopUser user("frmCfgOut");
+  Dialog user("frmCfgOut", std::move(call));
   EXPECT_EQ(kSmtpLayout, Layout(user));
   OnWindows([&] { user.Find("cmbProvider")->setFocus(); });
   user.Key(Qt::Key_Up);
@@ -128,14 +100,13 @@ TEST(OutboundWindow, LeavesMapiWhereTheMachineHasNoProfile) {
   EXPECT_EQ("SMTP", user.Text("cmbProvider"));
   EXPECT_EQ(kSmtpLayout, Layout(user));
   user.Key(Qt::Key_Escape);
-  EXPECT_FALSE(saved.get());
+  EXPECT_FALSE(user.Ended());
 }
 
-TEST(OutboundWindow, SelectsOnFocusByItsOwnRules) {
-  OutboundWindow world(false);
+TEST(OutboundWindow, SelectsOnFocusByItsOwnRulesAndTakes255Characters) {
+  DesktopWorld world;
   SaveSmtpOutbound(u"mail.x", u"me@x", u"Me");
-  auto saved = world.ConfigureOutbound();
-  DesktopUser user("frmCfgOut");
+  Dialog user("frmCfgOut", world.ConfigureOutbound());
   user.Click("txtHost");
   EXPECT_EQ("mail.x", user.Selected("txtHost")) << "its press selects";
   user.Click("txtEMailAddress");
@@ -147,45 +118,19 @@ TEST(OutboundWindow, SelectsOnFocusByItsOwnRules) {
   EXPECT_EQ("", user.Selected("txtEMailAddress")) << "the pointer passed the name";
   user.Key(Qt::Key_Tab);
   EXPECT_EQ("Me", user.Selected("txtRealName"));
-  user.CloseBox();
-  saved.get();
-}
-
-TEST(OutboundWindow, TakesNoMoreThan255Characters) {
-  OutboundWindow world(false);
-  auto saved = world.ConfigureOutbound();
-  DesktopUser user("frmCfgOut");
   user.Enter("txtHost", std::string(300, 'h'));
   EXPECT_EQ(255u, user.Text("txtHost").size());
-  user.CloseBox();
-  saved.get();
 }
 
 TEST(OutboundWindow, StandsAboveAllOthersUntilHelpIsAskedFor) {
   OutboundWindow world;
-  auto saved = world.ConfigureOutbound();
-  DesktopUser user("frmCfgOut");
+  Dialog user("frmCfgOut", world.ConfigureOutbound());
   EXPECT_TRUE(user.IsTopmost());
   user.Key(Qt::Key_F1);
   EXPECT_FALSE(user.IsTopmost());
   EXPECT_EQ("E-mail Configuration", user.Help());
   user.Activate();
   EXPECT_TRUE(user.IsTopmost());
-
-  world.Services.Missing.insert("TvGeneralGuiServices.Help");
-  user.Click("cmdHelp");
-  EXPECT_EQ("E-mail Configuration", user.Help()) << "the thread keeps its help";
-  user.Activate();
-  user.Key(Qt::Key_Escape);
-  saved.get();
-
-  auto again = world.ConfigureOutbound();  // another thread, without any
-  DesktopUser alone("frmCfgOut");
-  alone.Click("cmdHelp");
-  EXPECT_NE("(no box)", alone.AnswerBox());
-  alone.Activate();
-  alone.Click("cmdOK");  // Enter would press the button that has the focus: Help
-  EXPECT_TRUE(again.get());
 }
 
 }  // namespace

@@ -18,21 +18,15 @@ int main(int count, char** arguments) {
     made = OnWindows([&] { return user.Window()->grab().save(file); }) && made;
   };
   DesktopWorld world;
-  auto bound = world.Configure(true, u"");
-  DesktopUser inbound("frmCfgInb");
+  Dialog inbound("frmCfgInb", world.Configure(true, u""));
   inbound.Enter("txtTVSFileName", "/srv/apollo/Apollo.TVS");
   inbound.Enter("txtUID", "admin");
   inbound.Enter("txtPwd", "secret word");
   take(inbound, "inbound");
-  inbound.CloseBox();
-  bound.get();
 
   SaveSmtpOutbound(u"mail.example.org", u"me@example.org", u"My Name");
-  auto saved = world.ConfigureOutbound();
-  DesktopUser outbound("frmCfgOut");
+  Dialog outbound("frmCfgOut", world.ConfigureOutbound());
   take(outbound, "outbound");
-  outbound.CloseBox();
-  saved.get();
   if (!made) std::cerr << "A picture can't be written into " << arguments[1] << "\n";
   return made ? 0 : 73;
 }

@@ -2,10 +2,13 @@
 #include "src/mail/EMailManager.h"
 #include "src/outbound/frmCfgOut.h"
 #include "src/outbound/modCgfOut.h"
+#include "tests/dialogs/FailingObserver.h"
 #include "tests/outbound/OutboundTest.h"
 
 namespace TvEmailServices {
 namespace {
+
+using Tests::FailingObserver;
 
 class OutboundDialogTest : public OutboundTest {
  protected:
@@ -138,23 +141,49 @@ TEST_F(OutboundDialogTest, ShowsTheFieldsOfTheChosenTransport) {
   });
 }
 
-TEST_F(OutboundDialogTest, OKRefusesAnEmptyFieldAndMovesTheFocusThere) {
+TEST_F(OutboundDialogTest, OKEndsItAfterACompleteSaveAloneAndCancelTakesNothingBack) {
+  const auto host = [](Form& form, UserHand& hand) { hand.Type(form[u"txtHost"], u"h"); };
+  const auto off = [](Form& form, UserHand& hand) { hand.Check(form[u"chkEnableEmail"], false); };
+  const auto noTransport = [](Form& form, UserHand&) { form[u"cmbProvider"].SetListIndex(-1); };
+  const auto noProfile = [](Form& form, UserHand&) { form[u"cmbProfile"].SetListIndex(-1); };
+  const auto profile = [](Form& form, UserHand& hand) { hand.Focus(form[u"cmbProfile"]); };
+  const auto address = [&](Form& form, UserHand& hand) {
+    host(form, hand);
+    hand.Type(form[u"txtEMailAddress"], u"a");
+  };
+  const std::string none = "-|-|-|-|-|-";
   const struct {
-    const char16_t *Host, *Address, *Focus;
-    const char* Box;
-  } rows[] = {{u"", u"", u"txtHost", "T10042 "}, {u"h", u"", u"txtEMailAddress", "T10041 "}};
+    bool Profile;
+    Tests::ScriptToolkit::Script BeforeOK;
+    std::string Focus;  // empty: the dialog ends
+    std::string Stored;
+    Texts Boxes = {};
+    std::vector<Tests::Fault> Faults = {};
+  } rows[] = {{false, {}, "txtHost", none, {"T10042 "}},
+              {false, host, "txtEMailAddress", none, {"T10041 "}},
+              {false, address, "nowhere", "-|2|-|h|a|", {}, {{"RegUtil.SetCurrPath", 3, boom}}},
+              {false, off, "", "False|-|-|-|-|-"},
+              {false, noTransport, "", "True|-|-|-|-|-"},
+              {true, {}, "", "True|1|Alpha|-|-|-"},
+              {true, noProfile, "nowhere", none, {"T10040 "}},
+              {true, profile, "cmbProfile", none, {}, {{"RegUtil.AddOrUpdateValue", 1, false}}}};
   for (const auto& row : rows) {
-    EXPECT_FALSE(Open([&](Form& form, UserHand& hand) {
-      hand.Type(form[u"txtHost"], row.Host);
-      hand.Enter();
-      EXPECT_TRUE(form.IsShown());
-      EXPECT_TEXT(row.Focus, form.ActiveControl()->Name());
-      EXPECT_TEXT(row.Host, form[u"txtHost"].Text());
-      hand.Escape();
-      EXPECT_FALSE(form.IsLoaded());
-    }));
-    EXPECT_EQ(world.Toolkit.TakeBoxes(), Texts{row.Box});
-    EXPECT_EQ(Stored(), "-|-|-|-|-|-");
+    SCOPED_TRACE(&row - rows);
+    RegistryStore::DeleteKey(Hive::CurrentUser, OutboundKeyPath());
+    if (row.Profile) AddProfile(u"Alpha");
+    EXPECT_EQ(row.Focus.empty(), Open([&](Form& form, UserHand& hand) {
+                if (row.BeforeOK) row.BeforeOK(form, hand);
+                Plan(row.Faults);
+                hand.Enter();
+                if (row.Focus.empty()) return;
+                EXPECT_TRUE(form.IsShown());
+                const Control* focus = form.ActiveControl();
+                EXPECT_EQ(row.Focus, focus ? ToUtf8(focus->Name()) : "nowhere");
+                hand.Escape();
+                EXPECT_FALSE(form.IsLoaded());
+              }));
+    EXPECT_EQ(world.Toolkit.TakeBoxes(), row.Boxes);
+    EXPECT_EQ(Stored(), row.Stored);
   }
 }
 
@@ -170,38 +199,6 @@ TEST_F(OutboundDialogTest, OKSavesTheTransportAsTypedAndTheEnablingValueLast) {
   EXPECT_EQ(Stored(), "True|2|-|  |" + longest + "|");
   EXPECT_EQ(world.Services.CallsOf(set), (Texts{set + "  ", set + longest, set, set + "2", set + "True"}));
   EXPECT_EQ(world.Toolkit.TakeBoxes(), Texts{});
-}
-
-TEST_F(OutboundDialogTest, OKWithTheCheckBoxOffWritesTheEnablingValueAlone) {
-  EXPECT_TRUE(Open([&](Form& form, UserHand& hand) {
-    hand.Check(form[u"chkEnableEmail"], false);
-    hand.Enter();
-  }));
-  EXPECT_EQ(Stored(), "False|-|-|-|-|-");
-}
-
-TEST_F(OutboundDialogTest, OKInTheMapiLayoutNeverMovesTheFocus) {
-  AddProfile(u"Alpha");
-  EXPECT_TRUE(Open([&](Form& form, UserHand& hand) {
-    Plan({{"RegUtil.AddOrUpdateValue", 1, false}});
-    hand.Focus(form[u"cmbProfile"]);
-    hand.Enter();
-    EXPECT_TEXT(u"cmbProfile", form.ActiveControl()->Name());
-    hand.Enter();
-  }));
-  EXPECT_EQ(Stored(), "True|1|Alpha|-|-|-");
-}
-
-TEST_F(OutboundDialogTest, CancelTakesNothingBackThatAStoppedOKHadSaved) {
-  EXPECT_FALSE(Open([&](Form& form, UserHand& hand) {
-    hand.Type(form[u"txtHost"], u"h");
-    hand.Type(form[u"txtEMailAddress"], u"a");
-    Plan({{"RegUtil.SetCurrPath", 3, boom}});
-    hand.Enter();
-    EXPECT_TRUE(form.IsShown());
-    hand.Escape();
-  }));
-  EXPECT_EQ(Stored(), "-|2|-|h|a|");
 }
 
 TEST_F(OutboundDialogTest, AKeyThatVanishesWhileItIsOpenCostsNoEntry) {
@@ -220,20 +217,9 @@ TEST_F(OutboundDialogTest, AKeyThatVanishesWhileItIsOpenCostsNoEntry) {
   }));
 }
 
-// Fails when the host's box is told of.
-class FailingObserver : public FormObserver {
- public:
-  void ControlChanged(const Control& control, ControlProperty) override { FocusMoved(control); }
-  void FormChanged(FormProperty) override {}
-  void FocusMoved(const Control& control) override {
-    if (control.Name() == u"txtHost") throw Failure(57, u"test", u"boom");
-  }
-  void Ended() override {}
-};
-
 TEST_F(OutboundDialogTest, AFailureInAHandlerIsShownAndLeavesWhatIsBehindIt) {
   Open([](Form& form, UserHand& hand) {
-    FailingObserver observer;
+    FailingObserver observer(u"txtHost");
     form.SetObserver(&observer);
     hand.Check(form[u"chkEnableEmail"], false);
     EXPECT_FALSE(form[u"txtEMailAddress"].Enabled());
@@ -246,25 +232,9 @@ TEST_F(OutboundDialogTest, AFailureInAHandlerIsShownAndLeavesWhatIsBehindIt) {
   EXPECT_EQ(world.Toolkit.TakeBoxes(), (Texts{"boom", "boom", "T10042 ", "boom"}));
 }
 
-TEST_F(OutboundDialogTest, OKOfNoTransportSavesTheEnablingValueAndOfNoProfileNothing) {
-  EXPECT_TRUE(Open([&](Form& form, UserHand& hand) {
-    form[u"cmbProvider"].SetListIndex(-1);
-    hand.Enter();
-  }));
-  EXPECT_EQ(Stored(), "True|-|-|-|-|-");
-  RegistryStore::DeleteKey(Hive::CurrentUser, OutboundKeyPath());
-  AddProfile(u"Alpha");
-  EXPECT_FALSE(Open([&](Form& form, UserHand& hand) {
-    form[u"cmbProfile"].SetListIndex(-1);
-    hand.Enter();
-    EXPECT_TRUE(form.IsShown());
-  }));
-  EXPECT_EQ(world.Toolkit.TakeBoxes(), Texts{"T10040 "});
-  EXPECT_EQ(Stored(), "-|-|-|-|-|-");
-}
-
 TEST_F(OutboundDialogTest, ItsCallFailsAfterAReportAndLetsTheDialogGo) {
-  FailingObserver observer;  // fails for the check box's click, which is shown, and then for the limits
+  // Fails for the check box's click, which is shown, and then for the limits.
+  FailingObserver observer(u"txtHost");
   const auto observed = [&](Form& form) { form.SetObserver(&observer); };
   const auto raising = [&](Form&) { throw boom; };
   const auto raisingAct = [&](Form&, UserHand&) { throw boom; };
@@ -289,32 +259,13 @@ TEST_F(OutboundDialogTest, ItsCallFailsAfterAReportAndLetsTheDialogGo) {
 }
 
 TEST_F(OutboundDialogTest, AFailedLoadIsShownAndCostsTheCaptionsAlone) {
-  struct : FormObserver {
-    void ControlChanged(const Control&, ControlProperty) override {}
-    void FormChanged(FormProperty property) override {
-      if (property == FormProperty::Icon) throw Failure(57, u"test", u"boom");
-    }
-    void FocusMoved(const Control&) override {}
-    void Ended() override {}
-  } observer;
+  FailingObserver observer(u"icon");
   world.Toolkit.OnLoad = [&](Form& form) { form.SetObserver(&observer); };
   EXPECT_FALSE(Open([](Form& form, UserHand&) {
     EXPECT_TEXT(u"E-mail Configuration", form.Caption());
     EXPECT_EQ(Fields(form), "on 1||||");
   }));
   EXPECT_EQ(world.Toolkit.TakeBoxes(), Texts{"boom"});
-}
-
-TEST_F(OutboundDialogTest, EachBoxSelectsItsOwnTextOnFocus) {
-  Open([](Form& form, UserHand& hand) {
-    const StringView boxes[] = {u"txtHost", u"txtEMailAddress", u"txtRealName"};
-    std::size_t length = 2;
-    for (const StringView box : boxes) hand.Type(form[box], String(++length, u'x'));
-    for (const StringView box : boxes) {
-      hand.Focus(form[box]);
-      EXPECT_EQ(form[box].SelLength(), static_cast<std::int32_t>(form[box].Text().size())) << ToUtf8(box);
-    }
-  });
 }
 
 TEST_F(OutboundDialogTest, StandsTopmostUntilHelpIsAskedForAndOutlivesItsFailure) {
@@ -339,7 +290,10 @@ TEST_F(OutboundDialogTest, SelectsOnFocusAsTheLastPointerEventSays) {
   const struct {
     std::vector<std::pair<bool (UserHand::*)(Control&), const char16_t*>> Acts;
     std::int32_t Selected;
+    const char16_t* Box = u"txtEMailAddress";
   } rows[] = {{{}, 4},
+              {{}, 3, u"txtHost"},
+              {{}, 5, u"txtRealName"},
               {{{&UserHand::MouseDown, u"txtEMailAddress"}}, 0},
               {{{&UserHand::MouseMove, u"txtEMailAddress"}}, 4},
               {{{&UserHand::MouseDown, u"txtRealName"}}, 4},
@@ -348,10 +302,12 @@ TEST_F(OutboundDialogTest, SelectsOnFocusAsTheLastPointerEventSays) {
               {{{&UserHand::MouseMove, u"txtRealName"}, {&UserHand::Focus, u"txtHost"}}, 4}};
   for (const auto& row : rows) {
     Open([&](Form& form, UserHand& hand) {
+      hand.Type(form[u"txtHost"], u"two");
+      hand.Type(form[u"txtRealName"], u"names");
       hand.Type(form[u"txtEMailAddress"], u"four");
       for (const auto& [act, name] : row.Acts) (hand.*act)(form[name]);
-      hand.Focus(form[u"txtEMailAddress"]);
-      EXPECT_EQ(form[u"txtEMailAddress"].SelLength(), row.Selected) << &row - rows;
+      hand.Focus(form[row.Box]);
+      EXPECT_EQ(form[row.Box].SelLength(), row.Selected) << &row - rows;
     });
   }
 }

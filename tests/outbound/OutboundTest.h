@@ -12,6 +12,22 @@ namespace TvEmailServices {
 using Runtime::RegistryStore;
 using Texts = std::vector<std::string>;
 
+inline void AddProfile(const String& name, const String& system = {}) {
+  RegistryStore::CreateKey(Hive::CurrentUser, u"Software\\Microsoft\\" + system +
+                                                  u"Windows Messaging Subsystem\\Profiles\\" + name);
+}
+
+// The six values of the outbound key, "-" for one that isn't there.
+inline std::string StoredIn(const Tests::World& world) {
+  std::string values;
+  for (const StringView name : {kDiscussionEmailEnabledValue, kTransportIdValue, kMapiProfileValue,
+                                kSmtpHostNameValue, kEMailAddressValue, kRealNameValue}) {
+    const std::string value = world.Registry(Hive::CurrentUser, OutboundKeyPath(), name);
+    values += (values.empty() ? "" : "|") + (value == "(none)" ? "-" : value);
+  }
+  return values;
+}
+
 class OutboundTest : public testing::Test {
  protected:
   OutboundTest() {
@@ -22,23 +38,7 @@ class OutboundTest : public testing::Test {
     world.Services.Watching = true;
   }
 
-  static void AddProfile(StringView name, StringView system = {}) {
-    RegistryStore::CreateKey(Hive::CurrentUser, String(u"Software\\Microsoft\\")
-                                                    .append(system)
-                                                    .append(u"Windows Messaging Subsystem\\Profiles\\")
-                                                    .append(name));
-  }
-
-  // The six values of the outbound key, "-" for one that isn't there.
-  std::string Stored() const {
-    std::string values;
-    for (const StringView name : {kDiscussionEmailEnabledValue, kTransportIdValue, kMapiProfileValue,
-                                  kSmtpHostNameValue, kEMailAddressValue, kRealNameValue}) {
-      const std::string value = world.Registry(Hive::CurrentUser, OutboundKeyPath(), name);
-      values += (values.empty() ? "" : "|") + (value == "(none)" ? "-" : value);
-    }
-    return values;
-  }
+  std::string Stored() const { return StoredIn(world); }
 
   // From here on these faults happen, counted anew.
   void Plan(std::vector<Tests::Fault> faults) {
