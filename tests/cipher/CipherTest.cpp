@@ -40,10 +40,6 @@ class CipherComponent : public testing::Test {
   Bytes lastKey_;
 };
 
-bool Holds(const std::string& text, const std::string& part) {
-  return text.find(part) != std::string::npos;
-}
-
 TEST_F(CipherComponent, GivesEveryTextBackWithItsKeyAlone) {
   const Bytes keys[] = {{0}, Bytes(21, 7), Bytes(26, 7), Bytes(300, 7)};
   const String texts[] = {u"", u"a", String{0xDC00, 0xD800, 0, 0xFFFF}, String(70000, u'\u65E5')};
@@ -110,10 +106,10 @@ TEST_F(CipherComponent, KeepsAKeyForEachLabelOfAKeyStore) {
   ASSERT_EQ(Read(file, u"p\u00E4ss", u"mail"), "read");
   const Bytes mail = lastKey_;
   const std::string before = ReadFile(world_.Home.Path() / "keys");
-  EXPECT_TRUE(Holds(Create(file, u"p\u00E4ss", u"mail"), "already"));
-  EXPECT_TRUE(Holds(Create(file, u"other", u"new"), "password is wrong"));
-  EXPECT_TRUE(Holds(Create(file, u"", u"new"), "needs a password"));
-  EXPECT_TRUE(Holds(Create(file, u"p\u00E4ss", u""), "needs a label"));
+  EXPECT_PRED2(Holds, Create(file, u"p\u00E4ss", u"mail"), "already");
+  EXPECT_PRED2(Holds, Create(file, u"other", u"new"), "password is wrong");
+  EXPECT_PRED2(Holds, Create(file, u"", u"new"), "needs a password");
+  EXPECT_PRED2(Holds, Create(file, u"p\u00E4ss", u""), "needs a label");
   EXPECT_EQ(ReadFile(world_.Home.Path() / "keys"), before);
 
   ASSERT_EQ(Create(file, u"p\u00E4ss", u"\u65E5"), "created");
@@ -123,24 +119,24 @@ TEST_F(CipherComponent, KeepsAKeyForEachLabelOfAKeyStore) {
   EXPECT_EQ(lastKey_, mail);
   EXPECT_EQ(fs::status(world_.Home.Path() / "keys").permissions(),
             fs::perms::owner_read | fs::perms::owner_write);
-  EXPECT_TRUE(Holds(Read(file, u"p\u00E4ss", u"Mail"), "no key with the label Mail"));
+  EXPECT_PRED2(Holds, Read(file, u"p\u00E4ss", u"Mail"), "no key with the label Mail");
 }
 
 TEST_F(CipherComponent, RefusesAKeyStoreThatIsNotOneOrIsOpenToOthers) {
   const fs::path path = world_.Home.Path() / "keys";
   const String file = world_.PathOf("keys");
-  EXPECT_TRUE(Holds(Read(file, u"pw", u"mail"), "can't be opened (No such file"));
-  EXPECT_TRUE(Holds(Read(u"", u"pw", u"mail"), "isn't named"));
-  EXPECT_TRUE(Holds(Create(world_.PathOf("no/such/folder/keys"), u"pw", u"mail"), "No such file"));
+  EXPECT_PRED2(Holds, Read(file, u"pw", u"mail"), "can't be opened (No such file");
+  EXPECT_PRED2(Holds, Read(u"", u"pw", u"mail"), "isn't named");
+  EXPECT_PRED2(Holds, Create(world_.PathOf("no/such/folder/keys"), u"pw", u"mail"), "No such file");
   fs::create_directory(world_.Home.Path() / "folder");
-  EXPECT_TRUE(Holds(Read(world_.PathOf("folder"), u"pw", u"mail"), "it is no file"));
+  EXPECT_PRED2(Holds, Read(world_.PathOf("folder"), u"pw", u"mail"), "it is no file");
 
   ASSERT_EQ(Create(file, u"pw", u"mail"), "created");
-  EXPECT_TRUE(Holds(Read(file, u"PW", u"mail"), "password is wrong"));
+  EXPECT_PRED2(Holds, Read(file, u"PW", u"mail"), "password is wrong");
   for (const int mode : {0640, 0604, 0620, 0602}) {
     fs::permissions(path, static_cast<fs::perms>(mode));
-    EXPECT_TRUE(Holds(Read(file, u"pw", u"mail"), "chmod 600")) << mode;
-    EXPECT_TRUE(Holds(Create(file, u"pw", u"new"), "chmod 600")) << mode;
+    EXPECT_PRED2(Holds, Read(file, u"pw", u"mail"), "chmod 600") << mode;
+    EXPECT_PRED2(Holds, Create(file, u"pw", u"new"), "chmod 600") << mode;
   }
   fs::permissions(path, static_cast<fs::perms>(0600));
   fs::create_symlink(path, world_.Home.Path() / "link");

@@ -10,17 +10,15 @@ namespace Tests {
 
 struct Outcome {
   int Code = -1;
-  std::string Output;
-  std::string Error;
+  std::string Output, Error;
 };
 
-// What is typed behind "tvmail", and what has to come of it: the exit code, and a piece of the output and of
-// the errors (empty: nothing may be there).
+// What is typed behind "tvmail" and then answered, and what has to come of it: the exit code, and a piece of
+// the output and of the errors (empty: nothing may be there).
 struct Step {
   std::string Arguments;
   int Code;
-  std::string Output;
-  std::string Error;
+  std::string Output, Error, Input = {};
 };
 
 class Program {
@@ -56,9 +54,6 @@ class Program {
   TemporaryFolder folder_;
   std::string program_ = TVMAIL_PROGRAM;
 };
-
-// True if the text is one JSON value.
-bool IsJson(std::string_view text);
 
 inline const std::string kControlZ = "\x1A";
 inline const std::string kLogon = " --project apollo.TVS --user ann --password-file password";

@@ -7,6 +7,7 @@ namespace {
 
 const std::string kEncryptFailed = "10005|TvEmailServices.ComponentSecurity.Encrypt71|";
 const std::string kDecryptFailed = "10005|TvEmailServices.ComponentSecurity.Decrypt71|";
+const std::string kMismatch = "Type mismatch: the value can't be used here";
 const std::string kName = "OstrCipherCOM.OstrCipherCOM";
 
 // Records what it is called with, and answers as it is told. A key store's buffer comes back as 0, 1, 2 and
@@ -63,7 +64,6 @@ class CipherScheme : public SecurityWorld {
   CipherScheme() {
     world_.Services.Instead[kName] = [this] { return cipher_; };
   }
-  void UseRealCipher() { world_.Services.Instead.clear(); }
   std::size_t Creations() const {
     return static_cast<std::size_t>(
         std::count(world_.Services.Created.begin(), world_.Services.Created.end(), kName));
@@ -76,31 +76,24 @@ class CipherScheme : public SecurityWorld {
   }
 
   std::shared_ptr<RecordingCipher> cipher_ = std::make_shared<RecordingCipher>();
-  const Value someKey_ = Bytes{1, 2, 3};
+  const Value someKey_ = Bytes{1, 2, 3}, unusable_ = ObjectRef(std::make_shared<Object>());
 };
 
-TEST_F(CipherScheme, IsThePasswordEncoderWithoutTheCipherAndNeverLooksAtTheKey) {
-  const Value unusable = ObjectRef(std::make_shared<Object>());
-  const String encoded = security_.Encrypt71(u"", unusable, False);
-  EXPECT_EQ(encoded.size(), 30U);
-  EXPECT_TEXT(u"", security_.Decrypt71(encoded, unusable, False));
-  EXPECT_TEXT(u"secret",
-              security_.Decrypt71(security_.Encrypt71(u"secret", unusable, False), unusable, False));
-  EXPECT_EQ(FailureOf([&] { security_.Encrypt71(u"~", unusable, False); }),
+TEST_F(CipherScheme, WithoutTheCipherOrForAnEmptyTextNeverLooksAtTheKey) {
+  for (const String text : {u"", u"secret"}) {
+    const String encoded = security_.Encrypt71(text, unusable_, False);
+    EXPECT_EQ(encoded.size(), 30U);
+    EXPECT_TEXT(text, security_.Decrypt71(encoded, unusable_, False));
+  }
+  EXPECT_EQ(FailureOf([&] { security_.Encrypt71(u"~", unusable_, False); }),
             kEncryptFailed +
                 "Illegal character found.\r\nPasswords should contain only standard printable ASCII "
                 "characters, excluding chars \"~\" and \"}\".");
-  EXPECT_EQ(DecryptFailure(u"3", unusable, False), kDecryptFailed + "Error deciphering encrypted data.");
-  EXPECT_EQ(DecryptFailure(someKey_, unusable, False),
-            kDecryptFailed + "Type mismatch: the value can't be used here");
-  EXPECT_EQ(Creations(), 0U);
-}
-
-TEST_F(CipherScheme, NeedsNeitherKeyNorCipherForAnEmptyText) {
-  const Value unusable = ObjectRef(std::make_shared<Object>());
-  EXPECT_TEXT(u"", security_.Encrypt71(u"", unusable, True));
+  EXPECT_EQ(DecryptFailure(u"3", unusable_, False), kDecryptFailed + "Error deciphering encrypted data.");
+  EXPECT_EQ(DecryptFailure(someKey_, unusable_, False), kDecryptFailed + kMismatch);
+  EXPECT_TEXT(u"", security_.Encrypt71(u"", unusable_, True));
   for (const Value& empty : {Value(), Value(u""), Value(Bytes()), Value(Array())})
-    EXPECT_TEXT(u"", security_.Decrypt71(empty, unusable, True));
+    EXPECT_TEXT(u"", security_.Decrypt71(empty, unusable_, True));
   EXPECT_EQ(Creations(), 0U);
 }
 
@@ -157,10 +150,8 @@ TEST_F(CipherScheme, TakesTheKeyFromTheKeyStoreWhereTheCallerHasNone) {
 }
 
 TEST_F(CipherScheme, RaisesOneNumberWithTheDescriptionOfWhatFailedBeneath) {
-  const Value object = ObjectRef(std::make_shared<Object>());
-  EXPECT_EQ(EncryptFailure(object), kEncryptFailed + "Type mismatch: the value can't be used here");
-  EXPECT_EQ(DecryptFailure(u"x", object, True),
-            kDecryptFailed + "Type mismatch: the value can't be used here");
+  EXPECT_EQ(EncryptFailure(unusable_), kEncryptFailed + kMismatch);
+  EXPECT_EQ(DecryptFailure(u"x", unusable_, True), kDecryptFailed + kMismatch);
   EXPECT_EQ(EncryptFailure(Array{std::int32_t{256}}).substr(0, kEncryptFailed.size() + 8),
             kEncryptFailed + "Overflow");
 
@@ -196,10 +187,6 @@ TEST_F(CipherScheme, RaisesTheKeyStoresFailuresUnderTheirOwnNumbers) {
     cipher_->Number = number;
     EXPECT_EQ(keyFailure(), "1|PWKeyFIPS|because");
   }
-  ComponentSecurity another;
-  world_.Services.Instead[kName] = [] { return ObjectRef(); };
-  EXPECT_EQ(FailureOf([&] { ComponentSecurityTestAccess::CryptoComponent(another); }),
-            "10005|TvEmailServices.ComponentSecurity.GetOstrCipherCOM|Cannot load OstrCipherCom.dll");
 }
 
 TEST_F(CipherScheme, KeepsTheKeyStoreSettingsReadBeforeAFailure) {
@@ -218,12 +205,14 @@ TEST_F(CipherScheme, ReportsACipherThatCannotBeHadAndRecoversWhenItIsBack) {
   world_.Services.Missing.clear();
   world_.Services.Instead[kName] = [] { return ObjectRef(); };
   EXPECT_EQ(DecryptFailure(u"x", someKey_, True), kDecryptFailed + "Cannot load OstrCipherCom.dll");
+  EXPECT_EQ(FailureOf([&] { ComponentSecurityTestAccess::CryptoComponent(security_); }),
+            "10005|TvEmailServices.ComponentSecurity.GetOstrCipherCOM|Cannot load OstrCipherCom.dll");
   world_.Services.Instead[kName] = [this] { return cipher_; };
   EXPECT_TEXT(u"output", security_.Encrypt71(u"text", someKey_, True));
 }
 
 TEST_F(CipherScheme, GivesTextsBackThroughTheRealCipherAndKeyStore) {
-  UseRealCipher();
+  world_.Services.Instead.clear();
   const String text = u"Gr\u00FC\u00DFe \u65E5\u672C" + String{0xD800, 0, 0xDC00, u'|'};
   const String fixed = security_.EncryptFixed(text);
   EXPECT_NE(fixed, security_.EncryptFixed(text));

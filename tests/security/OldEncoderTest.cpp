@@ -1,6 +1,4 @@
 // EncryptOld and DecryptOld: the form of the older encoded string, and that no failure leaves them.
-#include <algorithm>
-
 #include "tests/security/SecurityWorld.h"
 
 namespace Tests {
@@ -16,15 +14,6 @@ String Text(std::size_t length, std::size_t turn) {
 }
 
 class OldEncoder : public SecurityWorld {};
-
-TEST_F(OldEncoder, HasAKeyTableFromWhichEveryStartReadsBack) {
-  const String table = ComponentSecurityTestAccess::OldKeyTable();
-  ASSERT_EQ(table.size(), 127U);
-  EXPECT_EQ(Fingerprint(table), 0x87a998073fbc398f) << "no stored text could be read any more";
-  EXPECT_TRUE(StartCharactersAreUnique(table, kLastStart));
-  EXPECT_EQ(table.substr(0, kLastStart).find(char16_t{255}), String::npos);
-  EXPECT_TRUE(std::all_of(table.begin(), table.end(), [](char16_t c) { return c > 0 && c < 256; }));
-}
 
 // Computed by hand: the start character and a body character are vertical bars.
 TEST_F(OldEncoder, WritesAndReadsTheStringThatEveryBuildWrites) {
@@ -101,12 +90,8 @@ TEST_F(OldEncoder, NeverReadsOutsideACutOrChangedString) {
           String changed = encoded;
           changed[at] = static_cast<char16_t>(code);
           const String read = security_.DecryptOld(changed);
-          if (at >= 2) {
-            ASSERT_EQ(read.size(), n);
-          }
-          if (at >= bodyEnd) {
-            ASSERT_EQ(read, text);
-          }
+          ASSERT_TRUE(at < 2 || read.size() == n);
+          ASSERT_TRUE(at < bodyEnd || read == text);
         }
       }
     }

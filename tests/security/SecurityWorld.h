@@ -70,12 +70,6 @@ inline std::uint64_t Fingerprint(StringView table) {
   return hash;
 }
 
-// The first count characters of the table occur nowhere earlier in it.
-inline bool StartCharactersAreUnique(const String& table, std::size_t count) {
-  const StringView starts = StringView(table).substr(0, count);
-  return std::set<char16_t>(starts.begin(), starts.end()).size() == count;
-}
-
 // "number|source|description" of the failure that the operation raises, or "none".
 inline std::string FailureOf(const std::function<void()>& operation) {
   try {

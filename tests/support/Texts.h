@@ -1,14 +1,31 @@
-// Texts: UTF-16 texts in expectations, compared and printed as UTF-8.
+// Texts: UTF-16 texts in expectations, compared and printed as UTF-8, and what failures say.
 #pragma once
 
 #include <gtest/gtest.h>
 
+#include "platform/Failure.h"
 #include "platform/Text.h"
 
 namespace Tests {
 
 inline std::string Utf8(Platform::StringView text) {
   return Platform::ToUtf8(text);
+}
+
+// For EXPECT_PRED2, which prints both.
+inline bool Holds(std::string_view text, std::string_view part) {
+  return text.find(part) != std::string_view::npos;
+}
+
+// What the failure says that the act raises; empty if it raises none.
+template <class Act>
+std::string FailureText(Act act) {
+  try {
+    act();
+    return {};
+  } catch (const Platform::Failure& failure) {
+    return failure.what();
+  }
 }
 
 }  // namespace Tests

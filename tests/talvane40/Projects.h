@@ -1,10 +1,9 @@
 // Projects: a project made through the loaded library, and the windows through which tests use it.
 #pragma once
 
-#include <sqlite3.h>
-
 #include "platform/contracts/NamedWindow.h"
 #include "platform/contracts/ProjectLibrary.h"
+#include "runtime/Database.h"
 #include "tests/support/World.h"
 
 namespace Tests {
@@ -54,14 +53,8 @@ class ProjectWorld : public World {
   // The replies of the first discussion, each an array of subject, body, user name and time.
   Array Replies() const { return Administer.Describe(Path)[2].ToArray()[0].ToArray()[2].ToArray(); }
 
-  // Works on the database by SQLite itself.
-  void Sql(const std::string& sql) const {
-    sqlite3* handle = nullptr;
-    ASSERT_EQ(sqlite3_open(Database().c_str(), &handle), SQLITE_OK);
-    EXPECT_EQ(sqlite3_exec(handle, sql.c_str(), nullptr, nullptr, nullptr), SQLITE_OK)
-        << sqlite3_errmsg(handle);
-    sqlite3_close(handle);
-  }
+  // Works on the database from outside.
+  void Sql(const char* sql) const { Runtime::Database(Database().string()).Run(sql); }
 
   std::filesystem::path Database() const { return Home.Path() / "apollo.db"; }
 

@@ -1,0 +1,41 @@
+// Processes: acts in processes of their own, which a test lets end or kills.
+#pragma once
+
+#include <gtest/gtest.h>
+#include <signal.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <functional>
+
+namespace Tests {
+
+// Its exit status will be 0; 1 if an expectation failed in it, 9 if the act raised a failure.
+inline pid_t StartProcess(const std::function<void()>& act) {
+  const pid_t child = fork();
+  if (child != 0) return child;
+  try {
+    act();
+  } catch (...) {
+    _exit(9);
+  }
+  _exit(testing::Test::HasFailure() ? 1 : 0);
+}
+
+// Waits for the end of a process and gives its exit status, or 128 and the signal that ended it.
+inline int EndOf(pid_t child) {
+  int status = 0;
+  waitpid(child, &status, 0);
+  return WIFEXITED(status) ? WEXITSTATUS(status) : 128 + WTERMSIG(status);
+}
+
+inline int InAnotherProcess(const std::function<void()>& act) {
+  return EndOf(StartProcess(act));
+}
+
+inline void KillProcess(pid_t child) {
+  kill(child, SIGKILL);
+  EndOf(child);
+}
+
+}  // namespace Tests
