@@ -56,9 +56,6 @@ class DesktopUser {
   }
   std::string Focus();                    // the control that has it
   std::string Look(const char* control);  // "hidden", "grey", "read-only" or ""
-  bool IsTopmost() {
-    return OnWindows([&] { return Window()->windowHandle()->flags().testFlag(Qt::WindowStaysOnTopHint); });
-  }
 
   // Waits for a message box, reads it and presses its OK.
   static std::string AnswerBox();

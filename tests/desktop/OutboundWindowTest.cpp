@@ -122,16 +122,5 @@ TEST(OutboundWindow, SelectsOnFocusByItsOwnRulesAndTakes255Characters) {
   EXPECT_EQ(255u, user.Text("txtHost").size());
 }
 
-TEST(OutboundWindow, StandsAboveAllOthersUntilHelpIsAskedFor) {
-  OutboundWindow world;
-  Dialog user("frmCfgOut", world.ConfigureOutbound());
-  EXPECT_TRUE(user.IsTopmost());
-  user.Key(Qt::Key_F1);
-  EXPECT_FALSE(user.IsTopmost());
-  EXPECT_EQ("E-mail Configuration", user.Help());
-  user.Activate();
-  EXPECT_TRUE(user.IsTopmost());
-}
-
 }  // namespace
 }  // namespace Tests

@@ -14,7 +14,7 @@ using Texts = std::vector<std::string>;
 // The second control stands for those that can hold no font.
 class SampleForm : public Form {
  public:
-  explicit SampleForm(String tag = u"9000", String labelTag = u"1002")
+  explicit SampleForm(const String& tag = u"9000", const String& labelTag = u"1002")
       : Form({u"sample", u"stored", tag, {0, 0, 1000, 500}},
              {{u"label", ControlKind::Label, u"stored", labelTag},
               {u"files", ControlKind::CommonDialog},
@@ -47,21 +47,17 @@ TEST(CenteringAForm, HalvesTheRoundedRestTowardZero) {
   });
 }
 
-TEST(LocalizingAForm, GivesTextsToLabelsButtonsAndCheckBoxesAlone) {
-  InAWorld([](Tests::World&) {
-    SampleForm form, untagged(u"no number");
-    LocalizeForm(form);
-    LocalizeForm(untagged);
-    EXPECT_EQ(form.Captions(), (Texts{"T9000", "T1002", "", "T1005", "", "stored", "stored"}));
-    EXPECT_EQ(untagged.Captions().front(), "stored");
-  });
-}
-
-TEST(LocalizingAForm, ShowsAFailureAndLeavesTheCaptionsBehindIt) {
+TEST(LocalizingAForm, GivesTextsToLabelsButtonsAndCheckBoxesAloneUpToAFailure) {
   InAWorld([](Tests::World& world) {
-    SampleForm form(u"9000", u"99999999999");
-    LocalizeForm(form);
-    EXPECT_EQ(form.Captions(), (Texts{"T9000", "", "", "stored", "stored", "stored", "stored"}));
+    const std::tuple<String, String, Texts> rows[] = {
+        {u"9000", u"1002", {"T9000", "T1002", "", "T1005", "", "stored", "stored"}},
+        {u"no number", u"1002", {"stored", "T1002", "", "T1005", "", "stored", "stored"}},
+        {u"9000", u"99999999999", {"T9000", "", "", "stored", "stored", "stored", "stored"}}};
+    for (const auto& [tag, labelTag, captions] : rows) {
+      SampleForm form(tag, labelTag);
+      LocalizeForm(form);
+      EXPECT_EQ(form.Captions(), captions);
+    }
     EXPECT_EQ(world.Toolkit.TakeBoxes().size(), 1U);
   });
 }
@@ -95,8 +91,7 @@ TEST(ApplyingTheFont, TurnsWesternIntoShiftJisOnOnePlatformOnly) {
 TEST(ApplyingTheFont, AsksForAnEmptyNameOnceAndChangesNothing) {
   const auto twice = [](Tests::World& world) {
     SampleForm form;
-    ApplyFormFont(form);
-    ApplyFormFont(form);
+    for (int round = 0; round < 2; ++round) ApplyFormFont(form);
     EXPECT_EQ(world.Services.CallsOf("Resource.GetFontName").size(), 1U);
     EXPECT_EQ(form[u"label"].Font(), Font());
   };
@@ -137,16 +132,6 @@ TEST(TheHelpFolder, StandsBesideAFolderWhoseNameEndsInBin) {
                                                               {u"bin", u"Help\\"},
                                                               {u"in", u"in\\"}};
   for (const auto& [folder, wanted] : rows) EXPECT_TEXT(wanted, HelpFolderFor(folder));
-}
-
-TEST(AHelpContext, NamesFileAndWindowInOneTextAndIgnoresTheAnswer) {
-  InAWorld([](Tests::World& world) {
-    world.Services.ComponentFolder = u"/opt/Mää/bin";
-    world.Toolkit.HelpOpens = false;
-    ShowHelpContext(160, 77);
-    EXPECT_EQ(world.Toolkit.HelpWindows, std::vector<std::intptr_t>{77});
-    EXPECT_EQ(world.Toolkit.Log.back(), "help /opt/Mää/Help\\MailPump.hlp >(w95sec) 1 160");
-  });
 }
 
 TEST(AHelpTopic, IsShownByOneHelpObjectForEachThread) {

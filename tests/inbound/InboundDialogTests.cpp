@@ -3,6 +3,7 @@
 #include "src/dialogs/frmCfgInb.h"
 #include "src/dialogs/modCfgIn.h"
 #include "src/mail/EMailManager.h"
+#include "tests/dialogs/FailingObserver.h"
 #include "tests/mailbox/ScriptedProject.h"
 
 namespace Tests {
@@ -55,54 +56,38 @@ class Inbound : public MailBoxWorld {
   String Name, Product;
 };
 
-TEST(InboundDialog, CarriesItsOutcomeFromOneCallToTheNext) {
-  // state before; mode; act; state after; result; entries that the handler object keeps
+TEST(InboundDialog, CarriesItsOutcomeFromOneCallToTheNextAndDropsTheSession) {
+  const std::string acts[] = {"", "", "ok", "cancel", "close", "wrong"};
+  // state before; mode; state after and result of each act
   for (const Strings& row : Table(R"(
-    0 ; add    ; ok     ; 1 ; true  ; Apollo.TVS|ann|
-    0 ; add    ; cancel ; 3 ; false ; ||
-    0 ; add    ; close  ; 0 ; false ; ||
-    0 ; add    ; wrong  ; 0 ; false ; ||
-    0 ; change ; ok     ; 1 ; true  ; Apollo.TVS|ann|
-    0 ; change ; cancel ; 2 ; true  ; ||
-    0 ; change ; close  ; 2 ; true  ; ||
-    0 ; change ; wrong  ; 2 ; true  ; ||
-    1 ; add    ; cancel ; 2 ; true  ; ||
-    1 ; change ; cancel ; 2 ; true  ; ||
-    1 ; add    ; close  ; 1 ; true  ; ||
-    1 ; change ; close  ; 1 ; true  ; ||
-    1 ; change ; ok     ; 1 ; true  ; Apollo.TVS|ann|
-    2 ; add    ; cancel ; 2 ; true  ; ||
-    2 ; change ; cancel ; 2 ; true  ; ||
-    2 ; add    ; ok     ; 1 ; true  ; Apollo.TVS|ann|
-    2 ; add    ; close  ; 2 ; true  ; ||
-    3 ; add    ; cancel ; 3 ; false ; ||
-    3 ; change ; cancel ; 3 ; false ; ||
-    3 ; add    ; close  ; 3 ; false ; ||
-    3 ; change ; close  ; 3 ; false ; ||
-    3 ; add    ; ok     ; 1 ; true  ; Apollo.TVS|ann|
+    0 ; add    ; 1 true ; 3 false ; 0 false ; 0 false
+    0 ; change ; 1 true ; 2 true  ; 2 true  ; 2 true
+    1 ; add    ; 1 true ; 2 true  ; 1 true  ; 1 true
+    1 ; change ; 1 true ; 2 true  ; 1 true  ; 1 true
+    2 ; add    ; 1 true ; 2 true  ; 2 true  ; 2 true
+    2 ; change ; 1 true ; 2 true  ; 2 true  ; 2 true
+    3 ; add    ; 1 true ; 3 false ; 3 false ; 3 false
+    3 ; change ; 1 true ; 3 false ; 3 false ; 3 false
 )")) {
-    SCOPED_TRACE(row[0] + " " + row[1] + " " + row[2]);
-    Inbound world;
-    WriteMailBoxRecord(world.PathOf("Apollo.TVS"), u"bob", u"word", u"Apollo");
-    SetConfigureState(std::stoi(row[0]));
-    EXPECT_EQ(row[4] == "true", world.Configure(row[1] == "add", u"Apollo", world.Named(row[2])));
-    EXPECT_EQ(std::stoi(row[3]), GetConfigureState());
-    EXPECT_EQ(row[2] == "wrong" ? Told("[10001]_") : Strings(), world.Boxes());
-    EXPECT_TEXT(u"Ostrand Talvane", world.Product);
-    EXPECT_EQ(row[5], world.Opened(true, u"Nobody")) << "fields of the handler object";
+    for (std::size_t act = 2; act < row.size(); ++act) {
+      SCOPED_TRACE(row[0] + " " + row[1] + " " + acts[act]);
+      Inbound world;
+      ObjectRef kept = world.Sess;
+      world.Toolkit.OnUnload = [&](Form& form) {
+        kept = static_cast<frmCfgInb&>(form).InboundServerConfig();
+      };
+      WriteMailBoxRecord(world.PathOf("Apollo.TVS"), u"bob", u"word", u"Apollo");
+      SetConfigureState(std::stoi(row[0]));
+      const std::string result =
+          world.Configure(row[1] == "add", u"Apollo", world.Named(acts[act])) ? " true" : " false";
+      EXPECT_EQ(row[act], std::to_string(GetConfigureState()) + result);
+      EXPECT_EQ(acts[act] == "wrong" ? Told("[10001]_") : Strings(), world.Boxes());
+      EXPECT_TEXT(u"Ostrand Talvane", world.Product);
+      EXPECT_FALSE(kept);
+      EXPECT_EQ(acts[act] == "ok" ? "Apollo.TVS|ann|" : "||", world.Opened(true, u"Nobody"))
+          << "fields of the handler object";
+    }
   }
-}
-
-TEST(InboundDialog, StartsWithoutAnOutcomeForANewHandlerAlone) {
-  Inbound world;
-  SetConfigureState(ConfigureStateKept);
-  world.Configure(true, u"", world.Named("close"));
-  EXPECT_EQ(ConfigureStateKept, GetConfigureState());
-  std::int32_t elsewhere = -1;
-  std::thread([&] { elsewhere = GetConfigureState(); }).join();
-  EXPECT_EQ(ConfigureStateNone, elsewhere) << "one word for each thread";
-  const EMailManager another;
-  EXPECT_EQ(ConfigureStateNone, GetConfigureState());
 }
 
 TEST(InboundDialog, OpensWithWhatIsKnownOfTheMailBox) {
@@ -190,35 +175,30 @@ TEST(InboundDialog, ChecksEntriesAsTypedAndTrimsTheAcceptedOnes) {
   EXPECT_EQ("mars.TVS|bob|", world.Opened(true, u"Mars")) << "a path without a user id counts as nothing";
 }
 
-// Fails when the box of the user id is told of.
-class FailingObserver : public FormObserver {
- public:
-  void ControlChanged(const Control& control, ControlProperty property) override {
-    if (control.Name() == u"txtUID" && property == ControlProperty::Text) throw Failure(57, u"", u"boom");
-  }
-  void FormChanged(FormProperty) override {}
-  void FocusMoved(const Control&) override {}
-  void Ended() override {}
-};
-
-TEST(InboundDialog, ThatCannotBeFilledIsNotShownAndLeavesTheArgumentsAlone) {
-  Inbound world;
-  FailingObserver observer;
-  world.Toolkit.OnLoad = [&](Form& form) { form.SetObserver(&observer); };
-  EXPECT_FALSE(world.Configure(false, u"X", world.Named("ok")));
-  EXPECT_EQ(Told("boom [10045]"), world.Boxes());
-  EXPECT_TEXT(u"X", world.Name);
-  EXPECT_TEXT(u"", world.Product);
-  EXPECT_EQ((Strings{"pointer 11", "load frmCfgInb", "unload frmCfgInb", "pointer 0"}), world.Toolkit.Log);
-}
-
-TEST(InboundDialog, DropsTheSessionWhenItIsUnloaded) {
-  for (const std::string act : {"ok", "cancel", "close"}) {
+TEST(InboundDialog, ThatCannotBeFilledOrShownIsDroppedAndTheCallFails) {
+  FailingObserver observer(u"txtUID");
+  const std::string load = "load frmCfgInb", show = "show frmCfgInb", unload = "unload frmCfgInb";
+  const struct {
+    std::function<void(Form&)> OnLoad;
+    Act Shown;
+    std::string Boxes;
+    Strings Log;
+  } rows[] = {{[&](Form& form) { form.SetObserver(&observer); },
+               {},
+               "boom [10045]",
+               {"pointer 11", load, unload, "pointer 0"}},
+              {{},
+               [](Form&, UserHand&) { throw Failure(57, u"", u"No display"); },
+               "No display [10045]",
+               {"pointer 11", load, "pointer 0", show, unload, "pointer 0"}}};
+  for (const auto& row : rows) {
     Inbound world;
-    ObjectRef kept = world.Sess;
-    world.Toolkit.OnUnload = [&](Form& form) { kept = static_cast<frmCfgInb&>(form).InboundServerConfig(); };
-    world.Configure(true, u"", world.Named(act));
-    EXPECT_FALSE(kept) << act;
+    world.Toolkit.OnLoad = row.OnLoad;
+    EXPECT_FALSE(world.Configure(true, u"X", row.Shown));
+    EXPECT_EQ(Told(row.Boxes), world.Boxes());
+    EXPECT_EQ(row.Log, world.Toolkit.Log);
+    EXPECT_TEXT(u"X", world.Name);
+    EXPECT_TEXT(u"", world.Product);
   }
 }
 
@@ -237,16 +217,6 @@ TEST(InboundDialog, IsNotShownWithoutASessionOrTexts) {
   EXPECT_TEXT(u"X", world.Name);
   EXPECT_TEXT(u"", world.Product);
   EXPECT_EQ((Strings{"pointer 11", "pointer 0", "pointer 11", "pointer 0"}), world.Toolkit.Log);
-}
-
-TEST(InboundDialog, ThatCannotBeShownIsDroppedAndTheCallFails) {
-  Inbound world;
-  EXPECT_FALSE(world.Configure(true, u"X", [](Form&, UserHand&) { throw Failure(57, u"", u"No display"); }));
-  EXPECT_EQ(Told("No display [10045]"), world.Boxes());
-  EXPECT_EQ((Strings{"pointer 11", "load frmCfgInb", "pointer 0", "show frmCfgInb", "unload frmCfgInb",
-                     "pointer 0"}),
-            world.Toolkit.Log);
-  EXPECT_TEXT(u"", world.Product);
 }
 
 // A toolkit whose file dialog fails.
@@ -283,6 +253,8 @@ TEST(InboundDialog, TakesAPathFromTheFileDialogUnlessThatIsCancelledOrFails) {
 TEST(InboundDialog, SelectsOnFocusByKeyAndOpensHelpByKeyAndButton) {
   Inbound world;
   world.Toolkit.Window = 77;
+  world.Toolkit.HelpOpens = false;
+  world.Services.ComponentFolder = u"/opt/Mää/bin";
   world.Configure(true, u"", [&](Form& form, UserHand& hand) {
     EXPECT_EQ(Told("[9002]")[0], Utf8(form.Caption()));
     for (const auto& control : form.Controls()) {
@@ -301,9 +273,7 @@ TEST(InboundDialog, SelectsOnFocusByKeyAndOpensHelpByKeyAndButton) {
   });
   EXPECT_EQ((std::vector<std::intptr_t>{77, 77}), world.Toolkit.HelpWindows);
   const Strings& log = world.Toolkit.Log;
-  EXPECT_EQ(2, std::count_if(log.begin(), log.end(), [](const std::string& entry) {
-              return entry.starts_with("help ") && entry.ends_with("MailPump.hlp >(w95sec) 1 160");
-            }));
+  EXPECT_EQ(2, std::count(log.begin(), log.end(), "help /opt/Mää/Help\\MailPump.hlp >(w95sec) 1 160"));
 }
 
 TEST(Configuring, ReachesTheRecordAndTheProjectOnlyByTheUpdate) {
@@ -322,6 +292,8 @@ TEST(Configuring, ReachesTheRecordAndTheProjectOnlyByTheUpdate) {
   EXPECT_EQ("none", world.Section("Apollo.TVS"));
   EXPECT_EQ("Apollo.TVS|ann|word", world.Record(u"Apollo"));
   EXPECT_EQ(Strings(), world.Boxes());
+  later.MailHandler_MboxDelete(u"Other");
+  EXPECT_EQ(Told("[10047]_[10058]__"), world.Boxes());
 }
 
 }  // namespace

@@ -274,30 +274,5 @@ TEST(MailBoxFlow, PutsThePasswordBackToTheLetterWhereTheNewOneCannotBeEncoded) {
   EXPECT_EQ(Standing("old section"), world.Section("Apollo.TVS"));
 }
 
-TEST(MailBoxFlow, EncodesThePasswordAnewAtEachUpdate) {
-  MailBoxWorld world;
-  world.MakeProjectFile("Apollo.TVS");
-  std::set<std::string> encoded;
-  for (const std::int32_t second : {1, 2}) {
-    world.Services.Present = Moment{2026, 3, 22, 14, 5, second, 0};
-    EXPECT_TRUE(Update("change", world, world.SessionWith({})));
-    EXPECT_EQ(Standing("new record"), world.Record(u"Apollo"));
-    EXPECT_EQ(Standing("new section"), world.Section("Apollo.TVS"));
-    encoded.insert(world.EncodedPassword(u"Apollo"));
-  }
-  EXPECT_EQ(2u, encoded.size());
-}
-
-TEST(DeletedMailBox, LosesItsSectionAndKeepsItsRecord) {
-  MailBoxWorld world;
-  WriteMailBoxRecord(world.MakeProjectFile("Apollo.TVS", kSmtpText), u"ann", u"word", u"Apollo");
-  EXPECT_FALSE(DeleteMailBox(u"Other", false));
-  EXPECT_EQ(Told("[10047]_[10058]__"), world.Boxes());
-  EXPECT_TRUE(DeleteMailBox(u"Apollo", false));
-  EXPECT_EQ(Strings(), world.Boxes());
-  EXPECT_EQ(Standing("new record"), world.Record(u"Apollo"));
-  EXPECT_EQ("none", world.Section("Apollo.TVS"));
-}
-
 }  // namespace
 }  // namespace Tests
