@@ -1,6 +1,4 @@
 // What the bytes of a mail mean: headers, charsets, flowed text, HTML and mboxes.
-#include <fstream>
-
 #include "host/deliver/Charset.h"
 #include "host/deliver/FlowedText.h"
 #include "host/deliver/HeaderText.h"
@@ -106,9 +104,7 @@ TEST(HtmlText, ReadsLikeTheScreen) {
       {"<pre>a\n  b</pre>", "a\n  b"},
       {"<ol><li>x<li>y</ol><ul><li>z</ul>", "1. x\n2. y\n\n* z"},
       {"<table><tr><td>a<td>b<tr><td>c</table>", "a b\nc"},
-      {"a\x01\0b"s,
-       "a\uFFFD\uFFFD"
-       "b"},
+      {"a\x01\0z"s, "a\uFFFD\uFFFDz"},
       {"no tags < at all & so", "no tags < at all & so"},
       {"<p>open <b>never closed", "open never closed"},
       {"", ""},
@@ -147,6 +143,12 @@ TEST(Mbox, IsCutAtItsSeparatorsOnly) {
     EXPECT_EQ(Host::IsMboxSeparator(row.Line, row.BehindEmptyLine), row.Expected) << row.Line;
 }
 
+std::string Crossed(std::string text, std::string_view lineEnd) {
+  std::string result;
+  for (const char c : text) c == '\n' ? result += lineEnd : result += c;
+  return result;
+}
+
 std::vector<std::string> MessagesOf(const std::string& bytes) {
   const Tests::TemporaryFolder folder;
   const std::string path = (folder.Path() / "mbox").string();
@@ -165,14 +167,10 @@ TEST(Mbox, GivesEachMessageUnmaskedWhateverItsLineEnds) {
   const std::string mbox = separator + "Subject: 1\nContent-Length: 9999\n\n>From x\n>>From y\n> From z\n\n" +
                            separator + "Subject: 2\n\nno line end";
   for (const std::string_view lineEnd : {"\n", "\r\n", "\r"}) {
-    std::string written;
-    std::string first;
-    for (const char c : mbox) c == '\n' ? written += lineEnd : written += c;
-    for (const char c : "Subject: 1\nContent-Length: 9999\n\nFrom x\n>From y\n> From z\n"s)
-      c == '\n' ? first += lineEnd : first += c;
-    const std::vector<std::string> messages = MessagesOf(written);
+    const std::vector<std::string> messages = MessagesOf(Crossed(mbox, lineEnd));
     ASSERT_EQ(messages.size(), 2u);
-    EXPECT_EQ(messages[0], first);
+    EXPECT_EQ(messages[0],
+              Crossed("Subject: 1\nContent-Length: 9999\n\nFrom x\n>From y\n> From z\n", lineEnd));
     EXPECT_TRUE(messages[1].ends_with("no line end")) << messages[1];
   }
 }
@@ -188,19 +186,11 @@ TEST(Mbox, PassesALineOfAMegabyteAndASeparatorAcrossTheBufferEnd) {
   }
 }
 
-struct MailRow {
-  std::string Bytes, From, Subject, Body;
-};
-
-std::string Crossed(std::string text, std::string_view lineEnd) {
-  std::string result;
-  for (const char c : text) c == '\n' ? result += lineEnd : result += c;
-  return result;
-}
-
 TEST(MailReader, FindsTheTextAmongTheParts) {
   const std::string head = "From: a@b\nSubject: s\nMIME-Version: 1.0\n";
-  const MailRow rows[] = {
+  const struct {
+    std::string Bytes, From, Subject, Body;
+  } rows[] = {
       {"", "(none)", "", ""},
       {"\x89PNG\r\n\x1A\n\0\0\0"s, "(none)", "", ""},
       {"From:\nSubject: s\n\nb", "(none)", "s", "b"},
@@ -234,7 +224,7 @@ TEST(MailReader, FindsTheTextAmongTheParts) {
               "quoted-printable\n\na=20=\n\n b=20\nc",
        "a@b", "s", "abc"},
   };
-  for (const MailRow& row : rows) {
+  for (const auto& row : rows) {
     const Host::Mail mail = Host::ReadMail(row.Bytes);
     EXPECT_EQ(mail.FromAddress ? Platform::ToUtf8(*mail.FromAddress) : "(none)", row.From) << row.Bytes;
     EXPECT_EQ(Platform::ToUtf8(mail.Subject), row.Subject) << row.Bytes;
