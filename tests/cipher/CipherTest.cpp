@@ -38,6 +38,8 @@ class CipherComponent : public testing::Test {
   World world_;
   Cipher cipher_;
   Bytes lastKey_;
+  const fs::path path_ = world_.Home.Path() / "keys";
+  const String file_ = world_.PathOf("keys");
 };
 
 TEST_F(CipherComponent, GivesEveryTextBackWithItsKeyAlone) {
@@ -101,69 +103,63 @@ TEST_F(CipherComponent, AnswersUnusableArgumentsWithZeroAndAText) {
 }
 
 TEST_F(CipherComponent, KeepsAKeyForEachLabelOfAKeyStore) {
-  const String file = world_.PathOf("keys");
-  ASSERT_EQ(Create(file, u"p\u00E4ss", u"mail"), "created");
-  ASSERT_EQ(Read(file, u"p\u00E4ss", u"mail"), "read");
+  ASSERT_EQ(Create(file_, u"p\u00E4ss", u"mail"), "created");
+  ASSERT_EQ(Read(file_, u"p\u00E4ss", u"mail"), "read");
   const Bytes mail = lastKey_;
-  const std::string before = ReadFile(world_.Home.Path() / "keys");
-  EXPECT_PRED2(Holds, Create(file, u"p\u00E4ss", u"mail"), "already");
-  EXPECT_PRED2(Holds, Create(file, u"other", u"new"), "password is wrong");
-  EXPECT_PRED2(Holds, Create(file, u"", u"new"), "needs a password");
-  EXPECT_PRED2(Holds, Create(file, u"p\u00E4ss", u""), "needs a label");
-  EXPECT_EQ(ReadFile(world_.Home.Path() / "keys"), before);
+  const std::string before = ReadFile(path_);
+  EXPECT_PRED2(Holds, Create(file_, u"p\u00E4ss", u"mail"), "already");
+  EXPECT_PRED2(Holds, Create(file_, u"other", u"new"), "password is wrong");
+  EXPECT_PRED2(Holds, Create(file_, u"", u"new"), "needs a password");
+  EXPECT_PRED2(Holds, Create(file_, u"p\u00E4ss", u""), "needs a label");
+  EXPECT_EQ(ReadFile(path_), before);
 
-  ASSERT_EQ(Create(file, u"p\u00E4ss", u"\u65E5"), "created");
-  ASSERT_EQ(Read(file, u"p\u00E4ss", u"\u65E5"), "read");
+  ASSERT_EQ(Create(file_, u"p\u00E4ss", u"\u65E5"), "created");
+  ASSERT_EQ(Read(file_, u"p\u00E4ss", u"\u65E5"), "read");
   EXPECT_NE(lastKey_, mail);
-  Read(file, u"p\u00E4ss", u"mail");
+  Read(file_, u"p\u00E4ss", u"mail");
   EXPECT_EQ(lastKey_, mail);
-  EXPECT_EQ(fs::status(world_.Home.Path() / "keys").permissions(),
-            fs::perms::owner_read | fs::perms::owner_write);
-  EXPECT_PRED2(Holds, Read(file, u"p\u00E4ss", u"Mail"), "no key with the label Mail");
+  EXPECT_EQ(fs::status(path_).permissions(), fs::perms::owner_read | fs::perms::owner_write);
+  EXPECT_PRED2(Holds, Read(file_, u"p\u00E4ss", u"Mail"), "no key with the label Mail");
 }
 
 TEST_F(CipherComponent, RefusesAKeyStoreThatIsNotOneOrIsOpenToOthers) {
-  const fs::path path = world_.Home.Path() / "keys";
-  const String file = world_.PathOf("keys");
-  EXPECT_PRED2(Holds, Read(file, u"pw", u"mail"), "can't be opened (No such file");
+  EXPECT_PRED2(Holds, Read(file_, u"pw", u"mail"), "can't be opened (No such file");
   EXPECT_PRED2(Holds, Read(u"", u"pw", u"mail"), "isn't named");
   EXPECT_PRED2(Holds, Create(world_.PathOf("no/such/folder/keys"), u"pw", u"mail"), "No such file");
   fs::create_directory(world_.Home.Path() / "folder");
   EXPECT_PRED2(Holds, Read(world_.PathOf("folder"), u"pw", u"mail"), "it is no file");
 
-  ASSERT_EQ(Create(file, u"pw", u"mail"), "created");
-  EXPECT_PRED2(Holds, Read(file, u"PW", u"mail"), "password is wrong");
+  ASSERT_EQ(Create(file_, u"pw", u"mail"), "created");
+  EXPECT_PRED2(Holds, Read(file_, u"PW", u"mail"), "password is wrong");
   for (const int mode : {0640, 0604, 0620, 0602}) {
-    fs::permissions(path, static_cast<fs::perms>(mode));
-    EXPECT_PRED2(Holds, Read(file, u"pw", u"mail"), "chmod 600") << mode;
-    EXPECT_PRED2(Holds, Create(file, u"pw", u"new"), "chmod 600") << mode;
+    fs::permissions(path_, static_cast<fs::perms>(mode));
+    EXPECT_PRED2(Holds, Read(file_, u"pw", u"mail"), "chmod 600") << mode;
+    EXPECT_PRED2(Holds, Create(file_, u"pw", u"new"), "chmod 600") << mode;
   }
-  fs::permissions(path, static_cast<fs::perms>(0600));
-  fs::create_symlink(path, world_.Home.Path() / "link");
+  fs::permissions(path_, static_cast<fs::perms>(0600));
+  fs::create_symlink(path_, world_.Home.Path() / "link");
   EXPECT_EQ(Create(world_.PathOf("link"), u"pw", u"through a link"), "created");
   EXPECT_TRUE(fs::is_symlink(world_.Home.Path() / "link"));
-  EXPECT_EQ(Read(file, u"pw", u"through a link"), "read");
+  EXPECT_EQ(Read(file_, u"pw", u"through a link"), "read");
 }
 
 TEST_F(CipherComponent, RefusesAKeyStoreThatIsCutOrChangedAnywhere) {
-  const fs::path path = world_.Home.Path() / "keys";
-  const String file = world_.PathOf("keys");
-  ASSERT_EQ(Create(file, u"pw", u"mail"), "created");
-  const std::string whole = ReadFile(path);
+  ASSERT_EQ(Create(file_, u"pw", u"mail"), "created");
+  const std::string whole = ReadFile(path_);
   const std::size_t sealedBegin = whole.rfind('\n', whole.size() - 2) + 1;
   for (std::size_t at = 0; at < whole.size(); ++at) {
     // Each sealed byte costs a slow derivation to refuse; a sample of them stands for all.
     if (at > sealedBegin + 2 && at + 3 < whole.size() && at % 37 != 0) continue;
     for (const std::string& bad :
          {whole.substr(0, at), whole.substr(0, at) + (whole[at] == '1' ? '2' : '1') + whole.substr(at + 1)}) {
-      WriteFile(path, bad);
-      ASSERT_NE(Read(file, u"pw", u"mail"), "read") << at;
+      WriteFile(path_, bad);
+      ASSERT_NE(Read(file_, u"pw", u"mail"), "read") << at;
     }
   }
-  EXPECT_NE(Create(file, u"pw", u"new"), "created");
-  EXPECT_EQ(ReadFile(path).size(), whole.size()) << "a damaged store is kept for who can repair it";
-  WriteFile(path, whole);
-  EXPECT_EQ(Read(file, u"pw", u"mail"), "read");
+  EXPECT_NE(Create(file_, u"pw", u"new"), "created");
+  EXPECT_EQ(ReadFile(path_).size(), whole.size()) << "a damaged store is kept for who can repair it";
+  WriteFile(path_, whole);
+  EXPECT_EQ(Read(file_, u"pw", u"mail"), "read");
   EXPECT_EQ(std::distance(fs::directory_iterator(world_.Home.Path()), {}), 2) << "nothing is left beside it";
 }
 

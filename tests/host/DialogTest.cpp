@@ -6,7 +6,7 @@ namespace {
 
 class DialogTest : public testing::Test {
  protected:
-  void SetUp() override {
+  DialogTest() {
     program.SetUp();
     program.Expect({{"mailbox delete Apollo", 0, "deleted", ""}});
   }
@@ -35,9 +35,8 @@ TEST_F(DialogTest, AsksItsFieldsByTheirCaptionsInTabOrder) {
 TEST_F(DialogTest, StaysOpenAfterARefusalWithAllEntries) {
   const Outcome outcome = program.Run("mailbox add x" + kSmtp, Answers("guess") + "\n\nsecret\n\n");
   EXPECT_EQ(0, outcome.Code);
-  EXPECT_PRED2(Holds, outcome.Error, "can't be opened");
-  EXPECT_PRED2(Holds, outcome.Error, "User Name [ann]: ");
-  EXPECT_PRED2(Holds, outcome.Error, "Password [as typed]: ");
+  for (const char* shown : {"can't be opened", "User Name [ann]: ", "Password [as typed]: "})
+    EXPECT_PRED2(Holds, outcome.Error, shown);
 }
 
 TEST_F(DialogTest, EndsWithTheInputOrItsCancelAndTakesNoPathFromThePresentFolder) {
@@ -52,8 +51,8 @@ TEST_F(DialogTest, EndsWithTheInputOrItsCancelAndTakesNoPathFromThePresentFolder
 
 TEST_F(DialogTest, TakesAPasswordThatIsAHyphen) {
   WriteFile(program.File("hyphen"), "-");
-  program.Expect({{"project create b.TVS --name B --user ann --password-file hyphen", 0, "Project B", ""}});
-  program.Expect({{"mailbox add x" + kSmtp, 0, "B is bound",
+  program.Expect({{"project create b.TVS --name B --user ann --password-file hyphen", 0, "Project B", ""},
+                  {"mailbox add x" + kSmtp, 0, "B is bound",
                    "Password: ", program.File("b.TVS").string() + "\nann\n-\n\n"}});
 }
 
@@ -67,27 +66,23 @@ TEST_F(DialogTest, SaysWhenAChangeKeptTheLogon) {
 
 TEST_F(DialogTest, AsksAgainWhenItWasStoppedAtAHiddenPrompt) {
   ASSERT_EQ(0, program.Run("mailbox add x" + kLogon + kSmtp).Code);
-  const Outcome outcome = program.RunOnTerminal(
-      {"mailbox", "change", "Apollo", "--user", "ann"},
+  const std::string shown = program.OnTerminal(
+      "mailbox change Apollo --user ann",
       {{"Password of ann: ", kControlZ}, {"Password of ann: ", kControlZ}, {"Password of ann: ", "secret"}});
-  EXPECT_EQ(0, outcome.Code) << outcome.Output;
-  EXPECT_PRED2(Holds, outcome.Output, "is bound to");
+  EXPECT_PRED2(Holds, shown, "is bound to");
 }
 
 TEST_F(DialogTest, HidesAPasswordOnATerminalAndShowsALockedBox) {
   ASSERT_EQ(0, program.Run("mailbox add x" + kLogon + kSmtp).Code);
-  const Outcome outcome = program.RunOnTerminal(
-      {"mailbox", "change", "Apollo"}, {{"User Name [ann]: ", ""}, {"Password: ", "secret"}, {"[OK]: ", ""}});
-  EXPECT_EQ(0, outcome.Code);
-  EXPECT_EQ(std::string::npos, outcome.Output.find("secret")) << outcome.Output;
-  EXPECT_PRED2(Holds, outcome.Output, "apollo.TVS (can't be changed)");
-  EXPECT_PRED2(Holds, outcome.Output, "is bound to");
+  const std::string shown = program.OnTerminal(
+      "mailbox change Apollo", {{"User Name [ann]: ", ""}, {"Password: ", "secret"}, {"[OK]: ", ""}});
+  EXPECT_EQ(std::string::npos, shown.find("secret"));
+  EXPECT_PRED2(Holds, shown, "apollo.TVS (can't be changed)");
+  EXPECT_PRED2(Holds, shown, "is bound to");
 }
 
 TEST_F(DialogTest, AsksForTheTransportOnATerminalWhenNoneIsGiven) {
-  const Outcome outcome = program.RunOnTerminal({"mailbox", "add", "x", kLogon},
-                                                {{"[smtp]: ", "mapi"}, {"MAPI profile: ", "Office"}});
-  EXPECT_EQ(0, outcome.Code) << outcome.Output;
+  program.OnTerminal("mailbox add x" + kLogon, {{"[smtp]: ", "mapi"}, {"MAPI profile: ", "Office"}});
   EXPECT_NE(std::string::npos,
             ReadFile(program.File("apollo.TVS")).find("TransportID=1\nMAPIProfile=Office\n"));
 }
@@ -105,13 +100,12 @@ TEST_F(DialogTest, FollowsTheLayoutOfTheChosenTransport) {
 }
 
 TEST_F(DialogTest, ANewPasswordIsTypedTwice) {
-  const Outcome outcome = program.RunOnTerminal(
-      {"project", "create", "b.TVS", "--name", "B", "--user", "ann"}, {{"Password of ann: ", "one"},
-                                                                       {"again: ", "two"},
-                                                                       {"Password of ann: ", "three"},
-                                                                       {"again: ", "three"}});
-  EXPECT_EQ(0, outcome.Code) << outcome.Output;
-  EXPECT_PRED2(Holds, outcome.Output, "differ");
+  const std::string shown =
+      program.OnTerminal("project create b.TVS --name B --user ann", {{"Password of ann: ", "one"},
+                                                                      {"again: ", "two"},
+                                                                      {"Password of ann: ", "three"},
+                                                                      {"again: ", "three"}});
+  EXPECT_PRED2(Holds, shown, "differ");
   WriteFile(program.File("three"), "three");
   program.Expect(
       {{"mailbox add x --project b.TVS --user ann --password-file three" + kSmtp, 0, "B is bound", ""}});

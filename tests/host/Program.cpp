@@ -1,20 +1,16 @@
 #include "tests/host/Program.h"
 
 #include <pty.h>
-#include <sys/wait.h>
-#include <unistd.h>
 
 #include <cstdlib>
+
+#include "tests/support/Processes.h"
 
 namespace Tests {
 
 namespace {
 
 namespace fs = std::filesystem;
-
-int CodeOf(int status) {
-  return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
-}
 
 void ExpectPiece(const std::string& piece, const std::string& text) {
   if (piece.empty()) {
@@ -44,35 +40,32 @@ Outcome Program::Run(const std::string& arguments, const std::string& input) {
   return {CodeOf(status), ReadFile(File(".out")), ReadFile(File(".err"))};
 }
 
-Outcome Program::RunOnTerminal(const std::vector<std::string>& arguments,
-                               const std::vector<std::pair<std::string, std::string>>& answers) {
-  std::string command = Environment({});
-  for (const std::string& argument : arguments) command += argument + " ";
+std::string Program::OnTerminal(const std::string& arguments,
+                                const std::vector<std::pair<std::string, std::string>>& answers) {
+  const std::string command = Environment({}) + arguments;
   int terminal = -1;
   const pid_t child = forkpty(&terminal, nullptr, nullptr, nullptr);
   if (child == 0) {
     execl("/bin/sh", "sh", "-c", command.c_str(), nullptr);
     _exit(127);
   }
-  Outcome outcome;
+  std::string shown;
   std::size_t seen = 0;
   auto answer = answers.begin();
   char bytes[512];
   for (ssize_t count; (count = read(terminal, bytes, sizeof bytes)) > 0;) {
-    outcome.Output.append(bytes, static_cast<std::size_t>(count));
-    while (answer != answers.end() && outcome.Output.find(answer->first, seen) != std::string::npos) {
-      seen = outcome.Output.find(answer->first, seen) + answer->first.size();
+    shown.append(bytes, static_cast<std::size_t>(count));
+    while (answer != answers.end() && shown.find(answer->first, seen) != std::string::npos) {
+      seen = shown.find(answer->first, seen) + answer->first.size();
       // Ctrl-Z acts by itself; a line end behind it would be the answer to what is asked next.
       const std::string typed = answer->second == kControlZ ? kControlZ : answer->second + "\n";
       if (write(terminal, typed.data(), typed.size()) < 0) break;
       ++answer;
     }
   }
-  int status = 0;
-  waitpid(child, &status, 0);
   close(terminal);
-  outcome.Code = CodeOf(status);
-  return outcome;
+  EXPECT_EQ(0, EndOf(child)) << shown;
+  return shown;
 }
 
 void Program::Expect(const std::vector<Step>& steps) {

@@ -29,10 +29,10 @@ class Program {
   // Runs the program through the shell, the input on its standard input and without a display.
   Outcome Run(const std::string& arguments, const std::string& input = {});
 
-  // The same on a terminal, where each answer is typed as soon as its prompt stands there, with Enter unless
-  // it is kControlZ. Gives all that the terminal showed.
-  Outcome RunOnTerminal(const std::vector<std::string>& arguments,
-                        const std::vector<std::pair<std::string, std::string>>& answers);
+  // Runs the program on a terminal, where each answer is typed as soon as its prompt stands there, with Enter
+  // unless it is kControlZ, and expects success. Gives all that the terminal showed.
+  std::string OnTerminal(const std::string& arguments,
+                         const std::vector<std::pair<std::string, std::string>>& answers);
 
   // Runs each and compares.
   void Expect(const std::vector<Step>& steps);

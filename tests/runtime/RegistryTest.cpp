@@ -2,7 +2,6 @@
 #include "runtime/RegistryStore.h"
 
 #include <sys/resource.h>
-#include <sys/stat.h>
 
 #include <thread>
 
@@ -129,11 +128,8 @@ TEST_F(Registry, APathThatIsNoneLeadsNowhereAndIsNeverMade) {
 }
 
 TEST_F(Registry, TheFilesAreTheirOwnersAlone) {
-  struct stat status {};
-  for (const auto& entry : std::filesystem::directory_iterator(home_.Path())) {
-    ASSERT_EQ(stat(entry.path().c_str(), &status), 0);
-    EXPECT_EQ(status.st_mode & 0777, 0600U) << entry.path();
-  }
+  for (const auto& entry : std::filesystem::directory_iterator(home_.Path()))
+    EXPECT_EQ(entry.status().permissions(), std::filesystem::perms(0600)) << entry.path();
 }
 
 TEST_F(Registry, AMissingStoreSaysWhatToDoAndOneThatComesBackIsRead) {

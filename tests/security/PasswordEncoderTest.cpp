@@ -103,7 +103,7 @@ TEST_F(PasswordEncoder, RefusesCharactersOutsideItsCodesAndLengthsThatWouldNotRe
 }
 
 // What begins with a blank begins with no start character: every key code is then that of the table's first.
-TEST_F(PasswordEncoder, DecodesOrRefusesDamagedStrings) {
+TEST_F(PasswordEncoder, DecodesOrRefusesDamagedStringsAndUndoesTheSubstitutionsInItsArgument) {
   const char16_t first = ComponentSecurityTestAccess::KeyTable()[0];
   const auto length = [&](int n) { return String{u' ', static_cast<char16_t>((first + n) % 111 + 14)}; };
   const char16_t x = static_cast<char16_t>((first + u'x') % 111 + 14);
@@ -129,9 +129,6 @@ TEST_F(PasswordEncoder, DecodesOrRefusesDamagedStrings) {
     const std::string failure = FailureOf([&] { password = Utf8(security_.Decrypt(encoded)); });
     EXPECT_EQ(failure == "none" ? password : failure, expected) << Utf8(stored).substr(0, 9);
   }
-}
-
-TEST_F(PasswordEncoder, UndoesTheSubstitutionsInTheArgumentOfDecrypt) {
   String encoded = u"\u007F\u007E|;\u007E\u007F";
   FailureOf([&] { security_.Decrypt(encoded); });
   EXPECT_TEXT(u"|;|;;|", encoded);

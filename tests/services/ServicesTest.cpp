@@ -98,7 +98,11 @@ TEST_F(ServicesTest, AMissingSiblingGivesNothingAndIsReportedByItsFileOnlyWhenAs
   }
 }
 
-TEST_F(ServicesTest, ARegistryCursorThatCantStandWhereItShouldIsNotGiven) {
+TEST_F(ServicesTest, ARegistryCursorIsSentToItsHiveAndPathAndNotGivenIfItCantStandThere) {
+  EXPECT_TRUE(GetRegUtil(Hive::CurrentUser, u"Key", false));
+  EXPECT_TRUE(GetRegUtil(Hive::LocalMachine, u"", false));
+  EXPECT_EQ(world.Services.Calls, (Lines{"RegUtil.SetCurrHive(-2147483647)", "RegUtil.SetCurrPath(Key)",
+                                         "RegUtil.SetCurrHive(-2147483646)", "RegUtil.SetCurrPath()"}));
   const Failure failure(57, {}, u"store damaged");
   const struct {
     const char* Member;
@@ -116,13 +120,6 @@ TEST_F(ServicesTest, ARegistryCursorThatCantStandWhereItShouldIsNotGiven) {
       EXPECT_FALSE(given);
     }
   }
-}
-
-TEST_F(ServicesTest, ARegistryCursorIsSentToTheHiveByItsNumberAndThenToThePath) {
-  EXPECT_TRUE(GetRegUtil(Hive::CurrentUser, u"Key", false));
-  EXPECT_TRUE(GetRegUtil(Hive::LocalMachine, u"", false));
-  EXPECT_EQ(world.Services.Calls, (Lines{"RegUtil.SetCurrHive(-2147483647)", "RegUtil.SetCurrPath(Key)",
-                                         "RegUtil.SetCurrHive(-2147483646)", "RegUtil.SetCurrPath()"}));
 }
 
 TEST_F(ServicesTest, AResourceObjectLoadsItsFileFromTheComponentsFolderAndIsGivenEvenIfItCant) {

@@ -22,11 +22,16 @@ inline pid_t StartProcess(const std::function<void()>& act) {
   _exit(testing::Test::HasFailure() ? 1 : 0);
 }
 
-// Waits for the end of a process and gives its exit status, or 128 and the signal that ended it.
+// The exit status, or 128 and the signal that ended the process.
+inline int CodeOf(int status) {
+  return WIFEXITED(status) ? WEXITSTATUS(status) : 128 + WTERMSIG(status);
+}
+
+// Waits for the end of a process.
 inline int EndOf(pid_t child) {
   int status = 0;
   waitpid(child, &status, 0);
-  return WIFEXITED(status) ? WEXITSTATUS(status) : 128 + WTERMSIG(status);
+  return CodeOf(status);
 }
 
 inline int InAnotherProcess(const std::function<void()>& act) {
