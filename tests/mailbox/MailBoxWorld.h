@@ -112,8 +112,8 @@ class MailBoxWorld : public World {
   }
 
   // From here on calls are recorded and these faults happen, separated by blanks: "RegUtil.AddKey" gives
-  // false, "ProjectFile.Save!" raises, "Files.RetrieveTVSFile?" gives nothing, "-RegValue" can't be created.
-  // It is the first call, or "RegUtil.AddKey#2" the second, or "#0" each.
+  // false, "ProjectFile.Save!" raises, "Files.RetrieveTVSFile?" gives nothing, "RegValue.Value*" no text,
+  // "-RegValue" can't be created. It is the first call, or "RegUtil.AddKey#2" the second, or "#0" each.
   void Watch(const std::string& faults = {}) {
     Services.Watching = true;
     std::istringstream words(faults);
@@ -126,7 +126,8 @@ class MailBoxWorld : public World {
       Fault fault{parts[0], parts.size() == 1 ? 1 : std::stoi(parts[1])};
       if (fault.Member.back() == '!') fault.Outcome = Failure(57, u"", u"Disk full");
       if (fault.Member.back() == '?') fault.Outcome = Value(ObjectRef());
-      fault.Member.resize(std::min(fault.Member.find_first_of("!?"), fault.Member.size()));
+      if (fault.Member.back() == '*') fault.Outcome = Value(Bytes{1, 2});
+      fault.Member.resize(std::min(fault.Member.find_first_of("!?*"), fault.Member.size()));
       Services.Faults.push_back(fault);
     }
   }
