@@ -2,32 +2,12 @@
 
 #include <QCheckBox>
 #include <QComboBox>
-#include <QLabel>
-#include <QMessageBox>
-#include <QPushButton>
 #include <QTextBrowser>
 
 #include <chrono>
 #include <thread>
 
 namespace Tests {
-namespace {
-
-template <class Wanted>
-QWidget* VisibleWindow(Wanted wanted) {
-  for (QWidget* window : QApplication::topLevelWidgets()) {
-    if (window->isVisible() && wanted(window)) return window;
-  }
-  return nullptr;
-}
-
-QMessageBox* Box() {
-  return static_cast<QMessageBox*>(
-      VisibleWindow([](QWidget* window) { return qobject_cast<QMessageBox*>(window) != nullptr; }));
-}
-
-}  // namespace
-
 bool Eventually(const std::function<bool()>& holds) {
   const auto until = std::chrono::steady_clock::now() + std::chrono::seconds(20);
   while (!OnWindows(holds)) {
@@ -35,10 +15,6 @@ bool Eventually(const std::function<bool()>& holds) {
     std::this_thread::sleep_for(std::chrono::milliseconds(5));
   }
   return true;
-}
-
-QWidget* DesktopUser::Window() const {
-  return VisibleWindow([this](QWidget* window) { return window->objectName() == form_; });
 }
 
 void DesktopUser::Write(const std::string& text) {
@@ -77,13 +53,11 @@ void DesktopUser::Activate() {
 }
 
 std::string DesktopUser::Text(const char* control) {
-  return OnWindows([&]() -> std::string {
-    QWidget* widget = Find(control);
-    if (auto* box = qobject_cast<QLineEdit*>(widget)) return box->text().toStdString();
-    if (auto* list = qobject_cast<QComboBox*>(widget)) return list->currentText().toStdString();
-    if (auto* label = qobject_cast<QLabel*>(widget)) return label->text().toStdString();
-    if (auto* button = qobject_cast<QAbstractButton*>(widget)) return button->text().toStdString();
-    return "(none)";
+  return OnWindows([&] {
+    const QWidget* widget = Find(control);
+    return widget->property(qobject_cast<const QComboBox*>(widget) ? "currentText" : "text")
+        .toString()
+        .toStdString();
   });
 }
 
@@ -96,33 +70,31 @@ std::string DesktopUser::Focus() {
 
 std::string DesktopUser::Look(const char* control) {
   return OnWindows([&]() -> std::string {
-    QWidget* widget = Find(control);
+    const QWidget* widget = Find(control);
     if (!widget->isVisible()) return "hidden";
     if (!widget->isEnabled()) return "grey";
-    auto* box = qobject_cast<QLineEdit*>(widget);
-    return box && box->isReadOnly() ? "read-only" : "";
+    return widget->property("readOnly").toBool() ? "read-only" : "";
   });
 }
 
-bool DesktopUser::BoxIsOpen() {
-  return OnWindows([] { return Box() != nullptr; });
-}
-
 std::string DesktopUser::AnswerBox() {
-  if (!Eventually([] { return Box() && Box()->windowHandle()->isActive(); })) return "(no box)";
+  if (!Eventually(
+          [] { return Visible<QMessageBox>() && Visible<QMessageBox>()->windowHandle()->isActive(); }))
+    return "(no box)";
   return OnWindows([] {
-    const std::string text = Box()->text().trimmed().toStdString();
-    EXPECT_EQ(1, Box()->buttons().size());
-    QTest::keyClick(Box()->windowHandle(), Qt::Key_Return);
+    auto* box = Visible<QMessageBox>();
+    const std::string text = box->text().trimmed().toStdString();
+    EXPECT_EQ(1, box->buttons().size());
+    QTest::keyClick(box->windowHandle(), Qt::Key_Return);
     return text;
   });
 }
 
 std::string DesktopUser::Help() {
   return OnWindows([]() -> std::string {
-    QWidget* window =
-        VisibleWindow([](QWidget* other) { return other->findChild<QTextBrowser*>() != nullptr; });
-    if (!window) return "(none)";
+    const auto* page = Visible<QTextBrowser>();
+    if (!page) return "(none)";
+    QWidget* window = page->window();
     window->close();
     return window->windowTitle().toStdString();
   });

@@ -7,6 +7,7 @@
 #include <gtest/gtest.h>
 #include <QApplication>
 #include <QLineEdit>
+#include <QMessageBox>
 #include <QMetaObject>
 #include <QTest>
 #include <QWindow>
@@ -28,6 +29,16 @@ auto OnWindows(Work work) {
         qApp, [&] { result = work(); }, Qt::BlockingQueuedConnection);
     return result;
   }
+}
+
+// The visible widget of a kind, of any name where none is given; null without one. On the windows' thread.
+template <class Kind = QWidget>
+Kind* Visible(const char* name = nullptr) {
+  for (QWidget* widget : QApplication::allWidgets()) {
+    auto* found = qobject_cast<Kind*>(widget);
+    if (found && found->isVisible() && (!name || found->objectName() == name)) return found;
+  }
+  return nullptr;
 }
 
 // Waits up to 20 s for what is told on the windows' thread.
@@ -59,7 +70,9 @@ class DesktopUser {
 
   // Waits for a message box, reads it and presses its OK.
   static std::string AnswerBox();
-  static bool BoxIsOpen();
+  static bool BoxIsOpen() {
+    return OnWindows([] { return Visible<QMessageBox>() != nullptr; });
+  }
 
   // The title of the help window, which is closed afterwards; "(none)" where none opens.
   static std::string Help();
@@ -68,7 +81,7 @@ class DesktopUser {
   Widget* Find(const char* control) const {  // on the windows' thread
     return Window()->findChild<Widget*>(QString::fromLatin1(control));
   }
-  QWidget* Window() const;  // on the windows' thread; null if it isn't visible
+  QWidget* Window() const { return Visible(form_); }  // on the windows' thread; null if it isn't visible
 
  private:
   void AwaitActive() {

@@ -80,17 +80,6 @@ TEST(InboundWindow, IsUsedByKeyboardAlone) {
   EXPECT_EQ("false Mars", user.Ended());
 }
 
-TEST(InboundWindow, SelectsNothingInABoxThatThePointerChose) {
-  InboundWindow world;
-  Dialog user("frmCfgInb", world.Configure(true, u"Mars"));
-  EXPECT_EQ("x.TVS", user.Selected("txtTVSFileName"));
-  user.Click("txtUID");
-  EXPECT_EQ("", user.Selected("txtUID"));
-  user.Key(Qt::Key_Tab);
-  user.Key(Qt::Key_Backtab, Qt::ShiftModifier);
-  EXPECT_EQ("bob", user.Selected("txtUID"));
-}
-
 TEST(InboundWindow, KeepsThePathOfAMailBoxThatIsChanged) {
   InboundWindow world;
   Dialog user("frmCfgInb", world.Configure(false, u"Mars"));
@@ -108,24 +97,18 @@ TEST(InboundWindow, KeepsThePathOfAMailBoxThatIsChanged) {
 TEST(InboundWindow, BrowsesForAProject) {
   InboundWindow world;
   Dialog user("frmCfgInb", world.Configure(true, u""));
-  const auto dialog = [] {
-    const auto windows = QApplication::topLevelWidgets();
-    const auto found = std::find_if(windows.begin(), windows.end(), [](QWidget* window) {
-      return window->isVisible() && qobject_cast<QFileDialog*>(window);
-    });
-    return found == windows.end() ? nullptr : static_cast<QFileDialog*>(*found);
-  };
   for (const bool choose : {true, false}) {
     user.Click("cmdBrowse");
-    ASSERT_TRUE(Eventually([&] { return dialog() && dialog()->windowHandle()->isActive(); }));
+    ASSERT_TRUE(Eventually(
+        [&] { return Visible<QFileDialog>() && Visible<QFileDialog>()->windowHandle()->isActive(); }));
     OnWindows([&] {
-      EXPECT_EQ(QStringList({"TVS Files (*.TVS)", "All files (*)"}), dialog()->nameFilters());
-      EXPECT_EQ("Choose the Project File", dialog()->windowTitle().toStdString());
-      auto* name = dialog()->findChild<QLineEdit*>("fileNameEdit");
+      EXPECT_EQ(QStringList({"TVS Files (*.TVS)", "All files (*)"}), Visible<QFileDialog>()->nameFilters());
+      EXPECT_EQ("Choose the Project File", Visible<QFileDialog>()->windowTitle().toStdString());
+      auto* name = Visible<QFileDialog>()->findChild<QLineEdit*>("fileNameEdit");
       if (choose) name->setText(QString::fromStdString(Utf8(world.PathOf("Apollo.TVS"))));
       QTest::keyClick(name, choose ? Qt::Key_Return : Qt::Key_Escape);
     });
-    ASSERT_TRUE(Eventually([&] { return !dialog(); }));
+    ASSERT_TRUE(Eventually([&] { return !Visible<QFileDialog>(); }));
     EXPECT_EQ(Utf8(world.PathOf("Apollo.TVS")), user.Text("txtTVSFileName"));
   }
 }

@@ -155,30 +155,22 @@ TEST(Windows, ShowAFormAgainWithoutWhatWasLeftOfItsFirstUse) {
   EXPECT_EQ("a|ac", shown.get());
 }
 
-TEST(Windows, TakeBackWhatTheFormRefused) {
+TEST(Windows, TakeBackWhatTheFormRefusedAndShowAHandlersFailure) {
   DesktopWorld world;
   auto shown = Show(u"slow", [](Form& form) {
     std::this_thread::sleep_for(std::chrono::milliseconds(1000));
     form[u"box"].SetLocked(true);
+    Raise(FailureNumber::InvalidArgument, u"a");
   });
   DesktopUser user("slow");
   user.Key(Qt::Key_Return);
   user.Write("x");  // before the window knows that the box is locked
   EXPECT_EQ("x", user.Text("box"));
+  EXPECT_NE("(no box)", user.AnswerBox());
+  user.Activate();
   EXPECT_TRUE(Eventually([&] { return user.Find<QLineEdit>("box")->text().isEmpty(); }));
   user.Key(Qt::Key_Return);
   EXPECT_EQ("", shown.get());
-}
-
-TEST(Windows, ShowAFailureOfAHandlerAndStayUsable) {
-  DesktopWorld world;
-  auto shown = Show(u"failing", [](Form&) { Raise(FailureNumber::InvalidArgument, u"a"); });
-  DesktopUser user("failing");
-  user.Key(Qt::Key_Return);
-  EXPECT_NE("(no box)", user.AnswerBox());
-  user.Activate();
-  user.Key(Qt::Key_Return);
-  shown.get();
 }
 
 // Each of these runs in a process of its own.
