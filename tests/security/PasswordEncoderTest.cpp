@@ -1,4 +1,6 @@
 // Encrypt and Decrypt: the form of an encoded password string, what is refused, and what damage does.
+#include <algorithm>
+
 #include "tests/security/SecurityWorld.h"
 
 namespace Tests {
@@ -27,6 +29,21 @@ class PasswordEncoder : public SecurityWorld {};
 TEST_F(PasswordEncoder, HasTheKeyTablesThatStoredTextsWereWrittenWith) {
   EXPECT_EQ(Fingerprint(ComponentSecurityTestAccess::KeyTable()), 0xed896a7a87ba5d4d);
   EXPECT_EQ(Fingerprint(ComponentSecurityTestAccess::OldKeyTable()), 0x87a998073fbc398f);
+}
+
+TEST_F(PasswordEncoder, HasKeyTablesFromWhichEveryStartReadsBack) {
+  const struct {
+    String Table;
+    std::size_t Length, LastStart;
+    String Rewritten;  // codes that decoding replaces before it looks for the start
+  } rows[] = {{ComponentSecurityTestAccess::KeyTable(), 111, 81, u"\u007E\u007F"},
+              {ComponentSecurityTestAccess::OldKeyTable(), 127, 97, u"\u00FF"}};
+  for (const auto& [table, length, lastStart, rewritten] : rows) {
+    ASSERT_EQ(table.size(), length);
+    for (std::size_t start = 0; start < lastStart; ++start) EXPECT_EQ(table.find(table[start]), start);
+    EXPECT_EQ(StringView(table).substr(0, lastStart).find_first_of(rewritten), StringView::npos);
+    EXPECT_TRUE(std::all_of(table.begin(), table.end(), [](char16_t c) { return c > 0 && c < 256; }));
+  }
 }
 
 // Computed by hand. The start character is a semicolon, which no stored string holds.
