@@ -51,7 +51,15 @@ open() {
   fact "$1 opens its dialog" front "$title"
   window=$(xdotool getactivewindow)
 }
-keys() { xdotool key --delay 30 "$@"; }
+# As a person would: a moment passes before the next key.
+keys() {
+  xdotool key --delay 30 "$@"
+  sleep 0.5
+}
+enter() {
+  xdotool type --delay 40 "$1"
+  sleep 0.5
+}
 
 "$tvmail" init >/dev/null
 
@@ -69,11 +77,11 @@ fact "which ends the standing" no_state _NET_WM_STATE_ABOVE
 xdotool windowactivate "$window"
 fact "until the dialog comes to the front again" state _NET_WM_STATE_ABOVE
 keys alt+s
-xdotool type --delay 20 "mail.x"
+enter "mail.x"
 keys alt+e
-xdotool type --delay 20 "me@x.example"
+enter "me@x.example"
 keys alt+r
-xdotool type --delay 20 "My Name"
+enter "My Name"
 keys Return
 fact "Enter presses OK" gone
 fact "what the access keys led to is stored" value '"me@x.example"'
@@ -83,11 +91,11 @@ printf secret >"$home/password"
 add="mailbox add x --transport smtp --host mail.example.org --address a@example.org"
 open "Talvane E-mail Setup" $add
 fact "it is an ordinary window" no_state _NET_WM_STATE_ABOVE
-xdotool type --delay 20 "$home/Apollo.TVS"
+enter "$home/Apollo.TVS"
 keys alt+u
-xdotool type --delay 20 "ann"
+enter "ann"
 keys alt+w
-xdotool type --delay 20 "secret"
+enter "secret"
 keys Return
 fact "Enter binds the mailbox" sh -c "'$tvmail' mailbox list --json | grep -q Apollo"
 
