@@ -14,11 +14,6 @@ namespace {
 
 constexpr std::int32_t kConfigurationFailed = 10045;
 
-bool ReportAndFail() {
-  ShowErrorMessage(CurrentFailure(), kConfigurationFailed, {});
-  return false;
-}
-
 void ShowPointer(MousePointer pointer) {
   Services().Toolkit().SetMousePointer(pointer);
 }
@@ -52,7 +47,7 @@ Boolean EMailManager::MailHandler_Configure(std::int16_t AddMode, String& MailBo
       form->Unload();
     }
   } catch (...) {
-    result = ReportAndFail();
+    result = ReportFailure(kConfigurationFailed);
   }
   form.reset();
   try {
@@ -70,7 +65,7 @@ bool EMailManager::SetConfigureMode(std::int16_t addMode, const String& mailBoxN
   SetEditedMailBoxName(mailBoxName);
   return true;
 } catch (...) {
-  return ReportAndFail();
+  return ReportFailure(kConfigurationFailed);
 }
 
 bool EMailManager::FillInboundForm(frmCfgInb& form, const String& mailBoxName, std::int16_t addMode) try {
@@ -91,7 +86,7 @@ bool EMailManager::FillInboundForm(frmCfgInb& form, const String& mailBoxName, s
   form.SetMailBoxName(mailBoxName);
   return true;
 } catch (...) {
-  return ReportAndFail();
+  return ReportFailure(kConfigurationFailed);
 }
 
 bool EMailManager::CollectInboundForm(frmCfgInb& form, String& productName, String& mailBoxName) try {
@@ -104,7 +99,7 @@ bool EMailManager::CollectInboundForm(frmCfgInb& form, String& productName, Stri
   mailBoxName = form.MailBoxName();
   return true;
 } catch (...) {
-  return ReportAndFail();
+  return ReportFailure(kConfigurationFailed);
 }
 
 void EMailManager::ResetConfigureState() {

@@ -36,8 +36,7 @@ Boolean EMailManager::MailHandler_MboxUpdate(const String& MailBoxName, const Ob
   try {
     return ApplyMailBoxUpdate(MailBoxName, Sess);
   } catch (...) {
-    ShowErrorMessage(CurrentFailure(), kConfiguringFailed, {});
-    return False;
+    return ReportFailure(kConfiguringFailed);
   }
 }
 
@@ -49,8 +48,7 @@ bool EMailManager::ApplyMailBoxUpdate(const String& mailBoxName, const ObjectRef
   try {
     return UpdateMailBox(mailBoxName, sess, ProjectPath(), UserID(), Password(), bool(AddMode()));
   } catch (...) {
-    ShowErrorMessage(CurrentFailure(), 0, {});
-    return false;
+    return ReportFailure();
   }
 }
 

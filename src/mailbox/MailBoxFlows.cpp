@@ -39,11 +39,6 @@ void PutSettingsBack(const String& projectPath, const ProjectEmailSettings& old,
   }
 }
 
-bool ReportAndFail() {
-  ShowErrorMessage(CurrentFailure(), 0, {});
-  return false;
-}
-
 }  // namespace
 
 bool UpdateMailBox(const String& mailBoxName, const ObjectRef& sess, const String& projectPath,
@@ -52,7 +47,7 @@ bool UpdateMailBox(const String& mailBoxName, const ObjectRef& sess, const Strin
   if (projectPath.empty() || userId.empty()) return ResaveMailBoxSettings(mailBoxName, sess);
   return ChangeMailBox(mailBoxName, sess, projectPath, userId, password);
 } catch (...) {
-  return ReportAndFail();
+  return ReportFailure();
 }
 
 bool AddMailBox(const String& mailBoxName, const ObjectRef& sess, const String& projectPath,
@@ -69,7 +64,7 @@ bool AddMailBox(const String& mailBoxName, const ObjectRef& sess, const String& 
   DeleteMailBox(mailBoxName, true, mayDeleteFrom);
   return false;
 } catch (...) {
-  return ReportAndFail();
+  return ReportFailure();
 }
 
 bool ChangeMailBox(const String& mailBoxName, const ObjectRef& sess, const String& projectPath,
@@ -93,7 +88,7 @@ bool ChangeMailBox(const String& mailBoxName, const ObjectRef& sess, const Strin
   if (recordWritten) PutSettingsBack(projectPath, oldSettings, hadSettings);
   return false;
 } catch (...) {
-  return ReportAndFail();
+  return ReportFailure();
 }
 
 bool ResaveMailBoxSettings(const String& mailBoxName, const ObjectRef& sess) try {
@@ -109,7 +104,7 @@ bool ResaveMailBoxSettings(const String& mailBoxName, const ObjectRef& sess) try
   PutSettingsBack(projectPath, oldSettings, hadSettings);
   return false;
 } catch (...) {
-  return ReportAndFail();
+  return ReportFailure();
 }
 
 bool DeleteMailBox(const String& mailBoxName, bool removeRecord, const std::optional<String>& onlyFrom) try {
@@ -126,8 +121,7 @@ bool DeleteMailBox(const String& mailBoxName, bool removeRecord, const std::opti
   if (!done) ShowResourceMessage(10047, sectionText + u"  " + keyText);
   return done;
 } catch (...) {
-  ShowErrorMessage(CurrentFailure(), 10047, {});
-  return false;
+  return ReportFailure(10047);
 }
 
 }  // namespace TvEmailServices

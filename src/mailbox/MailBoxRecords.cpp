@@ -42,8 +42,7 @@ bool StoreRecord(const String& projectPath, const String& userId, EncodedPasswor
   ShowResourceMessage(10011, {});
   return false;
 } catch (...) {
-  ShowErrorMessage(CurrentFailure(), 0, {});
-  return false;
+  return ReportFailure();
 }
 
 // The values of a record that has been reached, as they are stored.

@@ -13,11 +13,6 @@ bool FailWith(std::int32_t number) {
   return false;
 }
 
-bool ReportAndFail() {
-  ShowErrorMessage(CurrentFailure(), 0, {});
-  return false;
-}
-
 }  // namespace
 
 bool CheckProjectCredentials(const String& projectPath, const String& userId, const String& password,
@@ -38,7 +33,7 @@ bool CheckProjectCredentials(const String& projectPath, const String& userId, co
   mailBoxName = projectName;
   return bool(project->IsMailBoxAllowed()) || FailWith(10000);
 } catch (...) {
-  return ReportAndFail();
+  return ReportFailure();
 }
 
 bool IsMailBoxNameFree(const String& mailBoxName) try {
@@ -55,7 +50,7 @@ bool IsMailBoxNameFree(const String& mailBoxName) try {
   }
   return true;
 } catch (...) {
-  return ReportAndFail();
+  return ReportFailure();
 }
 
 }  // namespace TvEmailServices

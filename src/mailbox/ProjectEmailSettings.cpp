@@ -70,8 +70,7 @@ bool WriteProjectEmailSettings(const String& projectPath, const String& transpor
   file.Save();
   return true;
 } catch (...) {
-  ShowErrorMessage(CurrentFailure(), 0, {});
-  return false;
+  return ReportFailure();
 }
 
 bool DeleteProjectEmailSettings(const String& mailBoxName, bool report,
@@ -85,7 +84,7 @@ bool DeleteProjectEmailSettings(const String& mailBoxName, bool report,
   file.Save();
   return true;
 } catch (...) {
-  if (report) ShowErrorMessage(CurrentFailure(), 10058, {});
+  if (report) ReportFailure(10058);
   return false;
 }
 

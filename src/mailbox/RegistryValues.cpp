@@ -14,8 +14,7 @@ bool SetRegStringValue(const RegUtil& registry, StringView name, const String& v
   holder.SetValue(value);
   return registry.AddOrUpdateValue(holder);
 } catch (...) {
-  ShowErrorMessage(CurrentFailure(), 10034, {});
-  return false;
+  return ReportFailure(10034);
 }
 
 bool GetRegStringValue(const RegUtil& registry, StringView name, Value& value, bool report) try {
@@ -30,8 +29,7 @@ bool GetRegStringValue(const RegUtil& registry, StringView name, Value& value, b
   if (!found && report) ShowResourceMessage(2057, String(u" ").append(name));
   return found;
 } catch (...) {
-  ShowErrorMessage(CurrentFailure(), 0, {});
-  return false;
+  return ReportFailure();
 }
 
 bool DeleteRegKey(const String& parentPath, Hive hive, const String& keyName, bool report) try {

@@ -26,8 +26,7 @@ bool GetMAPIProfiles(Value& collection) try {
   const RegUtil registry = GetRegUtil(Hive::CurrentUser, String(ProfilesPath(platform)), false);
   return collection.IsArray() && registry && registry.EnumKeys(collection);
 } catch (...) {
-  ShowErrorMessage(CurrentFailure(), 0, {});
-  return false;
+  return ReportFailure();
 }
 
 }  // namespace TvEmailServices

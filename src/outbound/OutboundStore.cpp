@@ -42,8 +42,7 @@ bool OpenOutboundKey(RegUtil& registry) try {
   }
   return true;
 } catch (...) {
-  ShowErrorMessage(CurrentFailure(), 0, {});
-  return false;
+  return ReportFailure();
 }
 
 bool SaveMapiOutbound(const String& profile) try {
@@ -55,8 +54,7 @@ bool SaveMapiOutbound(const String& profile) try {
   return OpenOutboundKey(registry) && SetRegStringValue(registry, kMapiProfileValue, profile) &&
          SetTransport(registry, kMapiTransport);
 } catch (...) {
-  ShowErrorMessage(CurrentFailure(), 0, {});
-  return false;
+  return ReportFailure();
 }
 
 bool SaveSmtpOutbound(const String& hostName, const String& emailAddress, const String& realName) try {
@@ -73,8 +71,7 @@ bool SaveSmtpOutbound(const String& hostName, const String& emailAddress, const 
          SetRegStringValue(registry, kEMailAddressValue, emailAddress) &&
          SetRegStringValue(registry, kRealNameValue, realName) && SetTransport(registry, kSmtpTransport);
 } catch (...) {
-  ShowErrorMessage(CurrentFailure(), 0, {});
-  return false;
+  return ReportFailure();
 }
 
 bool SetDiscussionEmailEnabled(bool enabled) try {

@@ -197,8 +197,7 @@ bool frmCfgOut::SetOutboundControlsEnabled(bool enabled) try {
   }
   return true;
 } catch (...) {
-  ShowErrorMessage(CurrentFailure(), 0, {});
-  return false;
+  return ReportFailure();
 }
 
 void frmCfgOut::ShowOutboundProvider(std::int32_t position) try {

@@ -69,8 +69,7 @@ bool PrepareOutboundForm(frmCfgOut& form) try {
   LoadOutboundSettings(form, profiles);
   return true;
 } catch (...) {
-  ShowErrorMessage(CurrentFailure(), 0, {});
-  return false;
+  return ReportFailure();
 }
 
 void LoadOutboundSettings(frmCfgOut& form, const Value& profiles) try {

@@ -44,6 +44,11 @@ void ShowErrorMessage(const Failure& failure, std::int32_t number, const String&
   ShowText(text.append(extra));
 }
 
+bool ReportFailure(std::int32_t number) {
+  ShowErrorMessage(CurrentFailure(), number, {});
+  return false;
+}
+
 void ShowErrorMessageV(const Failure& failure, std::int32_t number, const Array& arguments) {
   ShowText(failure.Description() + u"  " + LoadTVResourceStringV(number, arguments));
 }

@@ -24,6 +24,10 @@ void ShowResourceMessageV(std::int32_t number, const Array& arguments);
 // without a blank.
 void ShowErrorMessage(const Failure& failure, std::int32_t number, const String& extra);
 
+// ShowErrorMessage of the failure being handled, and false: how a procedure with a failure path ends. To be
+// called in a catch block alone.
+bool ReportFailure(std::int32_t number = 0);
+
 // The failure's description, two blanks, and the text of number with the arguments put into it.
 void ShowErrorMessageV(const Failure& failure, std::int32_t number, const Array& arguments);
 
