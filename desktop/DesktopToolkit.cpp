@@ -102,8 +102,8 @@ void DesktopToolkit::SetMousePointer(MousePointer pointer) {
   });
 }
 
-void DesktopToolkit::SetStanding(Form& form, Standing standing) {
-  if (const auto session = SessionOf(form)) session->SetStanding(standing);
+void DesktopToolkit::SetZOrder(Form& form, ZOrder order) {
+  if (const auto session = SessionOf(form)) session->SetZOrder(order);
 }
 
 bool DesktopToolkit::ShowPage(const std::string& name) {

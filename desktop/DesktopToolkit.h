@@ -31,7 +31,7 @@ class DesktopToolkit : public FormsToolkit {
   std::optional<String> OpenFile(const OpenFileRequest& request) override;
   ScreenSize Screen() override;
   void SetMousePointer(MousePointer pointer) override;
-  void SetStanding(Form& form, Standing standing) override;
+  void SetZOrder(Form& form, ZOrder order) override;
   bool ShowHelp(std::intptr_t window, const std::string& file, std::uint32_t command,
                 std::uint32_t number) override;
   bool ShowTopic(StringView topic) override;

@@ -18,11 +18,11 @@ extern char** environ;
 namespace Desktop {
 namespace {
 
-constexpr auto kPatience = std::chrono::seconds(10);
+constexpr auto kProbeTimeout = std::chrono::seconds(10);
 
 // Reads what the probe says until it ends or the patience does; false in the latter case.
 bool ReadAll(int pipe, std::string& text) {
-  const auto until = std::chrono::steady_clock::now() + kPatience;
+  const auto until = std::chrono::steady_clock::now() + kProbeTimeout;
   char buffer[1024];
   for (;;) {
     const auto left =

@@ -71,8 +71,8 @@ void FormSession::OpenWindow() {
   });
 }
 
-void FormSession::SetStanding(Standing standing) {
-  gui_.Post([window = window_, standing] { window->SetStanding(standing); });
+void FormSession::SetZOrder(ZOrder order) {
+  gui_.Post([window = window_, order] { window->SetZOrder(order); });
 }
 
 bool FormSession::IsEcho(const Echo& change) {

@@ -19,7 +19,7 @@ class FormSession : public Platform::FormObserver {
   // Shows the window and lets the user act until the form isn't shown any more.
   void Show(Platform::FormsToolkit& toolkit);
 
-  void SetStanding(Platform::Standing standing);
+  void SetZOrder(Platform::ZOrder order);
 
   // To be followed on the windows' thread alone.
   FormWindow* Window() const { return window_; }

@@ -104,9 +104,9 @@ void FormWindow::FocusOn(const String& control) {
   if (ControlWidget* target = Find(control)) target->Widget()->setFocus(Qt::OtherFocusReason);
 }
 
-void FormWindow::SetStanding(Standing standing) {
+void FormWindow::SetZOrder(ZOrder order) {
   // The native window's own flag: the widget's would take the window away and show it again.
-  if (windowHandle()) windowHandle()->setFlag(Qt::WindowStaysOnTopHint, standing == Standing::Topmost);
+  if (windowHandle()) windowHandle()->setFlag(Qt::WindowStaysOnTopHint, order == ZOrder::Topmost);
 }
 
 bool FormWindow::event(QEvent* event) {

@@ -22,7 +22,7 @@ class FormWindow : public QDialog {
 
   void Apply(const ControlState& state, Platform::ControlProperty property);
   void FocusOn(const Platform::String& control);
-  void SetStanding(Platform::Standing standing);
+  void SetZOrder(Platform::ZOrder order);
 
  protected:
   bool event(QEvent* event) override;

@@ -15,7 +15,7 @@
 namespace Desktop {
 namespace {
 
-constexpr auto kPatience = std::chrono::milliseconds(200);
+constexpr auto kSettleTimeout = std::chrono::milliseconds(200);
 
 QtMessageHandler previousHandler = nullptr;
 
@@ -90,7 +90,7 @@ void GuiThread::RunPosted() {
 
 void GuiThread::Await(const std::function<bool()>& settled) {
   if (running_) return;
-  const auto until = std::chrono::steady_clock::now() + kPatience;
+  const auto until = std::chrono::steady_clock::now() + kSettleTimeout;
   for (bool inTime = true; inTime;) {
     RunPosted();
     std::unique_lock lock(mutex_);

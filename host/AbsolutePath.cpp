@@ -3,18 +3,19 @@
 #include <algorithm>
 #include <filesystem>
 
-#include "host/Complaint.h"
+#include "host/CommandError.h"
 
 namespace Host {
 
 Platform::String AbsolutePath(const std::string& typed) {
-  if (typed.empty()) throw Complaint(WrongUse, "a file's name is empty: name the file");
+  if (typed.empty()) throw CommandError(WrongUse, "a file's name is empty: name the file");
   const std::filesystem::path path = std::filesystem::absolute(typed);
-  if (std::find(path.begin(), path.end(), "..") == path.end()) return Typed(path.lexically_normal().string());
+  if (std::find(path.begin(), path.end(), "..") == path.end())
+    return ArgumentText(path.lexically_normal().string());
   std::error_code error;
   const auto folder = std::filesystem::canonical(path.parent_path(), error);
   // Where the folder can't be reached, whoever opens the file tells why.
-  return Typed((error ? path : folder / path.filename()).string());
+  return ArgumentText((error ? path : folder / path.filename()).string());
 }
 
 }  // namespace Host

@@ -2,7 +2,7 @@
 
 #include <filesystem>
 
-#include "host/Complaint.h"
+#include "host/CommandError.h"
 #include "runtime/Process.h"
 #include "runtime/RegistryStore.h"
 
@@ -23,11 +23,11 @@ void RequireStores() {
     const auto status = std::filesystem::status(std::filesystem::path(ToUtf8(file)), error);
     // A store that can't be looked at for another reason tells that reason when it is opened.
     if (status.type() == std::filesystem::file_type::not_found)
-      throw Complaint(NotConfigured, u"there is no store " + file + u": run tvmail init first");
+      throw CommandError(NotConfigured, u"there is no store " + file + u": run tvmail init first");
   }
   if (!RegistryStore::KeyExists(Hive::LocalMachine, kMailBoxesPath) ||
       !RegistryStore::KeyExists(Hive::CurrentUser, kVersionPath))
-    throw Complaint(NotConfigured, "the stores were never set up to their end: run tvmail init first");
+    throw CommandError(NotConfigured, "the stores were never set up to their end: run tvmail init first");
 }
 
 }  // namespace Host

@@ -15,7 +15,7 @@ inline constexpr StringView kMapiProfilesPath = u"Software\\Microsoft\\Windows M
 // The folder of the libraries for a person to read, without links and "..".
 String ShownLibraryFolder();
 
-// Raises a Complaint that names `tvmail init` where a store is missing or the place of the mailboxes is.
+// Raises a CommandError that names `tvmail init` where a store is missing or the place of the mailboxes is.
 void RequireStores();
 
 }  // namespace Host

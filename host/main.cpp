@@ -3,10 +3,11 @@
 #include <iostream>
 #include <memory>
 
-#include "host/Complaint.h"
-#include "host/PrintedText.h"
+#include "host/CommandError.h"
+#include "host/commands/Command.h"
 #include "host/terminal/TerminalToolkit.h"
 #include "platform/Failure.h"
+#include "platform/TerminalText.h"
 #include "runtime/Process.h"
 
 namespace Host {
@@ -14,7 +15,7 @@ namespace Host {
 namespace {
 
 int Explain(ExitCode code, const std::string& text) {
-  std::cerr << "tvmail: " << Printed(text) << '\n';
+  std::cerr << "tvmail: " << TerminalText(text) << '\n';
   return code;
 }
 
@@ -26,7 +27,7 @@ int Run(const Invocation& invocation) {
     if (!std::cout)
       return Explain(TryAgain, "the output can't be written: look for a full disk or a closed pipe");
     return code;
-  } catch (const Complaint& complaint) {
+  } catch (const CommandError& complaint) {
     return Explain(complaint.Code(), complaint.what());
   } catch (const Platform::Failure& failure) {
     return Explain(TryAgain, failure.what());

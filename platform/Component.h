@@ -11,7 +11,7 @@
 #include <cstdint>
 #include <span>
 
-#include "platform/Identity.h"
+#include "platform/Guid.h"
 #include "platform/Value.h"
 
 namespace Platform {
@@ -34,7 +34,7 @@ struct MemberDescription {
 // The members stand in the order of their slots.
 struct InterfaceDescription {
   StringView Name;
-  Identity Id;
+  Guid Id;
   StringView Library;     // the type library that declares it
   StringView Attributes;  // in words, separated by ", "
   std::span<const MemberDescription> Members;
@@ -42,7 +42,7 @@ struct InterfaceDescription {
 
 struct ClassDescription {
   StringView Name;
-  Identity Id;
+  Guid Id;
   StringView Version;
   StringView Attributes;
   ObjectRef (*Create)();
@@ -52,7 +52,7 @@ struct ClassDescription {
 
 // A class of a sibling, which is known by its members' names alone.
 template <class T>
-constexpr ClassDescription NamedClass(StringView name, const Identity& id, StringView version) {
+constexpr ClassDescription NamedClass(StringView name, const Guid& id, StringView version) {
   return {name, id, version, {}, []() -> ObjectRef { return std::make_shared<T>(); }, nullptr, {}};
 }
 
@@ -71,7 +71,7 @@ struct EmbeddedResource {
 
 struct TypeLibraryDescription {
   StringView Name;
-  Identity Id;
+  Guid Id;
   StringView HelpString;
   StringView Version;
   std::uint32_t Locale;
@@ -140,7 +140,7 @@ class ClassFactory {
   virtual const ClassDescription& Class() const = 0;
 };
 
-inline constexpr Identity ClassFactoryInterface = "{6D0B2C5E-95F1-4C0B-8E57-1A35B7F0C901}"_identity;
+inline constexpr Guid ClassFactoryInterface = "{6D0B2C5E-95F1-4C0B-8E57-1A35B7F0C901}"_guid;
 
 // What the exports give back.
 namespace Status {
@@ -153,15 +153,15 @@ inline constexpr std::int32_t RegistrationFailed = static_cast<std::int32_t>(0x8
 
 // The signatures of the exports. DllGetClassObject stores a `const ClassFactory*` behind object, or null.
 using CanUnloadNowFunction = std::int32_t();
-using GetClassObjectFunction = std::int32_t(const Identity& classId, const Identity& interfaceId,
+using GetClassObjectFunction = std::int32_t(const Guid& classId, const Guid& interfaceId,
                                             const void** object);
 using RegisterServerFunction = std::int32_t();
 
 // The run time's side of the exports. They raise nothing; codeAddress is any address inside the library.
 namespace ComponentRuntime {
 std::int32_t CanUnloadNow(const ComponentDescription& library);
-std::int32_t GetClassObject(const ComponentDescription& library, const Identity& classId,
-                            const Identity& interfaceId, const void** object);
+std::int32_t GetClassObject(const ComponentDescription& library, const Guid& classId, const Guid& interfaceId,
+                            const void** object);
 std::int32_t RegisterServer(const ComponentDescription& library, const void* codeAddress);
 std::int32_t UnregisterServer(const ComponentDescription& library);
 }  // namespace ComponentRuntime
@@ -174,7 +174,7 @@ std::int32_t UnregisterServer(const ComponentDescription& library);
     return Platform::ComponentRuntime::CanUnloadNow(description);                                         \
   }                                                                                                       \
   extern "C" [[gnu::visibility("default")]] std::int32_t DllGetClassObject(                               \
-      const Platform::Identity& classId, const Platform::Identity& interfaceId, const void** object) {    \
+      const Platform::Guid& classId, const Platform::Guid& interfaceId, const void** object) {            \
     return Platform::ComponentRuntime::GetClassObject(description, classId, interfaceId, object);         \
   }                                                                                                       \
   extern "C" [[gnu::visibility("default")]] std::int32_t DllRegisterServer() {                            \

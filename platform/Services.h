@@ -6,7 +6,7 @@
 
 #include <cstdint>
 
-#include "platform/Identity.h"
+#include "platform/Guid.h"
 #include "platform/Value.h"
 
 namespace Platform {
@@ -43,7 +43,7 @@ class PlatformServices {
   virtual ObjectRef CreateByName(StringView programmaticName) = 0;
 
   // The same by class identity.
-  virtual ObjectRef CreateByClass(const Identity& classId) = 0;
+  virtual ObjectRef CreateByClass(const Guid& classId) = 0;
 
   // The folder of the library that holds the address, without a separator at its end. Raises 76 if none does.
   virtual String FolderOf(const void* codeAddress) = 0;

@@ -53,10 +53,10 @@ char32_t NextUtf8(std::string_view bytes, std::size_t& i, bool& good) {
   const auto at = [&](std::size_t k) { return static_cast<std::uint8_t>(bytes[k]); };
   const std::uint8_t lead = at(i);
   if (lead < 0x80) return at(i++);
-  const int count = lead >= 0xF0 && lead <= 0xF4 ? 3 : lead >= 0xE0 ? 2 : lead >= 0xC2 ? 1 : 0;
+  const unsigned count = lead >= 0xF0 && lead <= 0xF4 ? 3 : lead >= 0xE0 ? 2 : lead >= 0xC2 ? 1 : 0;
   if (count != 0 && lead <= 0xF4 && i + count < bytes.size()) {
     char32_t code = lead & (0x3F >> count);
-    int read = 0;
+    unsigned read = 0;
     while (read < count && (at(i + 1 + read) & 0xC0) == 0x80) {
       code = (code << 6) | (at(i + 1 + read) & 0x3F);
       ++read;

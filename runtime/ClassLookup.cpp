@@ -65,7 +65,7 @@ const ClassFactory& FindFactory(StringView programmaticName) {
   return Find(programmaticName, String(programmaticName));
 }
 
-const ClassFactory& FindFactory(const Identity& classId) {
+const ClassFactory& FindFactory(const Guid& classId) {
   return Find(classId, ToText(classId));
 }
 

@@ -12,6 +12,6 @@ using namespace Platform;
 // Raises 429, with what was asked for and the reason, where the class isn't registered or its library can't
 // be had; a library whose file was taken away can't, even if it is loaded.
 const ClassFactory& FindFactory(StringView programmaticName);
-const ClassFactory& FindFactory(const Identity& classId);
+const ClassFactory& FindFactory(const Guid& classId);
 
 }  // namespace Runtime

@@ -48,8 +48,8 @@ std::int32_t CanUnloadNow(const ComponentDescription& library) {
   return !library.LiveObjects || *library.LiveObjects == 0 ? Status::Ok : Status::No;
 }
 
-std::int32_t GetClassObject(const ComponentDescription& library, const Identity& classId,
-                            const Identity& interfaceId, const void** object) {
+std::int32_t GetClassObject(const ComponentDescription& library, const Guid& classId, const Guid& interfaceId,
+                            const void** object) {
   *object = nullptr;
   if (interfaceId != ClassFactoryInterface) return Status::NoInterface;
   for (const ClassDescription& offered : library.Classes) {

@@ -14,7 +14,7 @@ namespace {
 
 using Clock = std::chrono::steady_clock;
 
-constexpr auto kPatience = std::chrono::seconds(10);
+constexpr auto kBusyTimeout = std::chrono::seconds(10);
 constexpr int kPausesForOthers = 64;
 constexpr auto kPauseForOthers = std::chrono::milliseconds(2);
 
@@ -89,13 +89,13 @@ int Database::WaitForOthers(void* database, int attempt) {
   thread_local std::minstd_rand random{std::random_device{}()};
   thread_local Clock::time_point start;
   if (attempt == 0) start = Clock::now();
-  if (Clock::now() - start > kPatience) return 0;
+  if (Clock::now() - start > kBusyTimeout) return 0;
   static_cast<Database*>(database)->pausesLeft_ = kPausesForOthers;
   std::this_thread::sleep_for(std::chrono::microseconds(std::uniform_int_distribution(100, 1500)(random)));
   return 1;
 }
 
-void Database::LetOthersIn() {
+void Database::PauseAfterCommit() {
   if (pausesLeft_ == 0) return;
   --pausesLeft_;
   std::this_thread::sleep_for(kPauseForOthers);
@@ -226,7 +226,7 @@ Transaction::~Transaction() {
 
 void Transaction::Commit() {
   database_.Commit();
-  database_.LetOthersIn();
+  database_.PauseAfterCommit();
 }
 
 }  // namespace Runtime

@@ -49,7 +49,7 @@ class Database {
   void Commit();
 
   // Pauses for a moment if another program was at work on the file lately, so that its turn comes too.
-  void LetOthersIn();
+  void PauseAfterCommit();
 
  private:
   static int WaitForOthers(void* database, int attempt);

@@ -104,7 +104,7 @@ std::int32_t TellingWhy(const std::function<void()>& work) {
   }
 }
 
-const ClassFactory& LoadClassFactory(const String& file, const Identity& classId) {
+const ClassFactory& LoadClassFactory(const String& file, const Guid& classId) {
   const std::string path = LocateLibrary(file);
   auto* getClassObject = Export<GetClassObjectFunction>(Library(path), path, "DllGetClassObject");
   const void* factory = nullptr;

@@ -24,7 +24,7 @@ void InstallToolkit(std::shared_ptr<FormsToolkit> toolkit);
 // The factory of a class, asked of a library file by its DllGetClassObject. A file name without a folder lies
 // in LibraryFolder. The library stays loaded. Raises 429, with the reason, for a file that is missing, is no
 // component, or lacks the class.
-const ClassFactory& LoadClassFactory(const String& file, const Identity& classId);
+const ClassFactory& LoadClassFactory(const String& file, const Guid& classId);
 
 // Runs DllRegisterServer or DllUnregisterServer of a library file. Raises 429 as above, 57 if the
 // registration itself failed.

@@ -26,7 +26,7 @@ class ProcessServices : public PlatformServices {
     return FindFactory(programmaticName).CreateInstance();
   }
 
-  ObjectRef CreateByClass(const Identity& classId) override { return FindFactory(classId).CreateInstance(); }
+  ObjectRef CreateByClass(const Guid& classId) override { return FindFactory(classId).CreateInstance(); }
 
   String FolderOf(const void* codeAddress) override {
     const std::string file = FileOfAddress(codeAddress);

@@ -7,13 +7,13 @@ namespace {
 
 const String kClasses = u"Software\\Classes\\";
 
-String ClassKey(const Identity& id) {
+String ClassKey(const Guid& id) {
   return kClasses + u"CLSID\\" + ToText(id);
 }
-String InterfaceKey(const Identity& id) {
+String InterfaceKey(const Guid& id) {
   return kClasses + u"Interface\\" + ToText(id);
 }
-String TypeLibraryKey(const Identity& id) {
+String TypeLibraryKey(const Guid& id) {
   return kClasses + u"TypeLib\\" + ToText(id);
 }
 
@@ -45,7 +45,7 @@ void ForOwnInterfaces(const ComponentDescription& library, Visit visit) {
 
 }  // namespace
 
-std::optional<RegisteredClass> FindClass(const Identity& classId) {
+std::optional<RegisteredClass> FindClass(const Guid& classId) {
   RegistryAccess registry(Hive::LocalMachine);
   const auto file = registry->Read(ClassKey(classId) + u"\\InprocServer32", {});
   if (!file) return {};
@@ -60,7 +60,7 @@ std::optional<RegisteredClass> FindClass(StringView programmaticName) {
     id = TextAt(*registry, kClasses + String(programmaticName) + u"\\CLSID");
   }
   if (id.empty()) return {};
-  return FindClass(ParseIdentity(id));
+  return FindClass(ParseGuid(id));
 }
 
 void WriteRegistration(const ComponentDescription& library, const String& file) {

@@ -13,12 +13,12 @@ using namespace Platform;
 
 // A class as it was registered. A plain file name lies in the library folder.
 struct RegisteredClass {
-  Identity Id;
+  Guid Id;
   String File;
 };
 
 std::optional<RegisteredClass> FindClass(StringView programmaticName);
-std::optional<RegisteredClass> FindClass(const Identity& classId);
+std::optional<RegisteredClass> FindClass(const Guid& classId);
 
 // Writes all of a library's classes, the interfaces that it declares and its type library, in one
 // transaction.

@@ -7,8 +7,8 @@
 #include <cstdio>
 #include <stdexcept>
 
-#include "host/deliver/Mail.h"
-#include "host/deliver/MailSource.h"
+#include "gateway/sources/MailSource.h"
+#include "mime/Mail.h"
 
 namespace {
 
@@ -62,9 +62,9 @@ int main(int argc, char** argv) {
   try {
     ReplyTable replies(argv[2]);
     std::size_t count = 0;
-    Host::ReadMailSource(argv[1], [&](Host::RawMail raw) {
+    Gateway::ReadMailSource(argv[1], [&](Gateway::RawMail raw) {
       if (!raw.Fault.empty()) throw std::runtime_error(raw.Source + " " + raw.Fault);
-      const Host::Mail mail = Host::ReadMail(std::move(raw.Bytes));
+      const Mime::Mail mail = Mime::ReadMail(std::move(raw.Bytes));
       // The same row that the component writes, so that both store as many bytes.
       const Platform::StringView body(mail.Body);
       replies.Add(Platform::ToUtf8(mail.Subject), Platform::ToUtf8(body.substr(0, body.find(kCutMarker))));

@@ -3,10 +3,10 @@
 #include <iostream>
 #include <memory>
 
-#include "host/Command.h"
-#include "host/Json.h"
-#include "host/PrintedText.h"
 #include "host/Stores.h"
+#include "host/commands/Command.h"
+#include "platform/Json.h"
+#include "platform/TerminalText.h"
 #include "platform/contracts/GeneralServices.h"
 #include "platform/contracts/MailHandler.h"
 #include "runtime/Process.h"
@@ -145,7 +145,8 @@ void PrintJson(const ComponentDescription& library) {
 }
 
 void Line(std::string_view name, StringView text) {
-  std::cout << name << std::string(name.size() < 22 ? 22 - name.size() : 1, ' ') << VisibleText(text) << '\n';
+  std::cout << name << std::string(name.size() < 22 ? 22 - name.size() : 1, ' ') << TerminalLine(text)
+            << '\n';
 }
 
 String Signature(const MemberDescription& member) {

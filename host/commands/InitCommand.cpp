@@ -2,9 +2,10 @@
 #include <CLI/CLI.hpp>
 #include <iostream>
 
-#include "host/Complaint.h"
-#include "host/PrintedText.h"
+#include "host/CommandError.h"
 #include "host/Stores.h"
+#include "host/commands/Command.h"
+#include "platform/TerminalText.h"
 #include "runtime/Process.h"
 #include "runtime/RegistryStore.h"
 
@@ -23,9 +24,9 @@ void MakeStore(Hive hive, StringView path) {
     RegistryStore::Create(hive);
     RegistryStore::CreateKey(hive, path);
   } catch (const Failure& failure) {
-    throw Complaint(CannotCreate,
-                    failure.Description() +
-                        u": mend that, or name another folder in TALVANE_HOME, and run tvmail init again");
+    throw CommandError(CannotCreate,
+                       failure.Description() +
+                           u": mend that, or name another folder in TALVANE_HOME, and run tvmail init again");
   }
 }
 
@@ -39,13 +40,13 @@ int Init() {
     } catch (const Failure& failure) {
       complete = false;
       std::cerr << "tvmail: warning: " << ToUtf8(component)
-                << " isn't registered: " << Printed(failure.Description()) << '\n';
+                << " isn't registered: " << TerminalText(failure.Description()) << '\n';
     }
   }
-  std::cout << "Data folder:        " << VisibleText(Runtime::HomeFolder()) << '\n'
-            << "Machine-wide store: " << VisibleText(RegistryStore::FileOf(Hive::LocalMachine)) << '\n'
-            << "User's store:       " << VisibleText(RegistryStore::FileOf(Hive::CurrentUser)) << '\n'
-            << "Libraries:          " << VisibleText(ShownLibraryFolder())
+  std::cout << "Data folder:        " << TerminalLine(Runtime::HomeFolder()) << '\n'
+            << "Machine-wide store: " << TerminalLine(RegistryStore::FileOf(Hive::LocalMachine)) << '\n'
+            << "User's store:       " << TerminalLine(RegistryStore::FileOf(Hive::CurrentUser)) << '\n'
+            << "Libraries:          " << TerminalLine(ShownLibraryFolder())
             << (complete ? " (all registered)\n" : " (not all registered)\n");
   return Done;
 }

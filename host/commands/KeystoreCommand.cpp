@@ -4,13 +4,14 @@
 #include <memory>
 
 #include "host/AbsolutePath.h"
-#include "host/Complaint.h"
-#include "host/PrintedText.h"
-#include "host/Secret.h"
+#include "host/CommandError.h"
 #include "host/Stores.h"
+#include "host/commands/Command.h"
+#include "host/terminal/Secret.h"
 #include "platform/Failure.h"
 #include "platform/Object.h"
 #include "platform/Services.h"
+#include "platform/TerminalText.h"
 #include "platform/contracts/Cipher.h"
 
 namespace Host {
@@ -31,16 +32,16 @@ bool HoldsKey(const String& file, const String& password, const String& label) {
 
 int Create(const KeystoreOptions& options) {
   const String file = AbsolutePath(options.File);
-  const String label = Typed(options.Label);
+  const String label = ArgumentText(options.Label);
   RequireStores();
   const String password = ReadNewSecret(options.PasswordFile, "Password that seals " + options.File);
   try {
     CallWith(*Services().CreateByName(u"OstrCipherCOM.KeyStore"), u"CreateKey", {file, password, label});
   } catch (const Failure& failure) {
-    if (HoldsKey(file, password, label)) throw Complaint(DataRefused, failure.Description());
+    if (HoldsKey(file, password, label)) throw CommandError(DataRefused, failure.Description());
     throw;
   }
-  std::cout << "A new key " << VisibleText(label) << " lies in " << VisibleText(file)
+  std::cout << "A new key " << TerminalLine(label) << " lies in " << TerminalLine(file)
             << ", sealed with its password.\n";
   return Done;
 }

@@ -5,18 +5,19 @@
 #include <iostream>
 #include <memory>
 
+#include "gateway/delivery/HandlerObject.h"
 #include "host/AbsolutePath.h"
-#include "host/Complaint.h"
-#include "host/HandlerObject.h"
-#include "host/Json.h"
-#include "host/MailboxRecords.h"
-#include "host/PrintedText.h"
-#include "host/Secret.h"
-#include "host/SiblingCheck.h"
+#include "host/CommandError.h"
+#include "host/Mailboxes.h"
+#include "host/RefusalCode.h"
 #include "host/Stores.h"
+#include "host/commands/Command.h"
 #include "host/options/OptionToolkit.h"
 #include "host/options/SendOptions.h"
-#include "host/terminal/DialogToolkit.h"
+#include "host/terminal/Secret.h"
+#include "host/terminal/ToolkitChoice.h"
+#include "platform/Json.h"
+#include "platform/TerminalText.h"
 #include "runtime/Process.h"
 
 namespace Host {
@@ -43,27 +44,29 @@ struct Logon {
 // project.
 void RequireNoBlanksAround(const String& text, const std::string& what) {
   if (Trim(text) != text)
-    throw Complaint(DataRefused, "the " + what +
-                                     " begins or ends with a blank, which a mailbox doesn't keep: change it "
-                                     "in the project");
+    throw CommandError(DataRefused,
+                       "the " + what +
+                           " begins or ends with a blank, which a mailbox doesn't keep: change it "
+                           "in the project");
 }
 
 Logon ReadLogon(const MailboxOptions& options, const std::optional<MailboxRecord>& former) {
   if (former && options.Project)
-    throw Complaint(
+    throw CommandError(
         WrongUse,
         "a mailbox can't move to another project: leave --project away, or delete the mailbox and "
         "add it anew");
   Logon logon;
   if (!former) {
-    if (!options.Project) throw Complaint(WrongUse, "--project is missing: name the project's file");
+    if (!options.Project) throw CommandError(WrongUse, "--project is missing: name the project's file");
     logon.ProjectPath = AbsolutePath(*options.Project);
     RequireNoBlanksAround(*logon.ProjectPath, "project's path");
   }
   if (!options.User && !former)
-    throw Complaint(WrongUse, "--user is missing: name the user who opens the project");
-  logon.UserId = options.User ? Typed(*options.User) : former->UserId;
-  if (logon.UserId.empty()) throw Complaint(WrongUse, "--user is empty: name the user who opens the project");
+    throw CommandError(WrongUse, "--user is missing: name the user who opens the project");
+  logon.UserId = options.User ? ArgumentText(*options.User) : former->UserId;
+  if (logon.UserId.empty())
+    throw CommandError(WrongUse, "--user is empty: name the user who opens the project");
   logon.Password = ReadSecret(options.PasswordFile, "Password of " + ToUtf8(logon.UserId));
   RequireNoBlanksAround(logon.UserId, "user name");
   RequireNoBlanksAround(logon.Password, "password");
@@ -97,9 +100,9 @@ String Configure(MailHandler& handler, bool add, const String& name, const Objec
   if (hand) hand->Finish();
   // A change counts as configured even if its dialog was only closed, so the dialog itself is asked too.
   if (hand && !(configured && hand->Accepted()))
-    throw Complaint(CodeOfRefusal(),
-                    "the entries are refused and nothing was changed: mend what is told above");
-  if (!configured) throw Complaint(TryAgain, "the dialog was cancelled: nothing was changed");
+    throw CommandError(CodeOfRefusal(),
+                       "the entries are refused and nothing was changed: mend what is told above");
+  if (!configured) throw CommandError(TryAgain, "the dialog was cancelled: nothing was changed");
   return bound;
 }
 
@@ -107,24 +110,24 @@ String Configure(MailHandler& handler, bool add, const String& name, const Objec
 void RequireUnbound(const String& name) {
   const auto existing = FindMailbox(name);
   if (existing && existing->Complete())
-    throw Complaint(DataRefused, u"mailbox " + existing->Name + u" is bound to " + existing->ProjectPath +
-                                     u" already: change it by tvmail mailbox change");
+    throw CommandError(DataRefused, u"mailbox " + existing->Name + u" is bound to " + existing->ProjectPath +
+                                        u" already: change it by tvmail mailbox change");
 }
 
 // A record that lacks something can't be changed, but it can be made whole.
 MailboxRecord RequireComplete(const String& name) {
   MailboxRecord mailbox = RequireMailbox(name);
   if (!mailbox.Complete())
-    throw Complaint(DataRefused,
-                    u"mailbox " + mailbox.Name +
-                        u" is incomplete: add it again by tvmail mailbox add, or delete it by tvmail "
-                        u"mailbox delete");
+    throw CommandError(DataRefused,
+                       u"mailbox " + mailbox.Name +
+                           u" is incomplete: add it again by tvmail mailbox add, or delete it by tvmail "
+                           u"mailbox delete");
   return mailbox;
 }
 
 int Store(const MailboxOptions& options, bool add) {
   RequireStores();
-  String name = Typed(options.Name);
+  String name = ArgumentText(options.Name);
   std::optional<MailboxRecord> former;
   if (!add) {
     former = RequireComplete(name);
@@ -139,43 +142,45 @@ int Store(const MailboxOptions& options, bool add) {
   const ObjectRef session = MakeSession(
       ResolveSendSettings(options.Send, former ? ReadSendSettings(former->ProjectPath) : SendSettings()));
 
-  const HandlerObject handler;
+  const Gateway::HandlerObject handler;
   const String bound = Configure(handler.Mail(), add, name, session, hand);
   if (add) RequireUnbound(bound);
   if (!handler.Mail().MailHandler_MboxUpdate(bound, session))
-    throw Complaint(TryAgain, u"mailbox " + bound + u" wasn't stored: mend what is told above and try again");
+    throw CommandError(TryAgain,
+                       u"mailbox " + bound + u" wasn't stored: mend what is told above and try again");
 
   const MailboxRecord stored = RequireMailbox(bound);
   if (!hand && stored == former) {
-    std::cout << "No logon was accepted: that of mailbox " << VisibleText(stored.Name)
+    std::cout << "No logon was accepted: that of mailbox " << TerminalLine(stored.Name)
               << " is unchanged, and how its mail is sent is saved again.\n";
     return Done;
   }
-  std::cout << "Mailbox " << VisibleText(stored.Name) << " is bound to " << VisibleText(stored.ProjectPath)
+  std::cout << "Mailbox " << TerminalLine(stored.Name) << " is bound to " << TerminalLine(stored.ProjectPath)
             << '\n';
   if (!EqualsIgnoreCase(stored.Name, name)) {
-    std::cout << "A mailbox carries the name of its project: " << VisibleText(stored.Name)
-              << " stands instead of " << VisibleText(name) << ".\n";
-    if (former) std::cout << "The record " << VisibleText(name) << " stands beside it.\n";
+    std::cout << "A mailbox carries the name of its project: " << TerminalLine(stored.Name)
+              << " stands instead of " << TerminalLine(name) << ".\n";
+    if (former) std::cout << "The record " << TerminalLine(name) << " stands beside it.\n";
   }
   return Done;
 }
 
 int Delete(const std::string& typedName, bool force) {
-  const MailboxRecord mailbox = RequireMailbox(Typed(typedName));
+  const MailboxRecord mailbox = RequireMailbox(ArgumentText(typedName));
   const auto boxes = std::make_shared<OptionToolkit>([](Form&, UserHand&) {});
   Runtime::InstallToolkit(boxes);
-  const HandlerObject handler;
+  const Gateway::HandlerObject handler;
   handler.Mail().MailHandler_MboxDelete(mailbox.Name);
   // Without a path there is no project whose settings could be left behind.
   if (boxes->BoxCount() > 0 && !force && !mailbox.ProjectPath.empty())
-    throw Complaint(TryAgain, u"mailbox " + mailbox.Name +
-                                  u" stays: mend what is told above, or remove the record alone by --force");
+    throw CommandError(TryAgain,
+                       u"mailbox " + mailbox.Name +
+                           u" stays: mend what is told above, or remove the record alone by --force");
   // The component takes the settings out of the project and leaves the record to its host: a record that
   // stayed would go on delivering, show in the list, and keep the project's name taken.
   if (!RemoveMailbox(mailbox))
-    throw Complaint(TryAgain, u"the record of mailbox " + mailbox.Name + u" can't be removed: try again");
-  std::cout << "Mailbox " << VisibleText(mailbox.Name) << " is deleted.\n";
+    throw CommandError(TryAgain, u"the record of mailbox " + mailbox.Name + u" can't be removed: try again");
+  std::cout << "Mailbox " << TerminalLine(mailbox.Name) << " is deleted.\n";
   return Done;
 }
 
@@ -205,8 +210,8 @@ int List(bool json) {
   }
   std::vector<std::array<std::string, 3>> rows = {{"Name", "User", "Project"}};
   for (const MailboxRecord& mailbox : mailboxes)
-    rows.push_back({VisibleText(mailbox.Name), VisibleText(mailbox.UserId),
-                    VisibleText(mailbox.ProjectPath) +
+    rows.push_back({TerminalLine(mailbox.Name), TerminalLine(mailbox.UserId),
+                    TerminalLine(mailbox.ProjectPath) +
                         (mailbox.Complete() ? "" : "  (incomplete: add it again or delete it)")});
   std::size_t nameWidth = 0, userWidth = 0;
   for (const auto& [name, user, project] : rows) {

@@ -3,16 +3,17 @@
 #include <iostream>
 #include <memory>
 
-#include "host/Complaint.h"
-#include "host/HandlerObject.h"
-#include "host/Json.h"
-#include "host/PrintedText.h"
+#include "gateway/delivery/HandlerObject.h"
+#include "host/CommandError.h"
+#include "host/RefusalCode.h"
 #include "host/RegistryKey.h"
-#include "host/SiblingCheck.h"
 #include "host/Stores.h"
+#include "host/commands/Command.h"
 #include "host/options/OptionToolkit.h"
 #include "host/options/SendOptions.h"
-#include "host/terminal/DialogToolkit.h"
+#include "host/terminal/ToolkitChoice.h"
+#include "platform/Json.h"
+#include "platform/TerminalText.h"
 #include "runtime/Process.h"
 #include "runtime/RegistryStore.h"
 
@@ -33,18 +34,18 @@ constexpr std::int32_t kSmtp = 1;
 
 void ChooseTransport(Form& form, UserHand& hand, const std::string& transport) {
   Control& list = form[u"cmbProvider"];
-  const std::int32_t wanted = EqualsIgnoreCase(Typed(transport), u"mapi") ? kMapi : kSmtp;
+  const std::int32_t wanted = EqualsIgnoreCase(ArgumentText(transport), u"mapi") ? kMapi : kSmtp;
   hand.Choose(list, wanted);
   // Without a MAPI profile the dialog says so and goes back to SMTP.
   if (list.ListIndex() != wanted)
-    throw Complaint(DataRefused,
-                    "--transport mapi can't be chosen without a MAPI profile: add one by tvmail outbound "
-                    "add-profile");
+    throw CommandError(DataRefused,
+                       "--transport mapi can't be chosen without a MAPI profile: add one by tvmail outbound "
+                       "add-profile");
 }
 
 void ChooseProfile(Form& form, UserHand& hand, const String& profile) {
   Control& list = form[u"cmbProfile"];
-  if (!list.Visible()) throw Complaint(WrongUse, "--profile belongs to MAPI: add --transport mapi");
+  if (!list.Visible()) throw CommandError(WrongUse, "--profile belongs to MAPI: add --transport mapi");
   String known;
   for (std::size_t i = 0; i < list.List().size(); ++i) {
     if (EqualsIgnoreCase(list.List()[i], profile)) {
@@ -53,25 +54,25 @@ void ChooseProfile(Form& form, UserHand& hand, const String& profile) {
     }
     known += (known.empty() ? u"" : u", ") + list.List()[i];
   }
-  throw Complaint(DataRefused, u"there is no MAPI profile " + profile + u": take one of " + known +
-                                   u", or add it by tvmail outbound add-profile");
+  throw CommandError(DataRefused, u"there is no MAPI profile " + profile + u": take one of " + known +
+                                      u", or add it by tvmail outbound add-profile");
 }
 
 void TypeSmtp(Form& form, UserHand& hand, StringView box, const std::string& option,
               const std::optional<std::string>& text) {
   if (!text) return;
-  if (!form[box].Visible()) throw Complaint(WrongUse, option + " belongs to SMTP: add --transport smtp");
-  TypeOption(form, hand, box, option, Typed(*text));
+  if (!form[box].Visible()) throw CommandError(WrongUse, option + " belongs to SMTP: add --transport smtp");
+  TypeOption(form, hand, box, option, ArgumentText(*text));
 }
 
 void Fill(const OutboundOptions& options, Form& form, UserHand& hand) {
   Control& enabled = form[u"chkEnableEmail"];
   if (options.Enable || options.Disable) hand.Check(enabled, options.Enable);
   if (options.Send.Any() && enabled.Value() == 0)
-    throw Complaint(WrongUse, "outbound e-mail is off, and then no transport is saved: add --enable");
+    throw CommandError(WrongUse, "outbound e-mail is off, and then no transport is saved: add --enable");
   const SendOptions& send = options.Send;
   if (send.Transport) ChooseTransport(form, hand, *send.Transport);
-  if (send.Profile) ChooseProfile(form, hand, Typed(*send.Profile));
+  if (send.Profile) ChooseProfile(form, hand, ArgumentText(*send.Profile));
   TypeSmtp(form, hand, u"txtHost", "--host", send.HostName);
   TypeSmtp(form, hand, u"txtEMailAddress", "--address", send.Address);
   TypeSmtp(form, hand, u"txtRealName", "--real-name", send.RealName);
@@ -103,7 +104,7 @@ OutboundSettings ReadSettings() {
 }
 
 void Line(const char* name, const String& text) {
-  std::cout << name << (text.empty() ? "(none)" : VisibleText(text)) << '\n';
+  std::cout << name << (text.empty() ? "(none)" : TerminalLine(text)) << '\n';
 }
 
 int Show(bool json) {
@@ -144,23 +145,23 @@ int Configure(const OutboundOptions& options) {
   } else {
     InstallDialogToolkit();
   }
-  const HandlerObject handler;
+  const Gateway::HandlerObject handler;
   const bool configured{handler.Manager().ConfigureOutBoundEmail()};
   if (hand) hand->Finish();
   if (configured) return Show(false);
-  if (!hand) throw Complaint(TryAgain, "the dialog was cancelled: the settings stay as they were");
-  if (hand->Accepted()) throw Complaint(TryAgain, "the settings weren't saved: try again");
-  throw Complaint(CodeOfRefusal(), "the settings are refused: mend what is told above");
+  if (!hand) throw CommandError(TryAgain, "the dialog was cancelled: the settings stay as they were");
+  if (hand->Accepted()) throw CommandError(TryAgain, "the settings weren't saved: try again");
+  throw CommandError(CodeOfRefusal(), "the settings are refused: mend what is told above");
 }
 
 int AddProfile(const std::string& typedName) {
   RequireStores();
-  const String name = Trim(Typed(typedName));
+  const String name = Trim(ArgumentText(typedName));
   if (!Runtime::RegistryStore::IsKeyName(name))
-    throw Complaint(WrongUse,
-                    "a profile's name has 1 to 255 characters and no backslash among them: choose another");
+    throw CommandError(
+        WrongUse, "a profile's name has 1 to 255 characters and no backslash among them: choose another");
   Runtime::RegistryStore::CreateKey(Hive::CurrentUser, String(kMapiProfilesPath) + u"\\" + name);
-  std::cout << "MAPI profile " << VisibleText(name) << " is defined.\n";
+  std::cout << "MAPI profile " << TerminalLine(name) << " is defined.\n";
   return Done;
 }
 
@@ -184,9 +185,9 @@ void AddOutboundCommand(CLI::App& program, Invocation& invocation) {
       invocation.Run = [options] { return Configure(*options); };
     else if (options->Any())
       invocation.Run = []() -> int {
-        throw Complaint(WrongUse,
-                        "options of outbound in front of a command of its own have no effect: run one "
-                        "after the other");
+        throw CommandError(WrongUse,
+                           "options of outbound in front of a command of its own have no effect: run one "
+                           "after the other");
       };
   });
 

@@ -5,13 +5,14 @@
 #include <memory>
 
 #include "host/AbsolutePath.h"
-#include "host/Complaint.h"
-#include "host/Json.h"
-#include "host/PrintedText.h"
-#include "host/Secret.h"
+#include "host/CommandError.h"
 #include "host/Stores.h"
+#include "host/commands/Command.h"
+#include "host/terminal/Secret.h"
+#include "platform/Json.h"
 #include "platform/Object.h"
 #include "platform/Services.h"
+#include "platform/TerminalText.h"
 
 namespace Host {
 
@@ -38,7 +39,7 @@ Value Administer(StringView member, std::initializer_list<Value> arguments, Exit
   try {
     return CallWith(*administration, member, arguments);
   } catch (const Failure& failure) {
-    throw Complaint(failure.Source() == kAdministration ? DataRefused : fileFault, failure.Description());
+    throw CommandError(failure.Source() == kAdministration ? DataRefused : fileFault, failure.Description());
   }
 }
 
@@ -47,9 +48,9 @@ Value AdministerExisting(StringView member, const ProjectOptions& options,
                          std::initializer_list<Value> arguments) {
   std::error_code error;
   if (std::filesystem::status(options.File, error).type() == std::filesystem::file_type::not_found)
-    throw Complaint(DataRefused, "there is no project file " + options.File +
-                                     ": check the path, or make it by tvmail "
-                                     "project create");
+    throw CommandError(DataRefused, "there is no project file " + options.File +
+                                        ": check the path, or make it by tvmail "
+                                        "project create");
   return Administer(member, arguments, TryAgain);
 }
 
@@ -57,17 +58,18 @@ int Create(const ProjectOptions& options) {
   RequireStores();
   const String path = AbsolutePath(options.File);
   const String password = ReadNewSecret(options.PasswordFile, "Password of " + options.User);
-  Administer(u"CreateProject",
-             {path, Typed(options.Name), Typed(options.User), Typed(options.Address), password},
-             CannotCreate);
-  std::cout << "Project " << options.Name << " is in " << VisibleText(path) << '\n';
+  Administer(
+      u"CreateProject",
+      {path, ArgumentText(options.Name), ArgumentText(options.User), ArgumentText(options.Address), password},
+      CannotCreate);
+  std::cout << "Project " << options.Name << " is in " << TerminalLine(path) << '\n';
   return Done;
 }
 
 int AddUser(const ProjectOptions& options) {
   const std::int32_t key = AdministerExisting(u"AddUser", options,
-                                              {AbsolutePath(options.File), Typed(options.User),
-                                               Typed(options.Address), !options.RefuseMail})
+                                              {AbsolutePath(options.File), ArgumentText(options.User),
+                                               ArgumentText(options.Address), !options.RefuseMail})
                                .ToInt32();
   std::cout << "User " << options.User << " has the key " << key << '\n';
   return Done;
@@ -75,7 +77,7 @@ int AddUser(const ProjectOptions& options) {
 
 int AddDiscussion(const ProjectOptions& options) {
   std::cout << AdministerExisting(u"AddDiscussion", options,
-                                  {AbsolutePath(options.File), Typed(options.Title)})
+                                  {AbsolutePath(options.File), ArgumentText(options.Title)})
                    .ToInt32()
             << '\n';
   return Done;
@@ -119,9 +121,9 @@ void PrintJson(const Array& project) {
 }
 
 void PrintReply(const Array& reply) {
-  std::cout << "  * " << Printed(reply.at(0).ToString()) << " (" << Printed(reply.at(2).ToString()) << ", "
-            << Printed(reply.at(3).ToString()) << ")\n";
-  const std::string body = Printed(reply.at(1).ToString());
+  std::cout << "  * " << TerminalText(reply.at(0).ToString()) << " (" << TerminalText(reply.at(2).ToString())
+            << ", " << TerminalText(reply.at(3).ToString()) << ")\n";
+  const std::string body = TerminalText(reply.at(1).ToString());
   for (std::size_t at = 0; at < body.size();) {
     const std::size_t end = std::min(body.find('\n', at), body.size());
     std::cout << "      " << body.substr(at, end - at) << '\n';
@@ -130,16 +132,17 @@ void PrintReply(const Array& reply) {
 }
 
 void PrintText(const Array& project) {
-  std::cout << "Project " << Printed(project.at(0).ToString()) << "\n\nUsers\n";
+  std::cout << "Project " << TerminalText(project.at(0).ToString()) << "\n\nUsers\n";
   for (const Value& element : project.at(1).ToArray()) {
     const Array& user = element.ToArray();
-    std::cout << "  " << user.at(0).ToInt32() << "  " << Printed(user.at(1).ToString()) << " <"
-              << Printed(user.at(2).ToString()) << '>' << (user.at(3).ToBool() ? "\n" : "  mail refused\n");
+    std::cout << "  " << user.at(0).ToInt32() << "  " << TerminalText(user.at(1).ToString()) << " <"
+              << TerminalText(user.at(2).ToString()) << '>'
+              << (user.at(3).ToBool() ? "\n" : "  mail refused\n");
   }
   for (const Value& element : project.at(2).ToArray()) {
     const Array& discussion = element.ToArray();
-    std::cout << "\nDiscussion " << discussion.at(0).ToInt32() << ": " << Printed(discussion.at(1).ToString())
-              << '\n';
+    std::cout << "\nDiscussion " << discussion.at(0).ToInt32() << ": "
+              << TerminalText(discussion.at(1).ToString()) << '\n';
     if (discussion.at(2).ToArray().empty()) std::cout << "  (no replies)\n";
     for (const Value& reply : discussion.at(2).ToArray()) PrintReply(reply.ToArray());
   }

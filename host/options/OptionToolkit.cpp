@@ -2,8 +2,8 @@
 
 #include <iostream>
 
-#include "host/Complaint.h"
-#include "host/PrintedText.h"
+#include "host/CommandError.h"
+#include "platform/TerminalText.h"
 
 namespace Host {
 
@@ -17,7 +17,7 @@ void OptionToolkit::ShowModal(Form& form) {
   try {
     act_(form, hand);
     accepted_ = !form.IsShown();
-  } catch (const Complaint&) {
+  } catch (const CommandError&) {
     complaint_ = std::current_exception();
   }
   if (form.IsShown()) hand.Close();
@@ -26,7 +26,7 @@ void OptionToolkit::ShowModal(Form& form) {
 
 void OptionToolkit::MessageBox(StringView text, const std::optional<String>&) {
   ++boxCount_;
-  std::cerr << "tvmail: " << Printed(Trim(text)) << '\n';
+  std::cerr << "tvmail: " << TerminalText(Trim(text)) << '\n';
 }
 
 void OptionToolkit::Finish() const {
@@ -37,12 +37,12 @@ void TypeOption(Form& form, UserHand& hand, StringView box, const std::string& o
   Control& control = form[box];
   const std::int32_t limit = control.MaxLength();
   if (limit > 0 && text.size() > static_cast<std::size_t>(limit))
-    throw Complaint(DataRefused,
-                    option + " takes at most " + std::to_string(limit) + " characters: shorten it");
+    throw CommandError(DataRefused,
+                       option + " takes at most " + std::to_string(limit) + " characters: shorten it");
   hand.Focus(control);
   if (!hand.Type(control, text))
-    throw Complaint(WrongUse,
-                    option + " can't be changed as things stand: leave it away, or change what it hangs on");
+    throw CommandError(
+        WrongUse, option + " can't be changed as things stand: leave it away, or change what it hangs on");
 }
 
 }  // namespace Host

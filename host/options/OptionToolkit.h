@@ -15,7 +15,7 @@ using namespace Platform;
 
 class OptionToolkit : public FormsToolkit {
  public:
-  // What to do to the dialog, up to the button. A Complaint that leaves it waits in Finish.
+  // What to do to the dialog, up to the button. A CommandError that leaves it waits in Finish.
   using Act = std::function<void(Form& form, UserHand& hand)>;
 
   explicit OptionToolkit(Act act) : act_(std::move(act)) {}
@@ -26,7 +26,7 @@ class OptionToolkit : public FormsToolkit {
   // How many message boxes were shown so far.
   std::size_t BoxCount() const { return boxCount_; }
 
-  // To be called after the dialog: raises the Complaint that ended the act.
+  // To be called after the dialog: raises the CommandError that ended the act.
   void Finish() const;
 
   void Load(Form& form) override;
@@ -36,7 +36,7 @@ class OptionToolkit : public FormsToolkit {
   std::optional<String> OpenFile(const OpenFileRequest&) override { return std::nullopt; }
   ScreenSize Screen() override { return {}; }
   void SetMousePointer(MousePointer) override {}
-  void SetStanding(Form&, Standing) override {}
+  void SetZOrder(Form&, ZOrder) override {}
   bool ShowHelp(std::intptr_t, const std::string&, std::uint32_t, std::uint32_t) override { return false; }
   bool ShowTopic(StringView) override { return false; }
 
@@ -47,7 +47,7 @@ class OptionToolkit : public FormsToolkit {
   std::exception_ptr complaint_;
 };
 
-// Types a text given as an option. Raises a Complaint where the box, as the dialog stands, doesn't take it
+// Types a text given as an option. Raises a CommandError where the box, as the dialog stands, doesn't take it
 // whole; option is its name, as in "--host".
 void TypeOption(Form& form, UserHand& hand, StringView box, const std::string& option, const String& text);
 

@@ -2,7 +2,7 @@
 
 #include <CLI/CLI.hpp>
 
-#include "host/Complaint.h"
+#include "host/CommandError.h"
 #include "host/terminal/Terminal.h"
 
 namespace Host {
@@ -11,16 +11,16 @@ namespace {
 
 String AskText(const Terminal& terminal, StringView prompt) {
   const auto answer = terminal.ReadLine(prompt);
-  if (!answer) throw Complaint(TryAgain, "the input ended: nothing was changed");
+  if (!answer) throw CommandError(TryAgain, "the input ended: nothing was changed");
   return Trim(*answer);
 }
 
 void Ask(SendSettings& settings, const String& mapi, const String& smtp) {
   const Terminal terminal;
   if (!terminal.Interactive())
-    throw Complaint(WrongUse,
-                    "how the project's mail is sent isn't told: give --transport smtp with --host and "
-                    "--address, or --transport mapi with --profile");
+    throw CommandError(WrongUse,
+                       "how the project's mail is sent isn't told: give --transport smtp with --host and "
+                       "--address, or --transport mapi with --profile");
   while (settings.Transport.empty()) {
     const String answer = AskText(terminal, u"Transport of the project's mail (smtp/mapi) [smtp]: ");
     if (answer.empty() || EqualsIgnoreCase(answer, u"smtp")) settings.Transport = smtp;
@@ -36,7 +36,7 @@ void Ask(SendSettings& settings, const String& mapi, const String& smtp) {
 }
 
 void Put(String& setting, const std::optional<std::string>& option) {
-  if (option) setting = Typed(*option);
+  if (option) setting = ArgumentText(*option);
 }
 
 }  // namespace
@@ -59,25 +59,25 @@ SendSettings ResolveSendSettings(const SendOptions& options, const SendSettings&
   const String smtp = SmtpTransportName();
   SendSettings settings = present;
   if (options.Transport)
-    settings.Transport = EqualsIgnoreCase(Typed(*options.Transport), u"mapi") ? mapi : smtp;
+    settings.Transport = EqualsIgnoreCase(ArgumentText(*options.Transport), u"mapi") ? mapi : smtp;
   if (settings.Transport.empty() && !options.Any()) Ask(settings, mapi, smtp);
-  if (settings.Transport.empty()) throw Complaint(WrongUse, "--transport is missing: give smtp or mapi");
+  if (settings.Transport.empty()) throw CommandError(WrongUse, "--transport is missing: give smtp or mapi");
   const bool isMapi = settings.Transport == mapi;
   if (isMapi && (options.HostName || options.Address || options.RealName))
-    throw Complaint(WrongUse,
-                    "--host, --address and --real-name belong to --transport smtp: leave them away");
+    throw CommandError(WrongUse,
+                       "--host, --address and --real-name belong to --transport smtp: leave them away");
   if (!isMapi && options.Profile)
-    throw Complaint(WrongUse, "--profile belongs to --transport mapi: leave it away");
+    throw CommandError(WrongUse, "--profile belongs to --transport mapi: leave it away");
   Put(settings.HostName, options.HostName);
   Put(settings.Address, options.Address);
   Put(settings.RealName, options.RealName);
   Put(settings.MapiProfile, options.Profile);
   if (isMapi && settings.MapiProfile.empty())
-    throw Complaint(WrongUse, "--profile is missing: name the MAPI profile that sends");
+    throw CommandError(WrongUse, "--profile is missing: name the MAPI profile that sends");
   if (!isMapi && settings.HostName.empty())
-    throw Complaint(WrongUse, "--host is missing: name the SMTP host");
+    throw CommandError(WrongUse, "--host is missing: name the SMTP host");
   if (!isMapi && settings.Address.empty())
-    throw Complaint(WrongUse, "--address is missing: give the sender's e-mail address");
+    throw CommandError(WrongUse, "--address is missing: give the sender's e-mail address");
   return settings;
 }
 

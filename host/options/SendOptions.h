@@ -27,7 +27,7 @@ struct SendOptions {
 };
 
 // What was given, and the present settings for what wasn't. Where neither names a transport the person at the
-// terminal is asked. Raises a Complaint for what is missing still, and for an option that belongs to the
+// terminal is asked. Raises a CommandError for what is missing still, and for an option that belongs to the
 // other transport.
 SendSettings ResolveSendSettings(const SendOptions& options, const SendSettings& present);
 

@@ -10,7 +10,7 @@
 #include <iostream>
 #include <string>
 
-#include "host/PrintedText.h"
+#include "platform/TerminalText.h"
 
 namespace Host {
 
@@ -98,7 +98,7 @@ bool Terminal::Interactive() const {
 }
 
 void Terminal::Write(StringView text) const {
-  (Interactive() ? std::cout : std::cerr) << Printed(text) << std::flush;
+  (Interactive() ? std::cout : std::cerr) << Platform::TerminalText(text) << std::flush;
 }
 
 std::optional<String> Terminal::ReadLine(StringView prompt) const {

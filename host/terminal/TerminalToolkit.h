@@ -24,7 +24,7 @@ class TerminalToolkit : public FormsToolkit {
   std::optional<String> OpenFile(const OpenFileRequest& request) override;
   ScreenSize Screen() override;
   void SetMousePointer(MousePointer) override {}
-  void SetStanding(Form&, Standing) override {}
+  void SetZOrder(Form&, ZOrder) override {}
   bool ShowHelp(std::intptr_t window, const std::string& file, std::uint32_t command,
                 std::uint32_t number) override;
   bool ShowTopic(StringView topic) override;

@@ -18,7 +18,7 @@ struct ScreenSize {
 
 enum class MousePointer : std::int32_t { Default = 0, Hourglass = 11 };
 
-enum class Standing : std::int32_t { Topmost = -1, NotTopmost = -2 };
+enum class ZOrder : std::int32_t { Topmost = -1, NotTopmost = -2 };
 
 struct OpenFileRequest {
   String Title;
@@ -48,7 +48,7 @@ class FormsToolkit {
 
   virtual ScreenSize Screen() = 0;
   virtual void SetMousePointer(MousePointer pointer) = 0;
-  virtual void SetStanding(Form& form, Standing standing) = 0;
+  virtual void SetZOrder(Form& form, ZOrder order) = 0;
 
   // The help viewer: a file (8-bit text), which may name a window behind ">", a command word and its number.
   // Gives false if it can't be opened.

@@ -4,7 +4,7 @@
 #include <cstdint>
 
 #include "platform/CheckedArithmetic.h"
-#include "platform/contracts/NamedWindow.h"
+#include "platform/contracts/ObjectProxy.h"
 
 namespace Platform {
 
@@ -15,10 +15,10 @@ struct CipherResult {
   String ErrorText;
 };
 
-class Cipher : public NamedWindow {
+class Cipher : public ObjectProxy {
  public:
   static constexpr std::size_t KeyBufferSize = 121;
-  using NamedWindow::NamedWindow;
+  using ObjectProxy::ObjectProxy;
 
   CipherResult AES128EncryptString(const String& text, const Bytes& key) const {
     return Run(u"AES128EncryptString", text, key);
@@ -45,9 +45,9 @@ class Cipher : public NamedWindow {
   }
 };
 
-class KeyStoreProvider : public NamedWindow {
+class KeyStoreProvider : public ObjectProxy {
  public:
-  using NamedWindow::NamedWindow;
+  using ObjectProxy::ObjectProxy;
   String KeyDBFileName() const { return Get(u"KeyDBFileName").ToString(); }
   String KeyDBPassword() const { return Get(u"KeyDBPassword").ToString(); }
   String KeyLabel() const { return Get(u"KeyLabel").ToString(); }

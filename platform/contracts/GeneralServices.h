@@ -6,17 +6,17 @@
 
 #include <cstdint>
 
-#include "platform/contracts/NamedWindow.h"
+#include "platform/contracts/ObjectProxy.h"
 
 namespace Platform {
 
 enum class Hive : std::uint32_t { CurrentUser = 0x80000001, LocalMachine = 0x80000002 };
 
 // The holder of one registry value.
-class RegValue : public NamedWindow {
+class RegValue : public ObjectProxy {
  public:
   static constexpr std::int32_t StringType = 1;
-  using NamedWindow::NamedWindow;
+  using ObjectProxy::ObjectProxy;
   void SetDataType(std::int32_t type) const { Set(u"DataType", type); }
   void SetValueName(StringView name) const { Set(u"ValueName", name); }
   void SetValue(Platform::Value value) const { Set(u"Value", std::move(value)); }
@@ -24,9 +24,9 @@ class RegValue : public NamedWindow {
 };
 
 // The registry cursor: it stands at one key of one hive.
-class RegUtil : public NamedWindow {
+class RegUtil : public ObjectProxy {
  public:
-  using NamedWindow::NamedWindow;
+  using ObjectProxy::ObjectProxy;
   bool SetCurrHive(Hive hive) const { return Call(u"SetCurrHive", static_cast<std::int32_t>(hive)).ToBool(); }
   bool SetCurrPath(StringView path) const { return Call(u"SetCurrPath", path).ToBool(); }
   bool AddKey(StringView name) const { return Call(u"AddKey", name).ToBool(); }
@@ -43,9 +43,9 @@ class RegUtil : public NamedWindow {
 };
 
 // The section-and-key view of a project file. Section names match without regard to case.
-class ProjectFile : public NamedWindow {
+class ProjectFile : public ObjectProxy {
  public:
-  using NamedWindow::NamedWindow;
+  using ObjectProxy::ObjectProxy;
   Platform::Value KeyValue(StringView section, StringView key) const {
     return Call(u"KeyValue", section, key);
   }
@@ -57,9 +57,9 @@ class ProjectFile : public NamedWindow {
   void Save() const { Call(u"Save"); }
 };
 
-class Files : public NamedWindow {
+class Files : public ObjectProxy {
  public:
-  using NamedWindow::NamedWindow;
+  using ObjectProxy::ObjectProxy;
   void CheckTVSFilePath(StringView path) const { Call(u"CheckTVSFilePath", path); }
   ProjectFile RetrieveTVSFile(StringView path) const {
     return ProjectFile(Call(u"RetrieveTVSFile", path).ToObject());
@@ -67,11 +67,11 @@ class Files : public NamedWindow {
 };
 
 // What SystemInfo tells: the third of its six strings is the version, the sixth the platform.
-class General : public NamedWindow {
+class General : public ObjectProxy {
  public:
   static constexpr std::size_t VersionString = 2;
   static constexpr std::size_t PlatformString = 5;
-  using NamedWindow::NamedWindow;
+  using ObjectProxy::ObjectProxy;
   // Takes six strings, empty on entry, all of them out.
   bool SystemInfo(std::span<Platform::Value, 6> strings) const {
     return CallByReference(u"SystemInfo", strings).ToBool();

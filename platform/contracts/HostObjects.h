@@ -3,23 +3,23 @@
 // Each member is asked for anew at every call; nothing is kept.
 #pragma once
 
-#include "platform/contracts/NamedWindow.h"
+#include "platform/contracts/ObjectProxy.h"
 
 namespace Platform {
 
 // A message: Message of the object is the mail itself.
-class MailMessage : public NamedWindow {
+class MailMessage : public ObjectProxy {
  public:
-  using NamedWindow::NamedWindow;
+  using ObjectProxy::ObjectProxy;
   bool HasFrom() const { return From() != nullptr; }
   String FromAddress() const { return Part(From()).Text(u"Address"); }
   String Subject() const { return Part(Message()).Text(u"subject"); }
   String Body() const { return Part(Message()).Text(u"body"); }
 
  private:
-  class Part : public NamedWindow {
+  class Part : public ObjectProxy {
    public:
-    using NamedWindow::NamedWindow;
+    using ObjectProxy::ObjectProxy;
     String Text(StringView member) const { return Get(member).ToString(); }
     ObjectRef Child(StringView member) const { return Get(member).ToObject(); }
   };
@@ -28,9 +28,9 @@ class MailMessage : public NamedWindow {
 };
 
 // The host's object for one mailbox, which tells how the project's mail is sent.
-class Session : public NamedWindow {
+class Session : public ObjectProxy {
  public:
-  using NamedWindow::NamedWindow;
+  using ObjectProxy::ObjectProxy;
   bool HasSendLogon() const { return Get(u"SendLogon").ToObject() != nullptr; }
   bool HasUser() const { return Get(u"User").ToObject() != nullptr; }
   String Transport() const { return Part(Get(u"SendLogon").ToObject()).Text(u"Transport"); }
@@ -40,9 +40,9 @@ class Session : public NamedWindow {
   String RealName() const { return Part(Get(u"User").ToObject()).Text(u"RealName"); }
 
  private:
-  class Part : public NamedWindow {
+  class Part : public ObjectProxy {
    public:
-    using NamedWindow::NamedWindow;
+    using ObjectProxy::ObjectProxy;
     String Text(StringView member) const { return Get(member).ToString(); }
   };
 };

@@ -6,7 +6,7 @@
 
 #include <cstdint>
 
-#include "platform/Identity.h"
+#include "platform/Guid.h"
 #include "platform/Value.h"
 
 namespace Platform {
@@ -43,8 +43,8 @@ class EMailManagerInterface {
   virtual Boolean ConfigureOutBoundEmail() = 0;
 };
 
-inline constexpr Identity EMailManagerClass = "{3C5B41E6-0C1B-4B57-8D6A-7E2F0E9A1001}"_identity;
-inline constexpr Identity EMailManagerInterfaceId = "{3C5B41E6-0C1B-4B57-8D6A-7E2F0E9A1002}"_identity;
-inline constexpr Identity MailHandlerInterfaceId = "{3C5B41E6-0C1B-4B57-8D6A-7E2F0E9A1003}"_identity;
+inline constexpr Guid EMailManagerClass = "{3C5B41E6-0C1B-4B57-8D6A-7E2F0E9A1001}"_guid;
+inline constexpr Guid EMailManagerInterfaceId = "{3C5B41E6-0C1B-4B57-8D6A-7E2F0E9A1002}"_guid;
+inline constexpr Guid MailHandlerInterfaceId = "{3C5B41E6-0C1B-4B57-8D6A-7E2F0E9A1003}"_guid;
 
 }  // namespace Platform

@@ -8,7 +8,7 @@
 #include <cstdint>
 #include <memory>
 
-#include "platform/Identity.h"
+#include "platform/Guid.h"
 #include "platform/Value.h"
 
 namespace Platform {
@@ -75,7 +75,7 @@ class TalvaneApplicationFactory {
 };
 
 // The classes that the library registers. Their objects are Objects that also have the interface above.
-inline constexpr Identity TalvaneApplicationClass = "{0E7A0C52-6B5D-4E38-9C0B-5D4F5B6E4001}"_identity;
-inline constexpr Identity TalvaneApplicationFactoryClass = "{0E7A0C52-6B5D-4E38-9C0B-5D4F5B6E4002}"_identity;
+inline constexpr Guid TalvaneApplicationClass = "{0E7A0C52-6B5D-4E38-9C0B-5D4F5B6E4001}"_guid;
+inline constexpr Guid TalvaneApplicationFactoryClass = "{0E7A0C52-6B5D-4E38-9C0B-5D4F5B6E4002}"_guid;
 
 }  // namespace Platform

@@ -3,14 +3,14 @@
 
 #include <cstdint>
 
-#include "platform/contracts/NamedWindow.h"
+#include "platform/contracts/ObjectProxy.h"
 
 namespace Platform {
 
 // Numbered texts of one resource file. All arguments pass by reference; none is changed.
-class Resource : public NamedWindow {
+class Resource : public ObjectProxy {
  public:
-  using NamedWindow::NamedWindow;
+  using ObjectProxy::ObjectProxy;
   void LoadResources(StringView path, StringView name) const { Call(u"LoadResources", path, name); }
   String ResourceString(std::int32_t number) const { return Call(u"ResourceString", number).ToString(); }
   String ResourceStringV(std::int32_t number, const Array& arguments) const {
@@ -22,9 +22,9 @@ class Resource : public NamedWindow {
   String GetFontName() const { return Call(u"GetFontName").ToString(); }
 };
 
-class Help : public NamedWindow {
+class Help : public ObjectProxy {
  public:
-  using NamedWindow::NamedWindow;
+  using ObjectProxy::ObjectProxy;
   void DisplayHelpTopic(StringView topic) const { Call(u"DisplayHelpTopic", topic); }
 };
 

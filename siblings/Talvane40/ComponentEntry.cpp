@@ -11,8 +11,8 @@ namespace {
 constexpr ClassDescription kClasses[] = {
     NamedClass<Application>(u"TalvaneApplication", TalvaneApplicationClass, u"4.0"),
     NamedClass<ApplicationFactory>(u"TalvaneApplicationFactory", TalvaneApplicationFactoryClass, u"4.0"),
-    NamedClass<ProjectAdministration>(u"ProjectAdministration",
-                                      "{0E7A0C52-6B5D-4E38-9C0B-5D4F5B6E4003}"_identity, u"4.0")};
+    NamedClass<ProjectAdministration>(u"ProjectAdministration", "{0E7A0C52-6B5D-4E38-9C0B-5D4F5B6E4003}"_guid,
+                                      u"4.0")};
 
 constexpr ComponentDescription kDescription =
     NamedClasses(u"Talvane40", u"Talvane projects", kClasses, liveObjects);

@@ -8,7 +8,7 @@ std::atomic<long> liveObjects{0};
 namespace {
 
 constexpr ClassDescription kClasses[] = {
-    NamedClass<Help>(u"Help", "{5A1D7C30-2F64-4B0E-A3C9-81E6B2D75001}"_identity, u"1.0")};
+    NamedClass<Help>(u"Help", "{5A1D7C30-2F64-4B0E-A3C9-81E6B2D75001}"_guid, u"1.0")};
 
 constexpr ComponentDescription kDescription =
     NamedClasses(u"TvGeneralGuiServices", u"Talvane general dialogs and help", kClasses, liveObjects);

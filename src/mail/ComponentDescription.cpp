@@ -75,11 +75,10 @@ constexpr EmbeddedResource kResources[] = {{u"TYPELIB", 1, {}},
                                            {u"_IID_EMAILMANAGER", 1, kDefaultInterfaceResource},
                                            {u"16", 1, {}}};  // the version record
 
-constexpr TypeLibraryDescription kTypeLibrary = {
-    kLibraryName, "{3C5B41E6-0C1B-4B57-8D6A-7E2F0E9A1000}"_identity,
-    kHelpString,  u"1.0",
-    kEnglish,     u"32-bit Windows",
-    kImports,     kResources};
+constexpr TypeLibraryDescription kTypeLibrary = {kLibraryName, "{3C5B41E6-0C1B-4B57-8D6A-7E2F0E9A1000}"_guid,
+                                                 kHelpString,  u"1.0",
+                                                 kEnglish,     u"32-bit Windows",
+                                                 kImports,     kResources};
 
 constexpr VersionField kVersionTexts[] = {
     {u"CompanyName", u"Ostrand Software"},

@@ -118,7 +118,7 @@ void frmCfgOut::Form_Load() {
 }
 
 void frmCfgOut::Form_Activate() {
-  Services().Toolkit().SetStanding(*this, Standing::Topmost);
+  Services().Toolkit().SetZOrder(*this, ZOrder::Topmost);
 }
 
 void frmCfgOut::Form_KeyDown(std::int32_t keyCode) {
@@ -184,7 +184,7 @@ void frmCfgOut::cmdCancel_Click() {
 
 // A failure of the help component leaves the handler: the toolkit shows it, and the dialog stays usable.
 void frmCfgOut::cmdHelp_Click() {
-  Services().Toolkit().SetStanding(*this, Standing::NotTopmost);
+  Services().Toolkit().SetZOrder(*this, ZOrder::NotTopmost);
   ShowHelpTopic(String(kHelpTopic), WindowHandle());
 }
 

@@ -20,7 +20,7 @@ String ComponentSecurity::Encrypt71(const String& text, const Value& key, Boolea
   try {
     if (!useCipher) return Encrypt(text);
     if (text.empty()) return {};
-    const Bytes keyBytes = SettleKey(key);
+    const Bytes keyBytes = KeyBytesOf(key);
     CipherResult result = GetOstrCipherCOM().AES128EncryptString(text, keyBytes);
     if (result.Number >= 1) return std::move(result.Output);
     description = result.ErrorText.empty() ? u"Error encrypting data." : result.ErrorText;
@@ -36,7 +36,7 @@ String ComponentSecurity::Decrypt71(const Value& encoded, const Value& key, Bool
     if (useCipher && HasNoLength(encoded)) return {};
     String text = encoded.ToString();
     if (!useCipher) return Decrypt(text);
-    const Bytes keyBytes = SettleKey(key);
+    const Bytes keyBytes = KeyBytesOf(key);
     CipherResult result = GetOstrCipherCOM().AES128DecryptString(text, keyBytes);
     if (result.Number >= 1) return std::move(result.Output);
     description = result.ErrorText;
@@ -61,7 +61,7 @@ void ComponentSecurity::TakeKeyStoreSettings(const ObjectRef& provider) {
   keyLabel_ = settings.KeyLabel();
 }
 
-Bytes ComponentSecurity::SettleKey(const Value& key) {
+Bytes ComponentSecurity::KeyBytesOf(const Value& key) {
   if (key.IsObject() && !key.ToObject()) return PWKeyFIPS();
   if (key.IsEmpty()) return PWKeyFIPS();
   return key.ToBytes();

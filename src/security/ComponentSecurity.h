@@ -68,7 +68,7 @@ class ComponentSecurity {
   Bytes PWKeyFIPS();
 
   // The key that a caller handed in, or the key store's.
-  Bytes SettleKey(const Value& key);
+  Bytes KeyBytesOf(const Value& key);
 
   // Raises 10005, or the platform's own failure, if the crypto component can't be had.
   Cipher GetOstrCipherCOM();

@@ -20,7 +20,7 @@ void ReportMissing(StringView fileName) {
 
 // An object of the project library, bound to its interface. Raises 429 also for one that lacks it.
 template <class Interface>
-std::shared_ptr<Interface> CreateBound(const Identity& classId) {
+std::shared_ptr<Interface> CreateBound(const Guid& classId) {
   auto object = std::dynamic_pointer_cast<Interface>(Services().CreateByClass(classId));
   if (!object) Raise(FailureNumber::CannotCreate);
   return object;

@@ -1,11 +1,12 @@
 // What the bytes of a mail mean: headers, charsets, flowed text, HTML and mboxes.
-#include "host/deliver/Charset.h"
-#include "host/deliver/FlowedText.h"
-#include "host/deliver/HeaderText.h"
-#include "host/deliver/HtmlText.h"
-#include "host/deliver/Mail.h"
-#include "host/deliver/MailSource.h"
-#include "host/deliver/Mbox.h"
+#include "gateway/delivery/MessageObject.h"
+#include "gateway/sources/MailSource.h"
+#include "mime/Charset.h"
+#include "mime/FlowedText.h"
+#include "mime/HeaderText.h"
+#include "mime/HtmlText.h"
+#include "mime/Mail.h"
+#include "mime/Mbox.h"
 #include "tests/support/World.h"
 
 namespace {
@@ -42,7 +43,7 @@ TEST(HeaderText, ReadsEncodedWordsAndFoldsAsTheirWritersMeantThem) {
       {" \t ", ""},
   };
   for (const Row& row : rows)
-    EXPECT_EQ(Platform::ToUtf8(Host::DecodeHeader(row.Input)), row.Expected) << row.Input;
+    EXPECT_EQ(Platform::ToUtf8(Mime::DecodeHeader(row.Input)), row.Expected) << row.Input;
 }
 
 TEST(Charset, TakesEveryByteForSomeCharacter) {
@@ -64,7 +65,7 @@ TEST(Charset, TakesEveryByteForSomeCharacter) {
       {"utf-8", "a\0b"s, "a\0b"s},
   };
   for (const auto& row : rows)
-    EXPECT_EQ(Platform::ToUtf8(Host::DecodeText(row.Bytes, row.Label)), row.Expected) << row.Label;
+    EXPECT_EQ(Platform::ToUtf8(Mime::DecodeText(row.Bytes, row.Label)), row.Expected) << row.Label;
 }
 
 TEST(FlowedText, IsPutBackIntoItsParagraphs) {
@@ -85,7 +86,7 @@ TEST(FlowedText, IsPutBackIntoItsParagraphs) {
       {"", false, ""},
   };
   for (const auto& row : rows)
-    EXPECT_EQ(Platform::ToUtf8(Host::UnflowText(Platform::FromUtf8(row.Input), row.DeleteSpace)),
+    EXPECT_EQ(Platform::ToUtf8(Mime::UnflowText(Platform::FromUtf8(row.Input), row.DeleteSpace)),
               row.Expected)
         << row.Input;
 }
@@ -110,20 +111,20 @@ TEST(HtmlText, ReadsLikeTheScreen) {
       {"", ""},
   };
   for (const Row& row : rows)
-    EXPECT_EQ(Platform::ToUtf8(Host::HtmlToText(Platform::FromUtf8(row.Input))), row.Expected) << row.Input;
+    EXPECT_EQ(Platform::ToUtf8(Mime::HtmlToText(Platform::FromUtf8(row.Input))), row.Expected) << row.Input;
 }
 
 TEST(HtmlText, OfHostileDepthEndsSoonAndSaysSo) {
   Platform::String html = u"before";
   for (int i = 0; i < 200000; ++i) html += u"<b>";
   for (int i = 0; i < 200000; ++i) html += u"</p>x";
-  EXPECT_TEXT(u"before\n[The rest of this HTML is nested too deeply to be read.]", Host::HtmlToText(html));
+  EXPECT_TEXT(u"before\n[The rest of this HTML is nested too deeply to be read.]", Mime::HtmlToText(html));
 }
 
 TEST(HeaderText, OfAMegabyteOfBrokenWordsIsReadAsItStands) {
   std::string header;
   while (header.size() < (1 << 20)) header += "=?a?q?x";
-  EXPECT_TEXT(Platform::FromUtf8(header), Host::DecodeHeader(header));
+  EXPECT_TEXT(Platform::FromUtf8(header), Mime::DecodeHeader(header));
 }
 
 TEST(Mbox, IsCutAtItsSeparatorsOnly) {
@@ -140,7 +141,7 @@ TEST(Mbox, IsCutAtItsSeparatorsOnly) {
       {"From: alice@apollo.example\n", true, false},
   };
   for (const auto& row : rows)
-    EXPECT_EQ(Host::IsMboxSeparator(row.Line, row.BehindEmptyLine), row.Expected) << row.Line;
+    EXPECT_EQ(Mime::IsMboxSeparator(row.Line, row.BehindEmptyLine), row.Expected) << row.Line;
 }
 
 std::string Crossed(std::string text, std::string_view lineEnd) {
@@ -154,7 +155,7 @@ std::vector<std::string> MessagesOf(const std::string& bytes) {
   const std::string path = (folder.Path() / "mbox").string();
   Tests::WriteFile(path, bytes);
   std::vector<std::string> messages;
-  Host::ReadMailSource(path, [&](Host::RawMail mail) {
+  Gateway::ReadMailSource(path, [&](Gateway::RawMail mail) {
     EXPECT_EQ(mail.Source, path + ":" + std::to_string(messages.size() + 1));
     messages.push_back(mail.Bytes + mail.Fault);
     return true;
@@ -225,7 +226,7 @@ TEST(MailReader, FindsTheTextAmongTheParts) {
        "a@b", "s", "abc"},
   };
   for (const auto& row : rows) {
-    const Host::Mail mail = Host::ReadMail(row.Bytes);
+    const Mime::Mail mail = Mime::ReadMail(row.Bytes);
     EXPECT_EQ(mail.FromAddress ? Platform::ToUtf8(*mail.FromAddress) : "(none)", row.From) << row.Bytes;
     EXPECT_EQ(Platform::ToUtf8(mail.Subject), row.Subject) << row.Bytes;
     EXPECT_EQ(Platform::ToUtf8(mail.Body), row.Body) << row.Bytes;
@@ -236,7 +237,7 @@ TEST(MailReader, ReadsLineEndsOfAnyKindAlike) {
   const std::string bytes =
       "From: a@b\nSubject: x\n y\nContent-Type: multipart/mixed; boundary=b\n\n--b\n\nbody\n--b--\n";
   for (const std::string_view lineEnd : {"\n", "\r\n", "\r", "\r\r\n"}) {
-    const Host::Mail mail = Host::ReadMail(Crossed(bytes, lineEnd));
+    const Mime::Mail mail = Mime::ReadMail(Crossed(bytes, lineEnd));
     EXPECT_EQ(mail.FromAddress, u"a@b");
     EXPECT_TEXT(u"x y", mail.Subject);
     EXPECT_TEXT(u"body", mail.Body);
@@ -244,7 +245,7 @@ TEST(MailReader, ReadsLineEndsOfAnyKindAlike) {
 }
 
 TEST(MailReader, GivesTheMessageObjectItsMembersAndNoFromWithoutAnAddress) {
-  const Platform::ObjectRef message = Host::MakeMessageObject(Host::ReadMail("Subject: s\n\nb"));
+  const Platform::ObjectRef message = Gateway::MakeMessageObject(Mime::ReadMail("Subject: s\n\nb"));
   const Platform::ObjectRef mail = message->Get(u"Message").ToObject();
   EXPECT_EQ(mail->Get(u"From").ToObject(), nullptr);
   EXPECT_TEXT(u"s", mail->Get(u"subject").ToString());

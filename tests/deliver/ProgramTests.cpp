@@ -5,7 +5,7 @@
 #include <sstream>
 #include <vector>
 
-#include "host/Json.h"
+#include "platform/Json.h"
 #include "tests/support/World.h"
 
 namespace {
@@ -94,7 +94,7 @@ class Deliver : public testing::Test {
 std::string ReplyText(std::string body, const std::string& subject, const std::string& user) {
   for (std::size_t at = body.find("\\n"); at != std::string::npos; at = body.find("\\n", at + 2))
     body.replace(at, 2, "\r\n");
-  Host::JsonObject reply;
+  Platform::JsonObject reply;
   reply.Add("subject", Platform::FromUtf8(subject)).Add("body", Platform::FromUtf8(body));
   if (user != "*") reply.Add("user", Platform::FromUtf8(user));
   const std::string text = reply.Text();
@@ -234,7 +234,7 @@ TEST_F(Deliver, AskedToStopEndsBetweenTwoMessages) {
 
 TEST_F(Deliver, KilledAtAnyMomentLeavesEachReplyOnceOrNotAtAll) {
   constexpr int kCount = 400;
-  for (const std::size_t outcomes : {1, 2, 60, 200}) {
+  for (const std::size_t outcomes : {1u, 2u, 60u, 200u}) {
     const std::string name = "at" + std::to_string(outcomes);
     Tests::WriteFile(Path("mbox"), Mbox(kCount, name));
     // The pipe stays open, so that the last message is still to come however fast the others were.

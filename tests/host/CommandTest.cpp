@@ -1,5 +1,5 @@
 // The commands of tvmail, by their exit codes and by what they print.
-#include "host/Json.h"
+#include "platform/Json.h"
 #include "runtime/Database.h"
 #include "tests/host/Program.h"
 
@@ -304,7 +304,7 @@ TEST(Json, EscapesWhatWouldBreakALineOrAReader) {
                {{u'x', 0xD83D}, R"("x\uD83D")"},
                {{0xDE00, 0xD83D, u'y'}, R"("\uDE00\uD83Dy")"},
                {{0, u'z'}, R"("\u0000z")"}};
-  for (const auto& [text, expected] : cases) EXPECT_EQ(expected, Host::JsonValue(text).Text());
+  for (const auto& [text, expected] : cases) EXPECT_EQ(expected, Platform::JsonValue(text).Text());
 }
 
 }  // namespace

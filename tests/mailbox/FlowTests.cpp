@@ -20,7 +20,7 @@ std::string SectionText(const std::string& word) {
 }
 
 // The words of the tables for what stands.
-std::string Standing(const std::string& word) {
+std::string StoredAs(const std::string& word) {
   static const std::map<std::string, std::string> words = {
       {"old section", "2||old.example.org||old@example.org"},
       {"new section", "2||mail.example.org|Apollo Mail|apollo@example.org"},
@@ -148,7 +148,7 @@ TEST(ProjectEmailSettings, AreDeletedAsAWholeSection) {
         calls += (calls.empty() ? "" : " ") + call.substr(12);
       EXPECT_EQ(row[5], calls);
       EXPECT_EQ(row[0] == "Apollo" ? 1u : 0u, world.Services.CallsOf("Files.RetrieveTVSFile").size());
-      EXPECT_EQ(Standing(row[6]), world.Section("Apollo.TVS"));
+      EXPECT_EQ(StoredAs(row[6]), world.Section("Apollo.TVS"));
     }
   }
 }
@@ -208,9 +208,9 @@ TEST(MailBoxFlow, TellsTheUserAndLeavesStandingWhatItCannotUndo) {
     world.Watch(row[4]);
     EXPECT_EQ(row[5].empty(), Update(row[0], world, world.SessionWith({.Transport = FromUtf8(row[3])})));
     EXPECT_EQ(Told(row[5]), world.Boxes());
-    EXPECT_EQ(Standing(row[6]), world.Record(u"Apollo"));
-    EXPECT_EQ(Standing(row[7]), world.Section("Apollo.TVS"));
-    EXPECT_EQ(Standing("old section"), world.Section("Old.TVS")) << "of a project that isn't meant any more";
+    EXPECT_EQ(StoredAs(row[6]), world.Record(u"Apollo"));
+    EXPECT_EQ(StoredAs(row[7]), world.Section("Apollo.TVS"));
+    EXPECT_EQ(StoredAs("old section"), world.Section("Old.TVS")) << "of a project that isn't meant any more";
   }
 }
 
@@ -236,7 +236,7 @@ TEST(MailBoxFlow, EndsWithARaisedFailureAndUndoesNothing) {
     const ObjectRef part = world.Make("Part", {{"Transport", u"SMTP"}});
     EXPECT_FALSE(Update(flow, world, world.Make("Sess", {{"SendLogon", part}, {"User", part}})));
     EXPECT_EQ(1u, world.Boxes().size());
-    EXPECT_EQ(Standing("new record"), world.Record(u"Apollo"));
+    EXPECT_EQ(StoredAs("new record"), world.Record(u"Apollo"));
   }
 }
 
@@ -269,9 +269,9 @@ TEST(MailBoxFlow, PutsThePasswordBackToTheLetterWhereTheNewOneCannotBeEncoded) {
   const Strings boxes = world.Boxes();
   ASSERT_EQ(1u, boxes.size());
   EXPECT_TRUE(boxes[0].starts_with("Illegal character found.")) << boxes[0];
-  EXPECT_EQ(Standing("old record"), world.Record(u"Apollo"));
+  EXPECT_EQ(StoredAs("old record"), world.Record(u"Apollo"));
   EXPECT_EQ(before, world.EncodedPassword(u"Apollo"));
-  EXPECT_EQ(Standing("old section"), world.Section("Apollo.TVS"));
+  EXPECT_EQ(StoredAs("old section"), world.Section("Apollo.TVS"));
 }
 
 }  // namespace

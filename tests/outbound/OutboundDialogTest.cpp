@@ -246,7 +246,7 @@ TEST_F(OutboundDialogTest, ItsCallFailsAfterAReportAndLetsTheDialogGo) {
   } rows[] = {{raising, {}, {}, {"boom", "boom"}, {load, load}},
               {observed, {}, {}, {"boom", "boom"}, {load, unload}},
               {observed, raising, {}, {"boom", "boom", "boom"}, {load, unload}},
-              {{}, {}, raisingAct, {"boom"}, {load, show, "standing -1", unload}}};
+              {{}, {}, raisingAct, {"boom"}, {load, show, "z-order -1", unload}}};
   for (const auto& row : rows) {
     world.Toolkit.OnLoad = row.OnLoad;
     world.Toolkit.OnUnload = row.OnUnload;
@@ -281,9 +281,8 @@ TEST_F(OutboundDialogTest, StandsTopmostUntilHelpIsAskedForAndOutlivesItsFailure
     hand.Activate();
   });
   const std::string topic = "topic com.kestrin.talvane.help/reference/r_email_setup_dialog_box.html";
-  EXPECT_EQ(world.Toolkit.Log,
-            (Texts{"load frmCfgOut", "show frmCfgOut", "standing -1", "standing -2", "standing -1",
-                   "standing -2", topic, "standing -1", "unload frmCfgOut"}));
+  EXPECT_EQ(world.Toolkit.Log, (Texts{"load frmCfgOut", "show frmCfgOut", "z-order -1", "z-order -2",
+                                      "z-order -1", "z-order -2", topic, "z-order -1", "unload frmCfgOut"}));
 }
 
 TEST_F(OutboundDialogTest, SelectsOnFocusAsTheLastPointerEventSays) {

@@ -3,7 +3,7 @@
 #include <random>
 
 #include "platform/CheckedArithmetic.h"
-#include "platform/Identity.h"
+#include "platform/Guid.h"
 #include "platform/NumberReader.h"
 #include "platform/Object.h"
 #include "tests/support/Texts.h"
@@ -32,7 +32,8 @@ TEST(Text, AnyCodeUnitsComeBackFromUtf8) {
       "z";
   for (int round = 0; round < 5000; ++round) {
     String text;
-    for (unsigned length = random() % 9; text.size() < length;) text += pool[random() % pool.size()];
+    for (std::size_t length = random() % 9; text.size() < length;)
+      text += pool[static_cast<std::size_t>(random()) % pool.size()];
     const std::string bytes = ToUtf8(text);
     ASSERT_TRUE(IsUtf8(bytes));
     ASSERT_TRUE(FromUtf8(bytes) == text) << round;
@@ -177,14 +178,14 @@ TEST(Value, ConvertsAsItsContentAllows) {
   for (const auto& row : refusals) EXPECT_EQ(FailureOf(row.Act), row.Number) << row.Name;
 }
 
-TEST(Identity, ComesBackFromItsText) {
-  constexpr Identity id = "{0123ABCD-4567-89EF-0011-223344556677}"_identity;
+TEST(Guid, ComesBackFromItsText) {
+  constexpr Guid id = "{0123ABCD-4567-89EF-0011-223344556677}"_guid;
   EXPECT_TEXT(u"{0123ABCD-4567-89EF-0011-223344556677}", ToText(id));
-  EXPECT_EQ(ParseIdentity(u"{0123abcd-4567-89ef-0011-223344556677}"), id);
+  EXPECT_EQ(ParseGuid(u"{0123abcd-4567-89ef-0011-223344556677}"), id);
   for (const StringView wrong :
        {u"", u"0123ABCD-4567-89EF-0011-223344556677", u"{0123ABCD-4567-89EF-0011-22334455667G}",
         u"{0123ABCD-4567-89EF-0011+223344556677}"})
-    EXPECT_EQ(FailureOf([&] { ParseIdentity(wrong); }), FailureNumber::TypeMismatch) << Utf8(wrong);
+    EXPECT_EQ(FailureOf([&] { ParseGuid(wrong); }), FailureNumber::TypeMismatch) << Utf8(wrong);
 }
 
 }  // namespace

@@ -44,10 +44,9 @@ class Creation : public testing::Test {
 
   static const ClassFactory& Factory() { return Runtime::LoadClassFactory(kLibrary, ClassId()); }
 
-  static Identity ClassId() {
-    return ParseIdentity(
-        RegistryStore::Read(kMachine, u"Software\\Classes\\TvGeneralServices.RegUtil\\CLSID", {})
-            ->Content.ToString());
+  static Guid ClassId() {
+    return ParseGuid(RegistryStore::Read(kMachine, u"Software\\Classes\\TvGeneralServices.RegUtil\\CLSID", {})
+                         ->Content.ToString());
   }
 
   static std::string RegisteredFile() {
@@ -163,10 +162,10 @@ TEST_F(Creation, AFactoryIsGivenForItsClassAndInterfaceAlone) {
   Runtime::RegisterComponent(kLibrary);
   const ComponentDescription& library = Factory().Library();
   const void* object = &library;
-  EXPECT_EQ(ComponentRuntime::GetClassObject(library, Identity(), ClassFactoryInterface, &object),
+  EXPECT_EQ(ComponentRuntime::GetClassObject(library, Guid(), ClassFactoryInterface, &object),
             Status::NoClass);
   EXPECT_EQ(object, nullptr);
-  EXPECT_EQ(ComponentRuntime::GetClassObject(library, ClassId(), Identity(), &object), Status::NoInterface);
+  EXPECT_EQ(ComponentRuntime::GetClassObject(library, ClassId(), Guid(), &object), Status::NoInterface);
   EXPECT_EQ(ComponentRuntime::GetClassObject(library, ClassId(), ClassFactoryInterface, &object), Status::Ok);
   EXPECT_EQ(object, &Factory());
 }

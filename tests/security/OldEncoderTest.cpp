@@ -77,7 +77,7 @@ TEST_F(OldEncoder, GivesTheEmptyStringForWhatItCannotDo) {
 
 TEST_F(OldEncoder, NeverReadsOutsideACutOrChangedString) {
   for (const int start : {1, 13, 56, 97}) {
-    for (const std::size_t n : {0, 9, 40, 252}) {
+    for (const std::size_t n : std::initializer_list<std::size_t>{0, 9, 40, 252}) {
       StartAt(start, kLastStart);
       const String text = Text(n, 5);
       const String encoded = security_.EncryptOld(text);

@@ -108,7 +108,7 @@ TEST_F(PasswordEncoder, RefusesCharactersOutsideItsCodesAndLengthsThatWouldNotRe
                                                       {Password(97, 0), "none"},
                                                       {Password(32766, 0) + u'~', kIllegal},
                                                       {u'}' + Password(40000, 0), kIllegal}};
-  for (const std::size_t n : {98, 109, 110, 111, 32767, 70000})
+  for (const std::size_t n : std::initializer_list<std::size_t>{98, 109, 110, 111, 32767, 70000})
     rows.push_back({Password(n, 0), kNotEncrypted});
   for (const int code : {0, 10, 13, 125, 126, 127, 255, 256, 0x20 + 0x100, 0xD800, 0xFFFF})
     rows.push_back({u"ab" + String(1, static_cast<char16_t>(code)), kIllegal});
@@ -155,7 +155,7 @@ TEST_F(PasswordEncoder, DecodesOrRefusesDamagedStringsAndUndoesTheSubstitutionsI
 // matter, a changed body character gives another character, and the rest a wrong text or the failure.
 TEST_F(PasswordEncoder, NeverReadsOutsideACutOrChangedString) {
   for (const int start : {1, 13, 18, 39, 80, 81}) {
-    for (const std::size_t n : {0, 1, 10, 24, 97}) {
+    for (const std::size_t n : std::initializer_list<std::size_t>{0, 1, 10, 24, 97}) {
       const String password = Password(n, 3);
       StartAt(start, kLastStart);
       const String encoded = security_.Encrypt(password);

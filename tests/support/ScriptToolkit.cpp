@@ -48,8 +48,8 @@ void ScriptToolkit::SetMousePointer(MousePointer pointer) {
   Log.push_back("pointer " + std::to_string(static_cast<int>(pointer)));
 }
 
-void ScriptToolkit::SetStanding(Form&, Standing standing) {
-  Log.push_back("standing " + std::to_string(static_cast<int>(standing)));
+void ScriptToolkit::SetZOrder(Form&, ZOrder order) {
+  Log.push_back("z-order " + std::to_string(static_cast<int>(order)));
 }
 
 bool ScriptToolkit::ShowHelp(std::intptr_t window, const std::string& file, std::uint32_t command,

@@ -34,7 +34,7 @@ class ScriptToolkit : public FormsToolkit {
   std::vector<Box> Boxes;
   std::vector<OpenFileRequest> FileRequests;
   std::vector<std::intptr_t> HelpWindows;  // for which the viewer was opened
-  // "load NAME", "show NAME", "unload NAME", "pointer N", "standing N", "help FILE COMMAND NUMBER", "topic
+  // "load NAME", "show NAME", "unload NAME", "pointer N", "z-order N", "help FILE COMMAND NUMBER", "topic
   // NAME".
   std::vector<std::string> Log;
 
@@ -48,7 +48,7 @@ class ScriptToolkit : public FormsToolkit {
   std::optional<String> OpenFile(const OpenFileRequest& request) override;
   ScreenSize Screen() override { return Size; }
   void SetMousePointer(MousePointer pointer) override;
-  void SetStanding(Form& form, Standing standing) override;
+  void SetZOrder(Form& form, ZOrder order) override;
   bool ShowHelp(std::intptr_t window, const std::string& file, std::uint32_t command,
                 std::uint32_t number) override;
   bool ShowTopic(StringView topic) override;

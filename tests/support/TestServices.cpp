@@ -93,7 +93,7 @@ ObjectRef TestServices::CreateByName(StringView programmaticName) {
   return std::make_shared<Watcher>(self_, name.substr(name.find('.') + 1), std::move(object));
 }
 
-ObjectRef TestServices::CreateByClass(const Identity& classId) {
+ObjectRef TestServices::CreateByClass(const Guid& classId) {
   Created.push_back(ToUtf8(ToText(classId)));
   if (MissingClasses.contains(classId)) Raise(FailureNumber::CannotCreate, ToText(classId));
   const auto instead = InsteadOfClass.find(classId);

@@ -32,10 +32,10 @@ class TestServices : public PlatformServices {
  public:
   explicit TestServices(PlatformServices& real) : real_(real) {}
 
-  std::set<std::string> Missing;      // programmatic names that can't be created
-  std::set<Identity> MissingClasses;  // the same for classes by identity
+  std::set<std::string> Missing;  // programmatic names that can't be created
+  std::set<Guid> MissingClasses;  // the same for classes by identity
   std::map<std::string, std::function<ObjectRef()>> Instead;
-  std::map<Identity, std::function<ObjectRef()>> InsteadOfClass;
+  std::map<Guid, std::function<ObjectRef()>> InsteadOfClass;
   std::optional<String> ComponentFolder;  // what FolderOf gives
   bool FolderIsUnknown = false;           // FolderOf raises
   std::optional<Moment> Present;          // what Now gives
@@ -52,7 +52,7 @@ class TestServices : public PlatformServices {
   std::vector<std::string> CallsOf(const std::string& beginning) const;
 
   ObjectRef CreateByName(StringView programmaticName) override;
-  ObjectRef CreateByClass(const Identity& classId) override;
+  ObjectRef CreateByClass(const Guid& classId) override;
   String FolderOf(const void* codeAddress) override;
   Moment Now() override { return Present ? *Present : real_.Now(); }
   RandomSource& Random() override { return RandomInstead ? *RandomInstead : real_.Random(); }

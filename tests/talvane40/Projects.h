@@ -1,16 +1,16 @@
 // Projects: a project made through the loaded library, and the windows through which tests use it.
 #pragma once
 
-#include "platform/contracts/NamedWindow.h"
+#include "platform/contracts/ObjectProxy.h"
 #include "platform/contracts/ProjectLibrary.h"
 #include "runtime/Database.h"
 #include "tests/support/World.h"
 
 namespace Tests {
 
-class Administration : public NamedWindow {
+class Administration : public ObjectProxy {
  public:
-  Administration() : NamedWindow(Platform::Services().CreateByName(u"Talvane40.ProjectAdministration")) {}
+  Administration() : ObjectProxy(Platform::Services().CreateByName(u"Talvane40.ProjectAdministration")) {}
   void CreateProject(StringView path, StringView name, StringView owner, StringView address,
                      StringView password) const {
     Call(u"CreateProject", path, name, owner, address, password);

@@ -1,0 +1,43 @@
+#include "gateway/delivery/Delivery.h"
+
+#include <algorithm>
+
+#include "gateway/delivery/FailureJudge.h"
+#include "gateway/delivery/HandlerObject.h"
+#include "gateway/delivery/MessageObject.h"
+#include "gateway/sources/MailSource.h"
+#include "gateway/sources/StopSignal.h"
+#include "platform/Failure.h"
+
+namespace Gateway {
+
+Outcome Deliver(const String& mailBox, const std::vector<std::string>& sources, DeliveryReport& report) {
+  const HandlerObject object;
+  Platform::MailHandler& handler = object.Mail();
+  handler.MailHandler_Initialize(mailBox, nullptr);
+
+  FailureJudge judge;
+  const auto handle = [&](RawMail raw) {
+    if (StopWanted()) return false;
+    if (!raw.Fault.empty()) {
+      report.Tell(raw.Source, {}, Platform::FromUtf8(raw.Fault), {raw.FaultOutcome});
+      return true;
+    }
+    String messageId;
+    try {
+      Mime::Mail mail = Mime::ReadMail(std::move(raw.Bytes));
+      messageId = mail.MessageId;
+      const String failure = handler.MailHandler_HandleMessage(MakeMessageObject(std::move(mail)));
+      report.Tell(raw.Source, messageId, failure, judge.Judge(failure));
+    } catch (const std::exception&) {
+      report.Tell(raw.Source, messageId, Platform::CurrentFailure().Description(), {Outcome::Retry});
+    }
+    return true;
+  };
+  const bool all = std::all_of(sources.begin(), sources.end(),
+                               [&](const std::string& source) { return ReadMailSource(source, handle); });
+  handler.MailHandler_Finalize();
+  return report.Finish(!all);
+}
+
+}  // namespace Gateway

@@ -1,0 +1,16 @@
+// Delivery: hands the mails of sources to the component, one after the other, and reports each outcome.
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "gateway/delivery/DeliveryReport.h"
+
+namespace Gateway {
+
+// Delivers every mail of the sources to the mailbox and tells the report of each. Gives the outcome of all.
+// Ends between two mails when a stop signal has come. Raises 429 where the component can't be had. Main
+// thread.
+Outcome Deliver(const String& mailBox, const std::vector<std::string>& sources, DeliveryReport& report);
+
+}  // namespace Gateway

@@ -1,0 +1,64 @@
+#include "gateway/delivery/FailureJudge.h"
+
+#include "platform/Failure.h"
+#include "platform/Services.h"
+#include "platform/contracts/ResourceServices.h"
+#include "runtime/Process.h"
+
+namespace Gateway {
+namespace {
+
+// The component's numbers: the notice in front of a complaint, and the complaints of a mail's own making.
+constexpr std::int32_t kNotice = 10006;
+constexpr std::int32_t kOwnFaults[] = {
+    10005,  // the subject holds no discussion number
+    10007,  // no discussion has that number
+    10032,  // no user has the sender's address
+    10060,  // no sender
+    10062,  // the user doesn't take part by mail
+};
+
+// What a subject without its marks and a number or body that is too large raise.
+constexpr struct {
+  std::int32_t Number;
+  const char* Hint;
+} kOwnFailures[] = {
+    {Platform::FailureNumber::InvalidArgument,
+     "the subject isn't that of an answer to a discussion's notification"},
+    {Platform::FailureNumber::Overflow, "the text or the discussion's number is too large for a reply"},
+};
+
+String DescriptionOf(std::int32_t failureNumber) {
+  try {
+    Platform::Raise(failureNumber);
+  } catch (const Platform::Failure& failure) {
+    return failure.Description();
+  }
+}
+
+}  // namespace
+
+std::vector<FailureJudge::OwnFault> FailureJudge::LoadOwnFaults() {
+  const Platform::Resource texts(Platform::Services().CreateByName(u"TvResourceServices.Resource"));
+  texts.LoadResources(Runtime::LibraryFolder() + u"\\TvEmailServicesRes.dll", u"TvEmailServices");
+  const String notice = texts.ResourceString(kNotice) + u" ";
+  std::vector<OwnFault> faults;
+  for (const std::int32_t number : kOwnFaults) faults.push_back({notice + texts.ResourceString(number), ""});
+  for (const auto& [number, hint] : kOwnFailures) faults.push_back({notice + DescriptionOf(number), hint});
+  return faults;
+}
+
+Verdict FailureJudge::Judge(const String& failure) {
+  if (failure.empty()) return {Outcome::Delivered};
+  try {
+    if (ownFaults_.empty()) ownFaults_ = LoadOwnFaults();
+  } catch (const std::exception&) {
+    return {Outcome::Retry};
+  }
+  for (const OwnFault& fault : ownFaults_) {
+    if (fault.Failure == failure) return {Outcome::Refused, fault.Hint};
+  }
+  return {Outcome::Retry};
+}
+
+}  // namespace Gateway

@@ -1,0 +1,37 @@
+// FailureJudge: whether a mail that the component complained of is itself at fault.
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "gateway/sources/Outcome.h"
+#include "platform/Text.h"
+
+namespace Gateway {
+
+using Platform::String;
+
+struct Verdict {
+  Outcome Result = Outcome::Delivered;
+  std::string Hint = {};  // what a complaint means that only tells a failure's name; most need none
+};
+
+class FailureJudge {
+ public:
+  // Delivered for the empty text; Refused where the mail's sender, subject, body or discussion number is the
+  // reason, so that trying again can't help; Retry for all else, also when the texts can't be had to
+  // compare with. Raises nothing. Main thread.
+  Verdict Judge(const String& failure);
+
+ private:
+  // A complaint that is the mail's own fault, as the component words it.
+  struct OwnFault {
+    String Failure;
+    const char* Hint;
+  };
+  static std::vector<OwnFault> LoadOwnFaults();
+
+  std::vector<OwnFault> ownFaults_;  // loaded at the first failure, and again at the next if that went wrong
+};
+
+}  // namespace Gateway

@@ -1,0 +1,40 @@
+#include "host/Mailboxes.h"
+
+#include "host/CommandError.h"
+#include "host/RegistryKey.h"
+#include "host/Stores.h"
+
+namespace Host {
+
+std::vector<MailboxRecord> ReadMailboxes() {
+  RequireStores();
+  std::vector<MailboxRecord> mailboxes;
+  const auto parent = RegistryKey::Open(Hive::LocalMachine, kMailBoxesPath);
+  if (!parent) return mailboxes;
+  for (const String& name : parent->SubKeys()) {
+    const auto key = RegistryKey::Open(Hive::LocalMachine, String(kMailBoxesPath) + u"\\" + name);
+    if (!key) continue;  // deleted since the names were read
+    mailboxes.push_back({name, key->Text(u"TVSFilePath"), key->Text(u"DBUID"), key->Text(u"DBPWD")});
+  }
+  return mailboxes;
+}
+
+std::optional<MailboxRecord> FindMailbox(StringView name) {
+  for (MailboxRecord& mailbox : ReadMailboxes()) {
+    if (EqualsIgnoreCase(mailbox.Name, name)) return std::move(mailbox);
+  }
+  return std::nullopt;
+}
+
+MailboxRecord RequireMailbox(StringView name) {
+  if (auto mailbox = FindMailbox(name)) return *mailbox;
+  throw CommandError(NotConfigured, u"there is no mailbox " + String(name) +
+                                        u": see tvmail mailbox list, or add it by tvmail mailbox add");
+}
+
+bool RemoveMailbox(const MailboxRecord& mailbox) {
+  const auto parent = RegistryKey::Open(Hive::LocalMachine, kMailBoxesPath);
+  return parent && parent->Delete(mailbox.Name);
+}
+
+}  // namespace Host

@@ -1,0 +1,76 @@
+#include <CLI/CLI.hpp>
+#include <memory>
+
+#include "gateway/delivery/Delivery.h"
+#include "gateway/sources/StopSignal.h"
+#include "host/CommandError.h"
+#include "host/Mailboxes.h"
+#include "host/commands/Command.h"
+#include "runtime/Process.h"
+
+namespace Host {
+namespace {
+
+constexpr const char* kNotes =
+    R"(Each message becomes a reply in the discussion that its subject names. A source is a message file, an mbox
+(it begins with "From "), a Maildir (its folders new and cur), or "-" for standard input, which is read where
+no source is given. Mails are only read: none is moved, marked or removed.
+
+One line tells what became of each message: its source, its Message-ID, and "delivered", or "complaint" or "to
+be tried again" with the reason. With --json each line is an object: source, messageId, failure (empty when the
+message was handled without complaint).
+
+Exit codes:
+  0   every message was delivered
+  65  a complaint about a message: its sender, its subject, its body, or no such discussion. Trying again won't
+      help. The reply of an unknown or refused sender stands all the same, so don't deliver it a second time.
+  75  a message couldn't be delivered now; it has to be tried again. In doubt it is 75, and 75 outdoes 65.
+  64  the command line is wrong
+  78  the mailbox isn't configured
+
+A message that is delivered twice makes two replies. Where one of several messages has to be tried again, give
+only those to the next call that are listed so; a mail server does best to hand over one message in a call.
+A reply stands once its line is written; a message that was under way when the machine or this program was
+killed may stand without its line, so look at "tvmail project show" before you give it again.)";
+
+struct DeliverOptions {
+  std::string MailBox;
+  std::vector<std::string> Sources;
+  bool Json = false;
+};
+
+int Deliver(const DeliverOptions& options) {
+  const String mailBox = Trim(ArgumentText(options.MailBox));
+  RequireMailbox(mailBox);
+  // Nobody sits in front of a delivery, so there is nobody to ask or to show a box to.
+  Runtime::InstallToolkit(nullptr);
+  Gateway::CatchStopSignals();
+
+  Gateway::DeliveryReport report(options.Json);
+  switch (Gateway::Deliver(mailBox, options.Sources, report)) {
+    case Gateway::Outcome::Delivered:
+      return Done;
+    case Gateway::Outcome::Refused:
+      return DataRefused;
+    case Gateway::Outcome::Retry:
+      break;
+  }
+  return TryAgain;
+}
+
+}  // namespace
+
+void AddDeliverCommand(CLI::App& program, Invocation& invocation) {
+  CLI::App* command = program.add_subcommand("deliver", "Turn mails into replies in a project's discussions");
+  const auto options = std::make_shared<DeliverOptions>();
+  command->add_option("MAILBOX", options->MailBox, "The mailbox whose project takes the replies")->required();
+  command->add_option("SOURCE", options->Sources, "Message files, mboxes, Maildirs; - for standard input");
+  command->add_flag("--json", options->Json, "Print one JSON object a line for each message");
+  command->footer(kNotes);
+  command->callback([options, &invocation] {
+    if (options->Sources.empty()) options->Sources.emplace_back("-");
+    invocation.Run = [options] { return Deliver(*options); };
+  });
+}
+
+}  // namespace Host

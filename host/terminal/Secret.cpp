@@ -1,0 +1,79 @@
+#include "host/terminal/Secret.h"
+
+#include <unistd.h>
+
+#include <fstream>
+#include <iostream>
+#include <iterator>
+
+#include "host/CommandError.h"
+#include "host/terminal/Terminal.h"
+
+namespace Host {
+
+namespace {
+
+// More than any password has; a wrong file such as a device or a disk image isn't read to its end.
+constexpr std::size_t kLongestSecret = 64 * 1024;
+
+std::string ReadBytes(std::istream& in, const std::string& name) {
+  std::string bytes;
+  for (char c; bytes.size() <= kLongestSecret && in.get(c);) bytes += c;
+  if (in.bad())
+    throw CommandError(TryAgain, "the password file " + name + " can't be read to its end: try again");
+  if (bytes.size() > kLongestSecret)
+    throw CommandError(DataRefused,
+                       name + " is too long for a password file: name the file that holds it alone");
+  return bytes;
+}
+
+Platform::String ReadFile(const std::string& file) {
+  if (file.empty())
+    throw CommandError(WrongUse, "--password-file is empty: name the file that holds the password");
+  const std::string name = file == "-" ? "standard input" : file;
+  std::string bytes;
+  if (file == "-") {
+    bytes = ReadBytes(std::cin, name);
+  } else {
+    std::ifstream in(file, std::ios::binary);
+    if (!in || in.peek() == std::ifstream::traits_type::eof()) {
+      // An empty file is an empty password; a folder opens and then fails to read.
+      if (!in.is_open() || in.bad())
+        throw CommandError(DataRefused,
+                           "the password file " + file + " can't be read: check its name and its rights");
+      return {};
+    }
+    bytes = ReadBytes(in, name);
+  }
+  if (bytes.ends_with('\n')) bytes.pop_back();
+  if (bytes.ends_with('\r')) bytes.pop_back();
+  if (!Platform::IsUtf8(bytes))
+    throw CommandError(DataRefused, "the password in " + name + " isn't UTF-8: save the file as UTF-8");
+  return Platform::FromUtf8(bytes);
+}
+
+Platform::String Ask(const std::string& prompt) {
+  Terminal terminal;
+  if (!terminal.Interactive())
+    throw CommandError(WrongUse, "no password was given: name a file that holds it by --password-file");
+  const auto answer = terminal.ReadHidden(Platform::FromUtf8(prompt + ": "));
+  if (!answer) throw CommandError(TryAgain, "no password was typed: nothing was done");
+  return *answer;
+}
+
+}  // namespace
+
+Platform::String ReadSecret(const std::optional<std::string>& file, const std::string& prompt) {
+  return file ? ReadFile(*file) : Ask(prompt);
+}
+
+Platform::String ReadNewSecret(const std::optional<std::string>& file, const std::string& prompt) {
+  if (file) return ReadFile(*file);
+  for (;;) {
+    const Platform::String first = Ask(prompt);
+    if (Ask(prompt + " again") == first) return first;
+    std::cerr << "tvmail: the two passwords differ: type it twice\n";
+  }
+}
+
+}  // namespace Host

@@ -1,0 +1,24 @@
+// Mail: a mail's sender, subject and text, taken out of its bytes.
+#pragma once
+
+#include <optional>
+#include <string>
+
+#include "platform/Text.h"
+
+namespace Mime {
+
+using Platform::String;
+
+struct Mail {
+  std::optional<String> FromAddress;  // the first address of the From field; none without field or address
+  String MessageId;                   // with its angle brackets; empty without one
+  String Subject;
+  String Body;
+};
+
+// Reads a message of RFC 5322 with line ends of any kind. Malformed mail gives what can be told from it: this
+// fails only for want of memory (std::bad_alloc).
+Mail ReadMail(std::string bytes);
+
+}  // namespace Mime

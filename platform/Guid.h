@@ -1,0 +1,40 @@
+// Guid: the 16-byte identifier of a library, a class or an interface.
+#pragma once
+
+#include <array>
+#include <compare>
+#include <cstdint>
+
+#include "platform/Text.h"
+
+namespace Platform {
+
+struct Guid {
+  std::array<std::uint8_t, 16> Bytes{};
+  friend constexpr auto operator<=>(const Guid&, const Guid&) = default;
+};
+
+// "{XXXXXXXX-XXXX-XXXX-XXXX-XXXXXXXXXXXX}", the bytes in their order, upper-case hexadecimal.
+String ToText(const Guid& identity);
+
+// The identity of such a text, letters in any case. Raises 13 for any other text.
+Guid ParseGuid(StringView text);
+
+// The same for a constant; a text of another form doesn't compile.
+consteval Guid operator""_guid(const char* text, std::size_t length) {
+  Guid identity;
+  std::size_t digits = 0;
+  for (std::size_t i = 0; i < length; ++i) {
+    const char c = text[i];
+    if (c == '{' || c == '}' || c == '-') continue;
+    const int digit = c >= '0' && c <= '9'   ? c - '0'
+                      : c >= 'A' && c <= 'F' ? c - 'A' + 10
+                                             : throw "not hexadecimal";
+    identity.Bytes.at(digits / 2) = static_cast<std::uint8_t>(identity.Bytes[digits / 2] * 16 + digit);
+    ++digits;
+  }
+  if (digits != 32) throw "an identity has 32 digits";
+  return identity;
+}
+
+}  // namespace Platform

@@ -1,0 +1,70 @@
+#include "platform/Json.h"
+
+#include <cstdio>
+
+namespace Platform {
+
+using Platform::FromUtf8;
+using Platform::ToUtf8;
+
+namespace {
+
+bool IsHighSurrogate(char16_t c) {
+  return c >= 0xD800 && c < 0xDC00;
+}
+bool IsLowSurrogate(char16_t c) {
+  return c >= 0xDC00 && c < 0xE000;
+}
+
+void AppendEscape(std::string& out, char16_t c) {
+  char escape[7];
+  std::snprintf(escape, sizeof escape, "\\u%04X", static_cast<unsigned>(c));
+  out += escape;
+}
+
+std::string Quoted(StringView text) {
+  std::string out = "\"";
+  for (std::size_t i = 0; i < text.size(); ++i) {
+    const char16_t c = text[i];
+    if (c == u'"' || c == u'\\') {
+      out += '\\';
+      out += static_cast<char>(c);
+    } else if (c == u'\n') {
+      out += "\\n";
+    } else if (c < 0x20 || c == 0x7F) {
+      AppendEscape(out, c);
+    } else if (c < 0x80) {
+      out += static_cast<char>(c);
+    } else if (IsHighSurrogate(c) && i + 1 < text.size() && IsLowSurrogate(text[i + 1])) {
+      out += ToUtf8(text.substr(i++, 2));
+    } else if (IsHighSurrogate(c) || IsLowSurrogate(c)) {
+      AppendEscape(out, c);
+    } else {
+      out += ToUtf8(text.substr(i, 1));
+    }
+  }
+  return out + '"';
+}
+
+void Append(std::string& list, const std::string& element) {
+  if (!list.empty()) list += ',';
+  list += element;
+}
+
+}  // namespace
+
+JsonValue::JsonValue(StringView text) : text_(Quoted(text)) {}
+JsonValue::JsonValue(const JsonObject& object) : text_(object.Text()) {}
+JsonValue::JsonValue(const JsonArray& array) : text_(array.Text()) {}
+
+JsonObject& JsonObject::Add(std::string_view name, const JsonValue& value) {
+  Append(members_, Quoted(FromUtf8(name)) + ':' + value.Text());
+  return *this;
+}
+
+JsonArray& JsonArray::Add(const JsonValue& value) {
+  Append(elements_, value.Text());
+  return *this;
+}
+
+}  // namespace Platform
