@@ -1,94 +1,13 @@
 // tvmail deliver as a mail server and an administrator call it: the real program, stores and siblings.
-#include <sys/wait.h>
-
-#include <cstdlib>
 #include <sstream>
-#include <vector>
 
 #include "platform/Json.h"
-#include "tests/support/World.h"
+#include "tests/deliver/Deliver.h"
 
+namespace Tests {
 namespace {
 
 namespace fs = std::filesystem;
-
-struct Outcome {
-  int Exit = 0;
-  std::string Output, Errors;
-};
-
-std::size_t CountOf(const std::string& text, const std::string& piece) {
-  std::size_t count = 0;
-  for (std::size_t at = text.find(piece); at != std::string::npos; at = text.find(piece, at + piece.size()))
-    ++count;
-  return count;
-}
-
-std::string Mail(const std::string& body, const std::string& from = "alice@apollo.example",
-                 const std::string& discussion = "1") {
-  return "From: " + from +
-         "\nMessage-ID: <m@x>\nSubject: Re: Plan (Ostrand Talvane Project Apollo, Ostrand " +
-         "Talvane Discussion " + discussion + ")\n\n" + body + "\n";
-}
-
-std::string Mbox(int count, const std::string& name) {
-  std::string mbox;
-  for (int i = 0; i < count; ++i)
-    mbox += "From a@b Mon Jan 31 12:00:00 2022\n" + Mail(name + "-" + std::to_string(i) + "-end") + "\n";
-  return mbox;
-}
-
-// Waits until the program that runs in the background has written so many outcomes to the file "lines", which
-// has to be empty when the program is started.
-const std::string kUntilTold =
-    "until_told() { while kill -0 $! && [ $(grep -c delivered lines) -lt $1 ]; do sleep 0.01; done; }\n";
-
-// A home of its own with a project, two discussions, three users and a bound mailbox.
-class Deliver : public testing::Test {
- protected:
-  Deliver() {
-    Tests::WriteFile(Path("password"), "secret\n");
-    const std::string project = "'" + Path("Apollo.TVS").string() + "'";
-    const std::string steps[] = {
-        "tvmail init",
-        "tvmail project create " + project + " --name Apollo --user admin --password-file password",
-        "tvmail project add-user " + project + " --name alice --email alice@apollo.example",
-        "tvmail project add-user " + project + " --name bob --email bob@apollo.example",
-        "tvmail project add-user " + project + " --name carol --email carol@apollo.example --refuse-mail",
-        "tvmail project add-discussion " + project + " --title 'Release plan'",
-        "tvmail project add-discussion " + project + " --title 'Launch site'",
-        "tvmail mailbox add Apollo --project " + project +
-            " --user admin --password-file password --transport smtp --host h --address a@b"};
-    for (const std::string& step : steps) {
-      const Outcome outcome = Run(step);
-      EXPECT_EQ(outcome.Exit, 0) << step << ": " << outcome.Errors;
-    }
-  }
-
-  fs::path Path(const std::string& name) const { return folder_.Path() / name; }
-
-  // Runs a line of shell in the folder, where tvmail is the program under test.
-  Outcome Run(const std::string& line) const {
-    Tests::WriteFile(Path("line.sh"), "set -o pipefail\ncd '" + folder_.Path().string() +
-                                          "'\nexport TALVANE_HOME=\"$PWD/home\" PATH=\"" +
-                                          fs::path(TVMAIL_PROGRAM).parent_path().string() + ":$PATH\"\n" +
-                                          kUntilTold + line + "\n");
-    const std::string script = Path("line.sh").string();
-    const int status = std::system(
-        ("bash '" + script + "' </dev/null >'" + Path("out").string() + "' 2>'" + Path("err").string() + "'")
-            .c_str());
-    return {WEXITSTATUS(status), Tests::ReadFile(Path("out")), Tests::ReadFile(Path("err"))};
-  }
-
-  std::string Project() const {
-    const Outcome outcome = Run("tvmail project show Apollo.TVS --json");
-    EXPECT_EQ(outcome.Exit, 0) << outcome.Errors;
-    return outcome.Output;
-  }
-
- private:
-  Tests::TemporaryFolder folder_;
-};
 
 // The reply as "project show --json" gives it.
 std::string ReplyText(std::string body, const std::string& subject, const std::string& user) {
@@ -102,7 +21,7 @@ std::string ReplyText(std::string body, const std::string& subject, const std::s
 }
 
 TEST_F(Deliver, TurnsEverySampleIntoTheReplyThatIsExpectedOfIt) {
-  std::istringstream expected(Tests::ReadFile(fs::path(SAMPLES) / "EXPECTED"));
+  std::istringstream expected(ReadFile(fs::path(SAMPLES) / "EXPECTED"));
   std::size_t samples = 0;
   std::vector<std::string> replies[2];
   for (std::string line; std::getline(expected, line);) {
@@ -130,14 +49,14 @@ TEST_F(Deliver, TurnsEverySampleIntoTheReplyThatIsExpectedOfIt) {
 }
 
 TEST_F(Deliver, TellsEachOutcomeByItsExitCodeAndReason) {
-  Tests::WriteFile(Path("good"), Mail("b"));
-  Tests::WriteFile(Path("unknown"), Mail("b", "nobody@x"));
-  Tests::WriteFile(Path("long"), Mail(std::string(40000, 'x')));
-  Tests::WriteFile(Path("huge number"), Mail("b", "alice@apollo.example", "99999999999"));
-  Tests::WriteFile(Path("no number"), Mail("b", "alice@apollo.example", "one"));
-  Tests::WriteFile(Path("other"), "From: alice@apollo.example\nSubject: Hello\n\nb");
-  Tests::WriteFile(Path("steering"), "Message-ID: <\x1B]0;x\x07>\n" + Mail("b"));
-  Tests::WriteFile(Path("junk"), std::string("\0\x01\xFF\x1A", 4));
+  WriteFile(Path("good"), Mail("b"));
+  WriteFile(Path("unknown"), Mail("b", "nobody@x"));
+  WriteFile(Path("long"), Mail(std::string(40000, 'x')));
+  WriteFile(Path("huge number"), Mail("b", "alice@apollo.example", "99999999999"));
+  WriteFile(Path("no number"), Mail("b", "alice@apollo.example", "one"));
+  WriteFile(Path("other"), "From: alice@apollo.example\nSubject: Hello\n\nb");
+  WriteFile(Path("steering"), "Message-ID: <\x1B]0;x\x07>\n" + Mail("b"));
+  WriteFile(Path("junk"), std::string("\0\x01\xFF\x1A", 4));
   fs::create_directories(Path("folder"));
   const struct {
     std::string Line;
@@ -194,10 +113,10 @@ TEST_F(Deliver, TellsEachOutcomeByItsExitCodeAndReason) {
 
 TEST_F(Deliver, ReadsAMaildirInTheOrderOfArrivalAndGoesOnWhereAFileVanished) {
   for (const char* part : {"new", "cur", "tmp"}) fs::create_directories(Path("Mail") / part);
-  Tests::WriteFile(Path("Mail/cur/1.a:2,S"), Mail("first"));
-  Tests::WriteFile(Path("Mail/new/2.b"), Mail("second"));
+  WriteFile(Path("Mail/cur/1.a:2,S"), Mail("first"));
+  WriteFile(Path("Mail/new/2.b"), Mail("second"));
   fs::create_symlink("gone", Path("Mail/new/3.c"));
-  Tests::WriteFile(Path("Mail/cur/4.d:2,"), Mail("third"));
+  WriteFile(Path("Mail/cur/4.d:2,"), Mail("third"));
   const Outcome outcome = Run("tvmail deliver Apollo Mail");
   EXPECT_EQ(outcome.Exit, 75);
   EXPECT_EQ(
@@ -209,8 +128,8 @@ TEST_F(Deliver, ReadsAMaildirInTheOrderOfArrivalAndGoesOnWhereAFileVanished) {
 
 TEST_F(Deliver, TwoAtOnceMakeEachReplyOnce) {
   constexpr int kCount = 150;
-  Tests::WriteFile(Path("one"), Mbox(kCount, "one"));
-  Tests::WriteFile(Path("two"), Mbox(kCount, "two"));
+  WriteFile(Path("one"), Mbox(kCount, "one"));
+  WriteFile(Path("two"), Mbox(kCount, "two"));
   const Outcome outcome =
       Run("tvmail deliver Apollo one & tvmail deliver Apollo two; a=$?; wait $!; exit $((a + $?))");
   EXPECT_EQ(outcome.Exit, 0) << outcome.Output;
@@ -221,11 +140,17 @@ TEST_F(Deliver, TwoAtOnceMakeEachReplyOnce) {
   }
 }
 
+// Delivers the file in the background from a pipe that stays open, so that the last message is still to come
+// however fast the others were, until so many outcomes are told. Then the shell's next commands follow.
+std::string InBackground(const std::string& file, std::size_t outcomes) {
+  return ": >lines; rm -f pipe; mkfifo pipe; exec 3<>pipe; cat " + file +
+         " >pipe 3>&- & tvmail deliver Apollo <pipe >lines 3>&- & until_told " + std::to_string(outcomes) +
+         "; ";
+}
+
 TEST_F(Deliver, AskedToStopEndsBetweenTwoMessages) {
-  Tests::WriteFile(Path("begun"), Mbox(2, "m"));
-  const Outcome outcome =
-      Run(": >lines; (cat begun; sleep 2) | tvmail deliver Apollo >lines & until_told 1; kill -TERM $!; "
-          "wait $!; c=$?; cat lines; exit $c");
+  WriteFile(Path("begun"), Mbox(2, "m"));
+  const Outcome outcome = Run(InBackground("begun", 1) + "kill -TERM $!; wait $!; c=$?; cat lines; exit $c");
   EXPECT_EQ(outcome.Exit, 75) << outcome.Errors;
   EXPECT_NE(outcome.Output.find("1 delivered"), std::string::npos) << outcome.Output;
   EXPECT_NE(outcome.Output.find("stopped before the end"), std::string::npos) << outcome.Output;
@@ -236,12 +161,8 @@ TEST_F(Deliver, KilledAtAnyMomentLeavesEachReplyOnceOrNotAtAll) {
   constexpr int kCount = 400;
   for (const std::size_t outcomes : {1u, 2u, 60u, 200u}) {
     const std::string name = "at" + std::to_string(outcomes);
-    Tests::WriteFile(Path("mbox"), Mbox(kCount, name));
-    // The pipe stays open, so that the last message is still to come however fast the others were.
-    const Outcome outcome =
-        Run(": >lines; (cat mbox; sleep 3) 2>/dev/null | tvmail deliver Apollo >lines & "
-            "until_told " +
-            std::to_string(outcomes) + "; kill -KILL $!; wait $!; cat lines");
+    WriteFile(Path("mbox"), Mbox(kCount, name));
+    const Outcome outcome = Run(InBackground("mbox", outcomes) + "kill -KILL $!; wait $!; cat lines");
     const std::size_t told = CountOf(outcome.Output, "  delivered\n");
     EXPECT_GE(told, outcomes);
     EXPECT_LT(told, kCount + 0u);
@@ -255,3 +176,4 @@ TEST_F(Deliver, KilledAtAnyMomentLeavesEachReplyOnceOrNotAtAll) {
 }
 
 }  // namespace
+}  // namespace Tests

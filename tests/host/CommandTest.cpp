@@ -1,7 +1,7 @@
 // The commands of tvmail, by their exit codes and by what they print.
 #include "platform/Json.h"
 #include "runtime/Database.h"
-#include "tests/host/Program.h"
+#include "tests/support/Program.h"
 
 namespace Tests {
 namespace {

@@ -1,5 +1,5 @@
 // The dialogs of tvmail on a terminal and from piped answers.
-#include "tests/host/Program.h"
+#include "tests/support/Program.h"
 
 namespace Tests {
 namespace {
@@ -21,22 +21,22 @@ class DialogTest : public testing::Test {
 
 TEST_F(DialogTest, AsksItsFieldsByTheirCaptionsInTabOrder) {
   const Outcome outcome = program.Run("mailbox add x" + kSmtp, Answers("secret"));
-  EXPECT_EQ(0, outcome.Code);
+  EXPECT_EQ(0, outcome.Exit);
   EXPECT_PRED2(Holds, outcome.Output, "Mailbox Apollo is bound to");
   std::size_t at = 0;
   for (const char* prompt : {"Project Path: ", "User Name: ", "Password: ", "Cancel", "Help", "OK"}) {
-    const auto found = outcome.Error.find(prompt, at);
+    const auto found = outcome.Errors.find(prompt, at);
     ASSERT_NE(std::string::npos, found) << prompt;
     at = found;
   }
-  EXPECT_EQ(std::string::npos, outcome.Error.find('&'));
+  EXPECT_EQ(std::string::npos, outcome.Errors.find('&'));
 }
 
 TEST_F(DialogTest, StaysOpenAfterARefusalWithAllEntries) {
   const Outcome outcome = program.Run("mailbox add x" + kSmtp, Answers("guess") + "\n\nsecret\n\n");
-  EXPECT_EQ(0, outcome.Code);
+  EXPECT_EQ(0, outcome.Exit);
   for (const char* shown : {"can't be opened", "User Name [ann]: ", "Password [as typed]: "})
-    EXPECT_PRED2(Holds, outcome.Error, shown);
+    EXPECT_PRED2(Holds, outcome.Errors, shown);
 }
 
 TEST_F(DialogTest, EndsWithTheInputOrItsCancelAndTakesNoPathFromThePresentFolder) {
@@ -65,7 +65,7 @@ TEST_F(DialogTest, SaysWhenAChangeKeptTheLogon) {
 }
 
 TEST_F(DialogTest, AsksAgainWhenItWasStoppedAtAHiddenPrompt) {
-  ASSERT_EQ(0, program.Run("mailbox add x" + kLogon + kSmtp).Code);
+  ASSERT_EQ(0, program.Run("mailbox add x" + kLogon + kSmtp).Exit);
   const std::string shown = program.OnTerminal(
       "mailbox change Apollo --user ann",
       {{"Password of ann: ", kControlZ}, {"Password of ann: ", kControlZ}, {"Password of ann: ", "secret"}});
@@ -73,7 +73,7 @@ TEST_F(DialogTest, AsksAgainWhenItWasStoppedAtAHiddenPrompt) {
 }
 
 TEST_F(DialogTest, HidesAPasswordOnATerminalAndShowsALockedBox) {
-  ASSERT_EQ(0, program.Run("mailbox add x" + kLogon + kSmtp).Code);
+  ASSERT_EQ(0, program.Run("mailbox add x" + kLogon + kSmtp).Exit);
   const std::string shown = program.OnTerminal(
       "mailbox change Apollo", {{"User Name [ann]: ", ""}, {"Password: ", "secret"}, {"[OK]: ", ""}});
   EXPECT_EQ(std::string::npos, shown.find("secret"));
@@ -94,9 +94,9 @@ TEST_F(DialogTest, FollowsTheLayoutOfTheChosenTransport) {
                    "y\nsmtp\nmx.example.org\na@x.org\n\n\n"}});
   // Enter keeps; number 1 is MAPI, which shows the list of profiles instead.
   const Outcome mapi = program.Run("outbound", "\n1\n1\n\n");
-  EXPECT_EQ(0, mapi.Code) << mapi.Error;
+  EXPECT_EQ(0, mapi.Exit) << mapi.Errors;
   EXPECT_PRED2(Holds, mapi.Output, "Transport:    mapi");
-  EXPECT_EQ(std::string::npos, mapi.Error.find("E-mail address"));
+  EXPECT_EQ(std::string::npos, mapi.Errors.find("E-mail address"));
 }
 
 TEST_F(DialogTest, ANewPasswordIsTypedTwice) {

@@ -1,4 +1,4 @@
-#include "tests/host/Program.h"
+#include "tests/support/Program.h"
 
 #include <pty.h>
 
@@ -27,22 +27,33 @@ Program::Program() {
   WriteFile(File("wrong"), "guess\n");
 }
 
-std::string Program::Environment(const std::string& redirection) const {
-  return "cd '" + folder_.Path().string() + "' && exec " + redirection +
-         " env -u DISPLAY -u WAYLAND_DISPLAY -u LANGUAGE LC_ALL=C.UTF-8 TALVANE_HOME='" +
-         File("home").string() + "' '" + program_ + "' ";
+std::string Program::WriteScript(const std::string& line) const {
+  const std::string folder = folder_.Path().string();
+  WriteFile(File(".line"),
+            "set -o pipefail\ncd '" + folder +
+                "'\nunset DISPLAY WAYLAND_DISPLAY LANGUAGE\n"
+                "export LC_ALL=C.UTF-8 TALVANE_HOME=\"$PWD/home\" PATH=\"" +
+                fs::path(program_).parent_path().string() +
+                ":$PATH\"\n"
+                "until_told() {\n"
+                "  while kill -0 $! && [ $(grep -c delivered lines) -lt $1 ]; do sleep 0.01; done\n"
+                "}\n" +
+                line + "\n");
+  return "exec bash '" + folder + "/.line'";
 }
 
-Outcome Program::Run(const std::string& arguments, const std::string& input) {
+Outcome Program::Shell(const std::string& line, const std::string& input) const {
   WriteFile(File(".in"), input);
-  const std::string command = Environment("<.in >.out 2>.err") + arguments;
-  const int status = std::system(command.c_str());
+  const std::string at = " '" + folder_.Path().string() + "/";
+  const int status =
+      std::system((WriteScript(line) + " <" + at + ".in' >" + at + ".out' 2>" + at + ".err'").c_str());
   return {CodeOf(status), ReadFile(File(".out")), ReadFile(File(".err"))};
 }
 
 std::string Program::OnTerminal(const std::string& arguments,
-                                const std::vector<std::pair<std::string, std::string>>& answers) {
-  const std::string command = Environment({}) + arguments;
+                                const std::vector<std::pair<std::string, std::string>>& answers,
+                                int exit) const {
+  const std::string command = WriteScript("exec tvmail " + arguments);
   int terminal = -1;
   const pid_t child = forkpty(&terminal, nullptr, nullptr, nullptr);
   if (child == 0) {
@@ -57,28 +68,29 @@ std::string Program::OnTerminal(const std::string& arguments,
     shown.append(bytes, static_cast<std::size_t>(count));
     while (answer != answers.end() && shown.find(answer->first, seen) != std::string::npos) {
       seen = shown.find(answer->first, seen) + answer->first.size();
-      // Ctrl-Z acts by itself; a line end behind it would be the answer to what is asked next.
-      const std::string typed = answer->second == kControlZ ? kControlZ : answer->second + "\n";
+      // A control character acts by itself; a line end behind it would answer what is asked next.
+      const bool control = answer->second == kControlZ || answer->second == kControlC;
+      const std::string typed = answer->second + (control ? "" : "\n");
       if (write(terminal, typed.data(), typed.size()) < 0) break;
       ++answer;
     }
   }
   close(terminal);
-  EXPECT_EQ(0, EndOf(child)) << shown;
+  EXPECT_EQ(exit, EndOf(child)) << shown;
   return shown;
 }
 
-void Program::Expect(const std::vector<Step>& steps) {
+void Program::Expect(const std::vector<Step>& steps) const {
   for (const Step& step : steps) {
     SCOPED_TRACE("tvmail " + step.Arguments);
     const Outcome outcome = Run(step.Arguments, step.Input);
-    EXPECT_EQ(step.Code, outcome.Code);
+    EXPECT_EQ(step.Exit, outcome.Exit);
     ExpectPiece(step.Output, outcome.Output);
-    ExpectPiece(step.Error, outcome.Error);
+    ExpectPiece(step.Errors, outcome.Errors);
   }
 }
 
-void Program::SetUp() {
+void Program::SetUp() const {
   Expect(
       {{"init", 0, "all registered", ""},
        {"project create apollo.TVS --name Apollo --user ann --email ann@example.org --password-file password",
@@ -95,8 +107,9 @@ void Program::Store(Hive hive, StringView path, StringView name, const Runtime::
 
 fs::path Program::UseCopy() {
   const fs::path build = fs::path(program_).parent_path().parent_path();
-  for (const char* folder : {"bin", "lib"})
-    fs::copy(build / folder, File(folder), fs::copy_options::recursive);
+  fs::create_directory(File("bin"));
+  fs::copy(program_, File("bin"));
+  fs::copy(build / "lib", File("lib"), fs::copy_options::recursive);
   program_ = File("bin/tvmail").string();
   return File("lib");
 }

@@ -1,0 +1,69 @@
+// Program: tvmail as a user or a mail server runs it, in a folder and a home of its own, without a display.
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include "runtime/RegistryStore.h"
+#include "tests/support/World.h"
+
+namespace Tests {
+
+struct Outcome {
+  int Exit = -1;
+  std::string Output, Errors;
+};
+
+// What is typed behind "tvmail" and then answered, and what is expected: the exit code, and a piece of the
+// output and of the errors (empty: nothing may be there).
+struct Step {
+  std::string Arguments;
+  int Exit;
+  std::string Output, Errors, Input = {};
+};
+
+class Program {
+ public:
+  // The folder holds the files "password" (secret) and "wrong"; the home is its folder "home".
+  Program();
+
+  // Runs a line of bash in the folder, where tvmail is the program under test. The function
+  // "until_told COUNT" waits until the background process has written so many deliveries to the file
+  // "lines", which has to be empty when the process is started.
+  Outcome Shell(const std::string& line, const std::string& input = {}) const;
+
+  // Runs the program.
+  Outcome Run(const std::string& arguments, const std::string& input = {}) const {
+    return Shell("exec tvmail " + arguments, input);
+  }
+
+  // Runs the program on a terminal, where each answer is typed as soon as its prompt is there, with Enter
+  // unless it is a control character alone, and expects the exit code. Gives all that the terminal showed.
+  std::string OnTerminal(const std::string& arguments,
+                         const std::vector<std::pair<std::string, std::string>>& answers, int exit = 0) const;
+
+  // Runs each and compares.
+  void Expect(const std::vector<Step>& steps) const;
+
+  // Runs init, creates the project apollo.TVS of ann and binds its mailbox.
+  void SetUp() const;
+
+  // Writes a value into the registry, and creates its key.
+  void Store(Hive hive, StringView path, StringView name, const Runtime::RegistryValue& value) const;
+
+  // From now on a copy of the program and the libraries runs. Gives the folder of its libraries.
+  std::filesystem::path UseCopy();
+
+  std::filesystem::path File(const std::string& name) const { return folder_.Path() / name; }
+
+ private:
+  std::string WriteScript(const std::string& line) const;
+
+  TemporaryFolder folder_;
+  std::string program_ = TVMAIL_PROGRAM;
+};
+
+inline const std::string kControlC = "\x03", kControlZ = "\x1A";
+inline const std::string kLogon = " --project apollo.TVS --user ann --password-file password";
+inline const std::string kSmtp = " --transport smtp --host mx.example.org --address talvane@example.org";
+
+}  // namespace Tests
