@@ -9,7 +9,7 @@
 #include "desktop/FormSession.h"
 #include "desktop/HelpWindow.h"
 #include "desktop/Strings.h"
-#include "runtime/Process.h"
+#include "runtime/HelpPages.h"
 
 namespace Desktop {
 
@@ -106,24 +106,24 @@ void DesktopToolkit::SetZOrder(Form& form, ZOrder order) {
   if (const auto session = SessionOf(form)) session->SetZOrder(order);
 }
 
-bool DesktopToolkit::ShowPage(const std::string& name) {
-  const QString file = ToQt(Runtime::LibraryFolder()) + "/help/" + QString::fromStdString(name);
-  return gui_.Run([this, file] {
+bool DesktopToolkit::ShowPage(const std::optional<std::string>& page) {
+  if (!page) return false;
+  return gui_.Run([this, file = QString::fromStdString(*page)] {
     if (!help_) help_ = new HelpWindow;
     return help_->ShowFile(file);
   });
 }
 
-// A context number of a help file "FILE.hlp" is the page "FILE-NUMBER.html".
+// Nobody looks at the result of a context's help, so that a missing page is told here; a topic's caller
+// tells.
 bool DesktopToolkit::ShowHelp(std::intptr_t, const std::string& file, std::uint32_t, std::uint32_t number) {
-  const std::string path = file.substr(0, file.find('>'));
-  const auto begin = path.find_last_of("/\\") == std::string::npos ? 0 : path.find_last_of("/\\") + 1;
-  return ShowPage(path.substr(begin, path.rfind('.') - begin) + "-" + std::to_string(number) + ".html");
+  if (ShowPage(Runtime::FindHelpPage(file, number))) return true;
+  MessageBox(u"There is no help page. Install the help pages of Talvane.", std::nullopt);
+  return false;
 }
 
 bool DesktopToolkit::ShowTopic(StringView topic) {
-  const std::string path = ToUtf8(topic);
-  return ShowPage(path.substr(path.rfind('/') + 1));
+  return ShowPage(Runtime::FindHelpPage(topic));
 }
 
 }  // namespace Desktop

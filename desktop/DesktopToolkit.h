@@ -42,7 +42,7 @@ class DesktopToolkit : public FormsToolkit {
   // The window of the form that the calling thread shows, or null.
   FormWindow* FrontWindow();
 
-  bool ShowPage(const std::string& name);
+  bool ShowPage(const std::optional<std::string>& page);
 
   GuiThread& gui_ = GuiThread::Instance();
   HelpWindow* help_ = nullptr;  // on the windows' thread

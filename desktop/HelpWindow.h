@@ -1,4 +1,4 @@
-// HelpWindow: the viewer of the help pages, which lie in the folder "help" beside the libraries.
+// HelpWindow: the viewer of the help pages.
 #pragma once
 
 #include <QWidget>

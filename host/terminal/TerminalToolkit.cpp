@@ -1,7 +1,7 @@
 #include "host/terminal/TerminalToolkit.h"
 
 #include "host/terminal/FormQuestions.h"
-#include "host/terminal/HelpPages.h"
+#include "runtime/HelpPages.h"
 
 namespace Host {
 
@@ -39,17 +39,17 @@ ScreenSize TerminalToolkit::Screen() {
 }
 
 bool TerminalToolkit::ShowHelp(std::intptr_t, const std::string& file, std::uint32_t, std::uint32_t number) {
-  if (Tell(FindHelpPage(file, number))) return true;
+  if (Tell(Runtime::FindHelpPage(file, number))) return true;
   terminal_.Write(u"There is no help page. Install the help pages of Talvane.\n");
   return false;
 }
 
 bool TerminalToolkit::ShowTopic(StringView topic) {
-  return Tell(FindHelpPage(topic));
+  return Tell(Runtime::FindHelpPage(topic));
 }
 
-bool TerminalToolkit::Tell(const std::optional<String>& helpPage) {
-  if (helpPage) terminal_.Write(u"Help: " + *helpPage + u"\n");
+bool TerminalToolkit::Tell(const std::optional<std::string>& helpPage) {
+  if (helpPage) terminal_.Write(u"Help: " + FromUtf8(*helpPage) + u"\n");
   return helpPage.has_value();
 }
 

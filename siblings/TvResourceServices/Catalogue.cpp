@@ -2,14 +2,13 @@
 
 #include <cerrno>
 #include <charconv>
-#include <cstdlib>
-#include <cstring>
 #include <exception>
 #include <fstream>
 #include <iterator>
 #include <mutex>
 
 #include "platform/Failure.h"
+#include "runtime/Language.h"
 #include "siblings/TvResourceServices/Template.h"
 
 namespace TvResourceServices {
@@ -51,21 +50,6 @@ std::string ReadBytes(const fs::path& file) {
     Raise(FailureNumber::PathNotFound, FromUtf8(file.string() + " can't be read"));
   }
   return bytes;
-}
-
-// The language of the environment in lower case, such as "de"; "en" where it names none.
-std::string LanguageOfEnvironment() {
-  for (const char* name : {"LC_ALL", "LC_MESSAGES", "LANG"}) {
-    const char* value = std::getenv(name);
-    if (!value || !*value) continue;
-    std::string language;
-    for (const char* c = value; *c && !std::strchr("_.@", *c); ++c) {
-      if (!((*c >= 'a' && *c <= 'z') || (*c >= 'A' && *c <= 'Z'))) return "en";
-      language += static_cast<char>(*c | 0x20);
-    }
-    return language == "c" || language == "posix" || language.empty() ? "en" : language;
-  }
-  return "en";
 }
 
 // Reads a file once in the process. A file that is missing or damaged is tried again at the next call.
@@ -134,7 +118,7 @@ void LoadLanguages(StringView resourceFile, Languages& languages) {
   if (point != String::npos && (separator == StringView::npos || point > separator)) stem.resize(point);
   const std::string beginning = ToUtf8(stem) + ".";
 
-  const std::string own = LanguageOfEnvironment();
+  const std::string own = Runtime::UserLanguage();
   std::exception_ptr failure;
   try {
     languages.English = Shared(beginning + "en.txt");
