@@ -1,4 +1,5 @@
 #include "host/Mailboxes.h"
+#include "platform/StoredNames.h"
 
 #include "host/CommandError.h"
 #include "host/RegistryKey.h"
@@ -9,12 +10,13 @@ namespace Host {
 std::vector<MailboxRecord> ReadMailboxes() {
   RequireStores();
   std::vector<MailboxRecord> mailboxes;
-  const auto parent = RegistryKey::Open(Hive::LocalMachine, kMailBoxesPath);
+  const auto parent = RegistryKey::Open(Hive::LocalMachine, RegistryPath::kMailBoxes);
   if (!parent) return mailboxes;
   for (const String& name : parent->SubKeys()) {
-    const auto key = RegistryKey::Open(Hive::LocalMachine, String(kMailBoxesPath) + u"\\" + name);
+    const auto key = RegistryKey::Open(Hive::LocalMachine, String(RegistryPath::kMailBoxes) + u"\\" + name);
     if (!key) continue;  // deleted since the names were read
-    mailboxes.push_back({name, key->Text(u"TVSFilePath"), key->Text(u"DBUID"), key->Text(u"DBPWD")});
+    mailboxes.push_back({name, key->Text(MailBoxValue::kProjectPath), key->Text(MailBoxValue::kUserId),
+                         key->Text(MailBoxValue::kPassword)});
   }
   return mailboxes;
 }
@@ -33,7 +35,7 @@ MailboxRecord RequireMailbox(StringView name) {
 }
 
 bool RemoveMailbox(const MailboxRecord& mailbox) {
-  const auto parent = RegistryKey::Open(Hive::LocalMachine, kMailBoxesPath);
+  const auto parent = RegistryKey::Open(Hive::LocalMachine, RegistryPath::kMailBoxes);
   return parent && parent->Delete(mailbox.Name);
 }
 

@@ -1,4 +1,5 @@
 #include "host/SendingSession.h"
+#include "platform/StoredNames.h"
 
 #include <map>
 
@@ -12,9 +13,6 @@
 namespace Host {
 
 namespace {
-
-constexpr std::int32_t kMapiNameText = 9100;
-constexpr std::int32_t kSmtpNameText = 9101;
 
 String TransportName(std::int32_t text) {
   const Resource texts(Services().CreateByName(u"TvResourceServices.Resource"));
@@ -42,10 +40,10 @@ ObjectRef MakeProperties(std::map<StringView, Value> values) {
 }  // namespace
 
 String MapiTransportName() {
-  return TransportName(kMapiNameText);
+  return TransportName(TextNumber::kMapiName);
 }
 String SmtpTransportName() {
-  return TransportName(kSmtpNameText);
+  return TransportName(TextNumber::kSmtpName);
 }
 
 std::int32_t TransportNumber(StringView stored) {
@@ -53,7 +51,7 @@ std::int32_t TransportNumber(StringView stored) {
   if (!number) return 0;
   try {
     const std::int32_t rounded = RoundToInt32(*number);
-    return rounded == kMapiTransport || rounded == kSmtpTransport ? rounded : 0;
+    return rounded == TransportId::kMapi || rounded == TransportId::kSmtp ? rounded : 0;
   } catch (const Failure&) {
     return 0;  // too large for a number of the component
   }
@@ -71,12 +69,15 @@ SendSettings ReadSendSettings(const String& projectPath) {
   const Files files(Services().CreateByName(u"TvGeneralServices.Files"));
   const ProjectFile project = files.RetrieveTVSFile(projectPath);
   if (!project) return {};
-  const auto key = [&](StringView name) { return project.KeyValue(u"EMail", name).ToString(); };
-  const std::int32_t transport = TransportNumber(key(u"TransportID"));
-  return {transport == kMapiTransport   ? MapiTransportName()
-          : transport == kSmtpTransport ? SmtpTransportName()
-                                        : String(),
-          key(u"MAPIProfile"), key(u"SMTPHostName"), key(u"EMailAddress"), key(u"RealName")};
+  const auto key = [&](StringView name) {
+    return project.KeyValue(ProjectSection::kWritten, name).ToString();
+  };
+  const std::int32_t transport = TransportNumber(key(SendingValue::kTransportId));
+  return {transport == TransportId::kMapi   ? MapiTransportName()
+          : transport == TransportId::kSmtp ? SmtpTransportName()
+                                            : String(),
+          key(SendingValue::kMapiProfile), key(SendingValue::kHostName), key(SendingValue::kAddress),
+          key(SendingValue::kRealName)};
 }
 
 }  // namespace Host

@@ -17,10 +17,6 @@ struct SendSettings {
   String RealName;
 };
 
-// The numbers under which projects and users store their transport.
-inline constexpr std::int32_t kMapiTransport = 1;
-inline constexpr std::int32_t kSmtpTransport = 2;
-
 // The name of each transport, asked of the same texts from which the component takes it. Raises 429 without
 // the sibling that gives texts.
 String MapiTransportName();

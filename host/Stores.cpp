@@ -1,4 +1,5 @@
 #include "host/Stores.h"
+#include "platform/StoredNames.h"
 
 #include <filesystem>
 
@@ -25,8 +26,8 @@ void RequireStores() {
     if (status.type() == std::filesystem::file_type::not_found)
       throw CommandError(NotConfigured, u"there is no store " + file + u": run tvmail init first");
   }
-  if (!RegistryStore::KeyExists(Hive::LocalMachine, kMailBoxesPath) ||
-      !RegistryStore::KeyExists(Hive::CurrentUser, kVersionPath))
+  if (!RegistryStore::KeyExists(Hive::LocalMachine, RegistryPath::kMailBoxes) ||
+      !RegistryStore::KeyExists(Hive::CurrentUser, RegistryPath::kTalvane))
     throw CommandError(NotConfigured, "the stores were never set up to their end: run tvmail init first");
 }
 

@@ -7,11 +7,6 @@ namespace Host {
 
 using namespace Platform;
 
-inline constexpr StringView kMailBoxesPath = u"Software\\Ostrand Software\\Email\\MailBoxes";
-inline constexpr StringView kVersionPath = u"Software\\Ostrand Software\\Talvane\\4.0";
-inline constexpr StringView kOutboundPath = u"Software\\Ostrand Software\\Talvane\\4.0\\Email";
-inline constexpr StringView kMapiProfilesPath = u"Software\\Microsoft\\Windows Messaging Subsystem\\Profiles";
-
 // The folder of the libraries for a person to read, without links and "..".
 String ShownLibraryFolder();
 

@@ -1,11 +1,12 @@
 #include "runtime/Registration.h"
 
+#include "platform/StoredNames.h"
 #include "runtime/RegistryFile.h"
 
 namespace Runtime {
 namespace {
 
-const String kClasses = u"Software\\Classes\\";
+const String kClasses = String(RegistryPath::kClasses) + u"\\";
 
 String ClassKey(const Guid& id) {
   return kClasses + u"CLSID\\" + ToText(id);

@@ -1,4 +1,5 @@
 #include "gateway/delivery/FailureJudge.h"
+#include "platform/StoredNames.h"
 
 #include "platform/Failure.h"
 #include "platform/Services.h"
@@ -9,13 +10,12 @@ namespace Gateway {
 namespace {
 
 // The component's numbers: the notice in front of a complaint, and the complaints of a mail's own making.
-constexpr std::int32_t kNotice = 10006;
 constexpr std::int32_t kOwnFaults[] = {
-    10005,  // the subject holds no discussion number
-    10007,  // no discussion has that number
-    10032,  // no user has the sender's address
-    10060,  // no sender
-    10062,  // the user doesn't take part by mail
+    Platform::TextNumber::kNoDiscussionSubject,  // the subject holds no discussion number
+    Platform::TextNumber::kNoSuchDiscussion,     // no discussion has that number
+    Platform::TextNumber::kSenderUnknown,        // no user has the sender's address
+    Platform::TextNumber::kNoSender,             // no sender
+    Platform::TextNumber::kMailNotAccepted,      // the user doesn't take part by mail
 };
 
 // What a subject without its marks and a number or body that is too large raise.
@@ -41,7 +41,7 @@ String DescriptionOf(std::int32_t failureNumber) {
 std::vector<FailureJudge::OwnFault> FailureJudge::LoadOwnFaults() {
   const Platform::Resource texts(Platform::Services().CreateByName(u"TvResourceServices.Resource"));
   texts.LoadResources(Runtime::LibraryFolder() + u"\\TvEmailServicesRes.dll", u"TvEmailServices");
-  const String notice = texts.ResourceString(kNotice) + u" ";
+  const String notice = texts.ResourceString(Platform::TextNumber::kMailNotice) + u" ";
   std::vector<OwnFault> faults;
   for (const std::int32_t number : kOwnFaults) faults.push_back({notice + texts.ResourceString(number), ""});
   for (const auto& [number, hint] : kOwnFailures) faults.push_back({notice + DescriptionOf(number), hint});

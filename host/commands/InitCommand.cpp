@@ -5,6 +5,7 @@
 #include "host/CommandError.h"
 #include "host/Stores.h"
 #include "host/commands/Command.h"
+#include "platform/StoredNames.h"
 #include "platform/TerminalText.h"
 #include "runtime/Process.h"
 #include "runtime/RegistryStore.h"
@@ -31,8 +32,8 @@ void MakeStore(Hive hive, StringView path) {
 }
 
 int Init() {
-  MakeStore(Hive::LocalMachine, kMailBoxesPath);
-  MakeStore(Hive::CurrentUser, kVersionPath);
+  MakeStore(Hive::LocalMachine, RegistryPath::kMailBoxes);
+  MakeStore(Hive::CurrentUser, RegistryPath::kTalvane);
   bool complete = true;
   for (const StringView component : kComponents) {
     try {

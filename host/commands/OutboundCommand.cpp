@@ -13,6 +13,7 @@
 #include "host/options/SendOptions.h"
 #include "host/terminal/ToolkitChoice.h"
 #include "platform/Json.h"
+#include "platform/StoredNames.h"
 #include "platform/TerminalText.h"
 #include "runtime/Process.h"
 #include "runtime/RegistryStore.h"
@@ -88,19 +89,19 @@ struct OutboundSettings {
 
 OutboundSettings ReadSettings() {
   RequireStores();
-  const auto key = RegistryKey::Open(Hive::CurrentUser, kOutboundPath);
+  const auto key = RegistryKey::Open(Hive::CurrentUser, RegistryPath::kOutbound);
   if (!key) return {};
-  const String stored = key->Text(u"TransportID");
+  const String stored = key->Text(SendingValue::kTransportId);
   const std::int32_t transport = TransportNumber(stored);
   return {true,
-          !EqualsIgnoreCase(key->Text(u"DiscussionEmailEnabled"), u"False"),
-          transport == kMapiTransport   ? u"mapi"
-          : transport == kSmtpTransport ? u"smtp"
-                                        : stored,
-          key->Text(u"MAPIProfile"),
-          key->Text(u"SMTPHostName"),
-          key->Text(u"EMailAddress"),
-          key->Text(u"RealName")};
+          !EqualsIgnoreCase(key->Text(SendingValue::kEnabled), u"False"),
+          transport == TransportId::kMapi   ? u"mapi"
+          : transport == TransportId::kSmtp ? u"smtp"
+                                            : stored,
+          key->Text(SendingValue::kMapiProfile),
+          key->Text(SendingValue::kHostName),
+          key->Text(SendingValue::kAddress),
+          key->Text(SendingValue::kRealName)};
 }
 
 void Line(const char* name, const String& text) {
@@ -160,7 +161,7 @@ int AddProfile(const std::string& typedName) {
   if (!Runtime::RegistryStore::IsKeyName(name))
     throw CommandError(
         WrongUse, "a profile's name has 1 to 255 characters and no backslash among them: choose another");
-  Runtime::RegistryStore::CreateKey(Hive::CurrentUser, String(kMapiProfilesPath) + u"\\" + name);
+  Runtime::RegistryStore::CreateKey(Hive::CurrentUser, String(RegistryPath::kMapiProfiles) + u"\\" + name);
   std::cout << "MAPI profile " << TerminalLine(name) << " is defined.\n";
   return Done;
 }

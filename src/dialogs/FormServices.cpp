@@ -70,6 +70,10 @@ void CenterForm(Form* form) {
   form->Move(static_cast<float>(left), static_cast<float>(top));
 }
 
+String CaptionTag(std::int32_t textNumber) {
+  return Value(textNumber).ToString();
+}
+
 void LocalizeForm(Form& form) try {
   const auto controls = form.Controls();  // where this is the form's first touch, it loads the form
   if (IsNumeric(form.Tag())) form.SetCaption(LoadTvResourceString(ReadInt32(form.Tag())));

@@ -14,7 +14,10 @@ using namespace Platform;
 // Puts the form into the middle of the screen, its size unchanged; null does nothing. A failure passes.
 void CenterForm(Form* form);
 
-// Captions of the form and of its labels, buttons and check boxes become the texts that their tags number.
+// The tag of a form or control whose caption is the text of that number.
+String CaptionTag(std::int32_t textNumber);
+
+// Captions of the form and of its labels, buttons and check boxes become the texts of their caption tags.
 // One of these controls without a number ends without a caption. A failure is shown; captions not reached
 // stay.
 void LocalizeForm(Form& form);

@@ -1,4 +1,5 @@
 #include "src/dialogs/frmCfgInb.h"
+#include "platform/StoredNames.h"
 
 #include "platform/Failure.h"
 #include "platform/Forms/FormsToolkit.h"
@@ -19,7 +20,7 @@ constexpr double kFontSize = 9;
 FormDesign Window() {
   return {.Name = u"frmCfgInb",
           .Caption = u"Talvane E-mail Setup",
-          .Tag = u"9002",
+          .Tag = CaptionTag(TextNumber::kInboundTitle),
           .Place = {4050, 735, 5550, 2295}};
 }
 
@@ -29,24 +30,24 @@ std::vector<ControlDesign> ControlsInTabOrder() {
       {.Name = u"lblTVSFileName",
        .Kind = Label,
        .Caption = u"&Project Path:",
-       .Tag = u"1007",
+       .Tag = CaptionTag(TextNumber::kProjectPathCaption),
        .Place = {120, 240, 1215, 255}},
       {.Name = u"txtTVSFileName", .Kind = TextBox, .Place = {1440, 240, 2775, 288}},
       {.Name = u"cmdBrowse",
        .Kind = CommandButton,
        .Caption = u"&Browse...",
-       .Tag = u"8003",
+       .Tag = CaptionTag(TextNumber::kBrowseCaption),
        .Place = {4320, 240, 975, 375}},
       {.Name = u"lblUID",
        .Kind = Label,
        .Caption = u"&User Name:",
-       .Tag = u"1008",
+       .Tag = CaptionTag(TextNumber::kUserNameCaption),
        .Place = {120, 720, 975, 255}},
       {.Name = u"txtUID", .Kind = TextBox, .Place = {1440, 720, 2775, 288}},
       {.Name = u"lblPWD",
        .Kind = Label,
        .Caption = u"Pass&word:",
-       .Tag = u"1006",
+       .Tag = CaptionTag(TextNumber::kPasswordCaption),
        .Place = {120, 1200, 1095, 255}},
       {.Name = u"txtPwd",
        .Kind = TextBox,
@@ -56,18 +57,18 @@ std::vector<ControlDesign> ControlsInTabOrder() {
       {.Name = u"cmdCancel",
        .Kind = CommandButton,
        .Caption = u"Cancel",
-       .Tag = u"8001",
+       .Tag = CaptionTag(TextNumber::kCancelCaption),
        .Place = {2280, 1800, 1095, 375},
        .Cancel = true},
       {.Name = u"cmdHelp",
        .Kind = CommandButton,
        .Caption = u"&Help",
-       .Tag = u"8002",
+       .Tag = CaptionTag(TextNumber::kHelpCaption),
        .Place = {3480, 1800, 1095, 375}},
       {.Name = u"cmdOK",
        .Kind = CommandButton,
        .Caption = u"OK",
-       .Tag = u"8000",
+       .Tag = CaptionTag(TextNumber::kOkCaption),
        .Place = {1080, 1800, 1095, 375},
        .Default = true},
       {.Name = u"cdlgTvsFileName", .Kind = CommonDialog, .Visible = false},
@@ -97,7 +98,7 @@ void frmCfgInb::cmdOK_Click() try {
   const String userId = (*this)[u"txtUID"].Text();
   const String password = (*this)[u"txtPwd"].Text();
   if (!inboundServerConfig_) {
-    ShowResourceMessage(10046, LoadTvResourceString(10045));
+    ShowResourceMessage(TextNumber::kNoSessionGiven, LoadTvResourceString(TextNumber::kConfiguringFailed));
     return;
   }
   if (CheckProjectCredentials(projectPath, userId, password, mailBoxName, inboundServerConfig_)) {
@@ -127,7 +128,7 @@ void frmCfgInb::cmdBrowse_Click() try {
   Control& path = (*this)[u"txtTVSFileName"];
   Platform::CommonDialog dialog;
   dialog.CancelError = true;
-  dialog.Request.Title = LoadTvResourceString(9001);
+  dialog.Request.Title = LoadTvResourceString(TextNumber::kFileDialogTitle);
   dialog.Request.FileName = path.Text();
   dialog.Request.Filter = u"TVS Files (*.TVS)|*.TVS|All files (*.*)|*.*";
   dialog.ShowOpen();

@@ -1,6 +1,7 @@
 // The flow of MailHandler_Configure around the inbound dialog: what goes into it, and what is taken from it.
 #include "platform/Forms/FormsToolkit.h"
 #include "platform/Services.h"
+#include "platform/StoredNames.h"
 #include "src/dialogs/FormServices.h"
 #include "src/dialogs/frmCfgInb.h"
 #include "src/dialogs/modCfgIn.h"
@@ -11,8 +12,6 @@
 
 namespace TvEmailServices {
 namespace {
-
-constexpr std::int32_t kConfigurationFailed = 10045;
 
 void ShowPointer(MousePointer pointer) {
   Services().Toolkit().SetMousePointer(pointer);
@@ -34,7 +33,7 @@ Boolean EMailManager::MailHandler_Configure(std::int16_t AddMode, String& MailBo
     if (!IsResourceLoaded(true)) {
       // Its message has been shown.
     } else if (!Sess) {
-      ShowResourceMessage(10046, LoadTvResourceString(kConfigurationFailed));
+      ShowResourceMessage(TextNumber::kNoSessionGiven, LoadTvResourceString(TextNumber::kConfiguringFailed));
     } else {
       form = std::make_unique<frmCfgInb>();
       form->SetInboundServerConfig(Sess);
@@ -47,7 +46,7 @@ Boolean EMailManager::MailHandler_Configure(std::int16_t AddMode, String& MailBo
       form->Unload();
     }
   } catch (...) {
-    result = ReportFailure(kConfigurationFailed);
+    result = ReportFailure(TextNumber::kConfiguringFailed);
   }
   form.reset();
   try {
@@ -65,7 +64,7 @@ bool EMailManager::SetConfigureMode(std::int16_t addMode, const String& mailBoxN
   SetEditedMailBoxName(mailBoxName);
   return true;
 } catch (...) {
-  return ReportFailure(kConfigurationFailed);
+  return ReportFailure(TextNumber::kConfiguringFailed);
 }
 
 bool EMailManager::FillInboundForm(frmCfgInb& form, const String& mailBoxName, std::int16_t addMode) try {
@@ -86,7 +85,7 @@ bool EMailManager::FillInboundForm(frmCfgInb& form, const String& mailBoxName, s
   form.SetMailBoxName(mailBoxName);
   return true;
 } catch (...) {
-  return ReportFailure(kConfigurationFailed);
+  return ReportFailure(TextNumber::kConfiguringFailed);
 }
 
 bool EMailManager::CollectInboundForm(frmCfgInb& form, String& productName, String& mailBoxName) try {
@@ -99,7 +98,7 @@ bool EMailManager::CollectInboundForm(frmCfgInb& form, String& productName, Stri
   mailBoxName = form.MailBoxName();
   return true;
 } catch (...) {
-  return ReportFailure(kConfigurationFailed);
+  return ReportFailure(TextNumber::kConfiguringFailed);
 }
 
 void EMailManager::ResetConfigureState() {

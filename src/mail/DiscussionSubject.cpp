@@ -1,4 +1,5 @@
 #include "src/mail/DiscussionSubject.h"
+#include "platform/StoredNames.h"
 
 #include "platform/Failure.h"
 #include "platform/NumberReader.h"
@@ -6,8 +7,6 @@
 
 namespace TvEmailServices {
 namespace {
-
-constexpr std::int32_t kNoDiscussionSubject = 10005;
 
 constexpr StringView kDiscussionMarker = u"Ostrand Talvane Discussion ";
 constexpr StringView kDiscussionWord = u"Discussion";
@@ -56,7 +55,7 @@ bool ParseDiscussionSubject(StringView line, std::int32_t& number, String& subje
         return true;
       }
     }
-    errorText = LoadTvResourceString(kNoDiscussionSubject);
+    errorText = LoadTvResourceString(TextNumber::kNoDiscussionSubject);
   } catch (...) {
     errorText = CurrentFailure().Description();
   }

@@ -1,14 +1,11 @@
 #include "src/mail/EMailManager.h"
+#include "platform/StoredNames.h"
 
 #include "src/mailbox/MailBoxFlows.h"
 #include "src/services/modMain.h"
 
 namespace TvEmailServices {
-namespace {
-
-constexpr std::int32_t kConfiguringFailed = 10045;
-
-}  // namespace
+namespace {}  // namespace
 
 EMailManager::EMailManager() {
   ResetConfigureState();
@@ -36,7 +33,7 @@ Boolean EMailManager::MailHandler_MboxUpdate(const String& MailBoxName, const Ob
   try {
     return ApplyMailBoxUpdate(MailBoxName, Sess);
   } catch (...) {
-    return ReportFailure(kConfiguringFailed);
+    return ReportFailure(TextNumber::kConfiguringFailed);
   }
 }
 

@@ -3,6 +3,7 @@
 // It runs unattended, and its result is all that it reports. What fails on the way is noted in the error
 // text, where a later complaint replaces an earlier one; nothing that fails drops the application or the
 // project.
+#include "platform/StoredNames.h"
 #include "src/mail/DiscussionSubject.h"
 #include "src/mail/EMailManager.h"
 #include "src/mail/ReplyBody.h"
@@ -13,16 +14,6 @@
 
 namespace TvEmailServices {
 namespace {
-
-constexpr std::int32_t kNotice = 10006;  // goes with every failure text
-constexpr std::int32_t kNoSuchDiscussion = 10007;
-constexpr std::int32_t kProjectNotOpened = 10030;
-constexpr std::int32_t kSenderUnknown = 10032;
-constexpr std::int32_t kActingUserRefused = 10033;
-constexpr std::int32_t kComponentMissing = 10044;
-constexpr std::int32_t kNoSender = 10060;
-constexpr std::int32_t kNoUsers = 10061;
-constexpr std::int32_t kMailNotAccepted = 10062;
 
 // What OpenProject and SetActingUser take beside their data.
 constexpr std::int32_t kOpenMode = 1;
@@ -53,16 +44,16 @@ String EMailManager::MailHandler_HandleMessage(const ObjectRef& mess) {
       AnswerDiscussion(message, discussion, errorText);
     }
   } catch (...) {
-    return CurrentFailure().Description() + u" " + LoadTvResourceString(kNotice);
+    return CurrentFailure().Description() + u" " + LoadTvResourceString(TextNumber::kMailNotice);
   }
-  return errorText.empty() ? String() : LoadTvResourceString(kNotice) + u" " + errorText;
+  return errorText.empty() ? String() : LoadTvResourceString(TextNumber::kMailNotice) + u" " + errorText;
 }
 
 // The record is read and its password decoded for every message, also when the project is open.
 bool EMailManager::OpenSession(String& errorText) {
   if (!application_) application_ = GetTalvaneApplication(false);
   if (!application_) {
-    errorText = LoadTVResourceStringS(kComponentMissing, u"Talvane40.Dll", {});
+    errorText = LoadTVResourceStringS(TextNumber::kComponentMissing, u"Talvane40.Dll", {});
     return false;
   }
   String projectPath, userId, password;
@@ -72,12 +63,12 @@ bool EMailManager::OpenSession(String& errorText) {
     project_ = application_->OpenProject(projectPath, kOpenMode, userId, password, kOpenOptions, kOpenAccess);
   }
   if (!project_) {
-    errorText = LoadTVResourceStringS(kProjectNotOpened, projectPath, {});
+    errorText = LoadTVResourceStringS(TextNumber::kProjectNotOpened, projectPath, {});
     errorText += Existing(application_->GetStatus()).GetFailureText();
     return false;
   }
   if (!project_->GetUsers()) {
-    errorText = LoadTvResourceString(kNoUsers);
+    errorText = LoadTvResourceString(TextNumber::kNoUsers);
     return false;
   }
   return true;
@@ -86,7 +77,7 @@ bool EMailManager::OpenSession(String& errorText) {
 // A sender who can't be identified leaves a complaint, and the message goes on with whoever acted before.
 bool EMailManager::ActForSender(const MailMessage& message, String& errorText) {
   if (!message.HasFrom()) {
-    errorText = LoadTvResourceString(kNoSender);
+    errorText = LoadTvResourceString(TextNumber::kNoSender);
     return false;
   }
   const std::shared_ptr<ProjectUsers> users = project_->GetUsers();
@@ -94,7 +85,7 @@ bool EMailManager::ActForSender(const MailMessage& message, String& errorText) {
   if (!FindSenderKey(users, message.FromAddress(), userKey, errorText)) return true;
   const String logonText = Existing(application_->GetLogon()).GetLogonText();
   if (project_->SetActingUser(userKey, kActingKind, logonText)) return true;
-  errorText = LoadTvResourceString(kActingUserRefused);
+  errorText = LoadTvResourceString(TextNumber::kActingUserRefused);
   return false;
 }
 
@@ -104,7 +95,7 @@ void EMailManager::AnswerDiscussion(const MailMessage& message, ObjectRef& discu
   if (!ParseDiscussionSubject(message.Subject(), number, subjectText, errorText)) return;
   discussion = project_->GetDiscussion(number);
   if (!discussion) {
-    errorText = LoadTvResourceString(kNoSuchDiscussion);
+    errorText = LoadTvResourceString(TextNumber::kNoSuchDiscussion);
     return;
   }
   String body = message.Body();
@@ -123,11 +114,11 @@ bool EMailManager::FindSenderKey(const std::shared_ptr<ProjectUsers>& users, con
       if (accepted) {
         userKey = user->GetUserKey();
       } else {
-        errorText = LoadTvResourceString(kMailNotAccepted);
+        errorText = LoadTvResourceString(TextNumber::kMailNotAccepted);
       }
       break;
     }
-    if (!accepted && errorText.empty()) errorText = LoadTvResourceString(kSenderUnknown);
+    if (!accepted && errorText.empty()) errorText = LoadTvResourceString(TextNumber::kSenderUnknown);
     return accepted;
   } catch (...) {
     errorText = CurrentFailure().Description();

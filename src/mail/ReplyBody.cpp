@@ -1,4 +1,5 @@
 #include "src/mail/ReplyBody.h"
+#include "platform/StoredNames.h"
 
 #include <cstdint>
 #include <limits>
@@ -8,8 +9,6 @@
 
 namespace TvEmailServices {
 namespace {
-
-constexpr std::int32_t kCutMarker = 2166;
 
 constexpr std::size_t kLastPosition = std::numeric_limits<std::int16_t>::max();
 
@@ -97,7 +96,7 @@ void TakeOffEnds(String& body) {
 
 bool ParseReplyBody(String& body, String& errorText) {
   try {
-    CutAtMarker(body, LoadTVCOMResourceString(kCutMarker));
+    CutAtMarker(body, LoadTVCOMResourceString(TextNumber::kCutMarker));
     String reply = TakeWithWholeLineEnds(body);  // what was moved is short enough not to be refused below
     TakeOffEnds(reply);
     body = std::move(reply);

@@ -1,4 +1,5 @@
 #include "src/mailbox/MailBoxFlows.h"
+#include "platform/StoredNames.h"
 
 #include "platform/contracts/HostObjects.h"
 #include "src/mailbox/MailBoxRecords.h"
@@ -16,9 +17,9 @@ bool Refuse(std::int32_t number) {
 }
 
 bool IsComplete(const Session& session) {
-  if (!session) return Refuse(10054);
-  if (!session.HasSendLogon()) return Refuse(10053);
-  if (!session.HasUser()) return Refuse(10052);
+  if (!session) return Refuse(TextNumber::kNoSession);
+  if (!session.HasSendLogon()) return Refuse(TextNumber::kNoSendLogon);
+  if (!session.HasUser()) return Refuse(TextNumber::kNoUserInSession);
   return true;
 }
 
@@ -35,7 +36,7 @@ bool WriteSessionSettings(const String& projectPath, const Session& session) {
 void PutSettingsBack(const String& projectPath, const ProjectEmailSettings& old, bool valid) {
   if (!valid || !WriteProjectEmailSettings(projectPath, old.TransportName, old.MAPIProfile,
                                            old.HostName.ToString(), old.EMailAddress, old.RealName)) {
-    ShowResourceMessage(10056, {});
+    ShowResourceMessage(TextNumber::kSettingsNotRestored, {});
   }
 }
 
@@ -84,7 +85,7 @@ bool ChangeMailBox(const String& mailBoxName, const ObjectRef& sess, const Strin
   }
 
   if (!hadRecord || !RestoreMailBoxRecord(oldProjectPath, oldUserId, oldEncodedPassword, mailBoxName))
-    ShowResourceMessage(10055, {});
+    ShowResourceMessage(TextNumber::kRecordNotRestored, {});
   if (recordWritten) PutSettingsBack(projectPath, oldSettings, hadSettings);
   return false;
 } catch (...) {
@@ -96,7 +97,7 @@ bool ResaveMailBoxSettings(const String& mailBoxName, const ObjectRef& sess) try
   if (!IsComplete(session)) return false;
 
   const String projectPath = GetMailBoxProjectPath(mailBoxName, true);
-  if (projectPath.empty()) return Refuse(10048);
+  if (projectPath.empty()) return Refuse(TextNumber::kProjectFileUnreadable);
 
   ProjectEmailSettings oldSettings;
   const bool hadSettings = ReadProjectEmailSettings(projectPath, oldSettings, false);
@@ -111,17 +112,18 @@ bool DeleteMailBox(const String& mailBoxName, bool removeRecord, const std::opti
   bool done = true;
   String sectionText, keyText;
   if (!DeleteProjectEmailSettings(mailBoxName, false, onlyFrom)) {
-    sectionText = LoadTvResourceString(10058);
+    sectionText = LoadTvResourceString(TextNumber::kSectionNotRemoved);
     done = false;
   }
-  if (removeRecord && !DeleteRegKey(String(MailBoxesKey), Hive::LocalMachine, mailBoxName, false)) {
-    keyText = LoadTvResourceString(10059);
+  if (removeRecord &&
+      !DeleteRegKey(String(RegistryPath::kMailBoxes), Hive::LocalMachine, mailBoxName, false)) {
+    keyText = LoadTvResourceString(TextNumber::kRecordNotRemoved);
     done = false;
   }
-  if (!done) ShowResourceMessage(10047, sectionText + u"  " + keyText);
+  if (!done) ShowResourceMessage(TextNumber::kNotDeleted, sectionText + u"  " + keyText);
   return done;
 } catch (...) {
-  return ReportFailure(10047);
+  return ReportFailure(TextNumber::kNotDeleted);
 }
 
 }  // namespace TvEmailServices

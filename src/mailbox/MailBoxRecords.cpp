@@ -1,4 +1,5 @@
 #include "src/mailbox/MailBoxRecords.h"
+#include "platform/StoredNames.h"
 
 #include <array>
 
@@ -11,12 +12,8 @@
 namespace TvEmailServices {
 namespace {
 
-constexpr StringView kProjectPath = u"TVSFilePath";
-constexpr StringView kUserId = u"DBUID";
-constexpr StringView kPassword = u"DBPWD";
-
 String RecordKey(const String& mailBoxName) {
-  return String(MailBoxesKey) + u"\\" + mailBoxName;
+  return String(RegistryPath::kMailBoxes) + u"\\" + mailBoxName;
 }
 
 // Takes what goes to DBPWD from a function, so that a password is encoded only when the other two values
@@ -24,22 +21,22 @@ String RecordKey(const String& mailBoxName) {
 template <class EncodedPassword>
 bool StoreRecord(const String& projectPath, const String& userId, EncodedPassword encodedPassword,
                  const String& mailBoxName) try {
-  const RegUtil registry = GetRegUtil(Hive::LocalMachine, String(MailBoxesKey), true);
+  const RegUtil registry = GetRegUtil(Hive::LocalMachine, String(RegistryPath::kMailBoxes), true);
   if (!registry) return false;
   if (!registry.AddKey(mailBoxName)) {
-    ShowResourceMessageV(10013, {mailBoxName});
+    ShowResourceMessageV(TextNumber::kKeyNotAdded, {mailBoxName});
     return false;
   }
   if (!registry.DropToSubKey(mailBoxName)) {
-    ShowResourceMessageV(10012, {mailBoxName});
+    ShowResourceMessageV(TextNumber::kRecordNotEntered, {mailBoxName});
     return false;
   }
-  if (SetRegStringValue(registry, kProjectPath, projectPath) &&
-      SetRegStringValue(registry, kUserId, userId) &&
-      SetRegStringValue(registry, kPassword, encodedPassword())) {
+  if (SetRegStringValue(registry, MailBoxValue::kProjectPath, projectPath) &&
+      SetRegStringValue(registry, MailBoxValue::kUserId, userId) &&
+      SetRegStringValue(registry, MailBoxValue::kPassword, encodedPassword())) {
     return true;
   }
-  ShowResourceMessage(10011, {});
+  ShowResourceMessage(TextNumber::kRecordNotStored, {});
   return false;
 } catch (...) {
   return ReportFailure();
@@ -50,7 +47,7 @@ bool ReadStoredLogon(const RegUtil& registry, String& projectPath, String& userI
                      String& errorText) try {
   const RegValue holder = GetRegValue(true);
   if (!holder) {
-    errorText = LoadTvResourceString(10024);
+    errorText = LoadTvResourceString(TextNumber::kNoRegValue);
     return false;
   }
   const auto read = [&](StringView name, String& content) {
@@ -59,12 +56,13 @@ bool ReadStoredLogon(const RegUtil& registry, String& projectPath, String& userI
     content = holder.Value().ToString();
     return true;
   };
-  if (read(kProjectPath, projectPath) && read(kUserId, userId) && read(kPassword, encodedPassword))
+  if (read(MailBoxValue::kProjectPath, projectPath) && read(MailBoxValue::kUserId, userId) &&
+      read(MailBoxValue::kPassword, encodedPassword))
     return true;
-  errorText = LoadTvResourceString(10029);
+  errorText = LoadTvResourceString(TextNumber::kRecordUnreadable);
   return false;
 } catch (...) {
-  errorText = CurrentFailure().Description() + u" " + LoadTvResourceString(10029);
+  errorText = CurrentFailure().Description() + u" " + LoadTvResourceString(TextNumber::kRecordUnreadable);
   return false;
 }
 
@@ -92,7 +90,8 @@ bool ReadMailBoxRecord(String& projectPath, String& userId, String& encodedPassw
     content = Trim(value.ToString());
     return true;
   };
-  return read(kProjectPath, projectPath) && read(kUserId, userId) && read(kPassword, encodedPassword);
+  return read(MailBoxValue::kProjectPath, projectPath) && read(MailBoxValue::kUserId, userId) &&
+         read(MailBoxValue::kPassword, encodedPassword);
 } catch (...) {
   return false;
 }
@@ -101,7 +100,7 @@ bool ReadMailBoxLogon(const String& mailBoxName, String& projectPath, String& us
                       String& errorText) try {
   const RegUtil registry = OpenMailBoxKey(mailBoxName, false);
   if (!registry) {
-    errorText = LoadTvResourceString(10015);
+    errorText = LoadTvResourceString(TextNumber::kKeyNotReached);
     return false;
   }
   return ReadStoredLogon(registry, projectPath, userId, encodedPassword, errorText);
@@ -114,7 +113,8 @@ String GetMailBoxProjectPath(const String& mailBoxName, bool report) try {
   // A key that can't be reached is reported twice: as the key, and as the value that is missed in it.
   const RegUtil registry = OpenMailBoxKey(mailBoxName, report);
   Value path;
-  return GetRegStringValue(registry, kProjectPath, path, report) ? Trim(path.ToString()) : String();
+  return GetRegStringValue(registry, MailBoxValue::kProjectPath, path, report) ? Trim(path.ToString())
+                                                                               : String();
 } catch (...) {
   if (report) ShowErrorMessage(CurrentFailure(), 0, {});
   return {};

@@ -1,8 +1,8 @@
 // MailBoxRecords: the registry record that ties a mailbox to its project.
 //
-// A record is a key named after the mailbox below MailBoxesKey of the machine-wide hive, with three string
-// values: TVSFilePath, DBUID, and DBPWD, the encoded password, which only ComponentSecurity can read. The
-// parent key has to exist. No routine undoes a partial write.
+// A record is a key named after the mailbox below RegistryPath::kMailBoxes of the machine-wide hive, with
+// three string values: TVSFilePath, DBUID, and DBPWD, the encoded password, which only ComponentSecurity can
+// read. The parent key has to exist. No routine undoes a partial write.
 #pragma once
 
 #include "platform/contracts/GeneralServices.h"
@@ -10,8 +10,6 @@
 namespace TvEmailServices {
 
 using namespace Platform;
-
-inline constexpr StringView MailBoxesKey = u"Software\\Ostrand Software\\Email\\MailBoxes";
 
 // Writes path, user id and the encoded password, in this order; true when all three stand. What fails is
 // shown: 10013, 10012 (with the mailbox's name), 10011, or the failure itself. Values written before it

@@ -1,4 +1,5 @@
 #include "src/mailbox/ProjectCheck.h"
+#include "platform/StoredNames.h"
 
 #include "platform/CheckedArithmetic.h"
 #include "src/mailbox/MailBoxRecords.h"
@@ -20,33 +21,34 @@ bool CheckProjectCredentials(const String& projectPath, const String& userId, co
   const Files files = GetFiles(true);
   if (!files) return false;
   files.CheckTVSFilePath(projectPath);
-  if (userId.empty()) return FailWith(10039);
+  if (userId.empty()) return FailWith(TextNumber::kNoUserId);
 
   const std::shared_ptr<TalvaneApplication> application = GetTalvaneApplication(true);
   if (!application) return false;
   const std::shared_ptr<Project> project = application->OpenProject(projectPath, 1, userId, password, 0, 3);
-  if (!project) return FailWith(10001);
+  if (!project) return FailWith(TextNumber::kLogonRefused);
 
   // A mailbox that carries the project's name already would collide with its own key.
   const String projectName = project->GetName();
   if (!EqualsIgnoreCase(projectName, mailBoxName) && !IsMailBoxNameFree(projectName)) return false;
   mailBoxName = projectName;
-  return bool(project->IsMailBoxAllowed()) || FailWith(10000);
+  return bool(project->IsMailBoxAllowed()) || FailWith(TextNumber::kMailBoxNotAllowed);
 } catch (...) {
   return ReportFailure();
 }
 
 bool IsMailBoxNameFree(const String& mailBoxName) try {
-  const RegUtil registry = GetRegUtil(Hive::LocalMachine, String(MailBoxesKey), true);
+  const RegUtil registry = GetRegUtil(Hive::LocalMachine, String(RegistryPath::kMailBoxes), true);
   Value collection{Array()};
-  if (!registry || !registry.EnumKeys(collection)) return FailWith(10036);
-  if (collection.IsEmpty() || (collection.IsObject() && !collection.ToObject())) return FailWith(10036);
+  if (!registry || !registry.EnumKeys(collection)) return FailWith(TextNumber::kMailBoxesNotListed);
+  if (collection.IsEmpty() || (collection.IsObject() && !collection.ToObject()))
+    return FailWith(TextNumber::kMailBoxesNotListed);
 
   const Array& names = collection.ToArray();
   const auto count = Narrow<std::int16_t>(names.size());
   for (std::int32_t position = 1; position <= count; ++position) {
     if (EqualsIgnoreCase(names[static_cast<std::size_t>(position) - 1].ToString(), mailBoxName))
-      return FailWith(10037);
+      return FailWith(TextNumber::kMailBoxExists);
   }
   return true;
 } catch (...) {

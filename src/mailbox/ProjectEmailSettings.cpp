@@ -1,4 +1,5 @@
 #include "src/mailbox/ProjectEmailSettings.h"
+#include "platform/StoredNames.h"
 
 #include "src/mailbox/MailBoxRecords.h"
 #include "src/services/modComponents.h"
@@ -9,17 +10,12 @@ namespace TvEmailServices {
 namespace {
 
 // A project file takes both spellings for the one section; reads use the first, everything else the second.
-constexpr StringView kSectionInReads = u"Email";
-constexpr StringView kSection = u"EMail";
 
 constexpr std::int32_t kMapi = 1;
 constexpr std::int32_t kSmtp = 2;
 
-constexpr std::int32_t kMapiName = 9100;
-constexpr std::int32_t kSmtpName = 9101;
-
 bool RefuseSettings(std::int32_t reason) {
-  ShowResourceMessage(10019, LoadTvResourceString(reason));
+  ShowResourceMessage(TextNumber::kSettingsRefused, LoadTvResourceString(reason));
   return false;
 }
 
@@ -28,23 +24,23 @@ bool RefuseSettings(std::int32_t reason) {
 bool ReadProjectEmailSettings(const String& projectPath, ProjectEmailSettings& settings, bool report) try {
   const ProjectFile file = GetProjectFile(projectPath, false);
   if (!file) return false;
-  settings.TransportNumber = file.KeyValue(kSectionInReads, u"TransportID").ToInt32();
+  settings.TransportNumber = file.KeyValue(ProjectSection::kRead, SendingValue::kTransportId).ToInt32();
   switch (settings.TransportNumber) {
     case kMapi:
-      settings.TransportName = LoadTvResourceString(kMapiName);
-      settings.MAPIProfile = file.KeyValue(kSectionInReads, u"MAPIProfile").ToString();
+      settings.TransportName = LoadTvResourceString(TextNumber::kMapiName);
+      settings.MAPIProfile = file.KeyValue(ProjectSection::kRead, SendingValue::kMapiProfile).ToString();
       return !settings.MAPIProfile.empty();
     case kSmtp:
-      settings.TransportName = LoadTvResourceString(kSmtpName);
-      settings.RealName = file.KeyValue(kSectionInReads, u"RealName").ToString();
-      settings.EMailAddress = file.KeyValue(kSectionInReads, u"EMailAddress").ToString();
-      settings.HostName = file.KeyValue(kSectionInReads, u"SMTPHostName");
+      settings.TransportName = LoadTvResourceString(TextNumber::kSmtpName);
+      settings.RealName = file.KeyValue(ProjectSection::kRead, SendingValue::kRealName).ToString();
+      settings.EMailAddress = file.KeyValue(ProjectSection::kRead, SendingValue::kAddress).ToString();
+      settings.HostName = file.KeyValue(ProjectSection::kRead, SendingValue::kHostName);
       return !settings.EMailAddress.empty() && !settings.HostName.ToString().empty();
     default:
       return false;
   }
 } catch (...) {
-  if (report) ShowErrorMessageV(CurrentFailure(), 10051, {projectPath});
+  if (report) ShowErrorMessageV(CurrentFailure(), TextNumber::kSettingsUnreadable, {projectPath});
   return false;
 }
 
@@ -52,20 +48,20 @@ bool WriteProjectEmailSettings(const String& projectPath, const String& transpor
                                const String& mapiProfile, const String& hostName, const String& eMailAddress,
                                const String& realName) try {
   const ProjectFile file = GetProjectFile(projectPath, true);
-  if (!file) return RefuseSettings(10048);
-  if (EqualsIgnoreCase(transportName, LoadTvResourceString(kMapiName))) {
-    if (mapiProfile.empty()) return RefuseSettings(10018);
-    file.CreateKey(kSection, u"TransportID", u"1");
-    file.CreateKey(kSection, u"MAPIProfile", mapiProfile);
-  } else if (EqualsIgnoreCase(transportName, LoadTvResourceString(kSmtpName))) {
-    if (hostName.empty()) return RefuseSettings(10021);
-    if (eMailAddress.empty()) return RefuseSettings(10020);
-    file.CreateKey(kSection, u"TransportID", u"2");
-    file.CreateKey(kSection, u"SMTPHostName", hostName);
-    file.CreateKey(kSection, u"RealName", realName);
-    file.CreateKey(kSection, u"EMailAddress", eMailAddress);
+  if (!file) return RefuseSettings(TextNumber::kProjectFileUnreadable);
+  if (EqualsIgnoreCase(transportName, LoadTvResourceString(TextNumber::kMapiName))) {
+    if (mapiProfile.empty()) return RefuseSettings(TextNumber::kMailBoxWithoutProfile);
+    file.CreateKey(ProjectSection::kWritten, SendingValue::kTransportId, u"1");
+    file.CreateKey(ProjectSection::kWritten, SendingValue::kMapiProfile, mapiProfile);
+  } else if (EqualsIgnoreCase(transportName, LoadTvResourceString(TextNumber::kSmtpName))) {
+    if (hostName.empty()) return RefuseSettings(TextNumber::kMailBoxWithoutHost);
+    if (eMailAddress.empty()) return RefuseSettings(TextNumber::kMailBoxWithoutAddress);
+    file.CreateKey(ProjectSection::kWritten, SendingValue::kTransportId, u"2");
+    file.CreateKey(ProjectSection::kWritten, SendingValue::kHostName, hostName);
+    file.CreateKey(ProjectSection::kWritten, SendingValue::kRealName, realName);
+    file.CreateKey(ProjectSection::kWritten, SendingValue::kAddress, eMailAddress);
   } else {
-    return RefuseSettings(10022);
+    return RefuseSettings(TextNumber::kTransportUnknown);
   }
   file.Save();
   return true;
@@ -79,18 +75,18 @@ bool DeleteProjectEmailSettings(const String& mailBoxName, bool report,
   const ProjectFile file = GetNamedProjectFile(projectPath, report);
   if (!file) return false;
   if (onlyFrom && projectPath != Trim(*onlyFrom)) return true;
-  if (!file.HasSection(kSection)) return true;
-  if (!file.DeleteSection(kSection)) return false;
+  if (!file.HasSection(ProjectSection::kWritten)) return true;
+  if (!file.DeleteSection(ProjectSection::kWritten)) return false;
   file.Save();
   return true;
 } catch (...) {
-  if (report) ReportFailure(10058);
+  if (report) ReportFailure(TextNumber::kSectionNotRemoved);
   return false;
 }
 
 bool MayHoldEmailSettings(const String& projectPath) try {
   const ProjectFile file = GetProjectFile(projectPath, false);
-  return !file || file.HasSection(kSection);
+  return !file || file.HasSection(ProjectSection::kWritten);
 } catch (...) {
   return true;
 }
@@ -106,7 +102,7 @@ ProjectFile GetProjectFile(const String& projectPath, bool report) try {
 ProjectFile GetNamedProjectFile(const String& projectPath, bool report) try {
   return projectPath.empty() ? ProjectFile() : GetProjectFile(projectPath, report);
 } catch (...) {
-  if (report) ShowErrorMessage(CurrentFailure(), 10048, {});
+  if (report) ShowErrorMessage(CurrentFailure(), TextNumber::kProjectFileUnreadable, {});
   return {};
 }
 

@@ -1,4 +1,5 @@
 #include "src/mailbox/RegistryValues.h"
+#include "platform/StoredNames.h"
 
 #include "src/services/modComponents.h"
 #include "src/services/modMain.h"
@@ -14,7 +15,7 @@ bool SetRegStringValue(const RegUtil& registry, StringView name, const String& v
   holder.SetValue(value);
   return registry.AddOrUpdateValue(holder);
 } catch (...) {
-  return ReportFailure(10034);
+  return ReportFailure(TextNumber::kValueNotWritten);
 }
 
 bool GetRegStringValue(const RegUtil& registry, StringView name, Value& value, bool report) try {
@@ -26,7 +27,7 @@ bool GetRegStringValue(const RegUtil& registry, StringView name, Value& value, b
     if (read) value = holder.Value();
   }
   const bool found = read && value.IsString() && !value.ToString().empty();
-  if (!found && report) ShowResourceMessage(2057, String(u" ").append(name));
+  if (!found && report) ShowResourceMessage(TextNumber::kValueMissing, String(u" ").append(name));
   return found;
 } catch (...) {
   return ReportFailure();
@@ -37,7 +38,7 @@ bool DeleteRegKey(const String& parentPath, Hive hive, const String& keyName, bo
   const RegUtil parent = GetRegUtil(hive, parentPath, report);
   return parent && parent.DeleteKey(keyName);
 } catch (...) {
-  if (report) ShowErrorMessageV(CurrentFailure(), 10050, {keyName});
+  if (report) ShowErrorMessageV(CurrentFailure(), TextNumber::kKeyNotDeleted, {keyName});
   return false;
 }
 

@@ -1,6 +1,7 @@
 #include "src/outbound/MapiProfiles.h"
 
 #include "platform/Failure.h"
+#include "platform/StoredNames.h"
 #include "src/services/modComponents.h"
 #include "src/services/modMain.h"
 
@@ -9,10 +10,7 @@ namespace {
 
 // The key whose sub keys are the profiles; one family of platforms keeps it a level deeper.
 StringView ProfilesPath(StringView platform) {
-  if (platform == u"NT") {
-    return u"Software\\Microsoft\\Windows NT\\CurrentVersion\\Windows Messaging Subsystem\\Profiles";
-  }
-  return u"Software\\Microsoft\\Windows Messaging Subsystem\\Profiles";
+  return platform == u"NT" ? RegistryPath::kMapiProfilesOfNt : RegistryPath::kMapiProfiles;
 }
 
 }  // namespace

@@ -1,4 +1,5 @@
 #include "src/outbound/OutboundStore.h"
+#include "platform/StoredNames.h"
 
 #include "platform/Failure.h"
 #include "src/mailbox/RegistryValues.h"
@@ -8,36 +9,25 @@
 namespace TvEmailServices {
 namespace {
 
-constexpr std::int32_t kCannotAddKey = 10013;
-constexpr std::int32_t kCannotReachKey = 10015;
-constexpr std::int32_t kCannotEnterPath = 10016;
-constexpr std::int32_t kNoProfile = 10040;
-constexpr std::int32_t kNoAddress = 10041;
-constexpr std::int32_t kNoHostName = 10042;
-
 bool SetTransport(const RegUtil& registry, std::int32_t transport) {
-  return SetRegStringValue(registry, kTransportIdValue, Value(transport).ToString());
+  return SetRegStringValue(registry, SendingValue::kTransportId, Value(transport).ToString());
 }
 
 }  // namespace
 
-String OutboundKeyPath() {
-  return String(kTalvaneVersionKey).append(u"\\").append(kOutboundKeyName);
-}
-
 bool OpenOutboundKey(RegUtil& registry) try {
-  registry = GetRegUtil(Hive::CurrentUser, String(kTalvaneVersionKey), true);
+  registry = GetRegUtil(Hive::CurrentUser, String(RegistryPath::kTalvane), true);
   if (!registry) {
-    ShowResourceMessage(kCannotReachKey, {});
+    ShowResourceMessage(TextNumber::kKeyNotReached, {});
     return false;
   }
-  if (registry.DropToSubKey(kOutboundKeyName)) return true;
-  if (!registry.AddKey(kOutboundKeyName)) {
-    ShowResourceMessageV(kCannotAddKey, {kOutboundKeyName});
+  if (registry.DropToSubKey(RegistryPath::kOutboundKey)) return true;
+  if (!registry.AddKey(RegistryPath::kOutboundKey)) {
+    ShowResourceMessageV(TextNumber::kKeyNotAdded, {RegistryPath::kOutboundKey});
     return false;
   }
-  if (!registry.DropToSubKey(kOutboundKeyName)) {
-    ShowResourceMessageV(kCannotEnterPath, {OutboundKeyPath()});
+  if (!registry.DropToSubKey(RegistryPath::kOutboundKey)) {
+    ShowResourceMessageV(TextNumber::kPathRefused, {String(RegistryPath::kOutbound)});
     return false;
   }
   return true;
@@ -47,44 +37,46 @@ bool OpenOutboundKey(RegUtil& registry) try {
 
 bool SaveMapiOutbound(const String& profile) try {
   if (profile.empty()) {
-    ShowResourceMessage(kNoProfile, {});
+    ShowResourceMessage(TextNumber::kNoProfile, {});
     return false;
   }
   RegUtil registry;
-  return OpenOutboundKey(registry) && SetRegStringValue(registry, kMapiProfileValue, profile) &&
-         SetTransport(registry, kMapiTransport);
+  return OpenOutboundKey(registry) && SetRegStringValue(registry, SendingValue::kMapiProfile, profile) &&
+         SetTransport(registry, TransportId::kMapi);
 } catch (...) {
   return ReportFailure();
 }
 
 bool SaveSmtpOutbound(const String& hostName, const String& emailAddress, const String& realName) try {
   if (hostName.empty()) {
-    ShowResourceMessage(kNoHostName, {});
+    ShowResourceMessage(TextNumber::kNoHostName, {});
     return false;
   }
   if (emailAddress.empty()) {
-    ShowResourceMessage(kNoAddress, {});
+    ShowResourceMessage(TextNumber::kNoAddress, {});
     return false;
   }
   RegUtil registry;
-  return OpenOutboundKey(registry) && SetRegStringValue(registry, kSmtpHostNameValue, hostName) &&
-         SetRegStringValue(registry, kEMailAddressValue, emailAddress) &&
-         SetRegStringValue(registry, kRealNameValue, realName) && SetTransport(registry, kSmtpTransport);
+  return OpenOutboundKey(registry) && SetRegStringValue(registry, SendingValue::kHostName, hostName) &&
+         SetRegStringValue(registry, SendingValue::kAddress, emailAddress) &&
+         SetRegStringValue(registry, SendingValue::kRealName, realName) &&
+         SetTransport(registry, TransportId::kSmtp);
 } catch (...) {
   return ReportFailure();
 }
 
 bool SetDiscussionEmailEnabled(bool enabled) try {
-  const RegUtil registry = GetRegUtil(Hive::CurrentUser, String(kTalvaneVersionKey), true);
+  const RegUtil registry = GetRegUtil(Hive::CurrentUser, String(RegistryPath::kTalvane), true);
   if (!registry) return false;
-  if (!registry.SetCurrPath(OutboundKeyPath())) {
-    if (!registry.AddKey(kOutboundKeyName)) {
-      ShowResourceMessage(kCannotAddKey, {});  // names no key, and the value then goes to the version key
-    } else if (!registry.DropToSubKey(kOutboundKeyName)) {
-      ShowResourceMessageV(kCannotEnterPath, {OutboundKeyPath()});
+  if (!registry.SetCurrPath(String(RegistryPath::kOutbound))) {
+    if (!registry.AddKey(RegistryPath::kOutboundKey)) {
+      ShowResourceMessage(TextNumber::kKeyNotAdded,
+                          {});  // names no key, and the value then goes to the version key
+    } else if (!registry.DropToSubKey(RegistryPath::kOutboundKey)) {
+      ShowResourceMessageV(TextNumber::kPathRefused, {String(RegistryPath::kOutbound)});
     }
   }
-  SetRegStringValue(registry, kDiscussionEmailEnabledValue, enabled ? u"True" : u"False");
+  SetRegStringValue(registry, SendingValue::kEnabled, enabled ? u"True" : u"False");
   return true;
 } catch (...) {
   return false;

@@ -1,6 +1,7 @@
 // OutboundStore: where a user's outbound e-mail settings lie, and how they are saved.
 //
-// They belong to the user, not to a project or a mailbox: string values of one key in the user's hive.
+// They belong to the user, not to a project or a mailbox: string values of RegistryPath::kOutbound in the
+// user's hive, whose key is created on demand; the key above it has to exist.
 // Nothing in this component sends mail by them. A save touches only the values of its own transport and
 // writes TransportID last, so that one that stops half way leaves the former transport in force; nothing is
 // undone. Called on the thread whose user is to see the messages.
@@ -11,24 +12,6 @@
 namespace TvEmailServices {
 
 using namespace Platform;
-
-inline constexpr StringView kTalvaneVersionKey = u"Software\\Ostrand Software\\Talvane\\4.0";
-inline constexpr StringView kOutboundKeyName = u"Email";
-
-// The names of the values.
-inline constexpr StringView kDiscussionEmailEnabledValue = u"DiscussionEmailEnabled";  // "True" or "False"
-inline constexpr StringView kTransportIdValue = u"TransportID";
-inline constexpr StringView kMapiProfileValue = u"MAPIProfile";
-inline constexpr StringView kSmtpHostNameValue = u"SMTPHostName";
-inline constexpr StringView kEMailAddressValue = u"EMailAddress";
-inline constexpr StringView kRealNameValue = u"RealName";
-
-// What TransportID holds, in decimal.
-inline constexpr std::int32_t kMapiTransport = 1;
-inline constexpr std::int32_t kSmtpTransport = 2;
-
-// The path of the key that holds the values. It is created on demand; the version key above it has to exist.
-String OutboundKeyPath();
 
 // Puts registry onto the outbound key, which is created if need be. False after a message: 10015 without the
 // version key, 10013 or 10016 where the key can't be made or entered; a raised failure is shown as it is.

@@ -1,4 +1,5 @@
 #include "src/outbound/frmCfgOut.h"
+#include "platform/StoredNames.h"
 
 #include "platform/Failure.h"
 #include "platform/Forms/FormsToolkit.h"
@@ -12,9 +13,6 @@
 namespace TvEmailServices {
 namespace {
 
-constexpr std::int32_t kHostCaption = 1000;
-constexpr std::int32_t kProfileCaption = 1001;
-constexpr std::int32_t kNoProfilesOnMachine = 10043;
 constexpr double kFontPoints = 9;
 constexpr StringView kHelpTopic = u"com.kestrin.talvane.help/reference/r_email_setup_dialog_box.html";
 
@@ -23,7 +21,7 @@ constexpr StringView kHelpTopic = u"com.kestrin.talvane.help/reference/r_email_s
 FormDesign Window() {
   return {.Name = u"frmCfgOut",
           .Caption = u"E-mail Configuration",
-          .Tag = u"9000",
+          .Tag = CaptionTag(TextNumber::kBoxTitle),
           .Place = {3135, 2085, 4950, 3120}};
 }
 
@@ -34,51 +32,51 @@ std::vector<ControlDesign> Controls() {
       {.Name = u"chkEnableEmail",
        .Kind = CheckBox,
        .Caption = u"Enable e-mail &notification",
-       .Tag = u"1005",
+       .Tag = CaptionTag(TextNumber::kEnableCaption),
        .Place = {120, 120, 4695, 252}},
       {.Name = u"lblTransport",
        .Kind = Label,
        .Caption = u"E-&mail protocol:",
-       .Tag = u"1002",
+       .Tag = CaptionTag(TextNumber::kTransportCaption),
        .Place = {120, 600, 1935, 255}},
       {.Name = u"cmbProvider", .Kind = ComboBox, .Place = {2040, 600, 2775, 315}},
       {.Name = u"lblProfileOrHost",
        .Kind = Label,
        .Caption = u"&Profile:",
-       .Tag = u"1001",
+       .Tag = CaptionTag(TextNumber::kProfileCaption),
        .Place = {120, 1080, 1935, 255}},
       {.Name = u"txtHost", .Kind = TextBox, .Place = {2040, 1080, 2775, 288}},
       {.Name = u"cmbProfile", .Kind = ComboBox, .Place = {2040, 1080, 2775, 315}},
       {.Name = u"lblEMailAddress",
        .Kind = Label,
        .Caption = u"&E-mail address:",
-       .Tag = u"1003",
+       .Tag = CaptionTag(TextNumber::kAddressCaption),
        .Place = {120, 1560, 1935, 255},
        .Visible = false},
       {.Name = u"txtEMailAddress", .Kind = TextBox, .Place = {2040, 1560, 2775, 288}, .Visible = false},
       {.Name = u"lblRealName",
        .Kind = Label,
        .Caption = u"&Real Name:",
-       .Tag = u"1004",
+       .Tag = CaptionTag(TextNumber::kRealNameCaption),
        .Place = {120, 2040, 1935, 255},
        .Visible = false},
       {.Name = u"txtRealName", .Kind = TextBox, .Place = {2040, 2040, 2775, 288}, .Visible = false},
       {.Name = u"cmdOK",
        .Kind = CommandButton,
        .Caption = u"OK",
-       .Tag = u"8000",
+       .Tag = CaptionTag(TextNumber::kOkCaption),
        .Place = {480, 2640, 1095, 375},
        .Default = true},
       {.Name = u"cmdCancel",
        .Kind = CommandButton,
        .Caption = u"Cancel",
-       .Tag = u"8001",
+       .Tag = CaptionTag(TextNumber::kCancelCaption),
        .Place = {1920, 2640, 1095, 375},
        .Cancel = true},
       {.Name = u"cmdHelp",
        .Kind = CommandButton,
        .Caption = u"&Help",
-       .Tag = u"8002",
+       .Tag = CaptionTag(TextNumber::kHelpCaption),
        .Place = {3360, 2640, 1095, 375}},
   };
 }
@@ -202,14 +200,15 @@ bool frmCfgOut::SetOutboundControlsEnabled(bool enabled) try {
 
 void frmCfgOut::ShowOutboundProvider(std::int32_t position) try {
   if (position == kMapiPosition && !areMAPIProfilesDefined_) {
-    ShowResourceMessage(kNoProfilesOnMachine, {});
+    ShowResourceMessage(TextNumber::kNoProfilesOnMachine, {});
     (*this)[u"cmbProvider"].SetListIndex(kSmtpPosition);  // its Click brings the SMTP layout
     return;
   }
   if (position != kMapiPosition && position != kSmtpPosition) return;
 
   const bool smtp = position == kSmtpPosition;
-  (*this)[u"lblProfileOrHost"].SetCaption(LoadTvResourceString(smtp ? kHostCaption : kProfileCaption));
+  (*this)[u"lblProfileOrHost"].SetCaption(
+      LoadTvResourceString(smtp ? TextNumber::kHostCaption : TextNumber::kProfileCaption));
   (*this)[smtp ? u"txtHost" : u"cmbProfile"].SetVisible(true);
   (*this)[smtp ? u"cmbProfile" : u"txtHost"].SetVisible(false);
   for (const StringView field : {u"lblEMailAddress", u"txtEMailAddress", u"lblRealName", u"txtRealName"}) {

@@ -1,4 +1,5 @@
 #include "src/outbound/modCgfOut.h"
+#include "platform/StoredNames.h"
 
 #include "platform/Failure.h"
 #include "platform/NumberReader.h"
@@ -14,8 +15,6 @@
 namespace TvEmailServices {
 namespace {
 
-constexpr std::int32_t kMapiName = 9100;
-constexpr std::int32_t kSmtpName = 9102;
 constexpr std::int32_t kLongestEntry = 255;  // characters that a user may type
 
 // A stored value that isn't empty, or nothing.
@@ -26,8 +25,8 @@ std::optional<String> ReadSetting(const RegUtil& registry, StringView name) {
 }
 
 void SelectTransport(Control& list, std::int32_t transport) {
-  if (transport == kMapiTransport) list.SetListIndex(frmCfgOut::kMapiPosition);
-  if (transport == kSmtpTransport) list.SetListIndex(frmCfgOut::kSmtpPosition);
+  if (transport == TransportId::kMapi) list.SetListIndex(frmCfgOut::kMapiPosition);
+  if (transport == TransportId::kSmtp) list.SetListIndex(frmCfgOut::kSmtpPosition);
 }
 
 void SelectProfile(Control& list, const Array& profiles, StringView stored) {
@@ -57,8 +56,8 @@ bool PrepareOutboundForm(frmCfgOut& form) try {
       form.SetAreMAPIProfilesDefined(True);
     }
   }
-  transports.AddItem(LoadTvResourceString(kMapiName));
-  transports.AddItem(LoadTvResourceString(kSmtpName));
+  transports.AddItem(LoadTvResourceString(TextNumber::kMapiName));
+  transports.AddItem(LoadTvResourceString(TextNumber::kOutboundSmtpName));
   if (form.AreMAPIProfilesDefined()) {
     transports.SetListIndex(frmCfgOut::kMapiPosition);
     profileList.SetListIndex(0);
@@ -73,30 +72,30 @@ bool PrepareOutboundForm(frmCfgOut& form) try {
 }
 
 void LoadOutboundSettings(frmCfgOut& form, const Value& profiles) try {
-  const RegUtil registry = GetRegUtil(Hive::CurrentUser, OutboundKeyPath(), false);
+  const RegUtil registry = GetRegUtil(Hive::CurrentUser, String(RegistryPath::kOutbound), false);
   if (!registry) return;
 
-  const auto enabled = ReadSetting(registry, kDiscussionEmailEnabledValue);
+  const auto enabled = ReadSetting(registry, SendingValue::kEnabled);
   if (enabled && EqualsIgnoreCase(*enabled, u"False")) form[u"chkEnableEmail"].SetValue(0);
 
-  const auto transport = ReadSetting(registry, kTransportIdValue);
+  const auto transport = ReadSetting(registry, SendingValue::kTransportId);
   if (!transport) return;
   SelectTransport(form[u"cmbProvider"], ReadInt32(*transport));
 
   if (form.AreMAPIProfilesDefined()) {
-    const auto profile = ReadSetting(registry, kMapiProfileValue);
+    const auto profile = ReadSetting(registry, SendingValue::kMapiProfile);
     if (profile) SelectProfile(form[u"cmbProfile"], profiles.ToArray(), *profile);
   }
 
-  const auto hostName = ReadSetting(registry, kSmtpHostNameValue);
+  const auto hostName = ReadSetting(registry, SendingValue::kHostName);
   if (!hostName) return;
   form[u"txtHost"].SetText(Trim(*hostName));
 
-  const auto address = ReadSetting(registry, kEMailAddressValue);
+  const auto address = ReadSetting(registry, SendingValue::kAddress);
   if (!address) return;
   form[u"txtEMailAddress"].SetText(Trim(*address));
 
-  if (const auto realName = ReadSetting(registry, kRealNameValue)) {
+  if (const auto realName = ReadSetting(registry, SendingValue::kRealName)) {
     form[u"txtRealName"].SetText(Trim(*realName));
   }
 } catch (...) {

@@ -27,7 +27,7 @@ String ComponentSecurity::Encrypt71(const String& text, const Value& key, Boolea
   } catch (...) {
     description = CurrentFailure().Description();
   }
-  throw Failure(10005, u"TvEmailServices.ComponentSecurity.Encrypt71", description);
+  throw Failure(SecurityFailure::kCipher, u"TvEmailServices.ComponentSecurity.Encrypt71", description);
 }
 
 String ComponentSecurity::Decrypt71(const Value& encoded, const Value& key, Boolean useCipher) {
@@ -43,7 +43,7 @@ String ComponentSecurity::Decrypt71(const Value& encoded, const Value& key, Bool
   } catch (...) {
     description = CurrentFailure().Description();
   }
-  throw Failure(10005, u"TvEmailServices.ComponentSecurity.Decrypt71", description);
+  throw Failure(SecurityFailure::kCipher, u"TvEmailServices.ComponentSecurity.Decrypt71", description);
 }
 
 String ComponentSecurity::EncryptFixed(const String& text) {
@@ -70,7 +70,7 @@ Bytes ComponentSecurity::KeyBytesOf(const Value& key) {
 // Every fifth byte of the buffer from 20 on makes the key.
 Bytes ComponentSecurity::PWKeyFIPS() {
   constexpr std::size_t kSize = 21, kFirst = 20, kStep = 5;
-  if (keyDBFileName_.empty()) throw Failure(10007, {}, u"Key DB filename is not set.");
+  if (keyDBFileName_.empty()) throw Failure(SecurityFailure::kNoKeyStore, {}, u"Key DB filename is not set.");
   Bytes buffer(Cipher::KeyBufferSize);
   const CipherResult result =
       GetOstrCipherCOM().Keywell_GetKSKey(keyDBFileName_, keyDBPassword_, keyLabel_, buffer);
@@ -87,7 +87,7 @@ Bytes ComponentSecurity::PWKeyFIPS() {
 Cipher ComponentSecurity::GetOstrCipherCOM() {
   if (!cipherObject_) cipherObject_ = Services().CreateByName(u"OstrCipherCOM.OstrCipherCOM");
   if (!cipherObject_) {
-    throw Failure(10005, u"TvEmailServices.ComponentSecurity.GetOstrCipherCOM",
+    throw Failure(SecurityFailure::kCipher, u"TvEmailServices.ComponentSecurity.GetOstrCipherCOM",
                   u"Cannot load OstrCipherCom.dll");
   }
   return Cipher(cipherObject_);

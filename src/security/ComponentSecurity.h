@@ -19,6 +19,13 @@ namespace TvEmailServices {
 
 using namespace Platform;
 
+// The numbers of the failures that ComponentSecurity raises. They name no texts.
+namespace SecurityFailure {
+inline constexpr std::int32_t kCipher = 10005;  // a text can't be decoded, or the cipher failed
+inline constexpr std::int32_t kNotEncrypted = 10006;
+inline constexpr std::int32_t kNoKeyStore = 10007;  // no file name of a key store is set
+}  // namespace SecurityFailure
+
 class ComponentSecurity {
  public:
   ComponentSecurity() = default;

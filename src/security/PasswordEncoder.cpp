@@ -64,7 +64,7 @@ String ComponentSecurity::Encrypt(const String& password) {
     Substitute(output, kSemicolon, kForSemicolon);
     return output;
   } catch (...) {
-    throw Failure(10006, u"TvEmailServices.ComponentSecurity.Encrypt: -2147221504",
+    throw Failure(SecurityFailure::kNotEncrypted, u"TvEmailServices.ComponentSecurity.Encrypt: -2147221504",
                   failureText.empty() ? u"Error encrypting data." : failureText);
   }
 }
@@ -77,7 +77,7 @@ String ComponentSecurity::Decrypt(String& encoded) {
     Substitute(encoded, kForSemicolon, kSemicolon);
     return kScheme.Read(encoded, table);
   } catch (...) {
-    throw Failure(10005, u"TvEmailServices.ComponentSecurity.Decrypt: -2147221504",
+    throw Failure(SecurityFailure::kCipher, u"TvEmailServices.ComponentSecurity.Decrypt: -2147221504",
                   u"Error deciphering encrypted data.");
   }
 }

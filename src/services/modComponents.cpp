@@ -1,4 +1,5 @@
 #include "src/services/modComponents.h"
+#include "platform/StoredNames.h"
 
 #include "platform/Services.h"
 #include "src/services/PassOver.h"
@@ -8,14 +9,10 @@
 namespace TvEmailServices {
 namespace {
 
-constexpr std::int32_t kHiveRefused = 10014;
-constexpr std::int32_t kPathRefused = 10016;
-constexpr std::int32_t kComponentMissing = 10044;
-
 constexpr const char16_t* kGeneralServicesFile = u"TvGeneralServices.Dll";
 
 void ReportMissing(StringView fileName) {
-  ShowResourceMessageV(kComponentMissing, {Value(fileName)});
+  ShowResourceMessageV(TextNumber::kComponentMissing, {Value(fileName)});
 }
 
 // An object of the project library, bound to its interface. Raises 429 also for one that lacks it.
@@ -52,11 +49,11 @@ RegUtil GetRegUtil(Hive hive, const String& path, bool report) {
     const RegUtil registry(GetComponent(u"TvGeneralServices.RegUtil", report, kGeneralServicesFile));
     if (!registry) return {};
     if (!registry.SetCurrHive(hive)) {
-      if (report) ShowResourceMessageV(kHiveRefused, {Value(String())});
+      if (report) ShowResourceMessageV(TextNumber::kHiveRefused, {Value(String())});
       return {};
     }
     if (!registry.SetCurrPath(path)) {
-      if (report) ShowResourceMessageV(kPathRefused, {Value(path)});
+      if (report) ShowResourceMessageV(TextNumber::kPathRefused, {Value(path)});
       return {};
     }
     return registry;

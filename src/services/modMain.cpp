@@ -1,4 +1,5 @@
 #include "src/services/modMain.h"
+#include "platform/StoredNames.h"
 
 #include "platform/Forms/FormsToolkit.h"
 #include "platform/NumberReader.h"
@@ -10,10 +11,8 @@
 namespace TvEmailServices {
 namespace {
 
-constexpr std::int32_t kBoxTitle = 9000;
-
 void ShowText(const String& text) {
-  const String title = LoadTvResourceString(kBoxTitle);
+  const String title = LoadTvResourceString(TextNumber::kBoxTitle);
   PassOver([&] { Services().Toolkit().MessageBox(text, title); });
 }
 

@@ -1,4 +1,5 @@
 // The outbound dialog in its real window.
+#include "platform/StoredNames.h"
 #include "src/outbound/OutboundStore.h"
 #include "tests/desktop/DesktopWorld.h"
 
@@ -87,7 +88,8 @@ TEST(OutboundWindow, LeavesMapiWhereTheMachineHasNoProfile) {
   DesktopWorld world;
   const std::string told = Utf8(LoadTvResourceString(10043));
   SaveSmtpOutbound(u"mail.x", u"me@x", u"");
-  Runtime::RegistryStore::Write(Hive::CurrentUser, OutboundKeyPath(), kTransportIdValue, {1, Value(u"1")});
+  Runtime::RegistryStore::Write(Hive::CurrentUser, RegistryPath::kOutbound, SendingValue::kTransportId,
+                                {1, Value(u"1")});
   auto call = world.ConfigureOutbound();
   EXPECT_EQ(told, DesktopUser::AnswerBox()) << "while there is no window yet";
   Dialog user("frmCfgOut", std::move(call));

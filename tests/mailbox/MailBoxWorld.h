@@ -4,6 +4,7 @@
 #include <map>
 #include <sstream>
 
+#include "platform/StoredNames.h"
 #include "runtime/RegistryStore.h"
 #include "src/mailbox/MailBoxRecords.h"
 #include "src/mailbox/ProjectEmailSettings.h"
@@ -141,12 +142,12 @@ class MailBoxWorld : public World {
 
   // The password of a mailbox's record as it is stored.
   std::string EncodedPassword(const String& mailBox) {
-    return Registry(Hive::LocalMachine, String(MailBoxesKey) + u"\\" + mailBox, u"DBPWD");
+    return Registry(Hive::LocalMachine, String(RegistryPath::kMailBoxes) + u"\\" + mailBox, u"DBPWD");
   }
 
   // "path|user id|password" of a mailbox's record, the password decoded.
   std::string Record(const String& mailBox) {
-    const String key = String(MailBoxesKey) + u"\\" + mailBox;
+    const String key = String(RegistryPath::kMailBoxes) + u"\\" + mailBox;
     if (!Runtime::RegistryStore::KeyExists(Hive::LocalMachine, key)) return "none";
     String password = FromUtf8(Registry(Hive::LocalMachine, key, u"DBPWD"));
     if (password != u"(none)") password = ComponentSecurity().Decrypt(password);
@@ -168,7 +169,7 @@ class MailBoxWorld : public World {
 
   // One value of a record, as any other program might have stored it.
   void Store(const String& mailBox, StringView name, const Value& content) {
-    const String key = String(MailBoxesKey) + u"\\" + mailBox;
+    const String key = String(RegistryPath::kMailBoxes) + u"\\" + mailBox;
     Runtime::RegistryStore::CreateKey(Hive::LocalMachine, key);
     if (content.IsEmpty()) return;
     Runtime::RegistryStore::Write(Hive::LocalMachine, key, name, {content.IsString() ? 1 : 4, content});

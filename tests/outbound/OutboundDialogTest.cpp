@@ -1,4 +1,5 @@
 // The outbound dialog: what stands in it when it opens, and what a user can do with it.
+#include "platform/StoredNames.h"
 #include "src/mail/EMailManager.h"
 #include "src/outbound/frmCfgOut.h"
 #include "src/outbound/modCgfOut.h"
@@ -51,8 +52,9 @@ const std::string kSmtpLayout = "T1000 txtHost lblEMailAddress txtEMailAddress l
 TEST_F(OutboundDialogTest, OpensOnWhatIsStored) {
   const String longest(255, u'h');
   const std::string threeLongest = "on 1||" + ToUtf8(longest) + "|" + ToUtf8(longest) + "|" + ToUtf8(longest);
-  constexpr StringView on = kDiscussionEmailEnabledValue, id = kTransportIdValue, profile = kMapiProfileValue,
-                       host = kSmtpHostNameValue, address = kEMailAddressValue, name = kRealNameValue;
+  constexpr StringView on = SendingValue::kEnabled, id = SendingValue::kTransportId,
+                       profile = SendingValue::kMapiProfile, host = SendingValue::kHostName,
+                       address = SendingValue::kAddress, name = SendingValue::kRealName;
   const struct {
     bool Profiles;
     std::vector<std::pair<StringView, Value>> Stored;
@@ -90,11 +92,12 @@ TEST_F(OutboundDialogTest, OpensOnWhatIsStored) {
       {false, {{id, u"1"}, {host, u"h"}, {address, u"a"}}, "on 1||h|a|", {"T10043 "}}};
   for (const auto& row : rows) {
     RegistryStore::DeleteKey(Hive::CurrentUser, u"Software\\Microsoft");
-    RegistryStore::DeleteKey(Hive::CurrentUser, OutboundKeyPath());
+    RegistryStore::DeleteKey(Hive::CurrentUser, RegistryPath::kOutbound);
     if (row.Profiles) AddProfile(u"Alpha"), AddProfile(u"Beta");
-    if (!row.Stored.empty()) RegistryStore::CreateKey(Hive::CurrentUser, OutboundKeyPath());
+    if (!row.Stored.empty()) RegistryStore::CreateKey(Hive::CurrentUser, RegistryPath::kOutbound);
     for (const auto& [value, text] : row.Stored) {
-      RegistryStore::Write(Hive::CurrentUser, OutboundKeyPath(), value, {text.IsString() ? 1 : 4, text});
+      RegistryStore::Write(Hive::CurrentUser, RegistryPath::kOutbound, value,
+                           {text.IsString() ? 1 : 4, text});
     }
     Plan(row.Faults);
     frmCfgOut form;
@@ -169,7 +172,7 @@ TEST_F(OutboundDialogTest, OKEndsItAfterACompleteSaveAloneAndCancelTakesNothingB
               {true, profile, "cmbProfile", none, {}, {{"RegUtil.AddOrUpdateValue", 1, false}}}};
   for (const auto& row : rows) {
     SCOPED_TRACE(&row - rows);
-    RegistryStore::DeleteKey(Hive::CurrentUser, OutboundKeyPath());
+    RegistryStore::DeleteKey(Hive::CurrentUser, RegistryPath::kOutbound);
     if (row.Profile) AddProfile(u"Alpha");
     EXPECT_EQ(row.Focus.empty(), Open([&](Form& form, UserHand& hand) {
                 if (row.BeforeOK) row.BeforeOK(form, hand);
@@ -204,14 +207,15 @@ TEST_F(OutboundDialogTest, OKSavesTheTransportAsTypedAndTheEnablingValueLast) {
 TEST_F(OutboundDialogTest, AKeyThatVanishesWhileItIsOpenCostsNoEntry) {
   ASSERT_TRUE(SaveSmtpOutbound(u"h", u"a", u"n"));
   EXPECT_FALSE(Open([&](Form& form, UserHand& hand) {
-    RegistryStore::DeleteKey(Hive::CurrentUser, OutboundKeyPath());
+    RegistryStore::DeleteKey(Hive::CurrentUser, RegistryPath::kOutbound);
     Plan({{"RegUtil.SetCurrPath", 3, boom}});
     hand.Enter();
     EXPECT_EQ(Stored(), "-|2|-|h|a|n") << "stays written when the enabling value fails";
     EXPECT_EQ(world.Toolkit.TakeBoxes(), Texts{});
-    RegistryStore::DeleteKey(Hive::CurrentUser, kTalvaneVersionKey);
+    RegistryStore::DeleteKey(Hive::CurrentUser, RegistryPath::kTalvane);
     hand.Enter();
-    EXPECT_EQ(world.Toolkit.TakeBoxes(), (Texts{"T10016[" + ToUtf8(kTalvaneVersionKey) + "]", "T10015 "}));
+    EXPECT_EQ(world.Toolkit.TakeBoxes(),
+              (Texts{"T10016[" + ToUtf8(RegistryPath::kTalvane) + "]", "T10015 "}));
     EXPECT_EQ(Fields(form), "on 1||h|a|n");
     EXPECT_TRUE(form.IsShown());
   }));

@@ -1,4 +1,5 @@
 // The user's outbound settings in the real registry, and the profiles that the machine has.
+#include "platform/StoredNames.h"
 #include "src/outbound/MapiProfiles.h"
 #include "tests/dialogs/GeneralOf.h"
 #include "tests/outbound/OutboundTest.h"
@@ -6,8 +7,8 @@
 namespace TvEmailServices {
 namespace {
 
-const std::string kVersionText = ToUtf8(kTalvaneVersionKey);
-const std::string kOutboundText = ToUtf8(OutboundKeyPath());
+const std::string kVersionText = ToUtf8(RegistryPath::kTalvane);
+const std::string kOutboundText = ToUtf8(RegistryPath::kOutbound);
 
 TEST_F(OutboundTest, ASaveRefusesWhatIsMissingAndStoresTheRestAsGiven) {
   const String longest(256, u'x');
@@ -82,16 +83,16 @@ TEST_F(OutboundTest, TheEnablingValueGoesWhereTheRegistryStands) {
               {{{"RegUtil.AddOrUpdateValue"}}, true, {}, "(none)", "(none)"},
               {{{"RegUtil.AddOrUpdateValue", 1, boom}}, true, {"boom T10034"}, "(none)", "(none)"}};
   const auto at = [&](StringView key) {
-    return world.Registry(Hive::CurrentUser, key, kDiscussionEmailEnabledValue);
+    return world.Registry(Hive::CurrentUser, key, SendingValue::kEnabled);
   };
   for (const auto& row : rows) {
-    RegistryStore::DeleteKey(Hive::CurrentUser, kTalvaneVersionKey);
-    RegistryStore::CreateKey(Hive::CurrentUser, kTalvaneVersionKey);
+    RegistryStore::DeleteKey(Hive::CurrentUser, RegistryPath::kTalvane);
+    RegistryStore::CreateKey(Hive::CurrentUser, RegistryPath::kTalvane);
     Plan(row.Faults);
     EXPECT_EQ(SetDiscussionEmailEnabled(true), row.Result);
     EXPECT_EQ(world.Toolkit.TakeBoxes(), row.Boxes);
-    EXPECT_EQ(at(kTalvaneVersionKey), row.AtVersionKey);
-    EXPECT_EQ(at(OutboundKeyPath()), row.AtOutboundKey);
+    EXPECT_EQ(at(RegistryPath::kTalvane), row.AtVersionKey);
+    EXPECT_EQ(at(RegistryPath::kOutbound), row.AtOutboundKey);
   }
 }
 

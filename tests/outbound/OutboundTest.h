@@ -1,6 +1,7 @@
 // OutboundTest: a user's real registry, and texts that are their numbers.
 #pragma once
 
+#include "platform/StoredNames.h"
 #include "runtime/RegistryStore.h"
 #include "src/outbound/OutboundStore.h"
 #include "src/services/modResource.h"
@@ -20,9 +21,10 @@ inline void AddProfile(const String& name, const String& system = {}) {
 // The six values of the outbound key, "-" for one that isn't there.
 inline std::string StoredIn(const Tests::World& world) {
   std::string values;
-  for (const StringView name : {kDiscussionEmailEnabledValue, kTransportIdValue, kMapiProfileValue,
-                                kSmtpHostNameValue, kEMailAddressValue, kRealNameValue}) {
-    const std::string value = world.Registry(Hive::CurrentUser, OutboundKeyPath(), name);
+  for (const StringView name :
+       {SendingValue::kEnabled, SendingValue::kTransportId, SendingValue::kMapiProfile,
+        SendingValue::kHostName, SendingValue::kAddress, SendingValue::kRealName}) {
+    const std::string value = world.Registry(Hive::CurrentUser, RegistryPath::kOutbound, name);
     values += (values.empty() ? "" : "|") + (value == "(none)" ? "-" : value);
   }
   return values;

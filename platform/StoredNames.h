@@ -1,0 +1,200 @@
+// StoredNames: the names and numbers that stores, mails and catalogues hold.
+//
+// They are formats: a change makes existing stores, mails or catalogues unreadable. Spellings that differ
+// (Email, EMail) are the formats' own.
+#pragma once
+
+#include <cstdint>
+
+#include "platform/Text.h"
+
+namespace Platform {
+
+// Keys of the registry, without their hive.
+namespace RegistryPath {
+inline constexpr StringView kMailBoxes = u"Software\\Ostrand Software\\Email\\MailBoxes";  // machine-wide
+inline constexpr StringView kTalvane = u"Software\\Ostrand Software\\Talvane\\4.0";        // the user's
+inline constexpr StringView kOutbound = u"Software\\Ostrand Software\\Talvane\\4.0\\Email";
+inline constexpr StringView kOutboundKey = u"Email";  // the last name of kOutbound
+inline constexpr StringView kMapiProfiles = u"Software\\Microsoft\\Windows Messaging Subsystem\\Profiles";
+inline constexpr StringView kMapiProfilesOfNt =
+    u"Software\\Microsoft\\Windows NT\\CurrentVersion\\Windows Messaging Subsystem\\Profiles";
+inline constexpr StringView kClasses = u"Software\\Classes";
+}  // namespace RegistryPath
+
+// Values of a mailbox's key below RegistryPath::kMailBoxes.
+namespace MailBoxValue {
+inline constexpr StringView kProjectPath = u"TVSFilePath";
+inline constexpr StringView kUserId = u"DBUID";
+inline constexpr StringView kPassword = u"DBPWD";  // as the encoder of ComponentSecurity writes it
+}  // namespace MailBoxValue
+
+// Values that tell how mail is sent: of RegistryPath::kOutbound and of the section of a project file.
+namespace SendingValue {
+inline constexpr StringView kEnabled = u"DiscussionEmailEnabled";  // "True" or "False"; in the registry alone
+inline constexpr StringView kTransportId = u"TransportID";         // a TransportId in decimal
+inline constexpr StringView kMapiProfile = u"MAPIProfile";
+inline constexpr StringView kHostName = u"SMTPHostName";
+inline constexpr StringView kAddress = u"EMailAddress";
+inline constexpr StringView kRealName = u"RealName";
+}  // namespace SendingValue
+
+namespace TransportId {
+inline constexpr std::int32_t kMapi = 1;
+inline constexpr std::int32_t kSmtp = 2;
+}  // namespace TransportId
+
+// The section of a project file with the project's e-mail settings. The names of sections match in any case.
+namespace ProjectSection {
+inline constexpr StringView kWritten = u"EMail";
+inline constexpr StringView kRead = u"Email";
+}  // namespace ProjectSection
+
+// The texts of the catalogues by number. A reason follows kSettingsRefused; kSectionNotRemoved and
+// kRecordNotRemoved follow kNotDeleted.
+namespace TextNumber {
+inline constexpr std::int32_t kHostCaption = 1000;
+inline constexpr std::int32_t kProfileCaption = 1001;
+inline constexpr std::int32_t kTransportCaption = 1002;
+inline constexpr std::int32_t kAddressCaption = 1003;
+inline constexpr std::int32_t kRealNameCaption = 1004;
+inline constexpr std::int32_t kEnableCaption = 1005;
+inline constexpr std::int32_t kPasswordCaption = 1006;
+inline constexpr std::int32_t kProjectPathCaption = 1007;
+inline constexpr std::int32_t kUserNameCaption = 1008;
+inline constexpr std::int32_t kValueMissing = 2057;
+inline constexpr std::int32_t kCutMarker = 2166;
+inline constexpr std::int32_t kOkCaption = 8000;
+inline constexpr std::int32_t kCancelCaption = 8001;
+inline constexpr std::int32_t kHelpCaption = 8002;
+inline constexpr std::int32_t kBrowseCaption = 8003;
+inline constexpr std::int32_t kBoxTitle = 9000;  // of message boxes and of the outbound dialog
+inline constexpr std::int32_t kFileDialogTitle = 9001;
+inline constexpr std::int32_t kInboundTitle = 9002;
+inline constexpr std::int32_t kMapiName = 9100;
+inline constexpr std::int32_t kSmtpName = 9101;
+inline constexpr std::int32_t kOutboundSmtpName = 9102;
+inline constexpr std::int32_t kMailBoxNotAllowed = 10000;
+inline constexpr std::int32_t kLogonRefused = 10001;
+inline constexpr std::int32_t kNoDiscussionSubject = 10005;
+inline constexpr std::int32_t kMailNotice = 10006;  // goes with every failure text of a mail
+inline constexpr std::int32_t kNoSuchDiscussion = 10007;
+inline constexpr std::int32_t kRecordNotStored = 10011;
+inline constexpr std::int32_t kRecordNotEntered = 10012;
+inline constexpr std::int32_t kKeyNotAdded = 10013;
+inline constexpr std::int32_t kHiveRefused = 10014;
+inline constexpr std::int32_t kKeyNotReached = 10015;
+inline constexpr std::int32_t kPathRefused = 10016;
+inline constexpr std::int32_t kMailBoxWithoutProfile = 10018;
+inline constexpr std::int32_t kSettingsRefused = 10019;
+inline constexpr std::int32_t kMailBoxWithoutAddress = 10020;
+inline constexpr std::int32_t kMailBoxWithoutHost = 10021;
+inline constexpr std::int32_t kTransportUnknown = 10022;
+inline constexpr std::int32_t kNoRegValue = 10024;
+inline constexpr std::int32_t kRecordUnreadable = 10029;
+inline constexpr std::int32_t kProjectNotOpened = 10030;
+inline constexpr std::int32_t kSenderUnknown = 10032;
+inline constexpr std::int32_t kActingUserRefused = 10033;
+inline constexpr std::int32_t kValueNotWritten = 10034;
+inline constexpr std::int32_t kMailBoxesNotListed = 10036;
+inline constexpr std::int32_t kMailBoxExists = 10037;
+inline constexpr std::int32_t kNoUserId = 10039;
+inline constexpr std::int32_t kNoProfile = 10040;
+inline constexpr std::int32_t kNoAddress = 10041;
+inline constexpr std::int32_t kNoHostName = 10042;
+inline constexpr std::int32_t kNoProfilesOnMachine = 10043;
+inline constexpr std::int32_t kComponentMissing = 10044;
+inline constexpr std::int32_t kConfiguringFailed = 10045;
+inline constexpr std::int32_t kNoSessionGiven = 10046;
+inline constexpr std::int32_t kNotDeleted = 10047;
+inline constexpr std::int32_t kProjectFileUnreadable = 10048;
+inline constexpr std::int32_t kKeyNotDeleted = 10050;
+inline constexpr std::int32_t kSettingsUnreadable = 10051;
+inline constexpr std::int32_t kNoUserInSession = 10052;
+inline constexpr std::int32_t kNoSendLogon = 10053;
+inline constexpr std::int32_t kNoSession = 10054;
+inline constexpr std::int32_t kRecordNotRestored = 10055;
+inline constexpr std::int32_t kSettingsNotRestored = 10056;
+inline constexpr std::int32_t kSectionNotRemoved = 10058;
+inline constexpr std::int32_t kRecordNotRemoved = 10059;
+inline constexpr std::int32_t kNoSender = 10060;
+inline constexpr std::int32_t kNoUsers = 10061;
+inline constexpr std::int32_t kMailNotAccepted = 10062;
+
+// Every number that a catalogue must have, and how many places for arguments its text has at least.
+struct Listed {
+  std::int32_t Number;
+  int Arguments = 0;
+};
+
+inline constexpr Listed kShared[] = {{kCutMarker}};
+
+inline constexpr Listed kOwn[] = {{kHostCaption},
+                                  {kProfileCaption},
+                                  {kTransportCaption},
+                                  {kAddressCaption},
+                                  {kRealNameCaption},
+                                  {kEnableCaption},
+                                  {kPasswordCaption},
+                                  {kProjectPathCaption},
+                                  {kUserNameCaption},
+                                  {kValueMissing},
+                                  {kOkCaption},
+                                  {kCancelCaption},
+                                  {kHelpCaption},
+                                  {kBrowseCaption},
+                                  {kBoxTitle},
+                                  {kFileDialogTitle},
+                                  {kInboundTitle},
+                                  {kMapiName},
+                                  {kSmtpName},
+                                  {kOutboundSmtpName},
+                                  {kMailBoxNotAllowed},
+                                  {kLogonRefused},
+                                  {kNoDiscussionSubject},
+                                  {kMailNotice},
+                                  {kNoSuchDiscussion},
+                                  {kRecordNotStored},
+                                  {kRecordNotEntered, 1},
+                                  {kKeyNotAdded, 1},
+                                  {kHiveRefused, 1},
+                                  {kKeyNotReached},
+                                  {kPathRefused, 1},
+                                  {kMailBoxWithoutProfile},
+                                  {kSettingsRefused},
+                                  {kMailBoxWithoutAddress},
+                                  {kMailBoxWithoutHost},
+                                  {kTransportUnknown},
+                                  {kNoRegValue},
+                                  {kRecordUnreadable},
+                                  {kProjectNotOpened, 1},
+                                  {kSenderUnknown},
+                                  {kActingUserRefused},
+                                  {kValueNotWritten},
+                                  {kMailBoxesNotListed},
+                                  {kMailBoxExists},
+                                  {kNoUserId},
+                                  {kNoProfile},
+                                  {kNoAddress},
+                                  {kNoHostName},
+                                  {kNoProfilesOnMachine},
+                                  {kComponentMissing, 1},
+                                  {kConfiguringFailed},
+                                  {kNoSessionGiven},
+                                  {kNotDeleted},
+                                  {kProjectFileUnreadable},
+                                  {kKeyNotDeleted, 1},
+                                  {kSettingsUnreadable, 1},
+                                  {kNoUserInSession},
+                                  {kNoSendLogon},
+                                  {kNoSession},
+                                  {kRecordNotRestored},
+                                  {kSettingsNotRestored},
+                                  {kSectionNotRemoved},
+                                  {kRecordNotRemoved},
+                                  {kNoSender},
+                                  {kNoUsers},
+                                  {kMailNotAccepted}};
+}  // namespace TextNumber
+
+}  // namespace Platform
