@@ -1,15 +1,15 @@
 #include "gateway/delivery/FailureJudge.h"
-#include "platform/StoredNames.h"
 
-#include "platform/Failure.h"
 #include "platform/Services.h"
+#include "platform/StoredNames.h"
+#include "platform/contracts/FailureText.h"
 #include "platform/contracts/ResourceServices.h"
 #include "runtime/Process.h"
 
 namespace Gateway {
 namespace {
 
-// The component's numbers: the notice in front of a complaint, and the complaints of a mail's own making.
+// Error texts that name a fault of the mail itself.
 constexpr std::int32_t kOwnFaults[] = {
     Platform::TextNumber::kNoDiscussionSubject,  // the subject holds no discussion number
     Platform::TextNumber::kNoSuchDiscussion,     // no discussion has that number
@@ -41,10 +41,12 @@ String DescriptionOf(std::int32_t failureNumber) {
 std::vector<FailureJudge::OwnFault> FailureJudge::LoadOwnFaults() {
   const Platform::Resource texts(Platform::Services().CreateByName(u"TvResourceServices.Resource"));
   texts.LoadResources(Runtime::LibraryFolder() + u"\\TvEmailServicesRes.dll", u"TvEmailServices");
-  const String notice = texts.ResourceString(Platform::TextNumber::kMailNotice) + u" ";
+  const String notice = texts.ResourceString(Platform::TextNumber::kMailNotice);
   std::vector<OwnFault> faults;
-  for (const std::int32_t number : kOwnFaults) faults.push_back({notice + texts.ResourceString(number), ""});
-  for (const auto& [number, hint] : kOwnFailures) faults.push_back({notice + DescriptionOf(number), hint});
+  for (const std::int32_t number : kOwnFaults)
+    faults.push_back({Platform::NotedFailureText(notice, texts.ResourceString(number)), ""});
+  for (const auto& [number, hint] : kOwnFailures)
+    faults.push_back({Platform::NotedFailureText(notice, DescriptionOf(number)), hint});
   return faults;
 }
 

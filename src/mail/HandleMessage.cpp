@@ -4,6 +4,7 @@
 // text, where a later complaint replaces an earlier one; nothing that fails drops the application or the
 // project.
 #include "platform/StoredNames.h"
+#include "platform/contracts/FailureText.h"
 #include "src/mail/DiscussionSubject.h"
 #include "src/mail/EMailManager.h"
 #include "src/mail/ReplyBody.h"
@@ -44,9 +45,11 @@ String EMailManager::MailHandler_HandleMessage(const ObjectRef& mess) {
       AnswerDiscussion(message, discussion, errorText);
     }
   } catch (...) {
-    return CurrentFailure().Description() + u" " + LoadTvResourceString(TextNumber::kMailNotice);
+    const Failure failure = CurrentFailure();
+    return RaisedFailureText(LoadTvResourceString(TextNumber::kMailNotice), failure);
   }
-  return errorText.empty() ? String() : LoadTvResourceString(TextNumber::kMailNotice) + u" " + errorText;
+  if (errorText.empty()) return {};
+  return NotedFailureText(LoadTvResourceString(TextNumber::kMailNotice), errorText);
 }
 
 // The record is read and its password decoded for every message, also when the project is open.

@@ -1,0 +1,93 @@
+// The outcome of every result that the component gives, in every language.
+#include <set>
+#include <thread>
+
+#include "gateway/delivery/FailureJudge.h"
+#include "gateway/delivery/HandlerObject.h"
+#include "gateway/delivery/MessageObject.h"
+#include "platform/StoredNames.h"
+#include "platform/contracts/FailureText.h"
+#include "src/mailbox/MailBoxRecords.h"
+#include "src/services/modResource.h"
+#include "tests/support/World.h"
+
+namespace Tests {
+namespace {
+
+using Gateway::Outcome;
+
+class Judge : public testing::TestWithParam<std::string> {
+ protected:
+  Judge() {
+    setenv("LC_ALL", GetParam().c_str(), 1);
+    const ObjectRef project = world.Services.CreateByName(u"Talvane40.ProjectAdministration");
+    const String path = world.PathOf("Apollo.TVS");
+    CallWith(*project, u"CreateProject", {path, u"Apollo", u"ann", u"ann@x.org", u"word"});
+    CallWith(*project, u"AddUser", {path, u"bob", u"bob@x.org", false});
+    CallWith(*project, u"AddDiscussion", {path, u"Plan"});
+    TvEmailServices::WriteMailBoxRecord(path, u"ann", u"word", u"Apollo");
+  }
+  ~Judge() override { unsetenv("LC_ALL"); }
+
+  World world;
+};
+
+TEST_P(Judge, RefusesAMailForAFaultOfItsOwnAlone) {
+  const struct {
+    std::int32_t Number;  // of the text; below 10000 that of a failure
+    Outcome Expected;
+    std::optional<String> From = u"ann@x.org";
+    String Discussion = u"Discussion 1)", Body = u"Yes.", MailBox = u"Apollo";
+  } rows[] = {
+      {0, Outcome::Delivered},
+      {TextNumber::kNoDiscussionSubject, Outcome::Refused, u"ann@x.org", u"Discussion 0)"},
+      {TextNumber::kNoSuchDiscussion, Outcome::Refused, u"ann@x.org", u"Discussion 2)"},
+      {TextNumber::kSenderUnknown, Outcome::Refused, u"eve@x.org"},
+      {TextNumber::kNoSender, Outcome::Refused, std::nullopt},
+      {TextNumber::kMailNotAccepted, Outcome::Refused, u"bob@x.org"},
+      {FailureNumber::InvalidArgument, Outcome::Refused, u"ann@x.org", u""},
+      {FailureNumber::Overflow, Outcome::Refused, u"ann@x.org", u"Discussion 99999999999)"},
+      {FailureNumber::Overflow, Outcome::Refused, u"ann@x.org", u"Discussion 1)", String(40000, u'x')},
+      {TextNumber::kRecordUnreadable, Outcome::Retry, u"ann@x.org", u"Discussion 1)", u"Yes.", u"Nobody"},
+  };
+  // The component keeps its texts for the life of a thread.
+  std::thread([&] {
+    Gateway::FailureJudge judge;
+    std::set<std::int32_t> own;
+    for (const auto& row : rows) {
+      const Gateway::HandlerObject object;
+      object.Mail().MailHandler_Initialize(row.MailBox, nullptr);
+      const String failure = object.Mail().MailHandler_HandleMessage(Gateway::MakeMessageObject(
+          {.FromAddress = row.From,
+           .MessageId = {},
+           .Subject = u"Re: (Ostrand Talvane Project Apollo, Ostrand Talvane " + row.Discussion,
+           .Body = row.Body}));
+      EXPECT_EQ(row.Expected, judge.Judge(failure).Result) << row.Number << Utf8(failure);
+      if (row.Expected == Outcome::Refused) own.insert(row.Number);
+    }
+    const auto text = [](std::int32_t number) { return TvEmailServices::LoadTvResourceString(number); };
+    const String notice = text(TextNumber::kMailNotice);
+    for (const auto& [number, places] : TextNumber::kOwn) {
+      EXPECT_EQ(own.contains(number) ? Outcome::Refused : Outcome::Retry,
+                judge.Judge(NotedFailureText(notice, text(number))).Result)
+          << number;
+      EXPECT_EQ(Outcome::Retry, judge.Judge(RaisedFailureText(notice, Failure(57, {}, text(number)))).Result);
+    }
+  }).join();
+}
+
+// The languages that have a catalogue.
+std::vector<std::string> Languages() {
+  std::vector<std::string> languages;
+  for (const auto& file : std::filesystem::directory_iterator(SAMPLES "/../../resources")) {
+    const std::string name = file.path().stem().string();
+    if (name.starts_with("TvEmailServicesRes.")) languages.push_back(name.substr(name.find('.') + 1));
+  }
+  return languages;
+}
+
+INSTANTIATE_TEST_SUITE_P(Languages, Judge, testing::ValuesIn(Languages()),
+                         [](const auto& language) { return language.param; });
+
+}  // namespace
+}  // namespace Tests
