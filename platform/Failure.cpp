@@ -16,10 +16,16 @@ StringView StandardDescription(std::int32_t number) {
       return u"Position out of range";
     case FailureNumber::TypeMismatch:
       return u"Type mismatch: the value can't be used here";
+    case FailureNumber::AlreadyExists:
+      return u"It exists already";
     case FailureNumber::PathNotFound:
       return u"Path not found";
     case FailureNumber::ObjectNotSet:
       return u"Object not set";
+    case FailureNumber::RefusedInput:
+      return u"The entry can't be taken";
+    case FailureNumber::WrongPassword:
+      return u"The password is wrong";
     case FailureNumber::CannotCreate:
       return u"Component can't be created";
     case FailureNumber::NoSuchMember:

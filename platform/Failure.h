@@ -10,15 +10,19 @@
 
 namespace Platform {
 
-// The numbers of failures that the run time itself raises.
+// The numbers of failures that the run time and the siblings raise. A caller decides by them; the description
+// is for people.
 namespace FailureNumber {
 inline constexpr std::int32_t InvalidArgument = 5;
 inline constexpr std::int32_t Overflow = 6;
 inline constexpr std::int32_t Subscript = 9;
 inline constexpr std::int32_t TypeMismatch = 13;
 inline constexpr std::int32_t DeviceFailed = 57;
+inline constexpr std::int32_t AlreadyExists = 58;
 inline constexpr std::int32_t PathNotFound = 76;
 inline constexpr std::int32_t ObjectNotSet = 91;
+inline constexpr std::int32_t RefusedInput = 380;   // what was entered can't be taken; another entry can
+inline constexpr std::int32_t WrongPassword = 419;  // also of a sealed file that was changed
 inline constexpr std::int32_t CannotCreate = 429;
 inline constexpr std::int32_t NoSuchMember = 438;
 inline constexpr std::int32_t WrongArguments = 450;

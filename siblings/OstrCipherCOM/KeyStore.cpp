@@ -15,14 +15,16 @@ Value KeyStore::CreateKey(std::span<Value> arguments) {
   const KeyStoreFile file(arguments[0].ToString());
   const String password = arguments[1].ToString();
   const String label = arguments[2].ToString();
-  if (password.empty()) Refuse(u"A key store needs a password; an empty one would seal nothing.");
-  if (label.empty()) Refuse(u"A key needs a label; name one.");
+  if (password.empty())
+    Refuse(u"A key store needs a password; an empty one would seal nothing.", FailureNumber::RefusedInput);
+  if (label.empty()) Refuse(u"A key needs a label; name one.", FailureNumber::RefusedInput);
 
   const KeyStoreFile::Lock lock(file);
   StoredKeys keys = file.Exists() ? file.Read(password) : StoredKeys();
   if (keys.contains(label)) {
     Refuse(u"The key store " + file.Path() + u" has a key with the label " + label +
-           u" already. It was kept; name another label.");
+               u" already. It was kept; name another label.",
+           FailureNumber::AlreadyExists);
   }
   keys[label] = RandomBytes(kStoredKeySize);
   file.Write(password, keys);

@@ -49,7 +49,8 @@ Bytes Pack(const StoredKeys& keys) {
   Bytes packed;
   for (const auto& [label, key] : keys) {
     const std::string octets = ToUtf8(label);
-    if (octets.size() > 0xFFFF) Refuse(u"The label of the key is too long; name a shorter one.");
+    if (octets.size() > 0xFFFF)
+      Refuse(u"The label of the key is too long; name a shorter one.", FailureNumber::RefusedInput);
     packed.push_back(static_cast<std::uint8_t>(octets.size() & 0xFF));
     packed.push_back(static_cast<std::uint8_t>(octets.size() >> 8));
     packed.insert(packed.end(), octets.begin(), octets.end());
@@ -104,7 +105,7 @@ bool WriteAll(int file, std::string_view text) {
 
 KeyStoreFile::KeyStoreFile(const String& path) : path_(path) {
   const std::string given = ToUtf8(path);
-  if (given.empty()) Refuse(u"The key store's file isn't named.");
+  if (given.empty()) Refuse(u"The key store's file isn't named.", FailureNumber::RefusedInput);
   if (given.find('\0') != std::string::npos) RefuseFile(u"the name holds a null character");
   std::error_code error;
   const auto absolute = std::filesystem::absolute(given, error);
@@ -162,7 +163,8 @@ StoredKeys KeyStoreFile::Read(const String& password) const {
   if (!sealed) RefuseFile(u"it is damaged");
   const auto packed = Open(KeyFromPassword(password, salt, cost), header, *sealed);
   StoredKeys keys;
-  if (!packed || !Unpack(*packed, keys)) RefuseFile(u"the password is wrong, or the file was changed");
+  if (!packed || !Unpack(*packed, keys))
+    RefuseFile(u"the password is wrong, or the file was changed", FailureNumber::WrongPassword);
   return keys;
 }
 
@@ -188,8 +190,8 @@ void KeyStoreFile::Write(const String& password, const StoredKeys& keys) const {
     RefuseForSystemError(u"its folder can't be brought to the disk");
 }
 
-void KeyStoreFile::RefuseFile(StringView reason) const {
-  Refuse(u"The key store " + path_ + u" can't be used: " + String(reason) + u".");
+void KeyStoreFile::RefuseFile(StringView reason, std::int32_t number) const {
+  Refuse(u"The key store " + path_ + u" can't be used: " + String(reason) + u".", number);
 }
 
 void KeyStoreFile::RefuseForSystemError(StringView attempt) const {

@@ -1,13 +1,14 @@
 // KeyStoreFile: the file of a key store, sealed with a password.
 //
 // Three lines of text: the format's name, "scrypt" with its cost and salt, and base64 of the sealed keys,
-// with the first two lines bound to them. Each operation raises 57 with the file's name, the reason and what
-// to do.
+// with the first two lines bound to them. Each operation raises a failure with the file's name, the reason
+// and what to do: 419 for a wrong password, 57 for what isn't told below.
 #pragma once
 
 #include <map>
 #include <string>
 
+#include "platform/Failure.h"
 #include "platform/Value.h"
 
 namespace OstrCipherCOM {
@@ -46,7 +47,7 @@ class KeyStoreFile {
 
  private:
   std::string ReadText() const;
-  [[noreturn]] void RefuseFile(StringView reason) const;
+  [[noreturn]] void RefuseFile(StringView reason, std::int32_t number = FailureNumber::DeviceFailed) const;
   [[noreturn]] void RefuseForSystemError(StringView attempt) const;
 
   String path_;

@@ -52,8 +52,8 @@ CipherContext BeginGcm(const SealingKey& key, const std::uint8_t* nonce, std::st
 
 }  // namespace
 
-void Refuse(const String& description) {
-  throw Failure(FailureNumber::DeviceFailed, u"OstrCipherCOM", description);
+void Refuse(const String& description, std::int32_t number) {
+  throw Failure(number, u"OstrCipherCOM", description);
 }
 
 SealingKey::~SealingKey() {

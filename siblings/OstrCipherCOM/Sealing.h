@@ -17,8 +17,8 @@ namespace OstrCipherCOM {
 
 using namespace Platform;
 
-// Raises 57 with a description for the person who has to act on it.
-[[noreturn]] void Refuse(const String& description);
+// Raises the number with a description for the person who has to act on it.
+[[noreturn]] void Refuse(const String& description, std::int32_t number = FailureNumber::DeviceFailed);
 
 // A key, wiped from memory when it goes.
 struct SealingKey {

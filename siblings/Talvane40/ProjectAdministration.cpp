@@ -11,7 +11,7 @@ namespace {
 constexpr std::size_t kLongest = 255;  // characters of a name, a title or an address
 
 [[noreturn]] void Refuse(const String& what) {
-  throw Failure(FailureNumber::DeviceFailed, u"Talvane40.ProjectAdministration", what);
+  throw Failure(FailureNumber::RefusedInput, u"Talvane40.ProjectAdministration", what);
 }
 
 bool IsControl(char16_t c) {

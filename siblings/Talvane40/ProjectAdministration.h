@@ -2,8 +2,9 @@
 //
 // An object known by its members' names, created as "Talvane40.ProjectAdministration". Whoever may write to a
 // project's files may administer it; no logon is asked for. Paths are those of project files (.TVS), taken as
-// they are given. Every refusal is a raised failure 57 whose description says what to do; a member that
-// changes something has done all of it when it comes back, and nothing when it raises.
+// they are given. Every refusal is a raised failure whose description says what to do: 380 for what was
+// entered, 58 for a project file or user that exists, 76 for a file or folder that doesn't, and 57 for all
+// else. A member that changes something has done all of it when it comes back, and nothing when it raises.
 //
 //   CreateProject(path, name, ownerUserName, ownerAddress, password)
 //       Makes the project file and its database. The owner may bind a mailbox to the project, and mail from

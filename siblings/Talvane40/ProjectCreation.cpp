@@ -19,8 +19,8 @@ namespace {
 
 namespace fs = std::filesystem;
 
-[[noreturn]] void Refuse(const std::string& what) {
-  throw Failure(FailureNumber::DeviceFailed, u"Talvane40", FromUtf8(what));
+[[noreturn]] void Refuse(const std::string& what, std::int32_t number = FailureNumber::DeviceFailed) {
+  throw Failure(number, u"Talvane40", FromUtf8(what));
 }
 
 [[noreturn]] void RefuseForSystem(const fs::path& path) {
@@ -100,8 +100,10 @@ void CreateProject(StringView path, StringView name, const User& owner, StringVi
   const fs::path file = PathOf(path);
   const fs::path folder = file.parent_path();
   if (Exists(file))
-    Refuse("The file " + file.string() + " exists already. Choose another name for the project.");
-  if (!fs::is_directory(folder)) Refuse("The folder " + folder.string() + " doesn't exist. Make it first.");
+    Refuse("The file " + file.string() + " exists already. Choose another name for the project.",
+           FailureNumber::AlreadyExists);
+  if (!fs::is_directory(folder))
+    Refuse("The folder " + folder.string() + " doesn't exist. Make it first.", FailureNumber::PathNotFound);
 
   const std::string databaseName = FreeDatabaseName(file);
   NewFile database(folder);

@@ -193,7 +193,8 @@ void ProjectDatabase::InsertUser(Runtime::Database& database, const User& user, 
 std::int32_t ProjectDatabase::AddUser(const User& user) {
   Runtime::Transaction transaction(database_);
   if (FindLogon(user.Name))
-    Refuse(u"The project already has a user " + user.Name + u". Choose another name.");
+    throw Failure(FailureNumber::AlreadyExists, u"Talvane40",
+                  u"The project already has a user " + user.Name + u". Choose another name.");
   InsertUser(database_, user, "member", std::nullopt);
   const std::int32_t key = NewNumber(database_);
   transaction.Commit();

@@ -17,8 +17,9 @@ namespace fs = std::filesystem;
 
 constexpr std::size_t kLargest = 1 << 20;  // bytes; no project file comes near it
 
-[[noreturn]] void Refuse(const fs::path& path, const std::string& why) {
-  throw Failure(FailureNumber::DeviceFailed, u"Talvane40", FromUtf8("The file " + path.string() + " " + why));
+[[noreturn]] void Refuse(const fs::path& path, const std::string& why,
+                         std::int32_t number = FailureNumber::DeviceFailed) {
+  throw Failure(number, u"Talvane40", FromUtf8("The file " + path.string() + " " + why));
 }
 
 class OpenFile {
@@ -27,9 +28,9 @@ class OpenFile {
   explicit OpenFile(const fs::path& path)
       : descriptor_(open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK)) {
     if (descriptor_ < 0) {
-      Refuse(path, errno == ENOENT || errno == ENOTDIR ? "doesn't exist."
-                   : errno == EACCES                   ? "may not be read. Check the rights on it."
-                                     : std::string("can't be read: ") + std::strerror(errno) + ".");
+      if (errno == ENOENT || errno == ENOTDIR) Refuse(path, "doesn't exist.", FailureNumber::PathNotFound);
+      Refuse(path, errno == EACCES ? "may not be read. Check the rights on it."
+                                   : std::string("can't be read: ") + std::strerror(errno) + ".");
     }
   }
   OpenFile(const OpenFile&) = delete;
@@ -92,9 +93,9 @@ std::map<std::string, std::string> ProjectSection(std::string_view text) {
 }  // namespace
 
 fs::path PathOf(StringView path) {
-  if (path.empty()) throw Failure(FailureNumber::DeviceFailed, u"Talvane40", u"No project path is given.");
+  if (path.empty()) throw Failure(FailureNumber::RefusedInput, u"Talvane40", u"No project path is given.");
   if (path.find(u'\0') != StringView::npos)
-    Refuse(ToUtf8(path.substr(0, path.find(u'\0'))), "has no proper name.");
+    Refuse(ToUtf8(path.substr(0, path.find(u'\0'))), "has no proper name.", FailureNumber::RefusedInput);
   return fs::absolute(ToUtf8(path));
 }
 

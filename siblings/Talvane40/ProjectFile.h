@@ -17,14 +17,14 @@ struct ProjectFile {
   std::filesystem::path Database;  // absolute
 };
 
-// Raises 57 with the reason in words for a file that is missing, a folder, unreadable, no project file, or of
-// a newer format.
+// Raises 76 for a file that is missing, and 57 with the reason in words for one that is a folder, unreadable,
+// no project file, or of a newer format.
 ProjectFile ReadProjectFile(StringView path);
 
 // The text of a new project file.
 std::string NewProjectFileText(StringView name, const std::string& database);
 
-// A path as the file system takes it, absolute. Raises 57 for an empty one and one with a NUL in it.
+// A path as the file system takes it, absolute. Raises 380 for an empty one and one with a NUL in it.
 std::filesystem::path PathOf(StringView path);
 
 }  // namespace Talvane40
