@@ -87,6 +87,10 @@ const std::string& LibraryPath() {
   return path;
 }
 
+std::string DataPath() {
+  return FullPath(LibraryPath() + "/" TALVANE_DATA_FROM_LIBRARIES);
+}
+
 String HomeFolder() {
   return FromUtf8(HomePath());
 }

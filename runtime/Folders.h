@@ -14,6 +14,10 @@ std::string HomePath();
 // LibraryFolder in UTF-8.
 const std::string& LibraryPath();
 
+// The folder of the installed data, which holds help/ and resources/. It need not exist: in a build, both lie
+// in the library folder or in the source tree.
+std::string DataPath();
+
 // The full path of the library or program that holds the address, or the empty string if none does.
 std::string FileOfAddress(const void* address);
 

@@ -24,11 +24,8 @@ std::optional<std::string> FindPage(const std::string& name) {
 }  // namespace
 
 std::vector<std::string> HelpFolders() {
-  std::vector<std::string> folders;
-  // Beside the libraries, as in a build; or in the system's folder of documents.
-  for (const char* folder : {"help", "../help", "../share/doc/talvane/help"})
-    folders.push_back((fs::path(LibraryPath()) / folder).lexically_normal().string());
-  return folders;
+  // Beside the libraries, as in a build; or installed.
+  return {LibraryPath() + "/help", FolderOfPath(LibraryPath()) + "/help", DataPath() + "/help"};
 }
 
 std::optional<std::string> FindHelpPage(const std::string& helpFile, std::uint32_t context) {

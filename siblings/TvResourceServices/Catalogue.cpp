@@ -8,6 +8,7 @@
 #include <mutex>
 
 #include "platform/Failure.h"
+#include "runtime/Folders.h"
 #include "runtime/Language.h"
 #include "siblings/TvResourceServices/Template.h"
 
@@ -50,6 +51,21 @@ std::string ReadBytes(const fs::path& file) {
     Raise(FailureNumber::PathNotFound, FromUtf8(file.string() + " can't be read"));
   }
   return bytes;
+}
+
+// The path of a resource file's catalogues up to their languages. Those of an installed component lie in the
+// data folder, unless they lie beside its resource file.
+std::string StemOf(StringView resourceFile) {
+  const auto separator = resourceFile.find_last_of(u"\\/");
+  fs::path file(ToUtf8(resourceFile.substr(separator == StringView::npos ? 0 : separator + 1)));
+  file.replace_extension();
+  if (separator == StringView::npos) return file.string();
+  const fs::path folder(ToUtf8(resourceFile.substr(0, separator)));
+  const fs::path installed = fs::path(Runtime::DataPath()) / "resources" / file;
+  if (folder == Runtime::LibraryPath() && !fs::exists((folder / file).string() + ".en.txt") &&
+      fs::exists(installed.string() + ".en.txt"))
+    return installed.string();
+  return (folder / file).string();
 }
 
 // Reads a file once in the process. A file that is missing or damaged is tried again at the next call.
@@ -111,13 +127,7 @@ const String* Catalogue::Find(std::int32_t number) const {
 }
 
 void LoadLanguages(StringView resourceFile, Languages& languages) {
-  const auto separator = resourceFile.find_last_of(u"\\/");
-  String stem(resourceFile);
-  if (separator != StringView::npos) stem[separator] = u'/';
-  const auto point = stem.rfind(u'.');
-  if (point != String::npos && (separator == StringView::npos || point > separator)) stem.resize(point);
-  const std::string beginning = ToUtf8(stem) + ".";
-
+  const std::string beginning = StemOf(resourceFile) + ".";
   const std::string own = Runtime::UserLanguage();
   std::exception_ptr failure;
   try {

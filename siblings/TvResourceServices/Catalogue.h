@@ -1,9 +1,10 @@
 // Catalogue: the numbered texts of one resource file in the user's language, with English behind them.
 //
 // The file of a language lies beside the resource file that a caller names: "/x/lib\TvComRes.dll" stands for
-// "/x/lib/TvComRes.de.txt". Each line is "NUMBER = text", "font = name", a comment behind "#", or empty; the
-// text's escapes are "\n", "\r", "\t", "\\" and "\s" for a blank at an end. Read once in a process and shared
-// from then on; a catalogue never changes. Any thread may call.
+// "/x/lib/TvComRes.de.txt". Where the library folder holds none, it is resources/TvComRes.de.txt in the
+// folder of the installed data. Each line is "NUMBER = text", "font = name", a comment behind "#", or empty;
+// the text's escapes are "\n", "\r", "\t", "\\" and "\s" for a blank at an end. Read once in a process and
+// shared from then on; a catalogue never changes. Any thread may call.
 #pragma once
 
 #include <cstdint>

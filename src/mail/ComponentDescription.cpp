@@ -14,8 +14,9 @@ namespace {
 using enum ArgumentType;
 
 constexpr StringView kLibraryName = u"TvEMailServices";
-constexpr StringView kHelpString = u"TVEmailServices (v9.1002.1.010 r1)";
-constexpr StringView kVersionText = u"9.1002.1.10";
+constexpr StringView kHelpString = u"TVEmailServices (v" TALVANE_VERSION_PADDED u" r1)";
+constexpr StringView kVersionText = TALVANE_VERSION_TEXT;
+constexpr std::array<std::uint16_t, 4> kVersion = {TALVANE_VERSION_NUMBERS};
 constexpr std::uint32_t kEnglish = 1033;
 constexpr std::uint16_t kUtf16 = 1200;
 constexpr std::uint32_t kWindows32 = 4;
@@ -92,8 +93,8 @@ constexpr VersionField kVersionTexts[] = {
     {u"ProductVersion", kVersionText},
     {u"Comments", u"Release build: Apartment Model, Fast Optimzation, Attended"}};
 
-constexpr VersionRecord kVersionRecord = {{9, 1002, 1, 10}, {9, 1002, 1, 10}, 0,      kWindows32,
-                                          kLibraryFile,     kEnglish,         kUtf16, kVersionTexts};
+constexpr VersionRecord kVersionRecord = {kVersion,     kVersion, 0,      kWindows32,
+                                          kLibraryFile, kEnglish, kUtf16, kVersionTexts};
 
 }  // namespace
 
