@@ -1,213 +1,244 @@
 #include "mime/HtmlText.h"
 
 #include <glib.h>
-#include <libxml/HTMLparser.h>
-#include <libxml/parserInternals.h>
 
-#include <algorithm>
-#include <iterator>
-#include <memory>
-#include <string_view>
-#include <vector>
+#include <charconv>
+#include <deque>
+#include <optional>
+#include <utility>
 
-#include "mime/Charset.h"
+#include "mime/HtmlEntities.h"
+#include "mime/HtmlLines.h"
+#include "mime/HtmlLink.h"
+#include "mime/HtmlOpenElements.h"
+#include "mime/HtmlStyle.h"
+#include "mime/HtmlTokens.h"
 
 namespace Mime {
 namespace {
 
-constexpr std::string_view kUnseen[] = {"head", "script", "style", "title", "template", "noframes", "select"};
-constexpr std::string_view kBlocks[] = {
-    "address",  "article",    "aside",  "body",   "center", "dd",     "div",  "dl", "dt",
-    "fieldset", "figcaption", "figure", "footer", "form",   "header", "html", "li", "main",
-    "nav",      "section",    "table",  "tbody",  "tfoot",  "thead",  "tr"};
-constexpr std::string_view kParagraphs[] = {"blockquote", "h1", "h2", "h3", "h4",  "h5",
-                                            "h6",         "p",  "ol", "ul", "pre", "hr"};
+using Open = HtmlOpenElements::Open;
+using Role = HtmlElement::Role;
 
-template <std::size_t Size>
-bool IsOneOf(std::string_view name, const std::string_view (&names)[Size]) {
-  return std::find(std::begin(names), std::end(names), name) != std::end(names);
-}
+// Beyond what any list's writer means; so a mark is never much longer than the tag that asks for it.
+constexpr int kLargestItem = 99999;
 
-// Far deeper than any mail that was written to be read. The parser searches its open elements at each end
-// tag, so a depth without bound would let a hostile mail keep it busy for hours.
-constexpr int kDeepest = 2000;
-constexpr StringView kTooDeep = u"[The rest of this HTML is nested too deeply to be read.]";
-
-// Collects the text while the parser walks through the document.
+// Collects the text while the tokens go by.
 class TextCollector {
  public:
-  explicit TextCollector(htmlParserCtxt* parser) : parser_(parser) {}
+  explicit TextCollector(StringView html)
+      : tokens_(html), lines_(html.size()), open_([this](const Open& element) { OnClosed(element); }) {}
 
-  void StartElement(std::string_view name, const xmlChar** attributes) {
-    if (parser_->nameNr > kDeepest) return Stop();
-    if (IsOneOf(name, kUnseen)) ++unseen_;
-    if (unseen_ > 0) return;
-    if (name == "br") return BreakLine();
-    if (name == "td" || name == "th") blankPending_ = true;
-    Boundary(name, attributes);
-    if (name == "pre") ++preformatted_;
-    if (name == "ol" || name == "ul") lists_.push_back({name == "ol", 0});
-    if (name == "li") BeginItem();
-  }
-
-  void EndElement(std::string_view name) {
-    if (IsOneOf(name, kUnseen) && unseen_ > 0) --unseen_;
-    if (unseen_ > 0 || name == "br") return;
-    if (name == "pre" && preformatted_ > 0) --preformatted_;
-    if ((name == "ol" || name == "ul") && !lists_.empty()) lists_.pop_back();
-    Boundary(name, nullptr);
-  }
-
-  void Characters(std::string_view bytes) {
-    if (unseen_ > 0) return;
-    for (const char16_t c : Platform::FromUtf8(bytes)) {
-      const bool lineEnd = c == u'\n' || c == u'\r';
-      if (preformatted_ > 0 && lineEnd) {
-        BreakLine();
-      } else if (preformatted_ == 0 && (lineEnd || c == u' ' || c == u'\t' || c == u'\f')) {
-        blankPending_ = true;
+  String Collect() {
+    while (tokens_.Next()) {
+      if (tokens_.What() == HtmlTokens::Kind::Text) {
+        if (hidden_ == 0) PutText(tokens_.Text());
+        continue;
+      }
+      behindPreTag_ = false;
+      if (tokens_.What() == HtmlTokens::Kind::StartTag) {
+        Start(tokens_.Element());
       } else {
-        Append(c);
+        End(tokens_.Element());
       }
     }
-  }
-
-  String Take() {
-    text_.resize(text_.find_last_not_of(u"\n ") + 1);
-    return std::move(text_);
+    EndLink();
+    return lines_.Take();
   }
 
  private:
-  void Stop() {
-    BreakLine();
-    text_ += kTooDeep;
-    xmlStopParser(parser_);
-  }
-
   struct List {
     bool Numbered;
-    int Items;
+    int Next;
   };
 
-  // A block's edge: what follows stands on a new line, behind an empty one where paragraphs meet. The
-  // paragraphs of one widespread mail program are lines and say so by their class.
-  void Boundary(std::string_view name, const xmlChar** attributes) {
-    const bool paragraph = IsOneOf(name, kParagraphs);
-    if (!paragraph && !IsOneOf(name, kBlocks)) return;
-    blankPending_ = false;
-    if (!text_.empty() && text_.back() != u'\n') text_ += u'\n';
-    if (!paragraph) return;
-    if (attributes && name == "p") tightParagraph_ = HasOfficeClass(attributes);
-    emptyLinePending_ = !(name == "p" && tightParagraph_);
+  struct Link {
+    String Address;
+    std::size_t Begin;  // in the text
+  };
+
+  void Start(std::uint8_t number) {
+    const HtmlElement& element = ElementOf(number);
+    open_.CloseBefore(element);
+    const HtmlStyle style = StyleOfTag();
+    const bool hides = style.Hidden || element.Inside == HtmlElement::Content::Unseen ||
+                       tokens_.Attribute(HtmlAttribute::Hidden).has_value();
+    if (element.Inside == HtmlElement::Content::Void) {
+      if (hidden_ == 0 && !hides) PutVoid(element);
+      return;
+    }
+    const bool preformats = style.Preformatted || element.Part == Role::Preformatted;
+    const bool tight = style.NoMargin || (element.Part == Role::Paragraph && HasOfficeClass()) ||
+                       (element.IsList() && !lists_.empty());
+    const Open entry{number, hides, preformats, tight};
+    open_.Push(entry);
+    if (hides) ++hidden_;
+    if (preformats) ++preformatted_;
+    if (hidden_ == 0) Boundary(element, tight);
+    Begin(element);
   }
 
-  static bool HasOfficeClass(const xmlChar** attributes) {
-    for (; attributes[0]; attributes += 2) {
-      const auto* name = reinterpret_cast<const char*>(attributes[0]);
-      const auto* value = reinterpret_cast<const char*>(attributes[1]);
-      if (std::string_view(name) == "class" && value) return std::string_view(value).starts_with("Mso");
+  // What an element begins beside its block.
+  void Begin(const HtmlElement& element) {
+    if (element.IsList()) lists_.push_back({element.Part == Role::NumberedList, StartOfList()});
+    if (hidden_ > 0) return;
+    switch (element.Part) {
+      case Role::Link:
+        EndLink();
+        BeginLink();
+        break;
+      case Role::Item:
+        BeginItem();
+        break;
+      case Role::Cell:
+        lines_.Blank();
+        break;
+      case Role::Preformatted:
+        behindPreTag_ = true;
+        break;
+      case Role::Quotation:
+        PutCharacter(u'\u201C');
+        break;
+      default:
+        break;
     }
-    return false;
+  }
+
+  void End(std::uint8_t number) {
+    const HtmlElement& element = ElementOf(number);
+    // An end tag that has no start stands for an empty paragraph, or for a line break.
+    if (!open_.Close(number) && hidden_ == 0 &&
+        (element.Part == Role::Paragraph || element.Part == Role::LineBreak))
+      PutVoid(element);
+    if (element.Part == Role::Link) EndLink();
+  }
+
+  void OnClosed(const Open& open) {
+    const HtmlElement& element = ElementOf(open.Number);
+    if (element.IsList()) lists_.pop_back();
+    if (open.Preformats) --preformatted_;
+    if (open.Hides) --hidden_;
+    if (hidden_ > 0 || open.Hides) return;
+    if (element.Part == Role::Link) EndLink();
+    if (element.Part == Role::Quotation) PutCharacter(u'\u201D');
+    if (element.Part == Role::Item) lines_.EndMark();
+    Boundary(element, open.Tight);
+  }
+
+  // A block's edge.
+  void Boundary(const HtmlElement& element, bool tight) {
+    if (!element.IsBlock()) return;
+    lines_.EndLine();
+    if (element.Place == HtmlElement::Layout::Paragraph && !tight) lines_.EmptyLine();
+  }
+
+  void PutVoid(const HtmlElement& element) {
+    if (element.Part == Role::LineBreak) lines_.BreakLine();
+    Boundary(element, false);
+    const auto& alternative = tokens_.Attribute(HtmlAttribute::Alt);
+    if (element.Part == Role::Image && alternative) PutText(*alternative, true);
+  }
+
+  void PutText(StringView text, bool inAttribute = false) {
+    for (std::size_t i = 0; i < text.size(); ++i) {
+      if (text[i] == u'&') {
+        const HtmlReference reference = ReadHtmlReference(text.substr(i), inAttribute);
+        for (const char16_t c : reference.Characters) PutCharacter(c);
+        if (reference.Length > 0) {
+          i += reference.Length - 1;
+          continue;
+        }
+      }
+      PutCharacter(text[i]);
+    }
+  }
+
+  void PutCharacter(char16_t c) {
+    const bool secondOfLineEnd = c == u'\n' && behindReturn_;
+    const bool firstOfPre = (c == u'\n' || c == u'\r') && behindPreTag_;
+    behindReturn_ = c == u'\r';
+    behindPreTag_ = false;
+    if (secondOfLineEnd || firstOfPre) return;
+    if (c == u'\n' || c == u'\r') {
+      if (preformatted_ > 0) {
+        lines_.BreakLine();
+      } else {
+        lines_.Blank();
+      }
+    } else if (preformatted_ == 0 && (c == u' ' || c == u'\t' || c == u'\f')) {
+      lines_.Blank();
+    } else {
+      // A control is damage, which has to show.
+      lines_.Put(c < 0x20 && c != u'\t' && c != u'\f' ? u'\uFFFD' : WithoutC1(c));
+    }
   }
 
   void BeginItem() {
-    if (!lists_.empty() && lists_.back().Numbered) {
-      for (const char digit : std::to_string(++lists_.back().Items)) Append(static_cast<char16_t>(digit));
-      Append(u'.');
-    } else {
-      Append(u'*');
-    }
-    blankPending_ = true;
+    if (lists_.empty() || !lists_.back().Numbered) return lines_.PutMark(u"*");
+    List& list = lists_.back();
+    list.Next = NumberIn(HtmlAttribute::Value).value_or(list.Next);
+    lines_.PutMark(list.Next > kLargestItem ? u"*" : Platform::FromUtf8(std::to_string(list.Next) + "."));
+    if (list.Next <= kLargestItem) ++list.Next;
   }
 
-  void BreakLine() {
-    EmitEmptyLine();
-    blankPending_ = false;
-    text_ += u'\n';
+  int StartOfList() const { return NumberIn(HtmlAttribute::Start).value_or(1); }
+
+  std::optional<int> NumberIn(HtmlAttribute name) const {
+    const auto& value = tokens_.Attribute(name);
+    if (!value) return std::nullopt;
+    constexpr std::size_t kDigits = 5;
+    const std::string digits = Platform::ToUtf8(value->substr(0, kDigits + 1));
+    int number = 0;
+    const auto [end, error] = std::from_chars(digits.data(), digits.data() + digits.size(), number);
+    const bool whole = error == std::errc{} && end == digits.data() + digits.size();
+    return whole && number <= kLargestItem ? std::optional(number) : std::nullopt;
   }
 
-  void EmitEmptyLine() {
-    if (emptyLinePending_ && !text_.empty() && !text_.ends_with(u"\n\n")) text_ += u'\n';
-    emptyLinePending_ = false;
+  void BeginLink() {
+    const auto& address = tokens_.Attribute(HtmlAttribute::Href);
+    if (!address) return;
+    String shown = LinkAddress(*address);
+    if (!shown.empty()) link_ = {std::move(shown), lines_.Size()};
   }
 
-  void Append(char16_t c) {
-    EmitEmptyLine();
-    if (blankPending_ && !text_.empty() && text_.back() != u'\n') text_ += u' ';
-    blankPending_ = false;
-    // Numeric references of the C1 range mean windows-1252, and a no-break space is a blank in plain text.
-    if (c >= 0x80 && c < 0xA0) {
-      const char byte = static_cast<char>(c);
-      text_ += DecodeText({&byte, 1}, "windows-1252");
-    } else {
-      text_ += c == 0xA0 ? u' ' : c;
-    }
+  void EndLink() {
+    if (!link_) return;
+    const Link link = *std::exchange(link_, std::nullopt);
+    const StringView text = lines_.From(link.Begin);
+    if (text.find_first_not_of(u" \n") == StringView::npos || TellsAddress(text, link.Address)) return;
+    lines_.PutBehind(u"<" + link.Address + u">");
   }
 
-  htmlParserCtxt* parser_;
-  String text_;
-  std::vector<List> lists_;
-  int unseen_ = 0;
-  int preformatted_ = 0;
-  bool tightParagraph_ = false;
-  bool blankPending_ = false;
-  bool emptyLinePending_ = false;
-};
+  HtmlStyle StyleOfTag() const {
+    const auto& style = tokens_.Attribute(HtmlAttribute::Style);
+    if (!style) return {};
+    return style->find(u'&') == StringView::npos ? HtmlStyle::Of(*style)
+                                                 : HtmlStyle::Of(DecodeHtmlAttribute(*style));
+  }
 
-std::string_view NameOf(const xmlChar* name) {
-  return reinterpret_cast<const char*>(name);
-}
+  // The paragraphs of one widespread mail program are lines and say so by their class, which another one puts
+  // "x_" in front of.
+  bool HasOfficeClass() const {
+    StringView name = tokens_.Attribute(HtmlAttribute::Class).value_or(StringView());
+    while (name.starts_with(u"x_")) name.remove_prefix(2);
+    return name.starts_with(u"Mso");
+  }
 
-void OnStart(void* collector, const xmlChar* name, const xmlChar** attributes) {
-  static const xmlChar* none[] = {nullptr, nullptr};
-  static_cast<TextCollector*>(collector)->StartElement(NameOf(name), attributes ? attributes : none);
-}
-
-void OnEnd(void* collector, const xmlChar* name) {
-  static_cast<TextCollector*>(collector)->EndElement(NameOf(name));
-}
-
-void OnCharacters(void* collector, const xmlChar* text, int length) {
-  static_cast<TextCollector*>(collector)->Characters({NameOf(text).data(), static_cast<std::size_t>(length)});
-}
-
-struct FreeParser {
-  void operator()(htmlParserCtxt* parser) const { htmlFreeParserCtxt(parser); }
+  HtmlTokens tokens_;
+  HtmlLines lines_;
+  HtmlOpenElements open_;
+  std::deque<List> lists_;  // those that are open; grows without a copy
+  std::optional<Link> link_;
+  std::size_t hidden_ = 0;        // open elements that hide what they hold
+  std::size_t preformatted_ = 0;  // open elements in which blanks and line ends count
+  bool behindPreTag_ = false;     // where a line end doesn't count
+  bool behindReturn_ = false;     // where a line feed is the second half of a line end
 };
 
 }  // namespace
 
 String HtmlToText(StringView html) {
-  // The parser would end at a zero character and skip the other controls; damage has to show.
-  std::string bytes = Platform::ToUtf8(html);
-  String visible;
-  const auto isControl = [](char c) {
-    return static_cast<unsigned char>(c) < 0x20 && c != '\t' && c != '\n' && c != '\r' && c != '\f';
-  };
-  if (std::any_of(bytes.begin(), bytes.end(), isControl)) {
-    visible = html;
-    for (char16_t& c : visible) {
-      if (c < 0x20 && isControl(static_cast<char>(c))) c = 0xFFFD;
-    }
-    bytes = Platform::ToUtf8(visible);
-  }
-  if (bytes.empty()) return {};
-
-  const std::unique_ptr<htmlParserCtxt, FreeParser> parser(
-      htmlCreateMemoryParserCtxt(bytes.data(), static_cast<int>(bytes.size())));
-  if (!parser) throw std::bad_alloc();
-  TextCollector collector(parser.get());
-  *parser->sax = htmlSAXHandler{};
-  parser->sax->startElement = OnStart;
-  parser->sax->endElement = OnEnd;
-  parser->sax->characters = OnCharacters;
-  parser->sax->ignorableWhitespace = OnCharacters;
-  parser->userData = &collector;
-  htmlCtxtUseOptions(parser.get(), HTML_PARSE_RECOVER | HTML_PARSE_NOERROR | HTML_PARSE_NOWARNING |
-                                       HTML_PARSE_NONET | HTML_PARSE_IGNORE_ENC);
-  xmlSwitchEncoding(parser.get(), XML_CHAR_ENCODING_UTF8);
-  htmlParseDocument(parser.get());
-  return collector.Take();
+  return TextCollector(html).Collect();
 }
 
 std::string HtmlCharset(std::string_view bytes) {

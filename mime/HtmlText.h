@@ -8,11 +8,16 @@ namespace Mime {
 using Platform::String;
 using Platform::StringView;
 
-// Tags go, entities become their characters, scripts, styles and the head vanish. A block begins on a line of
-// its own, paragraphs have an empty line between them, a line break is one, runs of blanks are one blank
-// except in preformatted text, and list items have their mark. A quote is text like any other, so that a line
-// in it stays a line. Lines end in a line feed; the text has none at its ends. Malformed HTML gives the text
-// that can be told from it. Pure; any thread.
+// Tags, comments, scripts, styles and hidden elements are left out; references become their characters. A
+// block begins on a line of its own, paragraphs have an empty line between them, runs of blanks are one blank
+// except in preformatted text, and no-break spaces are blanks. A list's items begin with "*" or their number.
+// An image is its alternative text. A link whose text doesn't tell its address is followed by the address in
+// angle brackets. A quote is text like any other, so that a line in it stays a line. Lines end in a line feed
+// and have no blanks at their ends; the text has no line ends at its own ends. Malformed HTML gives what a
+// browser shows of it.
+//
+// Takes time linear in the size of the document, at whatever depth, and gives at most as many characters.
+// Pure; any thread.
 String HtmlToText(StringView html);
 
 // The charset that an HTML document names in a meta element near its beginning, or the empty string.

@@ -105,6 +105,38 @@ TEST(HtmlText, ReadsLikeTheScreen) {
       {"<pre>a\n  b</pre>", "a\n  b"},
       {"<ol><li>x<li>y</ol><ul><li>z</ul>", "1. x\n2. y\n\n* z"},
       {"<table><tr><td>a<td>b<tr><td>c</table>", "a b\nc"},
+      {"<!doctype html><![if !vml]>a<![endif]><!--[if mso]>b<![endif]--><!-->c<!--->d<?xml?></>", "acd"},
+      {"<!--[if !mso]><!-->a<!--<![endif]-->", "a"},
+      {"<ol start=3><li>x<li value=7>y<li>z<ol><li>i</ol><li>n</ol>", "3. x\n7. y\n8. z\n1. i\n9. n"},
+      {"<ol start=x><li value=99999>x<li>y</ol>", "99999. x\n* y"},
+      {"<ul><li><p>a</p><p>b</p></li><li><div>c</div><li></ul>d", "* a\n\nb\n\n* c\n*\n\nd"},
+      {"<p><br><div>&nbsp;</div>a<br><br>", "a"},
+      {"<pre>\r\na\r\n\r\n b\n</pre><div style='white-space: pre-wrap'>c\n  d</div>e\nf",
+       "a\n\n b\n\nc\n  d\ne f"},
+      {"a <img alt='one &amp; two'><img alt=''><img src=x> b", "a one & two b"},
+      {"<div hidden>x<div>y</div>z</div>a<p style='display : none'>x<p>b", "a\n\nb"},
+      {"<span style='DISPLAY:NONE!important'>x</span>a<br><b style='visibility:hidden'><p>x</b>b</p>c",
+       "a\nb\n\nc"},
+      {"<span style='mso-hide:all'>x</span><div style='max-height:0px;overflow:hidden'>x</div>a", "a"},
+      {"<table><tr style='display:none'><td>x<tr><td>a<td hidden>x<td>b</table>", "a b"},
+      {"<div style='display:none;display:block'>a</div><select><option>x</select><template>x</template>b",
+       "a\nb"},
+      {"<a href='http://a.b/c'>click</a> <a href='https://a.b/'>a.b</a> <a href='mailto:x@y?subject=z'>X</a>",
+       "click <http://a.b/c> a.b X <x@y>"},
+      {"<a href=#top>a</a> <a href='java\tscript:x'>b</a> <a href='cid:x'>c</a> <a href=x@y><img></a>",
+       "a b c"},
+      {"<a href='http://x/?a=1&amp;b&copy=2'><div>a</div></a><a href=//h/>b<a href=http://H>h</a>",
+       "a <http://x/?a=1&b&copy=2>\nb <//h/>h"},
+      {"<div class=x_MsoNormal>a</div><p class=x_x_MsoNormal>b<p style='margin:0cm 0cm 0.0001pt'>c<p>d",
+       "a\nb\nc\n\nd"},
+      {"a\u00A0\u00A0b\u00A0<br>c\u00AD\u200B\uFEFFd<div>\u200B</div>e", "a  b\ncd\n\ne"},
+      {"&notit; &NotEqualTilde; &#x110000;&#0;&#xD800; &ampx &lt &fjlig;&",
+       "¬it; ≂̸ \uFFFD\uFFFD\uFFFD &x < fj&"},
+      {"<title>x &amp; <p></title><textarea>\na <b></textarea><iframe>x</iframe><SCRIPT>'</scriptx>'</SCRIPT "
+       ">c",
+       "a <b>\nc"},
+      {"<a title='>' title = \"x<y\" b='/'/>a</p >b<br/>c</br>d", "a\n\nb\nc\nd"},
+      {"<blockquote><blockquote>a</blockquote>b</blockquote><q>c</q>", "a\n\nb\n\n“c”"},
       {"a\x01\0z"s, "a\uFFFD\uFFFDz"},
       {"no tags < at all & so", "no tags < at all & so"},
       {"<p>open <b>never closed", "open never closed"},
@@ -114,11 +146,34 @@ TEST(HtmlText, ReadsLikeTheScreen) {
     EXPECT_EQ(Platform::ToUtf8(Mime::HtmlToText(Platform::FromUtf8(row.Input))), row.Expected) << row.Input;
 }
 
-TEST(HtmlText, OfHostileDepthEndsSoonAndSaysSo) {
-  Platform::String html = u"before";
-  for (int i = 0; i < 200000; ++i) html += u"<b>";
-  for (int i = 0; i < 200000; ++i) html += u"</p>x";
-  EXPECT_TEXT(u"before\n[The rest of this HTML is nested too deeply to be read.]", Mime::HtmlToText(html));
+// Each of these took minutes where the time grew with the square of the size.
+TEST(HtmlText, OfHostileDocumentsIsReadWhole) {
+  const struct {
+    std::string Repeated, Then, ThenRepeated, Expected;
+  } rows[] = {
+      {"<b>", "a", "</i>", "a"},
+      {"<i><div>", "a", "</b></i>", "a"},
+      {"<ul><div>", "a", "<li></li>", "a"},
+      {"<div hidden>", "a", "</div>", ""},
+      {"<table><td>", "a", "</table>", "a"},
+      {"<p style='color:red;", "'>a", "&#13;", "a"},
+      {"<!--", "-->a", "<![if ", "a"},
+      {"<x y", ">a", "<title></titl", "a"},
+      {"<a b=", ">a", "<z'", "a"},
+      {"&#x93;", "", "<a href=x>", ""},
+  };
+  for (const auto& row : rows) {
+    Platform::String html;
+    for (int i = 0; i < 300000; ++i) html += Platform::FromUtf8(row.Repeated);
+    html += Platform::FromUtf8(row.Then);
+    for (int i = 0; i < 300000; ++i) html += Platform::FromUtf8(row.ThenRepeated);
+    const Platform::String text = Mime::HtmlToText(html);
+    EXPECT_LE(text.size(), html.size()) << row.Repeated;
+    EXPECT_PRED2(Tests::Holds, Platform::ToUtf8(text), row.Expected) << row.Repeated;
+  }
+  std::string attributes = "<p ";
+  for (int i = 0; i < 300000; ++i) attributes += "a" + std::to_string(i) + "=1 ";
+  EXPECT_TEXT(u"a", Mime::HtmlToText(Platform::FromUtf8(attributes + ">a")));
 }
 
 TEST(HeaderText, OfAMegabyteOfBrokenWordsIsReadAsItStands) {
