@@ -15,6 +15,7 @@ struct Mail {
   String MessageId;                   // with its angle brackets; empty without one
   String Subject;
   String Body;
+  bool Encrypted = false;  // its text can't be read, and Body holds at most what stands beside it
 };
 
 // Reads a message of RFC 5322 with line ends of any kind. Malformed mail gives what can be told from it: this

@@ -66,6 +66,18 @@ const char* FirstAddress(InternetAddressList* list) {
   return nullptr;
 }
 
+// OpenPGP's multipart/encrypted (RFC 3156) and the enveloped data of S/MIME (RFC 8551).
+bool IsEncrypted(GMimeMessage* message) {
+  GMimeObject* root = g_mime_message_get_mime_part(message);
+  GMimeContentType* type = root ? g_mime_object_get_content_type(root) : nullptr;
+  if (!type) return false;
+  if (g_mime_content_type_is_type(type, "multipart", "encrypted")) return true;
+  const char* kind = g_mime_content_type_get_parameter(type, "smime-type");
+  return (g_mime_content_type_is_type(type, "application", "pkcs7-mime") ||
+          g_mime_content_type_is_type(type, "application", "x-pkcs7-mime")) &&
+         (!kind || std::string_view(kind).find("enveloped") != std::string_view::npos);
+}
+
 Owned<GMimeMessage> Parse(GByteArray* bytes) {
   const Owned<GMimeStream> stream(g_mime_stream_mem_new_with_byte_array(bytes));
   g_mime_stream_mem_set_owner(GMIME_STREAM_MEM(stream.get()), FALSE);
@@ -92,6 +104,7 @@ Mail ReadMail(std::string bytes) {
       mail.MessageId = DecodeHeader(RawField(message.get(), "Message-ID", bytes));
       mail.Subject = DecodeHeader(RawField(message.get(), "Subject", bytes));
       mail.Body = BodyOf(message.get());
+      mail.Encrypted = IsEncrypted(message.get());
     }
   }
   g_byte_array_free(lent, FALSE);

@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+#include "gateway/delivery/CutMarker.h"
+#include "gateway/delivery/EmptyReply.h"
 #include "gateway/delivery/FailureJudge.h"
 #include "gateway/delivery/HandlerObject.h"
 #include "gateway/delivery/MessageObject.h"
@@ -17,6 +19,7 @@ Outcome Deliver(const String& mailBox, const std::vector<std::string>& sources, 
   handler.MailHandler_Initialize(mailBox, nullptr);
 
   FailureJudge judge;
+  CutMarker marker;
   const auto handle = [&](RawMail raw) {
     if (StopWanted()) return false;
     if (!raw.Fault.empty()) {
@@ -27,8 +30,12 @@ Outcome Deliver(const String& mailBox, const std::vector<std::string>& sources, 
     try {
       Mime::Mail mail = Mime::ReadMail(std::move(raw.Bytes));
       messageId = mail.MessageId;
+      const std::size_t cut = marker.Repair(mail.Body);
+      std::string whyEmpty = WhyReplyIsEmpty(mail, cut, marker);
       const String failure = handler.MailHandler_HandleMessage(MakeMessageObject(std::move(mail)));
-      report.Tell(raw.Source, messageId, failure, judge.Judge(failure));
+      Verdict verdict = judge.Judge(failure);
+      if (verdict.Result == Outcome::Delivered) verdict.WhyEmpty = std::move(whyEmpty);
+      report.Tell(raw.Source, messageId, failure, verdict);
     } catch (const std::exception&) {
       report.Tell(raw.Source, messageId, Platform::CurrentFailure().Description(), {Outcome::Retry});
     }

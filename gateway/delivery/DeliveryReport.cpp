@@ -17,11 +17,13 @@ void DeliveryReport::Tell(const std::string& source, const String& messageId, co
                           const Verdict& verdict) {
   const Outcome result = verdict.Result;
   ++(result == Outcome::Delivered ? delivered_ : result == Outcome::Refused ? refused_ : toTryAgain_);
+  if (!verdict.WhyEmpty.empty()) ++empty_;
   ClearProgress();
   if (json_) {
     WriteLine(Platform::JsonObject()
                   .Add("source", Platform::FromUtf8(source))
                   .Add("messageId", messageId)
+                  .Add("reason", Platform::FromUtf8(verdict.WhyEmpty))
                   .Add("failure", failure)
                   .Text());
   } else {
@@ -29,6 +31,7 @@ void DeliveryReport::Tell(const std::string& source, const String& messageId, co
     if (result != Outcome::Delivered)
       outcome = (result == Outcome::Refused ? "complaint: " : "to be tried again: ") +
                 Platform::TerminalLine(failure);
+    if (!verdict.WhyEmpty.empty()) outcome += ", but " + verdict.WhyEmpty;
     if (!verdict.Hint.empty()) outcome += " (" + verdict.Hint + ")";
     WriteLine(Platform::TerminalLine(Platform::FromUtf8(source)) + "  " +
               (messageId.empty() ? "(no Message-ID)" : Platform::TerminalLine(messageId)) + "  " + outcome);
@@ -43,8 +46,10 @@ Outcome DeliveryReport::Finish(bool stopped) {
     std::string summary = total == 0
                               ? "no messages found"
                               : std::to_string(total) + (total == 1 ? " message: " : " messages: ") +
-                                    std::to_string(delivered_) + " delivered, " + std::to_string(refused_) +
-                                    " with complaints, " + std::to_string(toTryAgain_) + " to be tried again";
+                                    std::to_string(delivered_) + " delivered" +
+                                    (empty_ == 0 ? ", " : " (" + std::to_string(empty_) + " empty), ") +
+                                    std::to_string(refused_) + " with complaints, " +
+                                    std::to_string(toTryAgain_) + " to be tried again";
     if (stopped) summary += "; stopped before the end, what isn't listed here was not tried";
     WriteLine(summary);
   }

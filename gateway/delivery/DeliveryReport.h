@@ -20,7 +20,7 @@ class DeliveryReport {
   explicit DeliveryReport(bool json);
 
   // A mail's outcome, and failure, the words for it. The verdict's hint is for people, and no part of the
-  // JSON.
+  // JSON. Why a reply is empty is part of both.
   void Tell(const std::string& source, const String& messageId, const String& failure,
             const Verdict& verdict);
 
@@ -39,6 +39,7 @@ class DeliveryReport {
   bool outputLost_ = false;
   std::chrono::steady_clock::time_point lastProgress_;
   std::size_t delivered_ = 0;
+  std::size_t empty_ = 0;  // of those delivered
   std::size_t refused_ = 0;
   std::size_t toTryAgain_ = 0;
 };

@@ -14,6 +14,8 @@ using Platform::String;
 struct Verdict {
   Outcome Result = Outcome::Delivered;
   std::string Hint = {};  // what a complaint means that only tells a failure's name; most need none
+  std::string WhyEmpty =
+      {};  // why nothing can be read in a reply that was delivered; empty where something can
 };
 
 class FailureJudge {

@@ -17,8 +17,10 @@ constexpr const char* kNotes =
 no source is given. Mails are only read: none is moved, marked or removed.
 
 One line tells what became of each message: its source, its Message-ID, and "delivered", or "complaint" or "to
-be tried again" with the reason. With --json each line is an object: source, messageId, failure (empty when the
-message was handled without complaint).
+be tried again" with the reason. A reply without text is delivered and said to be empty: that of an encrypted
+mail, or of one that was written below the line above which replies are read. With --json each line is an
+object: source, messageId, reason (why the reply is empty), failure (empty when the message was handled
+without complaint).
 
 Exit codes:
   0   every message was delivered

@@ -56,6 +56,11 @@ TEST_F(Deliver, TellsEachOutcomeByItsExitCodeAndReason) {
   WriteFile(Path("no number"), Mail("b", "alice@apollo.example", "one"));
   WriteFile(Path("other"), "From: alice@apollo.example\nSubject: Hello\n\nb");
   WriteFile(Path("steering"), "Message-ID: <\x1B]0;x\x07>\n" + Mail("b"));
+  WriteFile(Path("below"), Mail("> ----- Reply above\n> this line -----\n\nb"));
+  WriteFile(Path("sealed"), "Content-Type: multipart/encrypted; boundary=b\n" +
+                                Mail("--b\nContent-Type: application/octet-stream\n\nx\n--b--"));
+  WriteFile(Path("enveloped"), "Content-Type: application/pkcs7-mime; smime-type=enveloped-data\n" +
+                                   Mail("MIAGCSqGSIb3DQEHA6CAMIACAQAxggI="));
   WriteFile(Path("junk"), std::string("\0\x01\xFF\x1A", 4));
   fs::create_directories(Path("folder"));
   const struct {
@@ -68,7 +73,17 @@ TEST_F(Deliver, TellsEachOutcomeByItsExitCodeAndReason) {
       {"tvmail deliver apollo - < good", 0, "delivered", ""},
       {"(echo 'From x'; cat good) | tvmail deliver Apollo", 0, "-:1  <m@x>  delivered", ""},
       {"tvmail deliver Apollo --json good unknown", 65,
-       "{\"source\":\"good\",\"messageId\":\"<m@x>\",\"failure\":\"\"}\n{\"source\":\"unknown\"", ""},
+       "{\"source\":\"good\",\"messageId\":\"<m@x>\",\"reason\":\"\",\"failure\":\"\"}\n{\"source\":"
+       "\"unknown\"",
+       ""},
+      {"tvmail deliver Apollo below", 0,
+       "delivered, but the reply is empty: the mail holds no text above the line \"----- Reply above this "
+       "line "
+       "-----\", and the text below it is not read\n1 message: 1 delivered (1 empty), 0 with",
+       ""},
+      {"tvmail deliver Apollo sealed --json", 0, "\"reason\":\"the reply is empty: the mail is encrypted",
+       ""},
+      {"tvmail deliver Apollo enveloped", 0, "delivered, but the reply is empty: the mail is encrypted", ""},
       {"tvmail deliver Apollo < /dev/null", 65, "(no Message-ID)  complaint: ", ""},
       {"tvmail deliver Apollo junk", 65, "complaint: ", ""},
       {"tvmail deliver Apollo long", 65, "is too large for a reply)\n", ""},

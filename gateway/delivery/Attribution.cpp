@@ -1,0 +1,183 @@
+#include "gateway/delivery/Attribution.h"
+
+#include <vector>
+
+#include "gateway/delivery/AttributionLanguages.h"
+#include "gateway/delivery/AttributionSentence.h"
+#include "gateway/delivery/MailCharacters.h"
+
+namespace Gateway {
+namespace {
+
+// Longer lines, sentences of more lines and blocks of more header lines are not those of a mail program.
+constexpr std::size_t kLongestLine = 1000;
+constexpr std::size_t kMostSentenceLines = 4;
+constexpr std::size_t kMostLines = 80;
+
+struct Line {
+  std::size_t Begin;  // its place in the text
+  String Words;       // without quote signs, with single blanks; empty for a blank line
+};
+
+String WordsOf(StringView line) {
+  String words;
+  bool quoted = true;
+  for (const char16_t c : line) {
+    if (IsInvisible(c) || (quoted && (IsQuoteSign(c) || IsBlank(c)))) continue;
+    quoted = false;
+    if (!IsBlank(c)) {
+      words += c;
+    } else if (!words.ends_with(u' ')) {
+      words += u' ';
+    }
+  }
+  if (words.ends_with(u' ')) words.pop_back();
+  return words;
+}
+
+// The last lines of the text, the last one first. Blank lines that follow each other are one.
+std::vector<Line> LastLines(StringView text) {
+  std::vector<Line> lines;
+  while (!text.empty() && lines.size() <= kMostLines) {
+    std::size_t end = text.size();
+    if (IsLineEnd(text[end - 1])) --end;
+    if (end > 0 && text.substr(end - 1).starts_with(u"\r\n")) --end;
+    std::size_t begin = end;
+    while (begin > 0 && !IsLineEnd(text[begin - 1])) --begin;
+    String words = WordsOf(text.substr(begin, end - begin));
+    if (words.empty() && !lines.empty() && lines.back().Words.empty()) {
+      lines.back().Begin = begin;
+    } else {
+      lines.push_back({begin, std::move(words)});
+    }
+    text = text.substr(0, begin);
+  }
+  return lines;
+}
+
+using Lines = std::vector<Line>;
+
+bool IsBlankAt(const Lines& lines, std::size_t at) {
+  return at < lines.size() && lines[at].Words.empty();
+}
+
+// How many lines from at on are a sentence that introduces a quote, the fewest that do.
+std::size_t SentenceLength(const Lines& lines, std::size_t at) {
+  for (const SentenceBegin begin : {SentenceBegin::Sure, SentenceBegin::Name}) {
+    String sentence;
+    for (std::size_t i = at; i < lines.size() && i < at + kMostSentenceLines; ++i) {
+      const String& words = lines[i].Words;
+      const bool ended = i > at && !words.empty() && IsOneOf(words.back(), u".!?");
+      if (words.empty() || ended || words.size() > kLongestLine) break;
+      sentence = sentence.empty() ? words : words + u" " + sentence;
+      if (IsAttributionSentence(sentence, begin)) return i + 1 - at;
+    }
+  }
+  return 0;
+}
+
+bool IsAmong(StringView alternatives, StringView word) {
+  while (!alternatives.empty()) {
+    const StringView one = alternatives.substr(0, alternatives.find(u'|'));
+    if (Platform::EqualsIgnoreCase(one, word)) return true;
+    alternatives.remove_prefix(std::min(one.size() + 1, alternatives.size()));
+  }
+  return false;
+}
+
+// The name of a header line, without the stars of bold text; empty for any other line.
+StringView HeaderName(StringView words) {
+  constexpr std::size_t kLongestName = 30;
+  const auto colon = words.substr(0, kLongestName).find_first_of(u":\uFF1A");
+  if (colon == StringView::npos) return {};
+  StringView name = words.substr(0, colon);
+  name = name.substr(0, name.find_last_not_of(u" *") + 1);
+  return name.substr(std::min(name.find_first_not_of(u'*'), name.size()));
+}
+
+struct HeaderBlock {
+  std::size_t Length = 0;  // in lines
+  unsigned Names = 0;      // a bit for each that was found
+};
+constexpr unsigned kFrom = 1, kDate = 2, kTo = 4, kSubject = 8, kMore = 16;
+
+// The header lines of one language from at on, upwards. A value that is too long for its line is continued on
+// lines without a name; a blank line may stand between two header lines. A name that comes a second time is
+// not part of the block.
+HeaderBlock HeaderLines(const Lines& lines, std::size_t at, const AttributionLanguage& language) {
+  constexpr std::size_t kMostContinuations = 20;
+  constexpr std::size_t kShortestWrapped = 50;
+  HeaderBlock block;
+  std::size_t continuations = 0;
+  for (std::size_t i = at; i < lines.size() && continuations <= kMostContinuations; ++i) {
+    const StringView name = HeaderName(lines[i].Words);
+    const unsigned kind = IsAmong(language.From, name)      ? kFrom
+                          : IsAmong(language.Date, name)    ? kDate
+                          : IsAmong(language.To, name)      ? kTo
+                          : IsAmong(language.Subject, name) ? kSubject
+                          : IsAmong(language.More, name)    ? kMore
+                                                            : 0;
+    if (kind == 0) {
+      if (IsBlankAt(lines, i) && continuations > 0) break;
+      if (IsBlankAt(lines, i)) continue;
+      if (i + 1 == lines.size() || lines[i + 1].Words.size() < kShortestWrapped) break;
+      ++continuations;
+      continue;
+    }
+    if (kind != kMore && (block.Names & kind) != 0) break;
+    block = {i + 1 - at, block.Names | kind};
+    continuations = 0;
+  }
+  return block;
+}
+
+// True for a line that is drawn above header lines: of underscores or dashes alone, or with words between
+// dashes. The words are those of the table; above header lines, "Alice wrote:" is another form of them.
+bool IsHeading(StringView words, bool aboveHeaders) {
+  constexpr std::size_t kShortestRule = 8;
+  const auto isRule = [](char16_t c) { return c == u'_' || IsDash(c); };
+  if (words.size() > kLongestLine) return false;
+  if (std::all_of(words.begin(), words.end(), isRule)) return aboveHeaders && words.size() >= kShortestRule;
+  std::size_t dashes[2] = {0, 0};
+  for (; IsDash(words.front()); ++dashes[0]) words.remove_prefix(1);
+  for (; IsDash(words.back()); ++dashes[1]) words.remove_suffix(1);
+  if (dashes[0] == 0 || dashes[1] == 0) return false;
+  const String inner = Platform::Trim(words);
+  if (aboveHeaders && inner.ends_with(u':')) return true;
+  const auto languages = AttributionLanguages();
+  return std::any_of(languages.begin(), languages.end(),
+                     [&](const AttributionLanguage& language) { return IsAmong(language.Headings, inner); });
+}
+
+// Where the heading above at is, if there is one: the place behind it. Otherwise at.
+std::size_t PassHeading(const Lines& lines, std::size_t at, bool aboveHeaders) {
+  const std::size_t heading = at + (IsBlankAt(lines, at) ? 1 : 0);
+  return heading < lines.size() && IsHeading(lines[heading].Words, aboveHeaders) ? heading + 1 : at;
+}
+
+// The place behind the header lines and their heading. Without a heading they need more names, since such
+// lines could be the writer's own.
+std::size_t PassHeaders(const Lines& lines, std::size_t at) {
+  for (const AttributionLanguage& language : AttributionLanguages()) {
+    const HeaderBlock block = HeaderLines(lines, at, language);
+    if (!(block.Names & kFrom) || !(block.Names & (kDate | kTo | kSubject))) continue;
+    const std::size_t end = at + block.Length;
+    const std::size_t behind = PassHeading(lines, end, true);
+    if (behind > end || ((block.Names & kSubject) && (block.Names & (kDate | kTo)))) return behind;
+  }
+  return at;
+}
+
+}  // namespace
+
+std::size_t EndOfOwnText(StringView text) {
+  const Lines lines = LastLines(text);
+  std::size_t at = IsBlankAt(lines, 0) ? 1 : 0;
+  const std::size_t sentence = SentenceLength(lines, at);
+  const std::size_t behind = sentence > 0 ? at + sentence : PassHeaders(lines, at);
+  at = PassHeading(lines, behind, false);
+  if (IsBlankAt(lines, at)) ++at;
+  return at == 0 ? text.size() : lines[at - 1].Begin;
+}
+
+}  // namespace Gateway

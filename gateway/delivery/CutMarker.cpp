@@ -1,0 +1,176 @@
+#include "gateway/delivery/CutMarker.h"
+
+#include "gateway/delivery/Attribution.h"
+#include "gateway/delivery/MailCharacters.h"
+#include "platform/Failure.h"
+#include "platform/Services.h"
+#include "platform/StoredNames.h"
+#include "platform/contracts/ResourceServices.h"
+#include "runtime/Process.h"
+
+namespace Gateway {
+namespace {
+
+// The component refuses a reply of more characters. In front of the marker there may stand an attribution,
+// quote signs and blank lines beside it, which are not part of the reply.
+constexpr std::size_t kLongestReply = 32767;
+constexpr std::size_t kLongestAttribution = 16384;
+
+// More line ends than these between two words of the marker are no wrapping.
+constexpr int kMostLineEnds = 2;
+
+std::size_t SkipInvisible(StringView text, std::size_t at) {
+  while (at < text.size() && IsInvisible(text[at])) ++at;
+  return at;
+}
+
+// What may stand on the marker's line beside it: quote signs, and the stars and underscores of bold text.
+bool IsFrame(char16_t c) {
+  return IsBlank(c) || IsInvisible(c) || IsQuoteSign(c) || c == u'*' || c == u'_';
+}
+
+std::size_t LineBegin(StringView text, std::size_t at) {
+  while (at > 0 && !IsLineEnd(text[at - 1])) --at;
+  return at;
+}
+
+bool FillsItsLines(StringView text, std::size_t begin, std::size_t end) {
+  const StringView before = text.substr(LineBegin(text, begin), begin - LineBegin(text, begin));
+  while (end < text.size() && IsFrame(text[end])) ++end;
+  return std::all_of(before.begin(), before.end(), IsFrame) && (end == text.size() || IsLineEnd(text[end]));
+}
+
+// Passes over what stands between two words: blanks, and line ends with the quote signs behind them. False
+// where the words aren't parted.
+bool MatchGap(StringView text, std::size_t& at) {
+  bool parted = false;
+  int lineEnds = 0;
+  for (; at < text.size(); ++at) {
+    const char16_t c = text[at];
+    if (IsLineEnd(c)) {
+      if ((c != u'\n' || text[at - 1] != u'\r') && ++lineEnds > kMostLineEnds) return false;
+    } else if (!(IsBlank(c) || IsInvisible(c) || (lineEnds > 0 && IsQuoteSign(c)))) {
+      return parted;
+    }
+    parted = parted || IsLineEnd(c) || IsBlank(c) || c == u'\u200B';  // a zero-width space parts words, too
+  }
+  return parted;
+}
+
+}  // namespace
+
+const std::optional<String>& CutMarker::Text() {
+  if (text_) return text_;
+  try {
+    const Platform::Resource texts(Platform::Services().CreateByName(u"TvResourceServices.Resource"));
+    texts.LoadResources(Runtime::LibraryFolder() + u"\\TvComRes.dll", u"Talvane40");
+    text_ = texts.ResourceString(Platform::TextNumber::kCutMarker);
+    TakeSteps();
+  } catch (const Platform::Failure&) {
+    text_.reset();
+  }
+  return text_;
+}
+
+String CutMarker::Words() {
+  return Text().value_or(String());
+}
+
+void CutMarker::TakeSteps() {
+  steps_.clear();
+  bool gap = false;
+  for (const char16_t c : *text_) {
+    if (IsInvisible(c)) continue;
+    if (IsBlank(c) || IsLineEnd(c)) {
+      gap = !steps_.empty();
+      continue;
+    }
+    if (gap) steps_.push_back({Step::Gap});
+    gap = false;
+    if (!IsDash(c)) {
+      steps_.push_back({Step::Letter, c});
+    } else if (!steps_.empty() && steps_.back().Kind == Step::Dashes) {
+      ++steps_.back().Count;
+    } else {
+      steps_.push_back({Step::Dashes, 0, 1});
+    }
+  }
+}
+
+// A run of hyphens matches in its number, or with more at either end of the marker. Where dashes stand for
+// some of them, their number depends on the program: one dash for each hyphen, or for two or three of them.
+bool CutMarker::MatchDashes(StringView text, std::size_t& at, const Step& step, Place& place) const {
+  std::size_t fewest = 0, most = 0;
+  for (std::size_t i = at; i < text.size() && (IsDash(text[i]) || IsInvisible(text[i])); ++i) {
+    if (IsInvisible(text[i])) continue;
+    const bool wide = text[i] == u'\u2014' || text[i] == u'\u2015';
+    ++fewest;
+    most += wide ? 3u : text[i] == u'\u2013' ? 2u : 1u;
+    at = i + 1;
+  }
+  if (fewest == 0) return false;
+  const bool atEdge = &step == &steps_.front() || &step == &steps_.back();
+  if (most >= step.Count && (fewest <= step.Count || atEdge)) return true;
+  place.Alone = true;
+  return most > fewest;
+}
+
+std::optional<CutMarker::Place> CutMarker::MatchAt(StringView text, std::size_t begin) const {
+  Place place{begin, begin};
+  std::size_t& at = place.End;
+  for (const Step& step : steps_) {
+    bool matches = false;
+    switch (step.Kind) {
+      case Step::Gap:
+        matches = MatchGap(text, at);
+        break;
+      case Step::Dashes:
+        matches = MatchDashes(text, at, step, place);
+        break;
+      case Step::Letter:
+        at = SkipInvisible(text, at);
+        matches = at < text.size() && text[at] == step.Character;
+        ++at;
+        break;
+    }
+    if (!matches) return {};
+  }
+  if (place.Alone && !FillsItsLines(text, place.Begin, place.End)) return {};
+  return place;
+}
+
+// The first marker. One that is only part of longer runs of hyphens, as the component finds it, takes them
+// along. Only the beginning of a run of dashes is tried, so that no character is looked at more often than
+// the marker is long.
+std::optional<CutMarker::Place> CutMarker::Find(StringView text) const {
+  const std::size_t exact = text.find(*text_);
+  const std::size_t end = steps_.empty() ? 0 : std::min(exact, text.size());
+  const bool dashesFirst = !steps_.empty() && steps_.front().Kind == Step::Dashes;
+  const char16_t first = steps_.empty() ? u'\0' : steps_.front().Character;
+  bool behindDash = false;
+  for (std::size_t i = 0; i < end; ++i) {
+    const char16_t c = text[i];
+    if (dashesFirst ? IsDash(c) && !behindDash : c == first) {
+      if (const auto found = MatchAt(text, i)) return found;
+    }
+    if (!IsInvisible(c)) behindDash = IsDash(c);
+  }
+  if (exact == StringView::npos) return {};
+  return Place{exact, exact + text_->size()};
+}
+
+std::size_t CutMarker::Repair(String& body) {
+  if (!Text()) return String::npos;
+  const StringView searched = StringView(body).substr(0, kLongestReply + kLongestAttribution);
+  const auto found = Find(searched);
+  if (!found) return String::npos;
+  std::size_t above = found->Begin;
+  while (above > 0 && IsFrame(body[above - 1])) --above;
+  std::size_t own = EndOfOwnText(searched.substr(0, above));
+  // Quote signs behind the writer's own words on the marker's line are part of these words.
+  if (own == above && above > 0 && !IsLineEnd(body[above - 1])) own = found->Begin;
+  body.replace(own, found->End - own, *text_);
+  return own;
+}
+
+}  // namespace Gateway
