@@ -47,13 +47,11 @@ String SmtpTransportName() {
 }
 
 std::int32_t TransportNumber(StringView stored) {
-  const auto number = ReadNumber(stored);
-  if (!number) return 0;
   try {
-    const std::int32_t rounded = RoundToInt32(*number);
-    return rounded == TransportId::kMapi || rounded == TransportId::kSmtp ? rounded : 0;
+    const std::int32_t number = ReadInt32(stored);
+    return number == TransportId::kMapi || number == TransportId::kSmtp ? number : 0;
   } catch (const Failure&) {
-    return 0;  // too large for a number of the component
+    return 0;  // no number, or too large for one of the component
   }
 }
 

@@ -69,17 +69,21 @@ Integer Round(double value) {
   return static_cast<Integer>(whole);
 }
 
-}  // namespace
+// A number as its text has it.
+struct Decimal {
+  bool Negative = false;
+  std::string Plain;  // digits, a point between digits, and an exponent behind "e", as far as there are any
+};
 
-std::optional<double> ReadNumber(StringView text) {
+std::optional<Decimal> ParseDecimal(StringView text) {
   const String trimmed = Trim(text);
   StringView rest = trimmed;
-  bool negative = false;
+  Decimal decimal;
+  std::string& plain = decimal.Plain;
   if (!rest.empty() && (rest[0] == u'-' || rest[0] == u'+')) {
-    negative = rest[0] == u'-';
+    decimal.Negative = rest[0] == u'-';
     rest.remove_prefix(1);
   }
-  std::string plain;
   if (!TakeWholeDigits(rest, plain)) return {};
   std::size_t digits = plain.size();
   if (!rest.empty() && rest[0] == u'.') {
@@ -101,18 +105,58 @@ std::optional<double> ReadNumber(StringView text) {
     if (TakeDigits(rest, plain) == 0) return {};
   }
   if (!rest.empty()) return {};
+  return decimal;
+}
 
+// Rounds on the digits, since a double takes 0.5000000000000000000001 for a tie.
+std::int64_t Round(const Decimal& decimal) {
+  constexpr long kMostDigits = 10;  // of a 32-bit number
+  const std::string_view plain = decimal.Plain;
+  std::string digits(plain.substr(0, plain.find('e')));
+  std::erase(digits, '.');
+  digits.erase(0, digits.find_first_not_of('0'));
+  if (digits.empty()) return 0;
+  const long wholeDigits = DecimalExponent(plain) + 1;
+  if (wholeDigits < 0) return 0;
+  if (wholeDigits > kMostDigits) Raise(FailureNumber::Overflow);
+  const auto whole = static_cast<std::size_t>(wholeDigits);
+  if (digits.size() < whole) digits.resize(whole, '0');
+  std::int64_t value = 0;
+  for (std::size_t i = 0; i < whole; ++i) value = value * 10 + (digits[i] - '0');
+  const int againstHalf = std::string_view(digits).substr(whole).compare("5");
+  const bool tie = digits.size() > whole && digits[whole] == '5' &&
+                   digits.find_first_not_of('0', whole + 1) == std::string::npos;
+  if (tie ? value % 2 == 1 : againstHalf > 0) ++value;
+  return decimal.Negative ? -value : value;
+}
+
+template <class Integer>
+Integer ReadInteger(StringView text) {
+  const auto decimal = ParseDecimal(text);
+  if (!decimal) Raise(FailureNumber::TypeMismatch, text.substr(0, 80));
+  const std::int64_t value = Round(*decimal);
+  if (value < std::numeric_limits<Integer>::min() || value > std::numeric_limits<Integer>::max())
+    Raise(FailureNumber::Overflow);
+  return static_cast<Integer>(value);
+}
+
+}  // namespace
+
+std::optional<double> ReadNumber(StringView text) {
+  const auto decimal = ParseDecimal(text);
+  if (!decimal) return {};
+  const std::string& plain = decimal->Plain;
   double value = 0;
   const auto result = std::from_chars(plain.data(), plain.data() + plain.size(), value);
   if (result.ec == std::errc::result_out_of_range) {
     // from_chars doesn't tell which end of the range was left.
     value = DecimalExponent(plain) < 0 ? 0.0 : std::numeric_limits<double>::infinity();
   }
-  return negative ? -value : value;
+  return decimal->Negative ? -value : value;
 }
 
 bool IsNumeric(StringView text) {
-  return ReadNumber(text).has_value();
+  return ParseDecimal(text).has_value();
 }
 
 std::int16_t RoundToInt16(double value) {
@@ -122,10 +166,11 @@ std::int32_t RoundToInt32(double value) {
   return Round<std::int32_t>(value);
 }
 
+std::int16_t ReadInt16(StringView text) {
+  return ReadInteger<std::int16_t>(text);
+}
 std::int32_t ReadInt32(StringView text) {
-  const auto value = ReadNumber(text);
-  if (!value) Raise(FailureNumber::TypeMismatch, text.substr(0, 80));
-  return RoundToInt32(*value);
+  return ReadInteger<std::int32_t>(text);
 }
 
 }  // namespace Platform

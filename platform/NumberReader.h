@@ -23,7 +23,10 @@ bool IsNumeric(StringView text);
 std::int16_t RoundToInt16(double value);
 std::int32_t RoundToInt32(double value);
 
-// ReadNumber and RoundToInt32 in one. Raises 13 if the text isn't numeric, 6 if its value doesn't fit.
+// The whole number that is nearest to the number in the text, rounded on its decimal digits, so that no digit
+// is lost, however many there are; a value exactly between two goes to the even one. Raises 13 if the text
+// isn't numeric, 6 if its value doesn't fit.
+std::int16_t ReadInt16(StringView text);
 std::int32_t ReadInt32(StringView text);
 
 }  // namespace Platform

@@ -59,10 +59,10 @@ bool Value::ToBool() const {
 }
 
 std::int16_t Value::ToInt16() const {
-  return RoundToInt16(ToDouble());
+  return IsString() ? ReadInt16(std::get<String>(content_)) : RoundToInt16(ToDouble());
 }
 std::int32_t Value::ToInt32() const {
-  return RoundToInt32(ToDouble());
+  return IsString() ? ReadInt32(std::get<String>(content_)) : RoundToInt32(ToDouble());
 }
 
 String Value::ToString() const {

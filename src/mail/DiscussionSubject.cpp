@@ -1,8 +1,8 @@
 #include "src/mail/DiscussionSubject.h"
-#include "platform/StoredNames.h"
 
 #include "platform/Failure.h"
 #include "platform/NumberReader.h"
+#include "platform/StoredNames.h"
 #include "src/services/modResource.h"
 
 namespace TvEmailServices {
@@ -49,11 +49,9 @@ bool ParseDiscussionSubject(StringView line, std::int32_t& number, String& subje
     const String unfolded = Unfold(line);
     const StringView numberText = NumberText(From(From(unfolded, kDiscussionMarker), kDiscussionWord));
     subjectText = Before(unfolded, kProjectMarker);
-    if (const auto value = ReadNumber(numberText)) {
-      if (const std::int32_t rounded = RoundToInt32(*value); rounded >= 1) {
-        number = rounded;
-        return true;
-      }
+    if (const std::int32_t read = IsNumeric(numberText) ? ReadInt32(numberText) : 0; read >= 1) {
+      number = read;
+      return true;
     }
     errorText = LoadTvResourceString(TextNumber::kNoDiscussionSubject);
   } catch (...) {

@@ -138,8 +138,35 @@ TEST(NumberReader, RoundsTiesToEvenAndOverflowsAtTheEdges) {
   for (const auto& row : rows) EXPECT_EQ(RoundToInt16(row.From), row.To) << row.From;
   for (const double out : {32767.5, -32768.6, 1e300, std::numeric_limits<double>::quiet_NaN()})
     EXPECT_EQ(FailureOf([&] { RoundToInt16(out); }), FailureNumber::Overflow) << out;
-  EXPECT_EQ(ReadInt32(u"2147483647"), 2147483647);
-  EXPECT_EQ(FailureOf([] { ReadInt32(u"2147483648"); }), FailureNumber::Overflow);
+  const String zeros(400, u'0');
+  const struct {
+    String Text;
+    std::int32_t Expected;
+  } texts[] = {{u"2147483647.4999999999999", 2147483647},
+               {u"-2147483648.5", -2147483648},
+               {u"0.5", 0},
+               {u"-1.5", -2},
+               {u"2.5" + zeros, 2},
+               {u"2.5" + zeros + u"1", 3},
+               {u"2.4" + String(400, u'9'), 2},
+               {u"9.5", 10},
+               {u"0.05e1", 0},
+               {u"0.051e1", 1},
+               {u"0.049", 0},
+               {u"123e-2", 1},
+               {u"12,345e1", 123450},
+               {zeros + u"7", 7},
+               {u"7" + zeros + u"e-400", 7},
+               {u"0." + zeros + u"6e401", 6},
+               {u"6e-99999999999999999999", 0},
+               {u"0e99999999999999999999", 0}};
+  for (const auto& row : texts) {
+    EXPECT_EQ(ReadInt32(row.Text), row.Expected) << Utf8(row.Text);
+    EXPECT_EQ(Value(row.Text).ToInt32(), row.Expected) << Utf8(row.Text);
+  }
+  for (const StringView out : {u"2147483647.5", u"-2147483648.51", u"1e10", u"1e99999999999999999999"})
+    EXPECT_EQ(FailureOf([&] { ReadInt32(out); }), FailureNumber::Overflow) << Utf8(out);
+  EXPECT_EQ(FailureOf([] { Value(u"32767.5").ToInt16(); }), FailureNumber::Overflow);
   EXPECT_EQ(FailureOf([] { ReadInt32(u"two"); }), FailureNumber::TypeMismatch);
 }
 
