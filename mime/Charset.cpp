@@ -4,64 +4,93 @@
 #include <unicode/ucnv_cb.h>
 
 #include <memory>
+#include <utility>
+#include <vector>
+
+#include "mime/CharsetLabels.h"
 
 namespace Mime {
 namespace {
+
+constexpr std::string_view kUtf8Mark = "\xEF\xBB\xBF";
+constexpr std::string_view kLastResort = "windows-1252";
 
 struct CloseConverter {
   void operator()(UConverter* converter) const { ucnv_close(converter); }
 };
 using Converter = std::unique_ptr<UConverter, CloseConverter>;
 
-// ICU's own substitution gives U+001A for some single bytes, which nobody would recognise as damage.
-void ReplaceDamage(const void*, UConverterToUnicodeArgs* arguments, const char*, int32_t,
+// Damage becomes U+FFFD: ICU's own substitution gives U+001A for some single bytes, which nobody would
+// recognise. An escape sequence that switches to a charset and back without a character between is no damage.
+// context is set for the converter where the byte 80 is the euro sign.
+void ReplaceDamage(const void* context, UConverterToUnicodeArgs* arguments, const char* bytes, int32_t length,
                    UConverterCallbackReason reason, UErrorCode* status) {
   if (reason > UCNV_IRREGULAR) return;
+  const bool emptySegment = reason == UCNV_IRREGULAR;
   *status = U_ZERO_ERROR;
-  const UChar replacement = 0xFFFD;
+  if (emptySegment) return;
+  const bool euro = context && length == 1 && static_cast<unsigned char>(bytes[0]) == 0x80;
+  const UChar replacement = euro ? 0x20AC : 0xFFFD;
   ucnv_cbToUWriteUChars(arguments, &replacement, 1, 0, status);
 }
 
-struct Reading {
-  const char* Label;
-  const char* ReadAs;  // null: the label tells nothing
-};
-
-// Labels whose mails hold more than the standard behind the label allows.
-constexpr Reading kReadings[] = {
-    {"us-ascii", nullptr},
-    {"ascii", nullptr},
-    {"iso-8859-1", "windows-1252"},
-    {"latin1", "windows-1252"},
-    {"iso-8859-9", "windows-1254"},
-    {"iso-8859-11", "windows-874"},
-    {"tis-620", "windows-874"},
-    {"gb2312", "gb18030"},
-    {"gbk", "gb18030"},
-    {"euc-kr", "windows-949"},
-    {"ks_c_5601-1987", "windows-949"},
-    {"big5", "windows-950"},
-    {"unicode-1-1-utf-7", "utf-7"},
-};
-
-// The converter for a label, or none. Any alias of an entry above counts as the entry.
-Converter OpenConverter(const std::string& label) {
-  if (label.empty() || label.size() >= UCNV_MAX_CONVERTER_NAME_LENGTH) return nullptr;
+Converter Open(const std::string& name) {
   UErrorCode status = U_ZERO_ERROR;
-  const char* standardName = ucnv_getStandardName(label.c_str(), "MIME", &status);
-  const char* name = U_SUCCESS(status) && standardName ? standardName : label.c_str();
-  for (const Reading& reading : kReadings) {
-    if (ucnv_compareNames(name, reading.Label) != 0 && ucnv_compareNames(label.c_str(), reading.Label) != 0)
-      continue;
-    if (!reading.ReadAs) return nullptr;
-    name = reading.ReadAs;
-    break;
-  }
-  status = U_ZERO_ERROR;
-  Converter converter(ucnv_open(name, &status));
+  Converter converter(ucnv_open(name.c_str(), &status));
   if (U_FAILURE(status)) return nullptr;
-  ucnv_setToUCallBack(converter.get(), ReplaceDamage, nullptr, nullptr, nullptr, &status);
+  static constexpr char kEuro = 1;
+  ucnv_setToUCallBack(converter.get(), ReplaceDamage, name == kGbkConverter ? &kEuro : nullptr, nullptr,
+                      nullptr, &status);
   return converter;
+}
+
+// This thread's converter of that name, or null. It begins anew.
+UConverter* KeptConverter(std::string_view name) {
+  constexpr std::size_t kMost = 8;
+  thread_local std::vector<std::pair<std::string, Converter>> kept;
+  for (const auto& [keptName, converter] : kept) {
+    if (keptName != name) continue;
+    ucnv_resetToUnicode(converter.get());
+    return converter.get();
+  }
+  Converter opened = Open(std::string(name));
+  if (!opened) return nullptr;
+  if (kept.size() == kMost) kept.erase(kept.begin());
+  return kept.emplace_back(name, std::move(opened)).second.get();
+}
+
+// ICU knows more charsets than ConverterOfLabel. Only names of its alias table count: any other one would be
+// looked for as a file.
+std::string_view ConverterOfIcu(std::string_view label) {
+  const std::string name(label);
+  UErrorCode status = U_ZERO_ERROR;
+  if (name.size() >= UCNV_MAX_CONVERTER_NAME_LENGTH || name.find(',') != std::string::npos ||
+      ucnv_countAliases(name.c_str(), &status) == 0 || U_FAILURE(status))
+    return {};
+  const char* canonical = ucnv_getAlias(name.c_str(), 0, &status);
+  return U_SUCCESS(status) && canonical && std::string_view(canonical) != "US-ASCII" ? canonical : "";
+}
+
+std::string_view ConverterFor(std::string_view label) {
+  const std::optional<std::string_view> known = ConverterOfLabel(label);
+  return known ? *known : ConverterOfIcu(label);
+}
+
+String DecodeLatin10(std::string_view bytes) {
+  static constexpr StringView kUpper =
+      u"\u00A0\u0104\u0105\u0141\u20AC\u201E\u0160\u00A7\u0161\u00A9\u0218\u00AB\u0179\u00AD\u017A\u017B"
+      u"\u00B0\u00B1\u010C\u0142\u017D\u201D\u00B6\u00B7\u017E\u010D\u0219\u00BB\u0152\u0153\u0178\u017C"
+      u"\u00C0\u00C1\u00C2\u0102\u00C4\u0106\u00C6\u00C7\u00C8\u00C9\u00CA\u00CB\u00CC\u00CD\u00CE\u00CF"
+      u"\u0110\u0143\u00D2\u00D3\u00D4\u0150\u00D6\u015A\u0170\u00D9\u00DA\u00DB\u00DC\u0118\u021A\u00DF"
+      u"\u00E0\u00E1\u00E2\u0103\u00E4\u0107\u00E6\u00E7\u00E8\u00E9\u00EA\u00EB\u00EC\u00ED\u00EE\u00EF"
+      u"\u0111\u0144\u00F2\u00F3\u00F4\u0151\u00F6\u015B\u0171\u00F9\u00FA\u00FB\u00FC\u0119\u021B\u00FF";
+  String text;
+  text.reserve(bytes.size());
+  for (const char byte : bytes) {
+    const auto value = static_cast<unsigned char>(byte);
+    text += value < 0xA0 ? static_cast<char16_t>(value) : kUpper[value - 0xA0u];
+  }
+  return text;
 }
 
 String Convert(UConverter& converter, std::string_view bytes) {
@@ -81,16 +110,35 @@ String Convert(UConverter& converter, std::string_view bytes) {
   return text;
 }
 
-}  // namespace
-
-String DecodeText(std::string_view bytes, const std::string& label) {
-  const Converter converter = OpenConverter(label);
-  return converter ? Convert(*converter, bytes) : GuessText(bytes);
+// The text by a converter's name; GuessText's where there is none of that name.
+String ConvertBy(std::string_view name, std::string_view bytes) {
+  if (name == kLatin10Converter) return DecodeLatin10(bytes);
+  if (name == kUtf16Converter || name == "utf-16be") {
+    const bool bigMark = bytes.starts_with("\xFE\xFF");
+    const bool littleMark = bytes.starts_with("\xFF\xFE");
+    if (bigMark || littleMark) bytes.remove_prefix(2);
+    name = bigMark || (name == "utf-16be" && !littleMark) ? "utf-16be" : "utf-16le";
+  }
+  UConverter* converter = name.empty() ? nullptr : KeptConverter(name);
+  if (converter) return Convert(*converter, bytes);
+  return name == kLastResort ? Platform::FromUtf8(bytes) : GuessText(bytes);
 }
 
-String GuessText(std::string_view bytes) {
+}  // namespace
+
+String DecodeText(std::string_view bytes, std::string_view label) {
+  if (bytes.starts_with(kUtf8Mark) && Platform::IsUtf8(bytes))
+    return Platform::FromUtf8(bytes.substr(kUtf8Mark.size()));
+  String text = ConvertBy(ConverterFor(label), bytes);
+  if (text.starts_with(u'\uFEFF')) text.erase(0, 1);
+  return text;
+}
+
+String GuessText(std::string_view bytes, std::string_view likely) {
   if (Platform::IsUtf8(bytes)) return Platform::FromUtf8(bytes);
-  return DecodeText(bytes, "windows-1252");
+  const std::string_view name = ConverterFor(likely);
+  const bool eightBit = !name.empty() && !name.starts_with("utf");
+  return ConvertBy(eightBit ? name : kLastResort, bytes);
 }
 
 }  // namespace Mime

@@ -22,17 +22,21 @@ struct EncodedWord {
 };
 
 // The encoded word that begins at position, where "=?" stands. Blanks inside a Q word, which the standard
-// forbids, are accepted since mail programs write them.
-std::optional<EncodedWord> ReadEncodedWord(std::string_view line, std::size_t position) {
-  // Far longer than any that is written; bounds the search where a word never ends.
-  constexpr std::size_t kLongestWord = 1024;
-  const std::string_view header = line.substr(0, position + kLongestWord);
+// forbids, are accepted since mail programs write them, and so is a question mark. A word that another one
+// begins in was never ended.
+std::optional<EncodedWord> ReadEncodedWord(std::string_view header, std::size_t position) {
+  constexpr std::size_t kLongestCharset = 80;
   const std::size_t charset = position + 2;
-  const std::size_t encoding = header.find('?', charset);
-  if (encoding == std::string_view::npos || encoding == charset || encoding + 2 >= header.size()) return {};
+  const std::size_t encoding = charset + header.substr(charset, kLongestCharset).find('?');
+  if (encoding < charset || encoding == charset || encoding + 2 >= header.size()) return {};
   const char kind = static_cast<char>(header[encoding + 1] | 0x20);
   if ((kind != 'b' && kind != 'q') || header[encoding + 2] != '?') return {};
-  const std::size_t end = header.find("?=", encoding + 3);
+  const std::size_t text = encoding + 3;
+  // The next "=?" is looked for first: it bounds the search for the end where a word never ends. The equals
+  // sign of a text's own end, as in "w6Q=?=", is none.
+  const std::size_t next = std::min(header.find("=?", text), header.size());
+  const bool ownEnd = header.substr(next, 3) == "=?=";
+  const std::size_t end = header.substr(0, next + (ownEnd ? 3 : 1)).find("?=", text);
   if (end == std::string_view::npos) return {};
 
   EncodedWord word;
@@ -41,7 +45,7 @@ std::optional<EncodedWord> ReadEncodedWord(std::string_view line, std::size_t po
   word.Charset.resize(std::min(word.Charset.size(), word.Charset.find('*')));
   for (char& c : word.Charset) c = g_ascii_tolower(c);
   word.Base64 = kind == 'b';
-  word.Text = header.substr(encoding + 3, end - encoding - 3);
+  word.Text = header.substr(text, end - text);
   word.End = end + 2;
   return word;
 }
@@ -86,7 +90,7 @@ std::string UnfoldHeader(std::string_view raw) {
   return line.substr(first, line.find_last_not_of(kBlanks) - first + 1);
 }
 
-String DecodeHeader(std::string_view raw) {
+String DecodeHeader(std::string_view raw, std::string_view likelyCharset) {
   const std::string line = UnfoldHeader(raw);
   String text;
   std::size_t plainStart = 0;
@@ -99,7 +103,7 @@ String DecodeHeader(std::string_view raw) {
       search = start + 2;
       continue;
     }
-    text += GuessText(std::string_view(line).substr(plainStart, start - plainStart));
+    text += GuessText(std::string_view(line).substr(plainStart, start - plainStart), likelyCharset);
 
     // The run of words of one charset that begins here; between words only blanks stand, and they vanish.
     std::string charset = word->Charset;
@@ -127,7 +131,7 @@ String DecodeHeader(std::string_view raw) {
     text += DecodeText(bytes, charset);
     search = plainStart;
   }
-  return text += GuessText(std::string_view(line).substr(plainStart));
+  return text += GuessText(std::string_view(line).substr(plainStart), likelyCharset);
 }
 
 }  // namespace Mime

@@ -1,105 +1,173 @@
 #include "mime/MailBody.h"
 
-#include <cstring>
-#include <memory>
+#include <optional>
 
-#include "mime/Base64.h"
 #include "mime/Charset.h"
-#include "mime/FlowedText.h"
-#include "mime/HtmlText.h"
+#include "mime/PartText.h"
+#include "mime/SignedContent.h"
 
 namespace Mime {
 namespace {
 
-struct Unreference {
-  void operator()(void* object) const { g_object_unref(object); }
+// Signed mail in signed mail is entered so often: a mailing list may sign what a writer signed.
+constexpr int kMostSigned = 2;
+
+// Where a part stands in the multipart around it.
+struct Place {
+  bool First = true;
+  bool Related = false;  // multipart/related: only the first part is text, all others belong to it
 };
 
-// The parts that could be the text, the first of each kind.
-struct Candidates {
-  GMimePart* Plain = nullptr;
-  GMimePart* Html = nullptr;
-  GMimePart* NamedPlain = nullptr;  // has a file's name, though it isn't said to be an attachment
+// A text that grows part by part.
+struct Joined {
+  String Text;
+  bool Blank = true;
+
+  void Add(String more) {
+    const bool blank = IsBlankText(more);
+    if (Blank && (!blank || Text.empty())) {
+      Text = std::move(more);
+    } else if (!blank) {
+      if (Text.back() != u'\n' && Text.back() != u'\r') Text += u'\n';
+      Text += more;
+    }
+    Blank = Blank && blank;
+  }
 };
 
-void Consider(GMimePart* part, Candidates& found) {
-  if (g_mime_part_is_attachment(part)) return;
-  const char* label = g_mime_object_get_header(GMIME_OBJECT(part), "Content-Type");
-  const bool unreadable = label && !std::strchr(label, '/');  // counts as plain text
-  GMimeContentType* type = g_mime_object_get_content_type(GMIME_OBJECT(part));
-  if (g_mime_content_type_is_type(type, "text", "html")) {
-    if (!found.Html) found.Html = part;
-  } else if (unreadable || g_mime_content_type_is_type(type, "text", "plain")) {
-    GMimePart*& place = g_mime_part_get_filename(part) ? found.NamedPlain : found.Plain;
-    if (!place) place = part;
+bool IsType(GMimeObject* object, const char* type, const char* subtype) {
+  return g_mime_content_type_is_type(g_mime_object_get_content_type(object), type, subtype);
+}
+
+// A part that may hold a whole signed mail. Gateways relabel it, but keep the name of its file.
+bool IsCms(GMimePart* part) {
+  GMimeObject* object = GMIME_OBJECT(part);
+  if (IsType(object, "application", "pkcs7-mime") || IsType(object, "application", "x-pkcs7-mime"))
+    return true;
+  const char* name = g_mime_part_get_filename(part);
+  return name && IsType(object, "application", "octet-stream") && g_str_has_suffix(name, ".p7m");
+}
+
+bool IsAttachment(GMimePart* part, Place place) {
+  return g_mime_part_is_attachment(part) ||
+         (!place.First && (place.Related || g_mime_part_get_filename(part) != nullptr));
+}
+
+// How far a part is from plain text; parts without text have none. Alternatives stand for the plainest of
+// them.
+std::optional<int> RankOf(GMimeObject* object) {
+  if (GMIME_IS_PART(object)) {
+    if (IsCms(GMIME_PART(object))) return 0;
+    const TextKind kind = KindOf(GMIME_PART(object));
+    if (kind == TextKind::None) return std::nullopt;
+    return kind == TextKind::Plain ? 0 : kind == TextKind::Html ? 1 : 2;
   }
-}
-
-void Walk(GMimeObject* object, Candidates& found) {
-  if (GMIME_IS_PART(object)) return Consider(GMIME_PART(object), found);
-  if (!GMIME_IS_MULTIPART(object)) return;
-  GMimeMultipart* multipart = GMIME_MULTIPART(object);
-  const int count = g_mime_multipart_get_count(multipart);
-  for (int i = 0; i < count && !found.Plain; ++i) Walk(g_mime_multipart_get_part(multipart, i), found);
-}
-
-std::string Parameter(GMimePart* part, const char* name) {
-  const char* value =
-      g_mime_content_type_get_parameter(g_mime_object_get_content_type(GMIME_OBJECT(part)), name);
-  return value ? value : "";
-}
-
-// The part's bytes with its transfer encoding undone.
-std::string ContentOf(GMimePart* part) {
-  GMimeDataWrapper* content = g_mime_part_get_content(part);
-  if (!content) return {};
-  const std::unique_ptr<GMimeStream, Unreference> stream(g_mime_stream_mem_new());
-  const bool base64 = g_mime_data_wrapper_get_encoding(content) == GMIME_CONTENT_ENCODING_BASE64;
-  if (base64) {
-    g_mime_stream_write_to_stream(g_mime_data_wrapper_get_stream(content), stream.get());
-  } else {
-    g_mime_data_wrapper_write_to_stream(content, stream.get());
+  if (!GMIME_IS_MULTIPART(object)) return std::nullopt;
+  const bool alternative = IsType(object, "multipart", "alternative");
+  const int count = g_mime_multipart_get_count(GMIME_MULTIPART(object));
+  std::optional<int> rank;
+  for (int i = 0; i < count; ++i) {
+    const std::optional<int> part = RankOf(g_mime_multipart_get_part(GMIME_MULTIPART(object), i));
+    if (part && (!rank || (alternative ? *part < *rank : *part > *rank))) rank = part;
   }
-  const GByteArray* bytes = g_mime_stream_mem_get_byte_array(GMIME_STREAM_MEM(stream.get()));
-  const std::string_view taken(reinterpret_cast<const char*>(bytes->data), bytes->len);
-  if (!base64) return std::string(taken);
-  std::string decoded;
-  Base64Decoder decoder;
-  decoder.Append(decoded, taken);
-  decoder.Finish(decoded);
-  return decoded;
+  return rank;
 }
 
-// A byte order mark says how the bytes are to be read and is no part of the text.
-String WithoutMark(String text) {
-  if (text.starts_with(u'\uFEFF')) text.erase(0, 1);
-  return text;
-}
+// Finds the text of one message.
+class TextFinder {
+ public:
+  TextFinder(const ParsedMessage& message, int opened) : message_(message), opened_(opened) {}
 
-// The text of a multipart whose boundary never comes, so that it has no part at all.
-String PartlessText(GMimeObject* root) {
-  if (!root || !GMIME_IS_MULTIPART(root) || g_mime_multipart_get_count(GMIME_MULTIPART(root)) > 0) return {};
-  const char* text = g_mime_multipart_get_prologue(GMIME_MULTIPART(root));
-  return text ? GuessText(text) : String();
-}
+  BodyText Find() {
+    GMimeObject* root = message_.Root();
+    if (!root) return {};
+    Joined text;
+    text.Add(TextIn(root, {}));
+    if (text.Blank) AddAttached(root, text);
+    const bool partless = GMIME_IS_MULTIPART(root) && g_mime_multipart_get_count(GMIME_MULTIPART(root)) == 0;
+    if (partless) text.Add(GuessText(message_.RawBody()));  // its boundary never comes
+    return {std::move(text.Text), std::move(charset_), encrypted_};
+  }
+
+ private:
+  String TextIn(GMimeObject* object, Place place) {
+    if (GMIME_IS_PART(object)) {
+      GMimePart* part = GMIME_PART(object);
+      if (IsCms(part)) return SignedText(part);
+      const bool text = KindOf(part) != TextKind::None && !IsAttachment(part, place);
+      return text ? TextOf(message_, part, charset_) : String();
+    }
+    if (!GMIME_IS_MULTIPART(object)) return {};
+    if (IsType(object, "multipart", "encrypted")) {
+      encrypted_ = true;
+      return {};
+    }
+    if (IsType(object, "multipart", "alternative")) return AlternativeText(GMIME_MULTIPART(object));
+    return JoinedText(GMIME_MULTIPART(object), std::nullopt).Text;
+  }
+
+  // The texts of a multipart's parts, or of those of a rank.
+  Joined JoinedText(GMimeMultipart* multipart, std::optional<int> rank) {
+    const bool related = IsType(GMIME_OBJECT(multipart), "multipart", "related");
+    const int count = g_mime_multipart_get_count(multipart);
+    Joined text;
+    for (int i = 0; i < count; ++i) {
+      GMimeObject* part = g_mime_multipart_get_part(multipart, i);
+      if (!rank || RankOf(part) == rank) text.Add(TextIn(part, {.First = i == 0, .Related = related}));
+    }
+    return text;
+  }
+
+  String AlternativeText(GMimeMultipart* multipart) {
+    constexpr int kLastRank = 2;
+    Joined text;
+    for (int rank = 0; rank <= kLastRank && text.Blank; ++rank) text.Add(JoinedText(multipart, rank).Text);
+    return std::move(text.Text);
+  }
+
+  String SignedText(GMimePart* part) {
+    if (opened_ == kMostSigned) return {};
+    std::optional<std::string> entity;
+    {
+      std::string storage;
+      entity = SignedContent(ContentOf(message_, part, storage));
+    }
+    if (!entity) {
+      const std::string kind = ParameterOf(part, "smime-type");
+      if (kind.empty() || kind.find("nveloped") != std::string::npos) encrypted_ = true;
+      return {};
+    }
+    const ParsedMessage content(std::move(*entity));
+    BodyText body = TextFinder(content, opened_ + 1).Find();
+    if (charset_.empty()) charset_ = std::move(body.Charset);
+    encrypted_ = encrypted_ || body.Encrypted;
+    return std::move(body.Text);
+  }
+
+  // Adds the first text that isn't blank among the attached ones, and a mail's only part of an unknown kind
+  // of text, which RFC 2046 section 4.1.4 takes for plain.
+  void AddAttached(GMimeObject* object, Joined& text) {
+    if (GMIME_IS_PART(object)) {
+      const bool only = object == message_.Root() && IsType(object, "text", "*");
+      if (only || KindOf(GMIME_PART(object)) != TextKind::None)
+        text.Add(TextOf(message_, GMIME_PART(object), charset_));
+    } else if (GMIME_IS_MULTIPART(object) && !IsType(object, "multipart", "encrypted")) {
+      const int count = g_mime_multipart_get_count(GMIME_MULTIPART(object));
+      for (int i = 0; i < count && text.Blank; ++i)
+        AddAttached(g_mime_multipart_get_part(GMIME_MULTIPART(object), i), text);
+    }
+  }
+
+  const ParsedMessage& message_;
+  int opened_;
+  std::string charset_;
+  bool encrypted_ = false;
+};
 
 }  // namespace
 
-String BodyOf(GMimeMessage* message) {
-  Candidates found;
-  GMimeObject* root = g_mime_message_get_mime_part(message);
-  if (root) Walk(root, found);
-  if (!found.Plain && !found.Html) found.Plain = found.NamedPlain;
-  if (found.Plain) {
-    String text = WithoutMark(DecodeText(ContentOf(found.Plain), Parameter(found.Plain, "charset")));
-    if (g_ascii_strcasecmp(Parameter(found.Plain, "format").c_str(), "flowed") != 0) return text;
-    return UnflowText(text, g_ascii_strcasecmp(Parameter(found.Plain, "delsp").c_str(), "yes") == 0);
-  }
-  if (!found.Html) return PartlessText(root);
-  const std::string bytes = ContentOf(found.Html);
-  std::string charset = Parameter(found.Html, "charset");
-  if (charset.empty()) charset = HtmlCharset(bytes);
-  return HtmlToText(WithoutMark(DecodeText(bytes, charset)));
+BodyText BodyOf(const ParsedMessage& message) {
+  return TextFinder(message, 0).Find();
 }
 
 }  // namespace Mime

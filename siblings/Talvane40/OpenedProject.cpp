@@ -1,5 +1,6 @@
 #include "siblings/Talvane40/OpenedProject.h"
 
+#include "platform/MailAddress.h"
 #include "platform/Object.h"
 #include "siblings/Talvane40/PasswordHash.h"
 
@@ -8,7 +9,11 @@ namespace {
 
 class SnapshotUser : public ProjectUser {
  public:
-  explicit SnapshotUser(User user) : user_(std::move(user)) {}
+  // The address is kept as it was typed, and given in the spelling by which a mail's sender is compared with
+  // it.
+  explicit SnapshotUser(User user) : user_(std::move(user)) {
+    user_.Address = Platform::CanonicalAddress(user_.Address);
+  }
   StringView GetEMailAddress() override { return user_.Address; }
   Boolean IsMailAccepted() override { return user_.MailAccepted; }
   std::int32_t GetUserKey() override { return user_.Key; }

@@ -2,13 +2,14 @@
 
 #include <algorithm>
 
+#include "platform/MailAddress.h"
 #include "siblings/Talvane40/ProjectCreation.h"
 #include "siblings/Talvane40/ProjectFile.h"
 
 namespace Talvane40 {
 namespace {
 
-constexpr std::size_t kLongest = 255;  // characters of a name, a title or an address
+constexpr std::size_t kLongest = 255;  // characters of a name or a title
 
 [[noreturn]] void Refuse(const String& what) {
   throw Failure(FailureNumber::RefusedInput, u"Talvane40.ProjectAdministration", what);
@@ -36,15 +37,9 @@ String VettedProjectName(const Value& value) {
 }
 
 String VettedAddress(const Value& value) {
-  String address = value.ToString();
-  const auto at = address.find(u'@');
-  const auto foreign = [](char16_t c) {
-    return c == u' ' || IsControl(c) || StringView(u"<>()[],;:\"\\").find(c) != StringView::npos;
-  };
-  if (at == 0 || at == String::npos || at + 1 == address.size() || at != address.rfind(u'@') ||
-      address.size() > kLongest || std::ranges::any_of(address, foreign)) {
-    Refuse(u"\"" + address + u"\" is no e-mail address. Give one such as ann@example.org.");
-  }
+  String address = Trim(value.ToString());
+  if (const String fault = AddressFault(address); !fault.empty())
+    Refuse(u"\"" + address + u"\" is no e-mail address: " + fault + u". Give one such as ann@example.org.");
   return address;
 }
 

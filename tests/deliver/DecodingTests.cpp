@@ -1,4 +1,6 @@
 // What the bytes of a mail mean: headers, charsets, flowed text, HTML and mboxes.
+#include <span>
+
 #include "gateway/delivery/MessageObject.h"
 #include "gateway/sources/MailSource.h"
 #include "mime/Charset.h"
@@ -31,6 +33,9 @@ TEST(HeaderText, ReadsEncodedWordsAndFoldsAsTheirWritersMeantThem) {
       {"=?utf-8?B?w6Qg?= \t =?utf-8?Q?b?=", "ä b"},
       {"=?utf-8?B?w?= =?utf-8?B?6Q=?=", "ä"},
       {"=?iso-2022-jp?B?GyRCJWolag==?= =?ISO-2022-JP?B?ITwlOQ==?=", "リリース"},
+      {"=?iso-2022-jp?B?GyRCJWolahsoQg==?= =?iso-2022-jp?B?GyRCITwlORsoQg==?=", "リリース"},
+      {"=?utf-8?Q?" + std::string(5000, 'a') + "?=", std::string(5000, 'a')},
+      {"=?utf-8?Q?never ended =?utf-8?Q?b??=", "=?utf-8?Q?never ended b?"},
       {"=?iso-8859-1?Q?=E4?= =?koi8-r?Q?=C1?=", "äа"},
       {"=?iso-8859-1?Q?=93?=(=?windows-1252?Q?=94?=)", "“(”)"},
       {"=?utf-8?Q?=FF?=", "\xEF\xBF\xBD"},
@@ -61,6 +66,23 @@ TEST(Charset, TakesEveryByteForSomeCharacter) {
       {"gb2312", "\x81\x40", "丂"},
       {"euc-kr", "\x81\x41\x81", "갂\uFFFD"},
       {"shift_jis", "\x87\x40", "①"},
+      {"gbk", "\x80 \xD6\xD0", "€ 中"},
+      {"gb_2312-80", "\xD6\xD0", "中"},
+      {"chinese", "\xD6\xD0", "中"},
+      {"cn-big5", "\xA4\xA4\x87\x40", "中䏰"},
+      {" 'CP949' ", "\x81\x41", "갂"},
+      {"uhc", "\xB0\xA1", "가"},
+      {"win-1250", "\x9A", "š"},
+      {"iso-8859-16", "a\xAA", "aȘ"},
+      {"iso-8859-8-i", "\xE0", "א"},
+      {"x-sjis", "\x88\xC0", "安"},
+      {"iso-2022-kr", "\x1B$)C\x0E\x30\x21\x0F.", "가."},
+      {"iso-2022-jp", "\x1B$B\x1B(B\x1B$B$\"\x1B(B.", "あ."},
+      {"ibm850", "\x84", "ä"},
+      {"../icudt72l/x,y", "\xC3\xA4", "ä"},
+      {"koi8-r", "\xEF\xBB\xBF\xC3\xA4", "ä"},
+      {"utf-16", "h\0\xE9\0"s, "hé"},
+      {"utf-16le", "\xFE\xFF\0h"s, "h"},
       {"utf-16be", "\xD8\x3D\xDE\x80\xDC\x00", "🚀\uFFFD"},
       {"utf-8", "a\0b"s, "a\0b"s},
   };
@@ -264,11 +286,11 @@ TEST(MailReader, FindsTheTextAmongTheParts) {
       {head +
            "Content-Type: multipart/mixed; boundary=x\n\n--x\nContent-Type: message/rfc822\n\nFrom: c@d\n\n"
            "inner\n--x\nContent-Type: text/html\n\n<p>h\n--x\n\nouter\n--x--\n",
-       "a@b", "s", "outer"},
+       "a@b", "s", "h\nouter"},
       {head +
            "Content-Type: multipart/mixed; boundary=x\n\n--x\nContent-Type: text/plain; name=a.txt\n\nfile\n"
            "--x\nContent-Type: text/html\n\n<p>html\n--x--\n",
-       "a@b", "s", "html"},
+       "a@b", "s", "file\nhtml"},
       {head + "Content-Type: multipart/signed; boundary=x\n\n--x\nContent-Type: multipart/related; "
               "boundary=y\n\n--y\n\ndeep\n--y--\n--x\nContent-Type: application/pgp-signature\n\n-\n--x--\n",
        "a@b", "s", "deep"},
@@ -286,6 +308,135 @@ TEST(MailReader, FindsTheTextAmongTheParts) {
     EXPECT_EQ(Platform::ToUtf8(mail.Subject), row.Subject) << row.Bytes;
     EXPECT_EQ(Platform::ToUtf8(mail.Body), row.Body) << row.Bytes;
   }
+}
+
+TEST(MailReader, FindsTheSenderInEverySpelling) {
+  const Row rows[] = {
+      {"John Doe [mailto:john@x.org]", "john@x.org"},
+      {"<mailto:john@x.org>", "john@x.org"},
+      {"'john@x.org'", "john@x.org"},
+      {"John <\"john@x.org\">", "john@x.org"},
+      {"=?utf-8?Q?John_=3Cjohn=40x.org=3E?=", "john@x.org"},
+      {"<<john@x.org>> <->", "john@x.org"},
+      {"a@b.org\nFrom: c@d.org", "a@b.org"},
+      {"\"john\"@x.org", "john@x.org"},
+      {"\"john doe\"@x.org", "\"john doe\"@x.org"},
+      {"o'brien+tag@x.org", "o'brien+tag@x.org"},
+      {"a@xn--mnchen-3ya.org", "a@münchen.org"},
+      {"a@M\xC3\x9CNCHEN.org", "a@münchen.org"},
+      {"J\xF6rg <j@x.org>", "j@x.org"},
+      {"u@[IPv6:2001:db8::1]", "u@[IPv6:2001:db8::1]"},
+      {"alice", "alice"},
+      {"John Doe", "(none)"},
+  };
+  for (const Row& row : rows) {
+    const Mime::Mail mail = Mime::ReadMail("From: " + row.Input + "\n\nb");
+    EXPECT_EQ(mail.FromAddress ? Platform::ToUtf8(*mail.FromAddress) : "(none)", row.Expected) << row.Input;
+  }
+}
+
+// A part, or a mail without its other fields, of a type.
+std::string Part(const std::string& type, const std::string& body) {
+  return "Content-Type: " + type + "\n\n" + body;
+}
+
+std::string Multipart(const std::string& type, std::initializer_list<std::string> parts) {
+  static int count = 0;
+  const std::string boundary = "b" + std::to_string(++count);
+  std::string text = "Content-Type: multipart/" + type + "; boundary=" + boundary + "\n\n";
+  for (const std::string& part : parts) text += "--" + boundary + "\n" + part + "\n";
+  return text + "--" + boundary + "--\n";
+}
+
+void ExpectBodies(std::span<const Row> rows) {
+  for (const Row& row : rows)
+    EXPECT_EQ(Platform::ToUtf8(Mime::ReadMail(row.Input).Body), row.Expected) << row.Input;
+}
+
+TEST(MailReader, JoinsTheTextThatAReaderSees) {
+  const std::string html = Part("text/html", "<p>html"), picture = Part("image/png; name=p.png", "x");
+  const std::string plain = Part("text/plain", "plain"), footer = Part("text/plain", "footer");
+  const std::string blank = Part("text/plain", " \n\xC2\xA0\n"), pdf = Part("application/pdf", "%PDF");
+  const std::string attached = "Content-Disposition: attachment; filename=a.txt\n" + plain;
+  const std::string markdown = Part("text/markdown", "# md"), named = Part("text/plain; name=a", "named");
+  const std::string cms = "Content-Transfer-Encoding: base64\n" +
+                          Part("application/pkcs7-mime; name=smime.p7m; smime-type=signed-data",
+                               "MC4GCSqGSIb3DQEHAqAhMB8CAQExADAWBgkqhkiG9w0BBwGgCQQHCnNpZ25lZDEA");
+  const std::string report = Part("message/delivery-status", "Reporting-MTA: dns; x\n");
+  const std::string page = Multipart("related", {html, picture, plain});
+  ExpectBodies(std::vector<Row>{
+      {Multipart("mixed", {plain, picture, footer}), "plain\nfooter"},
+      {Multipart("mixed", {html, footer}), "html\nfooter"},
+      {Multipart("mixed", {plain, named, attached}), "plain"},
+      {Multipart("mixed", {named, footer}), "named\nfooter"},
+      {Multipart("alternative", {plain, html}), "plain"},
+      {Multipart("alternative", {blank, html}), "html"},
+      {Multipart("alternative", {blank, page}), "html"},
+      {Multipart("alternative", {plain, Multipart("mixed", {html, pdf, html})}), "plain"},
+      {Multipart("alternative", {Multipart("mixed", {html, footer})}), "html\nfooter"},
+      {Multipart("alternative", {markdown, html}), "html"},
+      {Multipart("mixed", {Multipart("alternative", {plain, page}), pdf, footer}), "plain\nfooter"},
+      {Multipart("mixed", {blank, html}), "html"},
+      {page, "html"},
+      {attached, "plain"},
+      {Multipart("mixed", {blank, pdf, attached}), "plain"},
+      {markdown, "# md"},
+      {Part("text/x-own", "own"), "own"},
+      {Multipart("report; report-type=delivery-status", {Multipart("alternative", {plain, html}), report}),
+       "plain"},
+      {Multipart("encrypted", {Part("application/pgp-encrypted", "Version: 1\n"), plain}), ""},
+      {cms, "signed"},
+      {Multipart("mixed", {cms, footer}), "signed\nfooter"},
+      {"Content-Transfer-Encoding: base64\n" +
+           Part("application/pkcs7-mime; smime-type=enveloped-data", "MBEGCSqGSIb3DQEHA6AEMAICAQA="),
+       ""},
+      {Part("text/enriched",
+            "<bold>Now</bold>\nis\n\n\na <<b> <nofill>1\n2</nofill><color><param>red</param>!</color>"),
+       "Now is\n\na <b> 1\n2!"},
+      {Part("text/plain", "a\nbegin 644 x.bin\n#86)C\n`\nend\nb\nbegin 644 y\nno file\nend\n"),
+       "a\nb\nbegin 644 y\nno file\nend\n"},
+  });
+}
+
+TEST(MailReader, ForgivesWhatMailProgramsDeform) {
+  const std::string quoted = "Content-Transfer-Encoding: quoted-printable",
+                    base64 = "Content-Transfer-Encoding: base64";
+  const std::string part = "--x\n\ntext\n--x--\n";
+  ExpectBodies(std::vector<Row>{
+      {"Content-Type: multipart/mixed boundary=x\n\n" + part, "text"},
+      {"Content-Type: multipart/mixed\n\tboundary=\"x\"\n\n" + part, "text"},
+      {"Content-Type: multipart/mixed; boundary=\"x\n\n" + part, "text"},
+      {"Content-Type: multipart/mixed; boundary=x\nContent-Type: text/plain\n\n" + part, "text"},
+      {"Content-Type: multipart/mixed; boundary=x\n\n--x\nContent-Type: text/html\nContent-Type: "
+       "text/plain\n\n<p>a\n--x--\n",
+       "a"},
+      {"Content-Type: text/plain charset=koi8-r\n" + quoted + ";\n\n=C1", "а"},
+      {"Content-Type: text/plain\n\nContent-Type: a\nContent-Type: b\n",
+       "Content-Type: a\nContent-Type: b\n"},
+      {quoted + "\n\na= \t\nb=20 \t\r\nc=3d=\n=G", "ab \r\nc==G"},
+      {"Content-Transfer-Encoding: \"Quoted_Printable\" (x)\n\n=41", "A"},
+      {"Content-Transfer-Encoding: base-64\n\nYWJj", "abc"},
+      {"Content-Transfer-Encoding: x-uuencode\n\nbegin 644 a\n#86)C\n`\nend\n", "abc"},
+      {base64 + "\n\nYWJj\nZA==\n____\nApollo list\n", "abcd"},
+      {base64 + "\n\nYWJj\n____\nApollo\n", "abc"},
+      {base64 + "\n\nYWJj\nThis is the list\n", "abc"},
+      {base64 + "\n\nYQ==\nYmM=\nZA==ZWY=\n", "abcdef"},
+      {base64 + "\n\nYW!J\nj\n", "abc"},
+      {base64 + "\n\nNot encoded at all.\n", "Not encoded at all.\n"},
+  });
+}
+
+TEST(MailReader, ReadsARawHeaderInTheCharsetOfTheText) {
+  const Row rows[] = {
+      {Part("text/plain; charset=koi8-r", "b"), "а"},
+      {Multipart("mixed", {Part("application/pdf", "x"), Part("text/html; charset=koi8-r", "b")}), "а"},
+      {Part("text/html", "<meta charset=koi8-r>b"), "а"},
+      {Part("text/plain; charset=utf-8", "b"), "Á"},
+      {Part("text/plain", "b"), "Á"},
+  };
+  for (const Row& row : rows)
+    EXPECT_EQ(Platform::ToUtf8(Mime::ReadMail("Subject: \xC1\n" + row.Input).Subject), row.Expected)
+        << row.Input;
 }
 
 TEST(MailReader, ReadsLineEndsOfAnyKindAlike) {

@@ -4,6 +4,7 @@
 
 #include "platform/CheckedArithmetic.h"
 #include "platform/Guid.h"
+#include "platform/MailAddress.h"
 #include "platform/NumberReader.h"
 #include "platform/Object.h"
 #include "tests/support/Texts.h"
@@ -38,6 +39,71 @@ TEST(Text, AnyCodeUnitsComeBackFromUtf8) {
     ASSERT_TRUE(IsUtf8(bytes));
     ASSERT_TRUE(FromUtf8(bytes) == text) << round;
   }
+}
+
+TEST(MailAddress, IsValidAsTheStandardsHaveItOrHasAFaultThatSaysWhy) {
+  const struct {
+    String Address;
+    std::string Fault;
+  } rows[] = {
+      {u"ann@example.org", ""},
+      {u"a+b.c'd=e/f@b", ""},
+      {u"\"a b@c\\\"\"@example.org", ""},
+      {u"jörg.中@münchen.example", ""},
+      {u"a@xn--mnchen-3ya.example", ""},
+      {u"a@r3---sn.example", ""},
+      {u"a@[192.0.2.1]", ""},
+      {u"a@[IPv6:2001:db8::1]", ""},
+      {u"a@[x400:c=de]", ""},
+      {String(64, u'x') + u"@b.c", ""},
+      {u"", "has no @"},
+      {u"@example.org", "in front of the @ is missing"},
+      {u"a@", "domain behind the @ is missing"},
+      {u"a b@c", "need quotes"},
+      {u".a@b", "need quotes"},
+      {u"a..b@c", "need quotes"},
+      {u"<a@b>", "need quotes"},
+      {u"\"a\"b\"@c", "backslash"},
+      {u"a@b..c", "no domain"},
+      {u"a@-b.c", "no domain"},
+      {u"a@b_c.d", "no domain"},
+      {u"a@b.", "no domain"},
+      {u"a@xn--\u00FC.example", "no domain"},
+      {u"a@[999.0.2.1]", "no network address"},
+      {u"a@[IPv6:x]", "no network address"},
+      {u"a\r\n@b", "control character"},
+      {u"a\u0085@b", "control character"},
+      {u"a\u202E@b", "control character"},
+      {u"a\xD800@b", "control character"},
+      {String(65, u'x') + u"@b.c", "longer than 64"},
+      {u"a@" + String(60, u'x') + u"." + String(60, u'x') + u"." + String(60, u'x') + u"." +
+           String(60, u'x') + u"." + String(20, u'x'),
+       ""},
+      {u"a@" + String(64, u'x') + u".c", "no domain"},
+  };
+  for (const auto& row : rows) {
+    const std::string fault = ToUtf8(AddressFault(row.Address));
+    EXPECT_EQ(fault.empty(), row.Fault.empty()) << ToUtf8(row.Address) << ": " << fault;
+    EXPECT_NE(fault.find(row.Fault), std::string::npos) << ToUtf8(row.Address) << ": " << fault;
+  }
+}
+
+TEST(MailAddress, HasOneSpellingForOneMailbox) {
+  const struct {
+    String Address, Canonical;
+  } rows[] = {
+      {u"Ann@Example.org", u"Ann@Example.org"},
+      {u"a@xn--mnchen-3ya.example", u"a@münchen.example"},
+      {u"a@M\u00DCNCHEN.example", u"a@münchen.example"},
+      {u"a@mu\u0308nchen。example.", u"a@münchen.example"},
+      {u"a@xn--\x7F", u"a@xn--\x7F"},
+      {u"\"a.b\"@c", u"a.b@c"},
+      {u"\"a\\b c\"@d", u"\"a\\b c\"@d"},
+      {u"jo\u0308rg@c", u"jörg@c"},
+      {u"a@[192.0.2.1]", u"a@[192.0.2.1]"},
+      {u"no address", u"no address"},
+  };
+  for (const auto& row : rows) EXPECT_TEXT(row.Canonical, CanonicalAddress(row.Address));
 }
 
 TEST(Text, EachStrayByteShowsAndNothingAroundItIsLost) {

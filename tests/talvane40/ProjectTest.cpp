@@ -187,7 +187,7 @@ TEST_F(Projects, TheAdministrationRefusesWhatCantBeMeantAndChangesNothing) {
   EXPECT_PRED2(Holds, create(u"A", u"", u""), "must not be empty");
   EXPECT_PRED2(Holds, create(u"A", u"Ann", u"nowhere"), "no e-mail address");
   EXPECT_PRED2(Holds, addUser(u"BEN", u"b@example.org"), "already has a user");
-  for (const StringView address : {u"", u"@example.org", u"a@", u"a@b@c", u"a b@c", u"<a@b>", u"a@b\r\n"}) {
+  for (const StringView address : {u"", u"@example.org", u"a@", u"a@b@c", u"a b@c", u"a@b\r\n"}) {
     EXPECT_PRED2(Holds, addUser(u"dora", address), "no e-mail address") << Utf8(address);
   }
   EXPECT_PRED2(Holds, FailureText([&] { administer.AddDiscussion(path, u""); }), "must not be empty");

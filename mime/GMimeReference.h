@@ -1,0 +1,18 @@
+// GMimeReference: owns one reference to an object of GMime.
+#pragma once
+
+#include <gmime/gmime.h>
+
+#include <memory>
+
+namespace Mime {
+
+struct Unreference {
+  void operator()(void* object) const { g_object_unref(object); }
+};
+
+// For what GMime's functions give as "transfer full". Gives the reference back at its end.
+template <class Type>
+using Owned = std::unique_ptr<Type, Unreference>;
+
+}  // namespace Mime
