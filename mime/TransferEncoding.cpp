@@ -41,11 +41,15 @@ bool IsBase64Letter(char c) {
   return g_ascii_isalnum(c) || c == '+' || c == '/';
 }
 
-// True for whole groups of base64, as a line of it is.
+// True for whole groups of base64, as a line of it is: four letters each, of which the last two may be
+// padding.
 bool IsWholeGroups(std::string_view text) {
-  const std::string_view letters = text.substr(0, text.find_last_not_of('=') + 1);
-  return text.size() % 4 == 0 && text.size() - letters.size() <= 2 &&
-         std::ranges::all_of(letters, IsBase64Letter);
+  if (text.size() % 4 != 0) return false;
+  for (std::size_t i = 0; i < text.size(); ++i) {
+    const bool padding = text[i] == '=' && (i % 4 == 3 || (i % 4 == 2 && text[i + 1] == '='));
+    if (!padding && !IsBase64Letter(text[i])) return false;
+  }
+  return true;
 }
 
 // True for a line that nobody would write as base64: several words, one of which isn't base64, or a ruler
@@ -118,7 +122,9 @@ void DecodeQuotedPrintable(std::string_view raw, std::string& bytes) {
   }
 }
 
+// The data begins behind the line "begin 644 NAME".
 void DecodeUuencoded(std::string_view raw, std::string& bytes) {
+  while (!raw.empty() && !TakeLine(raw).starts_with("begin ")) continue;
   GMimeEncoding decoder;
   g_mime_encoding_init_decode(&decoder, GMIME_CONTENT_ENCODING_UUENCODE);
   bytes.resize(g_mime_encoding_outlen(&decoder, raw.size()));

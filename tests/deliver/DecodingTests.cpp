@@ -35,7 +35,9 @@ TEST(HeaderText, ReadsEncodedWordsAndFoldsAsTheirWritersMeantThem) {
       {"=?iso-2022-jp?B?GyRCJWolag==?= =?ISO-2022-JP?B?ITwlOQ==?=", "リリース"},
       {"=?iso-2022-jp?B?GyRCJWolahsoQg==?= =?iso-2022-jp?B?GyRCITwlORsoQg==?=", "リリース"},
       {"=?utf-8?Q?" + std::string(5000, 'a') + "?=", std::string(5000, 'a')},
-      {"=?utf-8?Q?never ended =?utf-8?Q?b??=", "=?utf-8?Q?never ended b?"},
+      {"=?utf-8?Q?never ended =?utf-8?Q?b?"
+       "?=",
+       "=?utf-8?Q?never ended b?"},
       {"=?iso-8859-1?Q?=E4?= =?koi8-r?Q?=C1?=", "äа"},
       {"=?iso-8859-1?Q?=93?=(=?windows-1252?Q?=94?=)", "“(”)"},
       {"=?utf-8?Q?=FF?=", "\xEF\xBF\xBD"},
