@@ -4,5 +4,6 @@ set -eu
 cd "$(dirname "$0")"
 scripts/install-packages.sh test
 scripts/build.sh release -DTALVANE_TESTS=ON -DTALVANE_DESKTOP=ON
+scripts/unpack-mail-servers.sh build/mail-servers
 . scripts/fast-temporary-folder.sh
 ctest --test-dir build/release --output-on-failure --parallel "$(nproc)"

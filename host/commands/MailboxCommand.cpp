@@ -9,6 +9,7 @@
 #include "host/AbsolutePath.h"
 #include "host/CommandError.h"
 #include "host/Mailboxes.h"
+#include "host/PostfixMap.h"
 #include "host/RefusalCode.h"
 #include "host/Stores.h"
 #include "host/commands/Command.h"
@@ -223,6 +224,15 @@ int List(bool json) {
   return Done;
 }
 
+int ListForPostfix(const std::string& domain) {
+  const PostfixMap map = MakePostfixMap(ReadMailboxes(), domain);
+  std::cout << map.Text;
+  for (const String& name : map.LeftOut)
+    std::cerr << "tvmail: warning: mailbox " << TerminalLine(name)
+              << " is not in the table: it is incomplete, or an address can't carry its name\n";
+  return Done;
+}
+
 void AddLogonOptions(CLI::App& command, MailboxOptions& options, bool add) {
   command.add_option("NAME", options.Name, "The mailbox's name")->required();
   command.add_option("--project", options.Project,
@@ -261,7 +271,13 @@ void AddMailboxCommand(CLI::App& program, Invocation& invocation) {
   CLI::App* list = mailbox->add_subcommand("list", "List the mailboxes");
   auto json = std::make_shared<bool>(false);
   list->add_flag("--json", *json, "Print one JSON array");
-  list->callback([&invocation, json] { invocation.Run = [json] { return List(*json); }; });
+  auto domain = std::make_shared<std::optional<std::string>>();
+  list->add_option("--postfix-map", *domain, "Print a table of Postfix: NAME@DOMAIN OK for each mailbox")
+      ->type_name("DOMAIN")
+      ->excludes("--json");
+  list->callback([&invocation, json, domain] {
+    invocation.Run = [=] { return *domain ? ListForPostfix(**domain) : List(*json); };
+  });
 }
 
 }  // namespace Host

@@ -126,6 +126,8 @@ TEST_F(MailboxCommands, ARecordWithoutTextsIsIncompleteAndHindersNoOther) {
   program.Store(Hive::LocalMachine, parent + u"Bytes", u"TVSFilePath", {3, Bytes{1, 2}});
   program.Store(Hive::LocalMachine, parent + u"Half", u"TVSFilePath", {1, u"/none.TVS"});
   program.Expect({{"mailbox list", 0, "Bytes           (incomplete: add it again", ""},
+                  {"mailbox list --postfix-map t.example.org", 0, "Apollo@t.example.org OK\n", "Half is not in"},
+                  {"mailbox list --postfix-map 'a b'", 64, "", "the domain"},
                   {"mailbox change Apollo --host h", 0, "bound", ""},
                   {"deliver Apollo </dev/null", 65, "1 with complaints", ""},
                   {"mailbox change Bytes --host h", 65, "", "is incomplete: add it again"},

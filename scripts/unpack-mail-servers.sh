@@ -1,0 +1,18 @@
+#!/bin/sh
+# Unpacks Debian's Postfix, Exim and procmail into a folder, for the tests of packaging/. They aren't installed: two
+# mail servers exclude each other, and an installed one would take over the machine's mail.
+#   scripts/unpack-mail-servers.sh FOLDER
+set -eu
+folder=$1
+packages="postfix exim4-daemon-light procmail"
+[ ! -e "$folder/complete" ] || exit 0
+rm -rf "$folder"
+mkdir -p "$folder"
+cd "$folder"
+# Without root, and with package lists that may never have been fetched.
+apt-get download -q $packages >log 2>&1 || { cat log >&2; exit 1; }
+for package in $packages; do
+  dpkg-deb -x "$package"_*.deb .
+done
+rm ./*.deb
+touch complete
