@@ -95,38 +95,44 @@ StringView HeaderName(StringView words) {
   return name.substr(std::min(name.find_first_not_of(u'*'), name.size()));
 }
 
+constexpr unsigned kFrom = 1, kDate = 2, kTo = 4, kSubject = 8, kMore = 16;
+
+unsigned KindOf(StringView name, const AttributionLanguage& language) {
+  return IsAmong(language.From, name)      ? kFrom
+         : IsAmong(language.Date, name)    ? kDate
+         : IsAmong(language.To, name)      ? kTo
+         : IsAmong(language.Subject, name) ? kSubject
+         : IsAmong(language.More, name)    ? kMore
+                                           : 0;
+}
+
 struct HeaderBlock {
   std::size_t Length = 0;  // in lines
-  unsigned Names = 0;      // a bit for each that was found
+  unsigned Names = 0;      // the kinds that were found
 };
-constexpr unsigned kFrom = 1, kDate = 2, kTo = 4, kSubject = 8, kMore = 16;
 
 // The header lines of one language from at on, upwards. A value that is too long for its line is continued on
 // lines without a name; a blank line may stand between two header lines. A name that comes a second time is
-// not part of the block.
-HeaderBlock HeaderLines(const Lines& lines, std::size_t at, const AttributionLanguage& language) {
+// not part of the block. Without colons, a line's first word is its name.
+HeaderBlock HeaderLines(const Lines& lines, std::size_t at, const AttributionLanguage& language,
+                        bool colons) {
   constexpr std::size_t kMostContinuations = 20;
   constexpr std::size_t kShortestWrapped = 50;
   HeaderBlock block;
   std::size_t continuations = 0;
   for (std::size_t i = at; i < lines.size() && continuations <= kMostContinuations; ++i) {
-    const StringView name = HeaderName(lines[i].Words);
-    const unsigned kind = IsAmong(language.From, name)      ? kFrom
-                          : IsAmong(language.Date, name)    ? kDate
-                          : IsAmong(language.To, name)      ? kTo
-                          : IsAmong(language.Subject, name) ? kSubject
-                          : IsAmong(language.More, name)    ? kMore
-                                                            : 0;
-    if (kind == 0) {
-      if (IsBlankAt(lines, i) && continuations > 0) break;
-      if (IsBlankAt(lines, i)) continue;
+    const StringView words = lines[i].Words;
+    const unsigned kind = KindOf(colons ? HeaderName(words) : words.substr(0, words.find(u' ')), language);
+    if (kind != 0) {
+      if (kind != kMore && (block.Names & kind) != 0) break;
+      block = {i + 1 - at, block.Names | kind};
+      continuations = 0;
+    } else if (words.empty()) {
+      if (continuations > 0) break;
+    } else {
       if (i + 1 == lines.size() || lines[i + 1].Words.size() < kShortestWrapped) break;
       ++continuations;
-      continue;
     }
-    if (kind != kMore && (block.Names & kind) != 0) break;
-    block = {i + 1 - at, block.Names | kind};
-    continuations = 0;
   }
   return block;
 }
@@ -155,15 +161,18 @@ std::size_t PassHeading(const Lines& lines, std::size_t at, bool aboveHeaders) {
   return heading < lines.size() && IsHeading(lines[heading].Words, aboveHeaders) ? heading + 1 : at;
 }
 
-// The place behind the header lines and their heading. Without a heading they need more names, since such
-// lines could be the writer's own.
+// The place behind the header lines and their heading. Without a heading they need their colons and more
+// names, since such lines could be the writer's own.
 std::size_t PassHeaders(const Lines& lines, std::size_t at) {
-  for (const AttributionLanguage& language : AttributionLanguages()) {
-    const HeaderBlock block = HeaderLines(lines, at, language);
-    if (!(block.Names & kFrom) || !(block.Names & (kDate | kTo | kSubject))) continue;
-    const std::size_t end = at + block.Length;
-    const std::size_t behind = PassHeading(lines, end, true);
-    if (behind > end || ((block.Names & kSubject) && (block.Names & (kDate | kTo)))) return behind;
+  for (const bool colons : {true, false}) {
+    for (const AttributionLanguage& language : AttributionLanguages()) {
+      const HeaderBlock block = HeaderLines(lines, at, language, colons);
+      if (!(block.Names & kFrom) || !(block.Names & (kDate | kTo | kSubject))) continue;
+      const std::size_t end = at + block.Length;
+      const std::size_t behind = PassHeading(lines, end, colons);
+      const bool certain = colons && (block.Names & kSubject) && (block.Names & (kDate | kTo));
+      if (behind > end || certain) return behind;
+    }
   }
   return at;
 }

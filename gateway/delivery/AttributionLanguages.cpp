@@ -9,7 +9,7 @@ constexpr AttributionLanguage kLanguages[] = {
     {"any", u"{date+address}:", u"", u"", u"", u"", u"", u""},
     {"English",
      u"On {date} wrote:|At {date} wrote:|{date+address} wrote:|{address} wrote:|{address} writes:|Quoting {address}:",
-     u"Original Message|Original Email|Original Mail|Reply Message|Forwarded Message",
+     u"Original Message|Original Email|Original Mail|Original Appointment|Reply Message|Forwarded Message",
      u"From", u"Sent|Date|Sent at", u"To", u"Subject", u"Cc|Bcc|Reply-To|Importance|Priority|Attachments"},
     {"German",
      u"Am {date} schrieb {name}:|Am {date} schrieb:|{address} schrieb am {date}:|{address} schrieb:|"

@@ -108,9 +108,13 @@ bool Matches(StringView sentence, StringView pattern) {
 }  // namespace
 
 bool IsAttributionSentence(StringView sentence, SentenceBegin begin) {
-  while (!sentence.empty() && (IsDash(sentence[0]) || sentence[0] == u' ')) sentence.remove_prefix(1);
-  if (!sentence.ends_with(u':') && !sentence.ends_with(u'\uFF1A')) return false;
-  sentence = TrimmedView(sentence.substr(0, sentence.size() - 1));
+  const std::size_t whole = sentence.size();
+  while (!sentence.empty() && IsDash(sentence.front())) sentence.remove_prefix(1);
+  const bool dashed = sentence.size() < whole && !sentence.empty() && IsDash(sentence.back());
+  while (dashed && IsDash(sentence.back())) sentence.remove_suffix(1);
+  const bool colon = sentence.ends_with(u':') || sentence.ends_with(u'\uFF1A');
+  if (!colon && !dashed) return false;
+  sentence = TrimmedView(sentence.substr(0, sentence.size() - (colon ? 1 : 0)));
   for (const AttributionLanguage& language : AttributionLanguages()) {
     for (StringView rest = language.Sentences; !rest.empty();) {
       const StringView pattern = rest.substr(0, rest.find(u'|'));

@@ -12,7 +12,7 @@ using Platform::StringView;
 enum class SentenceBegin { Sure, Name };
 
 // True if the whole of sentence has the shape of one in the table of languages that begins so. Blanks are
-// single space characters. Pure; any thread.
+// single space characters. Dashes may stand around it, and then its colon may be missing. Pure; any thread.
 bool IsAttributionSentence(StringView sentence, SentenceBegin begin);
 
 }  // namespace Gateway

@@ -138,6 +138,7 @@ TEST_F(CutMarker, LosesTheAttributionAboveItInEveryLanguageAndProgram) {
       "在 2026-11-02 09:14:03，\"Alice\" <a@x.org> 写道：\n",
       "Alice <a@x.org> 於 2026年11月2日 週一 上午9:14寫道：\n",
       "2026년 11월 2일 (월) 오전 9:14, Alice <a@x.org>님이 작성:\n",
+      "---- On Mon, 02 Nov 2026 09:14:03 +0100 Alice <a@x.org> wrote ---\n\n",
       // Outlook on a desk, in a browser and on a phone, and other programs with header lines
       "-----Original Message-----\nFrom: Alice\nSent: Monday, November 2, 2026 8:55 AM\nTo: Bob\nSubject: "
       "Plan\n\n",
@@ -148,6 +149,8 @@ TEST_F(CutMarker, LosesTheAttributionAboveItInEveryLanguageAndProgram) {
       "Talvane Discussion 1)\nImportance: High\n\n",
       "*From:* Alice\n*Date:* Monday\n\n*To:* Bob\n*Subject:* Plan\n\n> ",
       "-------- Original message --------\nFrom: Alice <a@x.org>\nDate: 02/11/2026 09:14\n\n",
+      "------ Original Message ------\nFrom \"Alice\" <a@x.org>\nTo Bob\nDate 02/11/2026 09:14\nSubject "
+      "Plan\n\n",
       "-----Alice Archer/Apollo wrote: -----\nTo: Bob\nFrom: Alice\nDate: 11/02/2026\nSubject: Plan\n\n",
       "Gesendet: Montag, 02. November 2026 um 09:14 Uhr\nVon: \"Alice\" <a@x.org>\nAn: Bob\nBetreff: Plan\n",
       "-----Ursprüngliche Nachricht-----\nVon: Alice\nGesendet: Montag\nAn: Bob\nBetreff: Plan\n\n",
@@ -193,6 +196,8 @@ TEST_F(CutMarker, LeavesTheWritersOwnWordsAboveIt) {
       "From: A\nDate: B\nTo: C\nSubject: D\nand my own line",
       "From: A\nDate: B\n\nSubject: D\n\nmy paragraph",
       "________________________________",
+      "________________________________\nFrom me\nTo you",
+      "To be honest, I\nFrom my side\nSubject to change",
       "Original Message",
       "On Mon, 2 Nov 2026 at 09:14, Alice <a@x.org> wrote:\n> that\nand I say this",
   };
