@@ -36,7 +36,7 @@ int Create(const KeystoreOptions& options) {
   RequireStores();
   const String password = ReadNewSecret(options.PasswordFile, "Password that seals " + options.File);
   try {
-    CallWith(*Services().CreateByName(u"OstrCipherCOM.KeyStore"), u"CreateKey", {file, password, label});
+    KeyStore(Services().CreateByName(KeyStore::kName)).CreateKey(file, password, label);
   } catch (const Failure& failure) {
     if (HoldsKey(file, password, label)) throw CommandError(DataRefused, failure.Description());
     throw;

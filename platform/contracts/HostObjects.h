@@ -1,16 +1,18 @@
-// HostObjects: typed windows on the objects that the mail-reader host hands in.
+// HostObjects: typed proxies for the objects that the mail-reader host hands in.
 //
-// Each member is asked for anew at every call; nothing is kept.
+// See ObjectProxy for what every operation may raise: 91 where a part on the way is absent. Each member is
+// asked for again at every call; nothing is kept. Used on the thread that handed the object in.
 #pragma once
 
 #include "platform/contracts/ObjectProxy.h"
 
 namespace Platform {
 
-// A message: Message of the object is the mail itself.
+// A mail. All texts are decoded.
 class MailMessage : public ObjectProxy {
  public:
   using ObjectProxy::ObjectProxy;
+  // False where the mail names no sender.
   bool HasFrom() const { return From() != nullptr; }
   String FromAddress() const { return Part(From()).Text(u"Address"); }
   String Subject() const { return Part(Message()).Text(u"subject"); }
@@ -27,12 +29,13 @@ class MailMessage : public ObjectProxy {
   ObjectRef From() const { return Part(Message()).Child(u"From"); }
 };
 
-// The host's object for one mailbox, which tells how the project's mail is sent.
+// The host's settings of one mailbox: how the project's mail is sent.
 class Session : public ObjectProxy {
  public:
   using ObjectProxy::ObjectProxy;
   bool HasSendLogon() const { return Get(u"SendLogon").ToObject() != nullptr; }
   bool HasUser() const { return Get(u"User").ToObject() != nullptr; }
+  // The name of the transport: the text TextNumber::kMapiName or kSmtpName.
   String Transport() const { return Part(Get(u"SendLogon").ToObject()).Text(u"Transport"); }
   String MAPIProfile() const { return Get(u"MAPIProfile").ToString(); }
   String HostName() const { return Part(Get(u"SendLogon").ToObject()).Text(u"HostName"); }

@@ -1,4 +1,10 @@
-// ObjectProxy: what the typed windows in front of objects known by name are made of.
+// ObjectProxy: the base of the typed proxies for objects that are known by the names of their members.
+//
+// A proxy has one operation for each member, so that no caller spells a member's name. It holds a shared
+// reference and is called on the thread that created the object. What an operation's comment doesn't say:
+//   - it raises 91 if the proxy is empty, 438 if the object lacks the member, 13 if a result is of another
+//     type than the operation gives, and whatever the member itself raises;
+//   - it gives a new value, which belongs to the caller.
 #pragma once
 
 #include <utility>
@@ -7,7 +13,7 @@
 
 namespace Platform {
 
-// Holds the reference and passes calls on. An empty window stands for "nothing"; a call through it raises 91.
+// An empty proxy stands for "no object".
 class ObjectProxy {
  public:
   ObjectProxy() = default;

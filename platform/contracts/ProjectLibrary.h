@@ -1,7 +1,8 @@
 // ProjectLibrary: the interfaces of the library that holds projects, their users and their discussions.
 //
 // The sibling Talvane40 implements them, and the component calls them on the thread that created the
-// application. Every operation can raise a failure. No object has a closing call: dropping the last reference
+// application. Every operation may raise a failure: 57 where the project's database can't be read or written,
+// with the reason. Results belong to the caller. No object has a closing call: dropping the last reference
 // ends it.
 #pragma once
 
@@ -9,7 +10,7 @@
 #include <memory>
 
 #include "platform/Guid.h"
-#include "platform/Value.h"
+#include "platform/contracts/ObjectProxy.h"
 
 namespace Platform {
 
@@ -17,9 +18,9 @@ class ProjectUser {
  public:
   virtual ~ProjectUser();
   // The view holds as long as the user object.
-  virtual StringView GetEMailAddress() = 0;
+  virtual StringView GetEMailAddress() = 0;  // empty where the user has none
   virtual Boolean IsMailAccepted() = 0;
-  virtual std::int32_t GetUserKey() = 0;
+  virtual std::int32_t GetUserKey() = 0;  // 1 or more, for ever this user's
 };
 
 // The users of a project in their order. What a walk sees is the state when GetUsers was called.
@@ -31,6 +32,17 @@ class ProjectUsers {
   virtual std::shared_ptr<ProjectUser> Item(std::int32_t position) = 0;
 };
 
+// A discussion, known by the names of its members.
+class Discussion : public ObjectProxy {
+ public:
+  using ObjectProxy::ObjectProxy;
+  // Adds a reply of the acting user. It is on disk when this returns, and nothing is stored if it raises.
+  void Reply(const String& subjectText, const String& body) const {
+    Value arguments[] = {subjectText, body};
+    CallByReference(u"Reply", arguments);
+  }
+};
+
 class Project {
  public:
   virtual ~Project();
@@ -38,10 +50,11 @@ class Project {
   virtual String GetName() = 0;
   // True if the user who opened the project may bind a mailbox to it.
   virtual Boolean IsMailBoxAllowed() = 0;
-  // A discussion by its number, or nothing. It is known by its members' names: Reply takes the subject text
-  // and the body, both strings by reference, and adds a reply of the acting user.
+  // A discussion by its number, for a Discussion; or nothing.
   virtual ObjectRef GetDiscussion(std::int32_t number) = 0;
-  // Makes a user the author of the replies that follow. False: that user can't act in the project.
+  // Makes a user the author of the replies that follow; before the first call it is the user who opened the
+  // project. kind is 1, logonText the text of GetLogonText. False: that user can't act in the project, and
+  // the author stays who it was.
   virtual Boolean SetActingUser(const Value& userKey, std::int32_t kind, const Value& logonText) = 0;
 };
 

@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "platform/MailAddress.h"
+#include "platform/contracts/ProjectAdministration.h"
 #include "siblings/Talvane40/ProjectCreation.h"
 #include "siblings/Talvane40/ProjectFile.h"
 
@@ -86,19 +87,16 @@ Value ProjectAdministration::Describe(std::span<Value> arguments) {
   const ProjectFile file = ReadProjectFile(arguments[0].ToString());
   ProjectDatabase database(file.Database.string());
   std::int64_t version = 0;
-  Array users;
-  for (const User& user : database.Users(version)) {
-    users.push_back(Array{user.Key, user.Name, user.Address, user.MailAccepted});
-  }
-  Array discussions;
+  ProjectDescription project{.Name = file.Name, .Users = {}, .Discussions = {}};
+  for (const User& user : database.Users(version))
+    project.Users.push_back({user.Key, user.Name, user.Address, user.MailAccepted});
   for (const Discussion& discussion : database.Discussions()) {
-    Array replies;
-    for (const Reply& reply : database.Replies(discussion.Number)) {
-      replies.push_back(Array{reply.Subject, reply.Body, reply.UserName, reply.At});
-    }
-    discussions.push_back(Array{discussion.Number, discussion.Title, std::move(replies)});
+    DescribedDiscussion& described =
+        project.Discussions.emplace_back(DescribedDiscussion{discussion.Number, discussion.Title, {}});
+    for (const Reply& reply : database.Replies(discussion.Number))
+      described.Replies.push_back({reply.Subject, reply.Body, reply.UserName, reply.At});
   }
-  return Array{file.Name, std::move(users), std::move(discussions)};
+  return project.ToValue();
 }
 
 }  // namespace Talvane40

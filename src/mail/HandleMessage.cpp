@@ -29,11 +29,6 @@ T& Existing(const std::shared_ptr<T>& reference) {
   return *reference;
 }
 
-void Reply(Object& discussion, const String& subjectText, const String& body) {
-  Value arguments[] = {subjectText, body};
-  discussion.Call(u"Reply", arguments);
-}
-
 }  // namespace
 
 String EMailManager::MailHandler_HandleMessage(const ObjectRef& mess) {
@@ -102,7 +97,7 @@ void EMailManager::AnswerDiscussion(const MailMessage& message, ObjectRef& discu
     return;
   }
   String body = message.Body();
-  if (ParseReplyBody(body, errorText)) Reply(*discussion, subjectText, body);
+  if (ParseReplyBody(body, errorText)) Discussion(discussion).Reply(subjectText, body);
 }
 
 bool EMailManager::FindSenderKey(const std::shared_ptr<ProjectUsers>& users, const String& address,

@@ -16,8 +16,7 @@ class CipherComponent : public testing::Test {
   // The number and the description of the failure to create a key, or "created".
   std::string Create(const String& file, const String& password, const String& label) {
     try {
-      CallWith(*world_.Services.CreateByName(u"OstrCipherCOM.KeyStore"), u"CreateKey",
-               {file, password, label});
+      KeyStore(world_.Services.CreateByName(KeyStore::kName)).CreateKey(file, password, label);
       return "created";
     } catch (const Failure& failure) {
       return std::to_string(failure.Number()) + ": " + Utf8(failure.Description());

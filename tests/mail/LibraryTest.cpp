@@ -3,6 +3,8 @@
 
 #include <thread>
 
+#include "platform/StoredNames.h"
+#include "platform/contracts/ProjectAdministration.h"
 #include "runtime/Process.h"
 #include "runtime/RegistryStore.h"
 #include "src/dialogs/modCfgIn.h"
@@ -130,19 +132,19 @@ TEST(LibraryTest, ItIsCreatedByItsNameAsLongAsItIsRegistered) {
 TEST(LibraryTest, AMailGoesThroughAllSiblingsIntoItsProjectAndStaysThere) {
   World world;
   const String path = world.PathOf("Apollo.tvs");
-  const ObjectRef projects = world.Services.CreateByName(u"Talvane40.ProjectAdministration");
-  CallWith(*projects, u"CreateProject", {path, u"Apollo", u"pump", u"", u"secret"});
-  CallWith(*projects, u"AddUser", {path, u"Ann", u"ann@example.org", true});
-  const String number = CallWith(*projects, u"AddDiscussion", {path, u"Plan"}).ToString();
+  const ProjectAdministration projects(world.Services.CreateByName(ProjectAdministration::kName));
+  projects.CreateProject(path, u"Apollo", u"pump", u"", u"secret");
+  projects.AddUser(path, u"Ann", u"ann@example.org", true);
+  const String number = Value(projects.AddDiscussion(path, u"Plan")).ToString();
 
-  const String key = u"Software\\Ostrand Software\\Email\\MailBoxes\\Apollo";
+  const String key = String(RegistryPath::kMailBoxes) + u"\\Apollo";
   Runtime::RegistryStore::CreateKey(Hive::LocalMachine, key);
   const auto write = [&](StringView name, const String& value) {
     Runtime::RegistryStore::Write(Hive::LocalMachine, key, name, {1, value});
   };
-  write(u"TVSFilePath", path);
-  write(u"DBUID", u"pump");
-  write(u"DBPWD", ComponentSecurity().Encrypt(u"secret"));
+  write(MailBoxValue::kProjectPath, path);
+  write(MailBoxValue::kUserId, u"pump");
+  write(MailBoxValue::kPassword, ComponentSecurity().Encrypt(u"secret"));
 
   const String subject =
       u"Re: Plan (Ostrand Talvane Project Apollo), Ostrand Talvane Discussion " + number + u")";
@@ -157,7 +159,7 @@ TEST(LibraryTest, AMailGoesThroughAllSiblingsIntoItsProjectAndStaysThere) {
     };
     handle(u"Ann@Example.org");
     handle(u"eve@example.org");
-    write(u"DBPWD", ComponentSecurity().Encrypt(u"wrong"));
+    write(MailBoxValue::kPassword, ComponentSecurity().Encrypt(u"wrong"));
     handler.MailHandler_Finalize();
     handle(u"ann@example.org");
   }).join();
@@ -166,13 +168,12 @@ TEST(LibraryTest, AMailGoesThroughAllSiblingsIntoItsProjectAndStaysThere) {
   EXPECT_NE(results[1], "");
   EXPECT_NE(results[2], "");
   EXPECT_EQ(results[1].find(Utf8(ResourceServiceMissing)), std::string::npos) << "the texts are there";
-  const Value description = CallWith(*projects, u"Describe", {path});
-  const Array& replies = description.ToArray()[2].ToArray()[0].ToArray()[2].ToArray();
+  const std::vector<DescribedReply> replies = projects.Describe(path).Discussions.at(0).Replies;
   ASSERT_EQ(replies.size(), 2u);
-  EXPECT_TEXT(u"Re: Plan ", replies[0].ToArray()[0].ToString());
-  EXPECT_TEXT(u"Yes \U0001F44D\r\nreally", replies[0].ToArray()[1].ToString());
-  EXPECT_TEXT(u"Ann", replies[0].ToArray()[2].ToString());
-  EXPECT_TEXT(u"Ann", replies[1].ToArray()[2].ToString()) << "who acted last stays the author";
+  EXPECT_TEXT(u"Re: Plan ", replies[0].Subject);
+  EXPECT_TEXT(u"Yes \U0001F44D\r\nreally", replies[0].Body);
+  EXPECT_TEXT(u"Ann", replies[0].UserName);
+  EXPECT_TEXT(u"Ann", replies[1].UserName) << "who acted last stays the author";
 }
 
 class HandlerTest : public testing::Test {

@@ -221,7 +221,7 @@ TEST_F(CipherScheme, GivesTextsBackThroughTheRealCipherAndKeyStore) {
             kDecryptFailed + "The ");
 
   const String file = world_.PathOf("keys");
-  CallWith(*world_.Services.CreateByName(u"OstrCipherCOM.KeyStore"), u"CreateKey", {file, u"pw", u"mail"});
+  KeyStore(world_.Services.CreateByName(KeyStore::kName)).CreateKey(file, u"pw", u"mail");
   security_.TakeKeyStoreSettings(std::make_shared<Provider>(file));
   const String sealed = security_.Encrypt71(text, Value(), True);
   ComponentSecurity another;

@@ -122,12 +122,12 @@ TEST_F(Projects, RepliesAreOfTheActingUserAndBeforeThatOfTheOneWhoOpenedTheProje
   Reply(*project, u"first", u"a");
   EXPECT_TRUE(project->SetActingUser(world.Ben, 1, world.App->GetLogon()->GetLogonText()));
   Reply(*project, u"second", u"b");
-  const Array replies = world.Replies();
+  const std::vector<DescribedReply> replies = world.Replies();
   ASSERT_EQ(replies.size(), 2U);
-  EXPECT_TEXT(u"Ann", replies[0].ToArray()[2].ToString());
-  EXPECT_TEXT(u"second", replies[1].ToArray()[0].ToString());
-  EXPECT_TEXT(u"ben", replies[1].ToArray()[2].ToString());
-  const std::string at = Utf8(replies[1].ToArray()[3].ToString());
+  EXPECT_TEXT(u"Ann", replies[0].UserName);
+  EXPECT_TEXT(u"second", replies[1].Subject);
+  EXPECT_TEXT(u"ben", replies[1].UserName);
+  const std::string at = Utf8(replies[1].At);
   EXPECT_TRUE(at.size() == 24 && at[10] == 'T' && at.back() == 'Z') << at;
 }
 
@@ -135,8 +135,8 @@ TEST_F(Projects, RepliesKeepEveryCharacter) {
   const String body =
       u"lone \xD800 surrogates \xDFFF, NUL " + String(1, u'\0') + u", \U0001F680 and\r\nends ";
   Reply(*world.Open(), u"Grüße \xDC00", body);
-  EXPECT_EQ(world.Replies()[0].ToArray()[1].ToString(), body);
-  EXPECT_EQ(world.Replies()[0].ToArray()[0].ToString(), u"Grüße \xDC00");
+  EXPECT_EQ(world.Replies()[0].Body, body);
+  EXPECT_EQ(world.Replies()[0].Subject, u"Grüße \xDC00");
 }
 
 TEST_F(Projects, RepliesGoToDiscussionsThatExist) {
@@ -158,7 +158,7 @@ TEST_F(Projects, TheActingUserIsRefusedUnlessTheUserAcceptsMailAndTheLogonTextIs
   EXPECT_FALSE(
       project->SetActingUser(world.Ben, 1, ProjectWorld::NewApplication()->GetLogon()->GetLogonText()));
   Reply(*project, u"s", u"b");
-  EXPECT_TEXT(u"Ann", world.Replies()[0].ToArray()[2].ToString());
+  EXPECT_TEXT(u"Ann", world.Replies()[0].UserName);
 }
 
 TEST_F(Projects, OpenThroughTheApplicationsOfTheFactory) {
@@ -170,13 +170,13 @@ TEST_F(Projects, OpenThroughTheApplicationsOfTheFactory) {
 }
 
 TEST_F(Projects, TheAdministrationRefusesWhatCantBeMeantAndChangesNothing) {
-  const Administration& administer = world.Administer;
+  const ProjectAdministration& administer = world.Administer;
   const String path = world.Path, fresh = world.PathOf("fresh.TVS");
   const auto create = [&](StringView name, StringView owner, StringView address) {
     return FailureText([&] { administer.CreateProject(fresh, name, owner, address, u"secret"); });
   };
   const auto addUser = [&](StringView name, StringView address) {
-    return FailureText([&] { administer.AddUser(path, name, address); });
+    return FailureText([&] { administer.AddUser(path, name, address, true); });
   };
   const auto files = [&] { return std::distance(fs::directory_iterator(world.Home.Path()), {}); };
   const auto before = files();
@@ -193,7 +193,7 @@ TEST_F(Projects, TheAdministrationRefusesWhatCantBeMeantAndChangesNothing) {
   EXPECT_PRED2(Holds, FailureText([&] { administer.AddDiscussion(path, u""); }), "must not be empty");
   EXPECT_PRED2(Holds, FailureText([&] { administer.AddDiscussion(fresh, u"x"); }), "doesn't exist");
   EXPECT_EQ(files(), before);
-  EXPECT_EQ(administer.Describe(path)[1].ToArray().size(), 2U);
+  EXPECT_EQ(administer.Describe(path).Users.size(), 2U);
 }
 
 TEST_F(Projects, TheirCreationFindsANameForTheDatabaseWhateverIsThereAndKeepsBothFilesPrivate) {
@@ -228,7 +228,7 @@ TEST_F(Projects, AProcessKilledWhileItCreatesAProjectLeavesAWholeProjectOrNone) 
     KillProcess(child);
     if (std::filesystem::exists(ToUtf8(path))) {
       ++whole;
-      EXPECT_EQ(world.Administer.Describe(path)[1].ToArray().size(), 1U);
+      EXPECT_EQ(world.Administer.Describe(path).Users.size(), 1U);
     } else {
       world.Administer.CreateProject(path, u"P", u"Ann", u"", u"secret");
     }
@@ -250,10 +250,10 @@ TEST_F(Projects, AReplyThatADatabaseInUseOrAFullDiskRefusesIsRaisedAndLeavesNoth
     EXPECT_PRED2(Holds, FailureText([&] { Reply(*project, u"late", u"b"); }), "in use by another program");
   }
   Reply(*project, u"next", u"b");
-  const Array replies = world.Replies();
+  const std::vector<DescribedReply> replies = world.Replies();
   ASSERT_EQ(replies.size(), 2U);
-  EXPECT_TEXT(u"kept", replies[0].ToArray()[0].ToString());
-  EXPECT_TEXT(u"next", replies[1].ToArray()[0].ToString());
+  EXPECT_TEXT(u"kept", replies[0].Subject);
+  EXPECT_TEXT(u"next", replies[1].Subject);
 }
 
 }  // namespace

@@ -1,35 +1,23 @@
 // Projects: a project made through the loaded library, and the windows through which tests use it.
 #pragma once
 
-#include "platform/contracts/ObjectProxy.h"
+#include "platform/contracts/ProjectAdministration.h"
 #include "platform/contracts/ProjectLibrary.h"
 #include "runtime/Database.h"
 #include "tests/support/World.h"
 
 namespace Tests {
 
-class Administration : public ObjectProxy {
- public:
-  Administration() : ObjectProxy(Platform::Services().CreateByName(u"Talvane40.ProjectAdministration")) {}
-  void CreateProject(StringView path, StringView name, StringView owner, StringView address,
-                     StringView password) const {
-    Call(u"CreateProject", path, name, owner, address, password);
-  }
-  std::int32_t AddUser(StringView path, StringView name, StringView address, bool accepted = true) const {
-    return Call(u"AddUser", path, name, address, accepted).ToInt32();
-  }
-  std::int32_t AddDiscussion(StringView path, StringView title) const {
-    return Call(u"AddDiscussion", path, title).ToInt32();
-  }
-  Array Describe(StringView path) const { return Call(u"Describe", path).ToArray(); }
-};
+inline ProjectAdministration Administration() {
+  return ProjectAdministration(Platform::Services().CreateByName(ProjectAdministration::kName));
+}
 
 // A world with the project "Apollo" of the owner "Ann", the user "ben" and the discussion 1.
 class ProjectWorld : public World {
  public:
   ProjectWorld() {
     Administer.CreateProject(Path, u"Apollo", u"Ann", u"ann@example.org", u"secret");
-    Ben = Administer.AddUser(Path, u"ben", u"ben@example.org");
+    Ben = Administer.AddUser(Path, u"ben", u"ben@example.org", true);
     Administer.AddDiscussion(Path, u"Release plan");
     App = NewApplication();
   }
@@ -50,8 +38,7 @@ class ProjectWorld : public World {
     return Open(path, user, password) ? "(opened)" : Utf8(App->GetStatus()->GetFailureText());
   }
 
-  // The replies of the first discussion, each an array of subject, body, user name and time.
-  Array Replies() const { return Administer.Describe(Path)[2].ToArray()[0].ToArray()[2].ToArray(); }
+  std::vector<DescribedReply> Replies() const { return Administer.Describe(Path).Discussions.at(0).Replies; }
 
   // Works on the database from outside.
   void Sql(const char* sql) const { Runtime::Database(Database().string()).Run(sql); }
@@ -59,13 +46,13 @@ class ProjectWorld : public World {
   std::filesystem::path Database() const { return Home.Path() / "apollo.db"; }
 
   const String Path = PathOf("apollo.TVS");
-  const Administration Administer;
+  const ProjectAdministration Administer = Administration();
   std::int32_t Ben = 0;
   std::shared_ptr<TalvaneApplication> App;
 };
 
 inline void Reply(Project& project, StringView subject, StringView body, std::int32_t discussion = 1) {
-  CallWith(*project.GetDiscussion(discussion), u"Reply", {subject, body});
+  Discussion(project.GetDiscussion(discussion)).Reply(String(subject), String(body));
 }
 
 }  // namespace Tests
