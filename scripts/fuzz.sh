@@ -1,0 +1,27 @@
+#!/bin/sh
+# Builds the fuzzers and runs each for a time. What a fuzzer finds is new inputs in build/fuzz/corpus/NAME, which the
+# next run goes on from, and for a crash the input in build/fuzz/crash/.
+#   scripts/fuzz.sh [SECONDS [NAME...]]      20 seconds, all of them
+set -eu
+cd "$(dirname "$0")/.."
+seconds=${1:-20}
+[ $# -eq 0 ] || shift
+scripts/build.sh fuzz
+[ $# -gt 0 ] || set -- $(cd build/fuzz/bin && ls -d ./*Fuzz)
+mkdir -p build/fuzz/crash
+for fuzzer; do
+  name=$(basename "$fuzzer")
+  found=build/fuzz/corpus/$name
+  mkdir -p "$found"
+  seeds=
+  [ ! -d "fuzz/corpus/$name" ] || seeds=fuzz/corpus/$name
+  case $name in Mail*) seeds="$seeds samples/mail" ;; esac
+  # A mail may take long under the sanitizers, and may take memory in proportion to its size.
+  if ! "build/fuzz/bin/$name" -max_total_time="$seconds" -timeout=20 -rss_limit_mb=1024 -print_final_stats=1 \
+    -artifact_prefix="build/fuzz/crash/$name-" "$found" $seeds >"build/fuzz/$name.log" 2>&1; then
+    tail -n 60 "build/fuzz/$name.log"
+    echo "$name found a fault; its input is in build/fuzz/crash/" >&2
+    exit 1
+  fi
+  echo "$name: $(sed -n 's/^stat::number_of_executed_units: *//p' "build/fuzz/$name.log") inputs"
+done
