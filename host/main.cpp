@@ -4,6 +4,7 @@
 #include <memory>
 
 #include "host/CommandError.h"
+#include "host/StandardStreams.h"
 #include "host/commands/Command.h"
 #include "host/terminal/TerminalToolkit.h"
 #include "platform/Failure.h"
@@ -72,5 +73,6 @@ int Main(int argc, char** argv) {
 }  // namespace Host
 
 int main(int argc, char** argv) {
+  Host::HoldStandardStreams();
   return Host::Main(argc, argv);
 }

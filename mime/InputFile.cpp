@@ -1,6 +1,7 @@
 #include "mime/InputFile.h"
 
 #include <fcntl.h>
+#include <poll.h>
 #include <unistd.h>
 
 #include <algorithm>
@@ -21,6 +22,17 @@ InputFile::~InputFile() {
   if (descriptor_ != STDIN_FILENO) close(descriptor_);
 }
 
+void InputFile::WaitForInput() {
+  // A signal that comes just before the wait doesn't end it.
+  constexpr int kMilliseconds = 200;
+  for (;;) {
+    if (stopWanted_ && stopWanted_()) throw std::system_error(EINTR, std::generic_category());
+    pollfd input{descriptor_, POLLIN, 0};
+    const int ready = poll(&input, 1, kMilliseconds);
+    if (ready > 0 || (ready < 0 && errno != EINTR)) return;
+  }
+}
+
 bool InputFile::Fill() {
   if (begin_ > 0) {
     std::memmove(buffer_.get(), buffer_.get() + begin_, end_ - begin_);
@@ -28,41 +40,36 @@ bool InputFile::Fill() {
     begin_ = 0;
   }
   for (;;) {
+    WaitForInput();
     const ssize_t count = read(descriptor_, buffer_.get() + end_, kBufferSize - end_);
     if (count > 0) end_ += static_cast<std::size_t>(count);
     if (count >= 0) return count > 0;
-    if (errno != EINTR || (stopWanted_ && stopWanted_()))
-      throw std::system_error(errno, std::generic_category());
+    if (errno != EINTR) throw std::system_error(errno, std::generic_category());
   }
 }
 
-std::string_view InputFile::Peek(std::size_t count) {
-  while (end_ - begin_ < count && Fill()) {
-  }
-  return {buffer_.get() + begin_, std::min(count, end_ - begin_)};
-}
-
-std::string_view InputFile::PeekLine() {
-  for (;;) {
+std::string_view InputFile::PeekLine(char lineEnd) {
+  for (std::size_t searched = 0;;) {
     const std::string_view there(buffer_.get() + begin_, end_ - begin_);
-    const std::size_t lineEnd = there.find_first_of("\r\n");
-    const bool enough = lineEnd != std::string_view::npos && lineEnd + 1 < there.size();
-    if (enough || there.size() == kBufferSize || !Fill()) return there;
+    const std::size_t end = there.find(lineEnd, searched);
+    if (end != std::string_view::npos) return there.substr(0, end + 1);
+    searched = there.size();
+    if (there.size() == kBufferSize || !Fill()) return {buffer_.get() + begin_, end_ - begin_};
   }
 }
 
-bool InputFile::TakeLine(std::string& line, char lineEnd, std::size_t keep) {
-  bool any = false;
+std::size_t InputFile::TakeLine(std::string& bytes, char lineEnd, std::size_t keep) {
+  std::size_t total = 0;
   while (begin_ < end_ || Fill()) {
-    any = true;
     const char* start = buffer_.get() + begin_;
     const auto* found = static_cast<const char*>(std::memchr(start, lineEnd, end_ - begin_));
     const std::size_t length = found ? static_cast<std::size_t>(found - start) + 1 : end_ - begin_;
-    line.append(start, std::min(length, keep - std::min(keep, line.size())));
+    bytes.append(start, std::min(length, keep - std::min(keep, bytes.size())));
     begin_ += length;
-    if (found) return true;
+    total += length;
+    if (found) break;
   }
-  return any;
+  return total;
 }
 
 std::size_t InputFile::TakeAll(std::string& bytes, std::size_t keep) {

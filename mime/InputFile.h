@@ -12,29 +12,35 @@ namespace Mime {
 class InputFile {
  public:
   // Raises std::system_error, with the reason, for a file that can't be opened. "-" is standard input.
-  // stopWanted is asked when a signal interrupts a read.
+  // stopWanted is asked before each read, and while a read would wait several times a second.
   explicit InputFile(const std::string& path, std::function<bool()> stopWanted = {});
   InputFile(const InputFile&) = delete;
   InputFile& operator=(const InputFile&) = delete;
   ~InputFile();
 
-  // The bytes at the present position without taking them: fewer than asked for only near the end.
-  // Raises std::system_error when reading fails, or is interrupted while stopWanted says so.
-  std::string_view Peek(std::size_t count);
+  // All of these raise std::system_error when reading fails, or when stopWanted says so.
 
-  // The same, up to one byte behind the first line end or further; the whole buffer where no line ends in it.
-  // Waits for no more than that, since a pipe may go on much later.
-  std::string_view PeekLine();
+  // The next line with its end, without taking it; the whole buffer where the line is longer. Empty at the
+  // end of the file. Waits for no more than the line, since a pipe may go on much later. Valid until the next
+  // call.
+  std::string_view PeekLine(char lineEnd);
 
-  // Appends to line the bytes up to and with the next line end, or to the end of the file. keep is how many
-  // bytes line may have in all; those beyond are read and dropped. False at the end of the file.
-  bool TakeLine(std::string& line, char lineEnd, std::size_t keep);
+  // Drops bytes that were peeked at.
+  void Skip(std::size_t count) { begin_ += count; }
 
-  // Appends the rest of the file under the same limit, and gives how many bytes there were.
+  // Appends to bytes up to and with the next line end, or to the end of the file. keep is how many bytes it
+  // may have in all; those beyond are read and dropped. Gives how many were read: 0 at the end of the file.
+  // Raises std::bad_alloc with nothing lost but what was appended.
+  std::size_t TakeLine(std::string& bytes, char lineEnd, std::size_t keep);
+
+  // The same with the rest of the file.
   std::size_t TakeAll(std::string& bytes, std::size_t keep);
 
  private:
   static constexpr std::size_t kBufferSize = 1 << 16;
+
+  // Returns when there is something to read, or the reading would tell why not.
+  void WaitForInput();
 
   // Reads on behind the bytes that are there. False at the end of the file.
   bool Fill();

@@ -18,8 +18,9 @@ struct Mail {
   bool Encrypted = false;  // its text can't be read, and Body holds at most what stands beside it
 };
 
-// Reads a message of RFC 5322 with line ends of any kind. Malformed mail gives what can be told from it: this
-// fails only for want of memory (std::bad_alloc).
+// Reads a message of RFC 5322 with line ends of any kind. Malformed mail gives what can be told from it.
+// Raises LimitExceeded for a mail beyond the limits, and std::bad_alloc where memory is short, before any of
+// it is used.
 Mail ReadMail(std::string bytes);
 
 }  // namespace Mime

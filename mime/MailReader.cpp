@@ -1,12 +1,14 @@
 #include "mime/HeaderText.h"
 #include "mime/Mail.h"
 #include "mime/MailBody.h"
+#include "mime/MemoryNeed.h"
 #include "mime/MessageParser.h"
 #include "mime/SenderAddress.h"
 
 namespace Mime {
 
 Mail ReadMail(std::string bytes) {
+  RequireMemoryFor(bytes.size());
   const ParsedMessage message(std::move(bytes));
   BodyText body = BodyOf(message);
   Mail mail;

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cctype>
 #include <iterator>
+#include <new>
 
 #include "mime/Limits.h"
 
@@ -64,30 +65,67 @@ bool IsMboxSeparator(std::string_view line, bool behindEmptyLine) {
   return behindEmptyLine && sender.find('@') != std::string_view::npos && TakeWord(line).empty();
 }
 
-MboxReader::MboxReader(InputFile& file) : file_(file) {
-  const std::string_view start = file.PeekLine();
-  const std::size_t end = start.find_first_of("\r\n");
-  if (end != std::string_view::npos && start[end] == '\r' && start.substr(end, 2) != "\r\n") lineEnd_ = '\r';
-  file.TakeLine(line_, lineEnd_, kLargestMail);
+char LineEndOf(InputFile& file) {
+  const std::string_view start = file.PeekLine('\n');
+  const std::size_t end = start.find('\r');
+  return end != std::string_view::npos && start.substr(end, 2) != "\r\n" ? '\r' : '\n';
+}
+
+bool BeginsAnMbox(InputFile& file) {
+  return IsMboxSeparator(file.PeekLine(LineEndOf(file)), true);
+}
+
+void SkipEnvelopeLine(InputFile& file) {
+  const char lineEnd = LineEndOf(file);
+  std::string_view line = file.PeekLine(lineEnd);
+  if (!line.starts_with(kMboxStart)) return;
+  line.remove_prefix(kMboxStart.size());
+  const std::size_t next = line.find_first_not_of(" \t");
+  if (next != std::string_view::npos && line[next] == ':') return;
+  std::string dropped;
+  file.TakeLine(dropped, lineEnd, 0);
+}
+
+MboxReader::MboxReader(InputFile& file) : file_(file), lineEnd_(LineEndOf(file)) {
+  std::string separator;
+  more_ = file.TakeLine(separator, lineEnd_, 0) > 0;
+}
+
+bool MboxReader::TakeLine(std::string& bytes, std::size_t& size) {
+  try {
+    size += file_.TakeLine(bytes, lineEnd_, kLargestMail);
+    return true;
+  } catch (const std::bad_alloc&) {
+    bytes = {};
+    return false;
+  }
 }
 
 bool MboxReader::Next(std::string& bytes, std::size_t& size) {
-  if (line_.empty()) return false;
+  if (!more_) return false;
   bytes.clear();
   size = 0;
+  more_ = false;
+  bool noMemory = false;
   bool behindEmptyLine = false;
   for (;;) {
-    line_.clear();
-    if (!file_.TakeLine(line_, lineEnd_, kLargestMail + 1)) break;
-    if (IsMboxSeparator(line_, behindEmptyLine)) break;
-    behindEmptyLine = IsEmptyLine(line_);
-    std::string_view line = line_;
+    const std::string_view line = file_.PeekLine(lineEnd_);
+    if (line.empty()) break;
+    std::string dropped;
+    if (IsMboxSeparator(line, behindEmptyLine)) {
+      file_.TakeLine(dropped, lineEnd_, 0);
+      more_ = true;
+      break;
+    }
+    behindEmptyLine = IsEmptyLine(line);
     if (line.starts_with('>') &&
         line.substr(std::min(line.size(), line.find_first_not_of('>'))).starts_with(kMboxStart))
-      line.remove_prefix(1);
-    size += line.size();
-    if (size <= kLargestMail) bytes += line;
+      file_.Skip(1);
+    // What follows a message without room is searched for the next separator all the same.
+    noMemory = noMemory || !TakeLine(bytes, size);
+    if (noMemory) file_.TakeLine(dropped, lineEnd_, 0);
   }
+  if (noMemory) throw std::bad_alloc();
   DropEmptyLineAtEnd(bytes);
   return true;
 }

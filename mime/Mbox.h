@@ -15,20 +15,36 @@ inline constexpr std::string_view kMboxStart = "From ";
 // writer who didn't mask it. Lengths told in headers are not trusted.
 bool IsMboxSeparator(std::string_view line, bool behindEmptyLine);
 
+// The last character of the line ends of a file, of which nothing was taken: LF, also where it stands for CR
+// LF, or CR.
+char LineEndOf(InputFile& file);
+
+// True where the file, of which nothing was taken, begins with a separator.
+bool BeginsAnMbox(InputFile& file);
+
+// Drops the line "From sender time" that a mail server writes in front of a mail that it hands over. A field
+// "From :" stays.
+void SkipEnvelopeLine(InputFile& file);
+
 // Reads an mbox whose lines end in LF, CR LF or CR, as its first line does.
 class MboxReader {
  public:
+  // Takes the first line, which is a separator.
   explicit MboxReader(InputFile& file);
 
   // The next message without its separator, lines masked as ">From " unmasked by one level, and without the
   // empty line that ends it. size is its full size, of which bytes holds no more than kLargestMail. False
-  // behind the last message. Raises std::system_error as InputFile does.
+  // behind the last message. Raises std::system_error as InputFile does, and std::bad_alloc for a message
+  // that has no room in memory, behind which it goes on.
   bool Next(std::string& bytes, std::size_t& size);
 
  private:
+  // Takes a line of a message and appends it. False, with nothing appended, where there is no memory.
+  bool TakeLine(std::string& bytes, std::size_t& size);
+
   InputFile& file_;
-  std::string line_;
-  char lineEnd_ = '\n';
+  char lineEnd_;
+  bool more_;
 };
 
 }  // namespace Mime

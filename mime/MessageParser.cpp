@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "mime/HeaderRepair.h"
+#include "mime/LimitCheck.h"
 
 namespace Mime {
 namespace {
@@ -33,6 +34,7 @@ ParsedMessage::ParsedMessage(std::string bytes) : bytes_(std::move(bytes)) {
   static_cast<void>(started);
   RepairLineEnds(bytes_);
   RepairHeaders(bytes_);
+  CheckLimits(bytes_);
   lent_ = g_byte_array_new_take(reinterpret_cast<guint8*>(bytes_.data()), bytes_.size());
   message_ = Parse(lent_);
 }

@@ -12,7 +12,7 @@ namespace Mime {
 class ParsedMessage {
  public:
   // Reads a message of RFC 5322 with line ends of any kind. Malformed ones give what can be told from them.
-  // Raises std::bad_alloc only.
+  // Raises LimitExceeded and std::bad_alloc.
   explicit ParsedMessage(std::string bytes);
   ParsedMessage(const ParsedMessage&) = delete;
   ParsedMessage& operator=(const ParsedMessage&) = delete;
@@ -25,7 +25,8 @@ class ParsedMessage {
   InternetAddressList* From() const;
 
   // The raw value of the first field of a name, folded as it came. Taken from the bytes, since a zero byte
-  // would end it otherwise. Empty without such a field. Valid as long as this object.
+  // would end it otherwise. Empty without such a field, and for Sender, Reply-To, To, Cc and Bcc, which the
+  // parser isn't shown. Valid as long as this object.
   std::string_view Field(const char* name) const;
 
   // What stands behind the header of the whole message.

@@ -62,7 +62,7 @@ int main(int argc, char** argv) {
   try {
     ReplyTable replies(argv[2]);
     std::size_t count = 0;
-    Gateway::ReadMailSource(argv[1], [&](Gateway::RawMail raw) {
+    Gateway::ReadMailSource(argv[1], Gateway::StandardInput::OneMail, [&](Gateway::RawMail raw) {
       if (!raw.Fault.empty()) throw std::runtime_error(raw.Source + " " + raw.Fault);
       const Mime::Mail mail = Mime::ReadMail(std::move(raw.Bytes));
       // The same row that the component writes, so that both store as many bytes.

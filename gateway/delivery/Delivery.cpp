@@ -7,13 +7,14 @@
 #include "gateway/delivery/FailureJudge.h"
 #include "gateway/delivery/HandlerObject.h"
 #include "gateway/delivery/MessageObject.h"
-#include "gateway/sources/MailSource.h"
 #include "gateway/sources/StopSignal.h"
+#include "mime/LimitCheck.h"
 #include "platform/Failure.h"
 
 namespace Gateway {
 
-Outcome Deliver(const String& mailBox, const std::vector<std::string>& sources, DeliveryReport& report) {
+Outcome Deliver(const String& mailBox, const std::vector<std::string>& sources, StandardInput input,
+                DeliveryReport& report) {
   const HandlerObject object;
   Platform::MailHandler& handler = object.Mail();
   handler.MailHandler_Initialize(mailBox, nullptr);
@@ -36,13 +37,18 @@ Outcome Deliver(const String& mailBox, const std::vector<std::string>& sources, 
       Verdict verdict = judge.Judge(failure);
       if (verdict.Result == Outcome::Delivered) verdict.WhyEmpty = std::move(whyEmpty);
       report.Tell(raw.Source, messageId, failure, verdict);
+    } catch (const Mime::LimitExceeded& limit) {
+      report.Tell(raw.Source, messageId,
+                  Platform::FromUtf8("it is refused unread: " + std::string(limit.what())),
+                  {Outcome::Refused});
     } catch (const std::exception&) {
       report.Tell(raw.Source, messageId, Platform::CurrentFailure().Description(), {Outcome::Retry});
     }
     return true;
   };
-  const bool all = std::all_of(sources.begin(), sources.end(),
-                               [&](const std::string& source) { return ReadMailSource(source, handle); });
+  const bool all = std::all_of(sources.begin(), sources.end(), [&](const std::string& source) {
+    return ReadMailSource(source, input, handle);
+  });
   handler.MailHandler_Finalize();
   return report.Finish(!all);
 }

@@ -1,7 +1,11 @@
 #include "gateway/sources/MailSource.h"
 
+#include <sys/stat.h>
+#include <unistd.h>
+
 #include <algorithm>
 #include <filesystem>
+#include <new>
 #include <system_error>
 #include <vector>
 
@@ -17,8 +21,9 @@ namespace fs = std::filesystem;
 
 using Mime::InputFile;
 using Mime::kLargestMail;
-using Mime::kMboxStart;
 using Mime::MboxReader;
+
+constexpr const char* kNoMemory = "there isn't memory enough for it";
 
 RawMail Fault(const std::string& source, const std::string& reason) {
   return {source, {}, "can't be read: " + reason, Outcome::Retry};
@@ -32,6 +37,8 @@ RawMail Checked(RawMail mail, std::size_t size) {
           Outcome::Refused};
 }
 
+enum class Form { OneMail, Mbox, Recognise };
+
 bool ReadMbox(InputFile& file, const std::string& path, const MailSink& sink) {
   MboxReader reader(file);
   std::string bytes;
@@ -43,21 +50,38 @@ bool ReadMbox(InputFile& file, const std::string& path, const MailSink& sink) {
     } catch (const std::system_error& error) {
       // What stood before the error was not the whole message.
       return !StopWanted() && sink(Fault(source, error.code().message()));
+    } catch (const std::bad_alloc&) {
+      if (!sink(Fault(source, kNoMemory))) return false;
+      continue;
     }
     if (!sink(Checked({source, std::move(bytes), {}, Outcome::Retry}, size))) return false;
   }
 }
 
-bool ReadFile(const std::string& path, const MailSink& sink, bool mayBeMbox) {
+bool ReadFile(const std::string& path, Form form, const MailSink& sink) {
   RawMail mail{path, {}, {}, Outcome::Retry};
   try {
     InputFile file(path, StopWanted);
-    if (mayBeMbox && file.Peek(kMboxStart.size()) == kMboxStart) return ReadMbox(file, path, sink);
+    const bool mbox = form != Form::OneMail && Mime::BeginsAnMbox(file);
+    if (mbox) return ReadMbox(file, path, sink);
+    if (form == Form::Mbox) {
+      if (file.PeekLine('\n').empty()) return true;
+      return sink({path,
+                   {},
+                   "is no mbox: its first line isn't \"From \" with a sender and a time; without --mbox it "
+                   "is read as "
+                   "one message",
+                   Outcome::Refused});
+    }
+    Mime::SkipEnvelopeLine(file);
     const std::size_t size = file.TakeAll(mail.Bytes, kLargestMail);
     mail = Checked(std::move(mail), size);
   } catch (const std::system_error& error) {
     if (StopWanted()) return false;
-    mail = Fault(path, error.code().message());
+    const bool closed = path == "-" && error.code() == std::errc::bad_file_descriptor;
+    mail = Fault(path, closed ? "standard input is closed" : error.code().message());
+  } catch (const std::bad_alloc&) {
+    mail = Fault(path, kNoMemory);
   }
   return sink(std::move(mail));
 }
@@ -77,16 +101,38 @@ bool ReadMaildir(const fs::path& folder, const MailSink& sink) {
   std::sort(files.begin(), files.end(),
             [](const fs::path& left, const fs::path& right) { return left.filename() < right.filename(); });
   return std::all_of(files.begin(), files.end(),
-                     [&](const fs::path& file) { return ReadFile(file.string(), sink, false); });
+                     [&](const fs::path& file) { return ReadFile(file.string(), Form::OneMail, sink); });
+}
+
+bool IsMaildir(const fs::path& folder) {
+  std::error_code error;
+  return fs::is_directory(folder / "new", error) && fs::is_directory(folder / "cur", error);
+}
+
+// True for a file that a delivery wrote into a Maildir.
+bool IsInMaildir(const fs::path& file) {
+  std::error_code error;
+  const fs::path part = fs::absolute(file, error).parent_path();
+  return (part.filename() == "new" || part.filename() == "cur") && IsMaildir(part.parent_path());
+}
+
+// True also where another name leads to the pipe or device that standard input is.
+bool IsStandardInput(const std::string& path) {
+  struct stat named = {}, input = {};
+  return path == "-" ||
+         (stat(path.c_str(), &named) == 0 && !S_ISREG(named.st_mode) && fstat(STDIN_FILENO, &input) == 0 &&
+          named.st_dev == input.st_dev && named.st_ino == input.st_ino);
 }
 
 }  // namespace
 
-bool ReadMailSource(const std::string& path, const MailSink& sink) {
+bool ReadMailSource(const std::string& path, StandardInput input, const MailSink& sink) {
+  if (IsStandardInput(path))
+    return ReadFile(path, input == StandardInput::Mbox ? Form::Mbox : Form::OneMail, sink);
   std::error_code error;
-  if (path == "-" || !fs::is_directory(path, error)) return ReadFile(path, sink, true);
-  if (fs::is_directory(fs::path(path) / "new", error) && fs::is_directory(fs::path(path) / "cur", error))
-    return ReadMaildir(path, sink);
+  if (!fs::is_directory(path, error))
+    return ReadFile(path, IsInMaildir(path) ? Form::OneMail : Form::Recognise, sink);
+  if (IsMaildir(path)) return ReadMaildir(path, sink);
   return sink(Fault(path, "it is a folder, but no Maildir, which has the folders new and cur"));
 }
 

@@ -1,4 +1,5 @@
 #include <CLI/CLI.hpp>
+#include <algorithm>
 #include <memory>
 
 #include "gateway/delivery/Delivery.h"
@@ -13,8 +14,11 @@ namespace {
 
 constexpr const char* kNotes =
     R"(Each message becomes a reply in the discussion that its subject names. A source is a message file, an mbox
-(it begins with "From "), a Maildir (its folders new and cur), or "-" for standard input, which is read where
-no source is given. Mails are only read: none is moved, marked or removed.
+(its first line is "From " with a sender and a time), a Maildir (its folders new and cur), or "-" for standard
+input, which is read where no source is given. Mails are only read: none is moved, marked or removed.
+
+Standard input is exactly one message, whatever its lines say; the "From " line that a mail server writes in
+front is dropped. With --mbox it is an mbox: give that only for a file of your own, never to a mail server.
 
 One line tells what became of each message: its source, its Message-ID, and "delivered", or "complaint" or "to
 be tried again" with the reason. A reply without text is delivered and said to be empty: that of an encrypted
@@ -39,6 +43,7 @@ struct DeliverOptions {
   std::string MailBox;
   std::vector<std::string> Sources;
   bool Json = false;
+  bool Mbox = false;
 };
 
 int Deliver(const DeliverOptions& options) {
@@ -49,7 +54,8 @@ int Deliver(const DeliverOptions& options) {
   Gateway::CatchStopSignals();
 
   Gateway::DeliveryReport report(options.Json);
-  switch (Gateway::Deliver(mailBox, options.Sources, report)) {
+  const auto input = options.Mbox ? Gateway::StandardInput::Mbox : Gateway::StandardInput::OneMail;
+  switch (Gateway::Deliver(mailBox, options.Sources, input, report)) {
     case Gateway::Outcome::Delivered:
       return Done;
     case Gateway::Outcome::Refused:
@@ -68,9 +74,12 @@ void AddDeliverCommand(CLI::App& program, Invocation& invocation) {
   command->add_option("MAILBOX", options->MailBox, "The mailbox whose project takes the replies")->required();
   command->add_option("SOURCE", options->Sources, "Message files, mboxes, Maildirs; - for standard input");
   command->add_flag("--json", options->Json, "Print one JSON object a line for each message");
+  command->add_flag("--mbox", options->Mbox, "Standard input is an mbox");
   command->footer(kNotes);
   command->callback([options, &invocation] {
     if (options->Sources.empty()) options->Sources.emplace_back("-");
+    if (options->Mbox && std::ranges::find(options->Sources, "-") == options->Sources.end())
+      throw CLI::ValidationError("--mbox", "is for standard input; a file is recognised by its first line");
     invocation.Run = [options] { return Deliver(*options); };
   });
 }

@@ -234,7 +234,7 @@ std::vector<std::string> MessagesOf(const std::string& bytes) {
   const std::string path = (folder.Path() / "mbox").string();
   Tests::WriteFile(path, bytes);
   std::vector<std::string> messages;
-  Gateway::ReadMailSource(path, [&](Gateway::RawMail mail) {
+  Gateway::ReadMailSource(path, Gateway::StandardInput::OneMail, [&](Gateway::RawMail mail) {
     EXPECT_EQ(mail.Source, path + ":" + std::to_string(messages.size() + 1));
     messages.push_back(mail.Bytes + mail.Fault);
     return true;

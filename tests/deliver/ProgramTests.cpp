@@ -71,7 +71,7 @@ TEST_F(Deliver, TellsEachOutcomeByItsExitCodeAndReason) {
       {"tvmail deliver Apollo good", 0, "good  <m@x>  delivered\n1 message: 1 delivered", ""},
       {"tvmail deliver Apollo < good", 0, "-  <m@x>  delivered", ""},
       {"tvmail deliver apollo - < good", 0, "delivered", ""},
-      {"(echo 'From x'; cat good) | tvmail deliver Apollo", 0, "-:1  <m@x>  delivered", ""},
+      {"(echo 'From x'; cat good) | tvmail deliver Apollo", 0, "-  <m@x>  delivered", ""},
       {"tvmail deliver Apollo --json good unknown", 65,
        "{\"source\":\"good\",\"messageId\":\"<m@x>\",\"reason\":\"\",\"failure\":\"\"}\n{\"source\":"
        "\"unknown\"",
@@ -159,7 +159,7 @@ TEST_F(Deliver, TwoAtOnceMakeEachReplyOnce) {
 // however fast the others were, until so many outcomes are told. Then the shell's next commands follow.
 std::string InBackground(const std::string& file, std::size_t outcomes) {
   return ": >lines; rm -f pipe; mkfifo pipe; exec 3<>pipe; cat " + file +
-         " >pipe 3>&- & tvmail deliver Apollo <pipe >lines 3>&- & until_told " + std::to_string(outcomes) +
+         " >pipe 3>&- & tvmail deliver Apollo --mbox <pipe >lines 3>&- & until_told " + std::to_string(outcomes) +
          "; ";
 }
 

@@ -1,0 +1,14 @@
+// AddressDepth: how deep groups and comments are nested in a field of addresses.
+#pragma once
+
+#include <cstddef>
+#include <string_view>
+
+namespace Mime {
+
+// The deepest nesting of groups (RFC 5322, section 3.4) or of comments in the value of a field, whichever is
+// deeper. Colons in quoted strings, comments, angle brackets and domain literals begin no group. Linear;
+// pure.
+std::size_t AddressDepth(std::string_view value);
+
+}  // namespace Mime

@@ -1,0 +1,231 @@
+#include "mime/LimitCheck.h"
+
+#include <gmime/gmime.h>
+
+#include <algorithm>
+#include <memory>
+#include <string_view>
+#include <unordered_set>
+#include <vector>
+
+#include "mime/AddressDepth.h"
+
+namespace Mime {
+namespace {
+
+constexpr std::string_view kBlanks = " \t\r";
+
+[[noreturn]] void Refuse(const std::string& what, std::size_t limit, const char* unit) {
+  throw LimitExceeded(what + " more than " + std::to_string(limit) + unit);
+}
+
+std::string_view WithoutBlanksBehind(std::string_view text) {
+  return text.substr(0, text.find_last_not_of(kBlanks) + 1);
+}
+
+std::string LowerCase(std::string_view text) {
+  std::string lower(text);
+  for (char& c : lower) c = g_ascii_tolower(c);
+  return lower;
+}
+
+bool IsAddressField(const std::string& name) {
+  return name == "from" || name == "sender" || name == "reply-to" || name == "to" || name == "cc" ||
+         name == "bcc";
+}
+
+// What a header says of the content behind it.
+struct Content {
+  std::vector<std::string> Boundaries;  // "--" in front; of a second Content-Type too
+  bool Message = false;
+  bool TypeRead = false;
+};
+
+// Walks through the lines as the parser does: a header up to an empty line, and then its content up to a
+// delimiter of one of the multiparts around it.
+class Scan {
+ public:
+  Scan(std::string& bytes, const MailLimits& limits) : bytes_(bytes), limits_(limits) {}
+
+  void Run() {
+    for (std::size_t at = 0; at < bytes_.size();) {
+      const std::size_t end = std::min(bytes_.find('\n', at), bytes_.size());
+      std::string_view line(bytes_.data() + at, end - at);
+      if (line.ends_with('\r')) line.remove_suffix(1);
+      if (!(line.starts_with("--") && TakeDelimiter(line)) && inHeader_) TakeHeaderLine(at, line);
+      at = end + 1;
+    }
+    EndField();
+  }
+
+ private:
+  // True for the delimiter of a multipart, open or closed, which begins another part or ends the multipart.
+  bool TakeDelimiter(std::string_view line) {
+    const std::string delimiter(WithoutBlanksBehind(line));
+    const bool begins = seen_.contains(delimiter);
+    const std::string boundary =
+        delimiter.ends_with("--") ? delimiter.substr(0, delimiter.size() - 2) : std::string();
+    const bool ends = !begins && seen_.contains(boundary);
+    if (!begins && !ends) return false;
+
+    const auto open = std::find_if(levels_.rbegin(), levels_.rend(), [&](const std::string& level) {
+      return level == (begins ? delimiter : boundary);
+    });
+    // In a header the parser may take the line for a field, and go on inside of all these levels.
+    if (inHeader_ && !atMessageStart_) {
+      EndHeader();
+      inHeader_ = true;
+    } else if (open != levels_.rend()) {
+      levels_.erase(ends ? open.base() - 1 : open.base(), levels_.end());
+      inHeader_ = begins;
+    } else if (begins) {
+      ++lostLevels_;  // the parser may see it open
+      inHeader_ = true;
+    }
+    if (begins) BeginPart();
+    return true;
+  }
+
+  void BeginPart() {
+    atMessageStart_ = false;
+    BeginHeader();
+    if (++parts_ > limits_.Parts) Refuse("it has", limits_.Parts, " parts");
+    CheckDepth();
+  }
+
+  void BeginHeader() {
+    inHeader_ = true;
+    ownHeader_ = false;
+    headerFields_ = 0;
+    headerSize_ = 0;
+    content_ = {};
+  }
+
+  void TakeHeaderLine(std::size_t at, std::string_view line) {
+    atMessageStart_ = false;
+    if (line.empty()) return EndHeader();
+    const bool folded = line.starts_with(' ') || line.starts_with('\t');
+    if (!folded || !inField_) {
+      EndField();
+      inField_ = true;
+      fieldStart_ = at;
+    }
+    fieldEnd_ = at + line.size();
+  }
+
+  void EndHeader() {
+    EndField();
+    inHeader_ = false;
+    for (std::string& boundary : content_.Boundaries) {
+      seen_.insert(boundary);
+      levels_.push_back(std::move(boundary));
+    }
+    // In a digest an entity without a readable type is a message (RFC 2046, section 5.1.5).
+    const bool message = content_.Message || (digestSeen_ && !content_.TypeRead);
+    if (message) {
+      levels_.emplace_back();
+      BeginPart();
+      atMessageStart_ = true;
+    } else {
+      content_ = {};
+    }
+    CheckDepth();
+  }
+
+  void CheckDepth() const {
+    if (levels_.size() + lostLevels_ > limits_.Depth) Refuse("its parts are nested", limits_.Depth, " deep");
+  }
+
+  void EndField() {
+    if (!inField_) return;
+    inField_ = false;
+    const std::string_view field(bytes_.data() + fieldStart_, fieldEnd_ - fieldStart_);
+    if (field.size() > limits_.FieldSize) Refuse("a field of its header has", limits_.FieldSize >> 10, " KB");
+    const std::size_t colon = field.find(':');
+    if (colon == std::string_view::npos) return;  // the parser drops it
+    headerSize_ += field.size();
+    if (headerSize_ > limits_.HeaderSize) Refuse("a header of it has", limits_.HeaderSize >> 10, " KB");
+    if (++headerFields_ > limits_.HeaderFields) Refuse("a header of it has", limits_.HeaderFields, " fields");
+    if (++fields_ > limits_.Fields) Refuse("its headers have", limits_.Fields, " fields");
+
+    const std::string name = LowerCase(WithoutBlanksBehind(field.substr(0, colon)));
+    const std::string_view value = field.substr(colon + 1);
+    if (IsAddressField(name)) CheckAddresses(name, value);
+    if (name == "content-type" || name == "content-disposition") CheckParameters(value);
+    if (name == "content-type") ReadContentType(std::string(value));
+  }
+
+  void CheckAddresses(const std::string& name, std::string_view value) {
+    if (AddressDepth(value) > limits_.AddressDepth)
+      Refuse("its addresses are nested", limits_.AddressDepth, " deep");
+    if (!ownHeader_ || name != "from") {
+      bytes_[fieldStart_] = 'X';
+      return;
+    }
+    if (++fromFields_ > limits_.FromFields) Refuse("it has", limits_.FromFields, " From fields");
+    if (value.size() > limits_.FromSize) Refuse("its From field has", limits_.FromSize >> 10, " KB");
+  }
+
+  void CheckParameters(std::string_view value) {
+    const auto count = [&](char c) {
+      return static_cast<std::size_t>(std::count(value.begin(), value.end(), c));
+    };
+    if (value.size() > limits_.ContentFieldSize)
+      Refuse("a Content-Type or Content-Disposition of it has", limits_.ContentFieldSize >> 10, " KB");
+    if (count('(') > limits_.ContentFieldComments)
+      Refuse("a Content-Type or Content-Disposition of it has", limits_.ContentFieldComments, " comments");
+    if (count(';') > limits_.FieldParameters)
+      Refuse("a Content-Type or Content-Disposition of it has", limits_.FieldParameters, " parameters");
+    parameters_ += count(';');
+    if (parameters_ > limits_.Parameters) Refuse("it has", limits_.Parameters, " parameters");
+  }
+
+  // Read by the parser's own function, so that both find the same boundary.
+  void ReadContentType(const std::string& value) {
+    struct Unreference {
+      void operator()(GMimeContentType* type) const { g_object_unref(type); }
+    };
+    const std::unique_ptr<GMimeContentType, Unreference> type(
+        g_mime_content_type_parse(nullptr, value.c_str()));
+    if (!type) return;
+    const bool fallback = g_mime_content_type_is_type(type.get(), "application", "octet-stream") &&
+                          LowerCase(value).find("octet-stream") == std::string::npos;
+    content_.TypeRead = content_.TypeRead || !fallback;
+    content_.Message = content_.Message || g_mime_content_type_is_type(type.get(), "message", "*");
+    digestSeen_ = digestSeen_ || g_mime_content_type_is_type(type.get(), "multipart", "digest");
+    const char* boundary = g_mime_content_type_get_parameter(type.get(), "boundary");
+    if (boundary && g_mime_content_type_is_type(type.get(), "multipart", "*"))
+      content_.Boundaries.emplace_back(WithoutBlanksBehind(std::string("--") + boundary));
+  }
+
+  std::string& bytes_;
+  const MailLimits& limits_;
+
+  bool inHeader_ = true;
+  bool ownHeader_ = true;        // the mail's own header, not that of a part
+  bool atMessageStart_ = false;  // no line of a message's header yet
+  bool inField_ = false;
+  std::size_t fieldStart_ = 0;
+  std::size_t fieldEnd_ = 0;
+  Content content_;
+
+  std::vector<std::string> levels_;  // boundaries around the present line; empty for a message
+  std::size_t lostLevels_ = 0;       // delimiters of multiparts that were closed before
+  std::unordered_set<std::string> seen_;
+  bool digestSeen_ = false;
+
+  std::size_t parts_ = 0;
+  std::size_t fields_ = 0;
+  std::size_t headerFields_ = 0;
+  std::size_t headerSize_ = 0;
+  std::size_t fromFields_ = 0;
+  std::size_t parameters_ = 0;
+};
+
+}  // namespace
+
+void CheckLimits(std::string& bytes, const MailLimits& limits) {
+  Scan(bytes, limits).Run();
+}
+
+}  // namespace Mime
