@@ -75,21 +75,19 @@ void DecodeBase64(std::string_view raw, std::string& bytes) {
   bool padded = false;
   while (!raw.empty()) {
     std::string_view line = WithoutBlanks(TakeLine(raw));
+    const bool whole = letters % 4 == 0 && IsWholeGroups(line);
+    if (!whole && (padded || (letters % 4 == 0 && IsPlainText(line)))) return;
     while (!line.empty()) {
-      if (padded && !IsWholeGroups(line)) return;
-      if (letters % 4 == 0 && IsPlainText(line)) return;
-      const std::size_t padding = line.find('=');
-      const std::size_t end =
-          std::min(line.find_first_not_of('=', std::min(padding, line.size())), line.size());
-      const std::string_view piece = line.substr(0, end);
-      decoder.Append(bytes, piece.substr(0, padding));
-      letters += static_cast<std::size_t>(std::ranges::count_if(piece, IsBase64Letter));
-      if (padding != std::string_view::npos) {
-        decoder.Finish(bytes);
-        letters = 0;
-        padded = true;
-      }
-      line = WithoutBlanks(line.substr(end));
+      const std::size_t padding = std::min(line.find('='), line.size());
+      const std::size_t end = std::min(line.find_first_not_of('=', padding), line.size());
+      decoder.Append(bytes, line.substr(0, padding));
+      letters += static_cast<std::size_t>(std::ranges::count_if(line.substr(0, padding), IsBase64Letter));
+      line.remove_prefix(end);
+      if (padding == end) continue;
+      decoder.Finish(bytes);
+      letters = 0;
+      padded = true;
+      if (!whole && !WithoutBlanks(line).empty()) return;
     }
   }
   decoder.Finish(bytes);
