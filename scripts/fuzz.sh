@@ -6,7 +6,9 @@ set -eu
 cd "$(dirname "$0")/.."
 seconds=${1:-20}
 [ $# -eq 0 ] || shift
-scripts/build.sh fuzz
+mkdir -p build/fuzz
+cmake --preset fuzz >build/fuzz/configure.log 2>&1 || { cat build/fuzz/configure.log >&2; exit 1; }
+cmake --build build/fuzz --target Fuzzers
 [ $# -gt 0 ] || set -- $(cd build/fuzz/bin && ls -d ./*Fuzz)
 mkdir -p build/fuzz/crash
 for fuzzer; do
