@@ -1,5 +1,5 @@
-// ControlState: a copy of all that a window needs to know of one control, safe to hand to the windows'
-// thread.
+// ControlState: copies of a control and of a form for the windows' thread, which may not read the form
+// itself. To be created on the form's thread.
 #pragma once
 
 #include <optional>

@@ -1,6 +1,7 @@
 #include "desktop/ControlWidget.h"
 
 #include <QAbstractItemView>
+#include <QApplication>
 #include <QCheckBox>
 #include <QComboBox>
 #include <QKeyEvent>
@@ -41,7 +42,7 @@ class ButtonWidget : public ControlWidget {
     QObject::connect(Button(), &QPushButton::clicked, Button(), [this] {
       if (!state_.Default || Button()->window()->focusWidget() == Button()) {
         report_([](UserHand& hand, Control& button) { hand.Press(button); }, Changing({}));
-      } else {  // Enter, which leaves the focus where it is
+      } else {  // the Enter key, which doesn't move the focus
         report_([](UserHand& hand, Control&) { hand.Enter(); }, {});
       }
     });
@@ -93,10 +94,11 @@ class TextWidget : public ControlWidget {
     ControlWidget::Apply(state, property);
     switch (property) {
       case ControlProperty::Text:
-        Box()->setText(ToQt(state.Text));
+        Quietly([&] { Box()->setText(ToQt(state.Text)); });
         break;
       case ControlProperty::Locked:
         Box()->setReadOnly(state.Locked);
+        ApplyColors();
         break;
       case ControlProperty::MaxLength:
         Box()->setMaxLength(state.MaxLength > 0 ? state.MaxLength : 32767);
@@ -117,7 +119,7 @@ class TextWidget : public ControlWidget {
   TextBox* Box() { return static_cast<TextBox*>(widget_); }
 };
 
-// A drop-down list that tells when its open list is scrolled, and of each key that goes up.
+// A drop-down list that reports the scrolling of its open list and each key that is released.
 class ListWidget : public ControlWidget {
  public:
   ListWidget(const ControlState& state, QWidget* window, Report report)
@@ -160,12 +162,6 @@ class ListWidget : public ControlWidget {
   QComboBox* List() { return static_cast<QComboBox*>(widget_); }
 };
 
-// The colours that a form may ask for, as the style in force has them.
-QColor SystemColor(std::uint32_t color, const QWidget& widget) {
-  return widget.style()->standardPalette().color(color == WindowBackground ? QPalette::Base
-                                                                           : QPalette::Button);
-}
-
 }  // namespace
 
 std::unique_ptr<ControlWidget> ControlWidget::Make(const ControlState& state, QWidget* window,
@@ -203,11 +199,7 @@ void ControlWidget::Apply(const ControlState& state, ControlProperty property) {
       widget_->setVisible(state.Visible);
       break;
     case ControlProperty::BackColor:
-      if (state.Kind == ControlKind::TextBox || state.Kind == ControlKind::ComboBox) {
-        QPalette palette = widget_->palette();
-        palette.setColor(QPalette::Base, SystemColor(state.BackColor, *widget_));
-        widget_->setPalette(palette);
-      }
+      ApplyColors();
       break;
     case ControlProperty::Font:
       if (state.Font) {
@@ -222,11 +214,24 @@ void ControlWidget::Apply(const ControlState& state, ControlProperty property) {
   }
 }
 
-void ControlWidget::FitCaption(int drawnBeside) {
+void ControlWidget::ApplyColors() {
+  if (state_.Kind != ControlKind::TextBox && state_.Kind != ControlKind::ComboBox) return;
+  QPalette palette;  // without colours of its own: the widget has those of the application
+  if (state_.Locked || state_.BackColor == ButtonFace) {
+    palette = QApplication::palette(widget_);
+    for (const auto group : {QPalette::Active, QPalette::Inactive, QPalette::Disabled}) {
+      palette.setColor(group, QPalette::Base, palette.color(group, QPalette::Button));
+      palette.setColor(group, QPalette::Text, palette.color(group, QPalette::ButtonText));
+    }
+  }
+  widget_->setPalette(palette);
+}
+
+void ControlWidget::FitCaption(int decoration) {
   constexpr int kNarrowest = 60;  // percent
   QFont font = widget_->font();
   font.setStretch(QFont::Unstretched);
-  const int room = widget_->width() - drawnBeside;
+  const int room = widget_->width() - decoration;
   const auto wanted = [&] {
     return QFontMetrics(font).size(Qt::TextShowMnemonic, ToQt(state_.Caption)).width();
   };
@@ -251,7 +256,7 @@ void ControlWidget::Quietly(const std::function<void()>& change) {
 QRect ToPixels(const Place& place, const QWidget& widget) {
   const double across = widget.logicalDpiX() / 1440.0;
   const double down = widget.logicalDpiY() / 1440.0;
-  // The edges are rounded, not the sizes, so that what touches in twips touches in pixels.
+  // The edges are rounded, not the sizes, so that places that touch in twips touch in pixels.
   const QPoint topLeft(qRound(place.Left * across), qRound(place.Top * down));
   const QPoint bottomRight(qRound((place.Left + place.Width) * across),
                            qRound((place.Top + place.Height) * down));

@@ -5,6 +5,7 @@
 #include <QMessageBox>
 #include <QScreen>
 
+#include "desktop/DesktopTexts.h"
 #include "desktop/FileFilter.h"
 #include "desktop/FormSession.h"
 #include "desktop/HelpWindow.h"
@@ -42,7 +43,7 @@ void DesktopToolkit::ShowModal(Form& form) {
 }
 
 void DesktopToolkit::Unload(Form& form) {
-  std::shared_ptr<FormSession> ended;  // outlives the lock
+  std::shared_ptr<FormSession> ended;  // destroyed after the lock is released
   const std::lock_guard lock(mutex_);
   const auto found = sessions_.find(&form);
   if (found == sessions_.end()) return;
@@ -106,24 +107,27 @@ void DesktopToolkit::SetZOrder(Form& form, ZOrder order) {
   if (const auto session = SessionOf(form)) session->SetZOrder(order);
 }
 
-bool DesktopToolkit::ShowPage(const std::optional<std::string>& page) {
-  if (!page) return false;
-  return gui_.Run([this, file = QString::fromStdString(*page)] {
+void DesktopToolkit::ShowPage(const std::optional<std::string>& file, StringView name) {
+  const bool shown = file && gui_.Run([this, path = QString::fromStdString(*file)] {
     if (!help_) help_ = new HelpWindow;
-    return help_->ShowFile(file);
+    return help_->ShowFile(path);
   });
+  if (shown) return;
+  String folders;
+  for (const std::string& folder : Runtime::HelpFolders())
+    folders += (folders.empty() ? u"" : u", ") + FromUtf8(folder);
+  const String text = DesktopText(TextNumber::kHelpPageMissing, {Value(String(name)), Value(folders)});
+  MessageBox(text.empty() ? name : StringView(text), std::nullopt);
 }
 
-// Nobody looks at the result of a context's help, so that a missing page is told here; a topic's caller
-// tells.
 bool DesktopToolkit::ShowHelp(std::intptr_t, const std::string& file, std::uint32_t, std::uint32_t number) {
-  if (ShowPage(Runtime::FindHelpPage(file, number))) return true;
-  MessageBox(u"There is no help page. Install the help pages of Talvane.", std::nullopt);
-  return false;
+  ShowPage(Runtime::FindHelpPage(file, number), FromUtf8(std::to_string(number)));
+  return true;
 }
 
 bool DesktopToolkit::ShowTopic(StringView topic) {
-  return ShowPage(Runtime::FindHelpPage(topic));
+  ShowPage(Runtime::FindHelpPage(topic), topic.substr(topic.rfind(u'/') + 1));
+  return true;
 }
 
 }  // namespace Desktop

@@ -1,7 +1,7 @@
-// DesktopToolkit: forms, boxes and help in real windows.
+// DesktopToolkit: forms, message boxes and help in real windows.
 //
-// It is called on the threads that use forms and draws on a thread of its own, so any number of forms may be
-// open at once. A form's handlers run on the thread that called ShowModal.
+// The contract is that of FormsToolkit. The windows live on a thread of their own, so forms of several
+// threads may be open at once; a form's handlers run on the thread that called ShowModal.
 #pragma once
 
 #include <map>
@@ -39,13 +39,15 @@ class DesktopToolkit : public FormsToolkit {
  private:
   std::shared_ptr<FormSession> SessionOf(const Form& form);
 
-  // The window of the form that the calling thread shows, or null.
+  // The window of the form that the calling thread shows; null without one.
   FormWindow* FrontWindow();
 
-  bool ShowPage(const std::optional<std::string>& page);
+  // Shows the file in the help window. Without a file, or if it can't be read, a message box tells that the
+  // page of that name is missing. Returns when the window is open or the box is closed.
+  void ShowPage(const std::optional<std::string>& file, StringView name);
 
   GuiThread& gui_ = GuiThread::Instance();
-  HelpWindow* help_ = nullptr;  // on the windows' thread
+  HelpWindow* help_ = nullptr;  // owned; used on the windows' thread
   std::mutex mutex_;
   std::map<const Form*, std::shared_ptr<FormSession>> sessions_;
 };

@@ -10,6 +10,7 @@
 #include <chrono>
 #include <cstdlib>
 
+#include "desktop/DesktopTexts.h"
 #include "platform/Text.h"
 #include "runtime/Process.h"
 
@@ -20,7 +21,7 @@ namespace {
 
 constexpr auto kProbeTimeout = std::chrono::seconds(10);
 
-// Reads what the probe says until it ends or the patience does; false in the latter case.
+// Reads the probe's standard error until it ends. False after kProbeTimeout.
 bool ReadAll(int pipe, std::string& text) {
   const auto until = std::chrono::steady_clock::now() + kProbeTimeout;
   char buffer[1024];
@@ -35,18 +36,24 @@ bool ReadAll(int pipe, std::string& text) {
   }
 }
 
+// The text of the number with the detail; the detail alone where there is no catalogue.
+std::string Reason(std::int32_t number, const std::string& detail) {
+  const Platform::String text = DesktopText(number, {Platform::Value(Platform::FromUtf8(detail))});
+  return text.empty() ? detail : Platform::ToUtf8(text);
+}
+
 }  // namespace
 
 bool CanOpenDisplay(std::string& reason) {
   const auto unset = [](const char* name) { return !getenv(name) || !*getenv(name); };
   if (unset("DISPLAY") && unset("WAYLAND_DISPLAY") && unset("QT_QPA_PLATFORM")) {
-    reason = "there is no display: neither DISPLAY nor WAYLAND_DISPLAY is set";
+    reason = Reason(TextNumber::kNoDisplay, "DISPLAY is not set");
     return false;
   }
   const std::string program = Platform::ToUtf8(Runtime::LibraryFolder()) + "/talvane-display-probe";
   int ends[2];
   if (pipe2(ends, O_CLOEXEC) != 0) {
-    reason = "no pipe for the display probe";
+    reason = Reason(TextNumber::kProbeNotRun, program);
     return false;
   }
   posix_spawn_file_actions_t actions;
@@ -58,18 +65,19 @@ bool CanOpenDisplay(std::string& reason) {
   const int started = posix_spawn(&child, program.c_str(), &actions, nullptr, arguments, environ);
   posix_spawn_file_actions_destroy(&actions);
   close(ends[1]);
-  std::string said;
   bool good = false;
   if (started != 0) {
-    said = program + " can't be run";
+    reason = Reason(TextNumber::kProbeNotRun, program);
   } else {
-    if (!ReadAll(ends[0], said)) kill(child, SIGKILL);
+    std::string errors;
+    if (!ReadAll(ends[0], errors)) kill(child, SIGKILL);
     int status = 0;
     waitpid(child, &status, 0);
     good = WIFEXITED(status) && WEXITSTATUS(status) == 0;
+    if (errors.empty()) errors = "DISPLAY";
+    if (!good) reason = Reason(TextNumber::kDisplayRefused, errors.substr(0, errors.find('\n')));
   }
   close(ends[0]);
-  if (!good) reason = said.empty() ? "no display can be opened" : said.substr(0, said.find('\n'));
   return good;
 }
 

@@ -1,12 +1,12 @@
-// DisplayProbe: whether windows can be opened at all.
+// DisplayProbe: whether windows can be opened.
 #pragma once
 
 #include <string>
 
 namespace Desktop {
 
-// Qt ends the process if it finds no display, so a program of its own tries first. False: reason says why, in
-// words for the user. Takes some 50 ms.
+// Qt ends the process if it can't open a display, so a separate program tries first: some 50 ms, 10 s at
+// most. If it returns false, reason tells the user why. Raises no failure. Any thread.
 bool CanOpenDisplay(std::string& reason);
 
 }  // namespace Desktop

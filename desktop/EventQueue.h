@@ -1,4 +1,4 @@
-// EventQueue: what a user did in a window, on its way to the thread that shows the form.
+// EventQueue: the acts of a user in one window, in their order, for the thread that shows the form.
 #pragma once
 
 #include <condition_variable>
@@ -12,7 +12,7 @@
 
 namespace Desktop {
 
-// The change that an act makes to the form and that the window shows already. Telling the window of it again
+// The change that an act makes to the form and that the window already shows. Applying it to the window again
 // would undo what the user did since.
 struct Echo {
   Platform::String Control;
@@ -31,8 +31,8 @@ class EventQueue {
  public:
   explicit EventQueue(GuiThread& gui) : gui_(gui) {}
 
-  // On the windows' thread. Waits a moment for what the form makes of the act, so that the next key or click
-  // meets the window as the form wants it. While no form is shown, the act is dropped.
+  // On the windows' thread. Waits for the handlers of the act, 0.2 s at most, so that they change the window
+  // before the user's next key or click. While no form is shown, the act is dropped.
   void Put(UserAct act) {
     {
       const std::lock_guard lock(mutex_);
@@ -44,7 +44,8 @@ class EventQueue {
     gui_.Await([this] { return IsSettled(); });
   }
 
-  // The rest on the form's thread. From Open to Close the queue takes acts.
+  // The operations below are called on the form's thread. From Open to Close the queue takes acts; Close
+  // drops those that wait.
   void Open() {
     const std::lock_guard lock(mutex_);
     open_ = true;
@@ -60,7 +61,8 @@ class EventQueue {
     gui_.Wake();
   }
 
-  // The oldest act; waits until there is one. Each has to be followed by Done.
+  // The oldest act; waits until there is one. To be called between Open and Close, and each time followed by
+  // Done when the act has run.
   UserAct Take() {
     std::unique_lock lock(mutex_);
     filled_.wait(lock, [this] { return !acts_.empty(); });

@@ -1,15 +1,28 @@
 #include "desktop/FileFilter.h"
 
+#include "desktop/DesktopTexts.h"
+#include "desktop/Strings.h"
+
 namespace Desktop {
+namespace {
+
+// Forms give their names in English. A name whose pattern says the same is replaced by the user's own words.
+QString NameOf(const QString& given, const QString& pattern) {
+  QString own;
+  if (pattern == "*") own = ToQt(DesktopText(TextNumber::kAllFiles));
+  if (pattern.startsWith("*.") && pattern.count(QChar('*')) == 1)
+    own = ToQt(DesktopText(TextNumber::kFilesOfKind, {FromQt(pattern.mid(2))}));
+  return own.isEmpty() ? given.section('(', 0, 0).trimmed() : own;
+}
+
+}  // namespace
 
 QStringList NameFilters(const QString& pairs) {
   const QStringList parts = pairs.split('|');
   QStringList filters;
   for (qsizetype i = 0; i + 1 < parts.size(); i += 2) {
-    const QString name = parts[i].section('(', 0, 0).trimmed();
-    QString pattern = parts[i + 1];
-    if (pattern == QLatin1String("*.*")) pattern = "*";
-    filters << name + " (" + pattern.replace(';', ' ') + ")";
+    QString pattern = parts[i + 1] == "*.*" ? "*" : parts[i + 1];
+    filters << NameOf(parts[i], pattern) + " (" + pattern.replace(';', ' ') + ")";
   }
   return filters;
 }

@@ -22,26 +22,26 @@ Echo EchoOf(const Control& control, ControlProperty property) {
 
 FormSession::FormSession(GuiThread& gui, Form& form)
     : gui_(gui), form_(form), queue_(std::make_shared<EventQueue>(gui)) {
-  struct Made {
+  struct Opened {
     FormWindow* Window;
     WId Handle;
     double Height;
   };
-  const Made made = gui_.Run([state = FormState(form), queue = queue_] {
+  const Opened opened = gui_.Run([state = FormState(form), queue = queue_] {
     auto* window = new FormWindow(state, queue);
-    // The frame isn't known before the window is seen; the style's title bar stands for it.
+    // The frame isn't known before the window is shown, so its height is that of the style's title bar.
     const double bar =
         window->style()->pixelMetric(QStyle::PM_TitleBarHeight) * 1440.0 / window->logicalDpiY();
-    return Made{window, window->winId(), state.ClientHeight + bar};
+    return Opened{window, window->winId(), state.ClientHeight + bar};
   });
-  window_ = made.Window;
-  form.TakeWindow(static_cast<std::intptr_t>(made.Handle), form.ClientWidth(),
-                  static_cast<float>(made.Height));
+  window_ = opened.Window;
+  form.TakeWindow(static_cast<std::intptr_t>(opened.Handle), form.ClientWidth(),
+                  static_cast<float>(opened.Height));
 }
 
 FormSession::~FormSession() {
   if (form_.Observer() == this) form_.SetObserver(nullptr);
-  // Later than now: the window may be in the middle of the event that led here.
+  // Not at once: the window may be handling the event that led here.
   gui_.Post([window = window_] {
     window->hide();
     window->deleteLater();
@@ -97,7 +97,7 @@ void FormSession::FormChanged(FormProperty property) {
     gui_.Post([window = window_, caption = form_.Caption()] { window->setWindowTitle(ToQt(caption)); });
   } else if (property == FormProperty::Place) {
     const Place place = form_.Place();
-    gui_.Post([window = window_, place] { window->move(ToPixels(place, *window).topLeft()); });
+    gui_.Post([window = window_, place] { window->Place(place.Left, place.Top); });
   }
 }
 

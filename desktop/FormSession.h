@@ -1,4 +1,4 @@
-// FormSession: one loaded form, between the thread that uses it and the thread that draws it.
+// FormSession: connects one loaded form, on the thread that uses it, with its window on the windows' thread.
 #pragma once
 
 #include <memory>
@@ -10,18 +10,20 @@
 
 namespace Desktop {
 
-// Used on the form's thread alone, but for Thread and Shown.
+// Created, used and destroyed on the form's thread; Window, Thread and Shown may be called on any. The form
+// outlives the session.
 class FormSession : public Platform::FormObserver {
  public:
   FormSession(GuiThread& gui, Platform::Form& form);
   ~FormSession() override;
 
-  // Shows the window and lets the user act until the form isn't shown any more.
+  // Shows the window and runs the user's acts on this thread until the form isn't shown any more. A failure
+  // in an act is shown by UserHand.
   void Show(Platform::FormsToolkit& toolkit);
 
   void SetZOrder(Platform::ZOrder order);
 
-  // To be followed on the windows' thread alone.
+  // Never null. The window may be used on the windows' thread alone.
   FormWindow* Window() const { return window_; }
   std::thread::id Thread() const { return thread_; }
   bool Shown() const { return shown_; }
@@ -35,17 +37,17 @@ class FormSession : public Platform::FormObserver {
   // Opens the window on the form as it is now.
   void OpenWindow();
 
-  // True, once, for the change that the act at work was expected to make.
+  // True, once, for the change that the running act was expected to make.
   bool IsEcho(const Echo& change);
 
-  // The window shows a change that the form refused: has it show the form's state again.
+  // The window shows a change that the form refused: shows the form's state again.
   void TakeBack(const Echo& change);
 
   GuiThread& gui_;
   Platform::Form& form_;
   std::shared_ptr<EventQueue> queue_;
   std::optional<Echo> expected_;
-  FormWindow* window_ = nullptr;  // deleted by this session alone
+  FormWindow* window_ = nullptr;  // owned
   std::thread::id thread_ = std::this_thread::get_id();
   std::atomic<bool> shown_ = false;
 };

@@ -1,10 +1,14 @@
 #include "desktop/FormWindow.h"
 
 #include <QAbstractButton>
+#include <QAbstractItemView>
+#include <QApplication>
 #include <QCloseEvent>
+#include <QComboBox>
 #include <QKeyEvent>
 #include <QLabel>
 #include <QLineEdit>
+#include <QScreen>
 #include <QWindow>
 
 #include "desktop/KeyCodes.h"
@@ -14,6 +18,25 @@
 namespace Desktop {
 
 using namespace Platform;
+
+namespace {
+
+// False for a widget that has no access key of its own.
+bool PressAccessKey(QObject& widget) {
+  if (const auto* label = qobject_cast<QLabel*>(&widget)) {
+    // Qt would also press a button that is the label's buddy, as the OK button is behind disabled fields.
+    if (QWidget* buddy = label->buddy()) buddy->setFocus(Qt::ShortcutFocusReason);
+    return true;
+  }
+  auto* button = qobject_cast<QAbstractButton*>(&widget);
+  if (!button) return false;
+  // Qt would click it after 0.1 s, and so after the user's next key.
+  button->setFocus(Qt::ShortcutFocusReason);
+  button->click();
+  return true;
+}
+
+}  // namespace
 
 FormWindow::FormWindow(const FormState& state, std::shared_ptr<EventQueue> queue)
     : QDialog(nullptr,
@@ -27,6 +50,7 @@ FormWindow::FormWindow(const FormState& state, std::shared_ptr<EventQueue> queue
     auto widget = ControlWidget::Make(control, this, ReportFor(control.Name));
     if (!widget) continue;
     widget->Widget()->installEventFilter(this);
+    if (auto* list = qobject_cast<QComboBox*>(widget->Widget())) list->view()->installEventFilter(this);
     if (previous) setTabOrder(previous, widget->Widget());
     previous = widget->Widget();
     controls_.push_back(std::move(widget));
@@ -55,12 +79,12 @@ void FormWindow::Open(const FormState& state, float left, float top) {
     if (ControlWidget* widget = Find(control.Name)) widget->ApplyAll(control);
   }
   LinkLabels();
-  move(ToPixels({left, top, 0, 0}, *this).topLeft());
+  Place(left, top);
   for (const auto& control : controls_) {
     if (control->State().Visible && control->State().Enabled &&
         control->Widget()->focusPolicy() != Qt::NoFocus) {
       control->Widget()->setFocus(Qt::TabFocusReason);
-      TellFocus(control->State().Name, Qt::TabFocusReason);
+      ReportFocus(control->State().Name, Qt::TabFocusReason);
       break;
     }
   }
@@ -70,8 +94,17 @@ void FormWindow::Open(const FormState& state, float left, float top) {
   activateWindow();
 }
 
-// A label's access key moves the focus to the next control in tab order that can take it, and that box has
-// the label's words for its name. A label may stand for several boxes of which one shows.
+void FormWindow::Place(float left, float top) {
+  const QPoint corner =
+      ToPixels({left, top, 0, 0}, *this).topLeft() + QGuiApplication::primaryScreen()->geometry().topLeft();
+  move(corner);
+  // A widget that hasn't been shown takes the place for that of its client area; its native window can be
+  // told that the place is that of the frame.
+  windowHandle()->setFramePosition(corner);
+}
+
+// The access key of a label moves the focus to the next control in tab order that takes it. The label's text
+// is the accessible name of the fields behind it, up to the next label.
 void FormWindow::LinkLabels() {
   std::vector<QLabel*> waiting;
   QString name;
@@ -105,7 +138,7 @@ void FormWindow::FocusOn(const String& control) {
 }
 
 void FormWindow::SetZOrder(ZOrder order) {
-  // The native window's own flag: the widget's would take the window away and show it again.
+  // The native window's own flag: a change of the widget's flag would hide the window and show it again.
   if (windowHandle()) windowHandle()->setFlag(Qt::WindowStaysOnTopHint, order == ZOrder::Topmost);
 }
 
@@ -118,31 +151,40 @@ bool FormWindow::event(QEvent* event) {
 
 bool FormWindow::eventFilter(QObject* watched, QEvent* event) {
   if (event->type() == QEvent::KeyPress) {
-    if (const std::int32_t code = KeyCodeOf(static_cast<QKeyEvent*>(event)->key())) {
-      queue_->Put({[code](UserHand& hand) { hand.KeyDown(code); }});
-    }
-  } else if (auto* button =
-                 event->type() == QEvent::Shortcut ? qobject_cast<QAbstractButton*>(watched) : nullptr) {
-    // At once: by itself it would look pressed for a while first, and the next key would come before the
-    // click.
-    button->setFocus(Qt::ShortcutFocusReason);
-    button->click();
-    return true;
-  } else if (event->type() == QEvent::FocusIn &&
-             !qobject_cast<QLineEdit*>(watched)) {  // boxes tell it themselves
-    TellFocus(FromQt(watched->objectName()), static_cast<QFocusEvent*>(event)->reason());
+    const int key = static_cast<QKeyEvent*>(event)->key();
+    auto* popup = QApplication::activePopupWidget();
+    if (key == Qt::Key_F1 && popup)
+      popup->close();  // an open list would lie above the help and hold the keys
+    ReportKey(key);
+  } else if (event->type() == QEvent::Shortcut) {
+    return PressAccessKey(*watched);
+  } else if (event->type() == QEvent::FocusIn && watched->parent() == this &&
+             !qobject_cast<QLineEdit*>(watched)) {  // text boxes report it themselves
+    ReportFocus(FromQt(watched->objectName()), static_cast<QFocusEvent*>(event)->reason());
   }
   return QDialog::eventFilter(watched, event);
 }
 
-// A window that comes to the front gives the focus back to where it was: for the form it never left.
-void FormWindow::TellFocus(const String& control, Qt::FocusReason reason) {
+void FormWindow::ReportKey(int key) {
+  const std::int32_t code = KeyCodeOf(key);
+  if (code != 0) queue_->Put({[code](UserHand& hand) { hand.KeyDown(code); }});
+}
+
+// A window that comes to the front gives the focus back to the control that had it: for the form nothing
+// changed.
+void FormWindow::ReportFocus(const String& control, Qt::FocusReason reason) {
   if (reason == Qt::ActiveWindowFocusReason || reason == Qt::PopupFocusReason) return;
   ReportFor(control)([](UserHand& hand, Control& target) { hand.Focus(target); }, Echo{control, {}});
 }
 
+void FormWindow::changeEvent(QEvent* event) {
+  QDialog::changeEvent(event);
+  if (event->type() != QEvent::PaletteChange) return;
+  for (const auto& control : controls_) control->ApplyColors();
+}
+
 void FormWindow::closeEvent(QCloseEvent* event) {
-  event->ignore();  // the form decides, and the window goes when the form has ended
+  event->ignore();  // the form decides; Ended hides the window
   queue_->Put({[](UserHand& hand) { hand.Close(); }});
 }
 

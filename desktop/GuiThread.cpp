@@ -4,13 +4,14 @@
 
 #include <QApplication>
 #include <QLibraryInfo>
-#include <QLocale>
 #include <QMetaObject>
 #include <QTranslator>
 
 #include <chrono>
 #include <cstdlib>
 #include <utility>
+
+#include "runtime/Language.h"
 
 namespace Desktop {
 namespace {
@@ -19,13 +20,12 @@ constexpr auto kSettleTimeout = std::chrono::milliseconds(200);
 
 QtMessageHandler previousHandler = nullptr;
 
-// Drops what is known and meant: the application doesn't live on the main thread, which a host keeps for
-// itself, and a display may lack a wish that windows have.
+// Qt's notes and warnings are for developers, who get them by setting QT_LOGGING_RULES. Users get errors
+// alone.
 void PassMessage(QtMsgType type, const QMessageLogContext& context, const QString& message) {
-  if (message.contains(QLatin1String("was not created in the main() thread")) ||
-      message.startsWith(QLatin1String("This plugin does not support")))
-    return;
-  if (previousHandler) previousHandler(type, context, message);
+  const bool error = type == QtCriticalMsg || type == QtFatalMsg;
+  if (previousHandler && (error || qEnvironmentVariableIsSet("QT_LOGGING_RULES")))
+    previousHandler(type, context, message);
 }
 
 }  // namespace
@@ -43,6 +43,11 @@ GuiThread::GuiThread() {
 }
 
 void GuiThread::Main(std::promise<void>& started) {
+  // Qt's data of this thread is counted by the objects that live on it. The display plug-in's static objects
+  // release one count more than they took when the process ends, so an object that is never deleted holds
+  // one: without it the data is freed twice.
+  static const auto* const holder = new QObject;
+  static_cast<void>(holder);
   // The application keeps references to both for its whole life.
   static int argumentCount = 1;
   static char name[] = "talvane";
@@ -50,8 +55,9 @@ void GuiThread::Main(std::promise<void>& started) {
   previousHandler = qInstallMessageHandler(PassMessage);
   QApplication application(argumentCount, arguments);
   QApplication::setQuitOnLastWindowClosed(false);
-  QTranslator translator;  // of the toolkit's own texts, where its translations are installed
-  if (translator.load(QLocale(), "qtbase", "_", QLibraryInfo::path(QLibraryInfo::TranslationsPath)))
+  QTranslator translator;  // of Qt's own texts, where Qt's translations are installed
+  const auto file = "qtbase_" + QString::fromStdString(Runtime::UserLanguage());
+  if (translator.load(file, QLibraryInfo::path(QLibraryInfo::TranslationsPath)))
     QApplication::installTranslator(&translator);
   QObject receiver;
   receiver_ = &receiver;
@@ -62,7 +68,7 @@ void GuiThread::Main(std::promise<void>& started) {
 void GuiThread::Post(std::function<void()> work) {
   const std::lock_guard lock(mutex_);
   posted_.push_back(std::move(work));
-  if (stopped_) return;  // kept, not dropped: whoever waits for it waits on
+  if (stopped_) return;  // work that is kept never breaks its promise, so a caller of Run goes on waiting
   QMetaObject::invokeMethod(
       receiver_, [this] { RunPosted(); }, Qt::QueuedConnection);
   woken_.notify_one();
@@ -79,9 +85,9 @@ void GuiThread::RunPosted() {
     try {
       work();
     } catch (const std::exception& failure) {
-      qWarning("The work of a window failed: %s", failure.what());
+      qCritical("The work of a window failed: %s", failure.what());
     } catch (...) {
-      qWarning("The work of a window failed.");
+      qCritical("The work of a window failed.");
     }
     lock.lock();
   }
@@ -105,16 +111,16 @@ void GuiThread::Wake() {
 }
 
 void GuiThread::EndWithProcess() {
-  // An ending process destroys the objects of the thread that ends it first. On the main thread that is the
-  // moment at which all that the windows stand on is still there.
+  // exit() destroys the thread_local objects of its thread before all static objects, Qt's among them. So the
+  // thread of the windows ends here if the main thread calls exit(), and by atexit if another one does.
   struct Ending {
     ~Ending() {
       if (gettid() == getpid()) Instance().Stop();
     }
   };
   static thread_local const Ending ending;
-  static const int atLatest = std::atexit([] { Instance().Stop(); });
-  static_cast<void>(atLatest);
+  static const int registered = std::atexit([] { Instance().Stop(); });
+  static_cast<void>(registered);
 }
 
 void GuiThread::Stop() {

@@ -1,9 +1,9 @@
 // GuiThread: the one thread of the process that owns the windows.
 //
-// The toolkit's callers run on threads of their own; everything that touches a widget is handed over here.
-// The thread starts with the first toolkit and ends when the process does, so there is one object, which is
-// never destroyed: other threads may still be about to use it then. They wait for it, and end with the
-// process.
+// The toolkit's callers run on threads of their own; all work on widgets is posted to this one. The thread
+// starts with the first toolkit and ends with the process. The object is never destroyed, because other
+// threads may still use it while the process ends; those that wait for a result then wait until the process
+// is gone.
 #pragma once
 
 #include <condition_variable>
@@ -27,12 +27,12 @@ class GuiThread {
   GuiThread(const GuiThread&) = delete;
   GuiThread& operator=(const GuiThread&) = delete;
 
-  // Runs work on the thread later, in the order of the calls. Any thread. A failure of the work is logged and
-  // ends nothing else. Does nothing once the process is ending.
+  // Runs work on the thread later, in the order of the calls. Any thread. A failure of the work is logged;
+  // the work behind it runs. Once the process is ending, the work is not run.
   void Post(std::function<void()> work);
 
-  // Runs work on the thread and gives its result; an exception of it comes back. From any thread but this
-  // one.
+  // Runs work on the thread and returns its result; an exception of it is raised here. From any thread but
+  // this one, which would wait for itself. Doesn't return once the process is ending.
   template <class Work>
   auto Run(Work work) -> std::invoke_result_t<Work> {
     auto task = std::make_shared<std::packaged_task<std::invoke_result_t<Work>()>>(std::move(work));
@@ -41,15 +41,15 @@ class GuiThread {
     return result.get();  // task is kept here, so that an ending process waits instead of raising
   }
 
-  // On the thread: runs what is posted until settled holds, or a moment has passed in which a person would
-  // notice that the windows don't answer. Within posted work it returns at once.
+  // On the thread alone: runs what is posted until settled holds, for 0.2 s at most, after which a person
+  // would notice that the windows don't answer. Within posted work it returns at once.
   void Await(const std::function<bool()>& settled);
 
-  // What an Await waits for may have come. Any thread.
+  // Has an Await look at its condition again. Any thread.
   void Wake();
 
-  // Has the process end the thread before anything that the windows stand on goes. To be called on the main
-  // thread if possible: a process that another thread ends takes the windows away later than it should.
+  // Ends the thread when the process ends, before Qt's static objects are destroyed. To be called on the main
+  // thread if possible: if not, the windows disappear later than the main thread's own objects.
   static void EndWithProcess();
 
  private:
@@ -59,7 +59,7 @@ class GuiThread {
   void Stop();
 
   QObject* receiver_ = nullptr;  // lives on the thread; what is posted to it runs there
-  bool running_ = false;         // on the thread: within posted work
+  bool running_ = false;         // within posted work; used on the thread alone
   std::mutex mutex_;
   std::condition_variable woken_;
   std::deque<std::function<void()>> posted_;

@@ -5,20 +5,25 @@
 #include <QUrl>
 #include <QVBoxLayout>
 
+#include "desktop/DesktopTexts.h"
+#include "desktop/Strings.h"
+
 namespace Desktop {
 
-HelpWindow::HelpWindow() : page_(new QTextBrowser(this)) {
+HelpWindow::HelpWindow() : QDialog(nullptr, Qt::Window), page_(new QTextBrowser(this)) {
   auto* layout = new QVBoxLayout(this);
   layout->setContentsMargins(0, 0, 0, 0);
   layout->addWidget(page_);
   resize(560, 620);
-  connect(page_, &QTextBrowser::sourceChanged, this, [this] { setWindowTitle(page_->documentTitle()); });
+  connect(page_, &QTextBrowser::sourceChanged, this, [this] {
+    const QString title = ToQt(DesktopText(TextNumber::kHelpTitle, {FromQt(page_->documentTitle())}));
+    setWindowTitle(title.isEmpty() ? page_->documentTitle() : title);
+  });
 }
 
 bool HelpWindow::ShowFile(const QString& file) {
   if (!QFileInfo(file).isReadable()) return false;
   page_->setSource(QUrl::fromLocalFile(file));
-  setWindowTitle(page_->documentTitle());
   show();
   raise();
   activateWindow();

@@ -1,18 +1,19 @@
-// HelpWindow: the viewer of the help pages.
+// HelpWindow: the viewer of help pages.
 #pragma once
 
-#include <QWidget>
+#include <QDialog>
 
 class QTextBrowser;
 
 namespace Desktop {
 
-// On the windows' thread. One window shows one page after another and stays open beside the dialogs.
-class HelpWindow : public QWidget {
+// Created, used and destroyed on the windows' thread. One window shows one page after another and stays open
+// beside the dialogs. Escape closes it.
+class HelpWindow : public QDialog {
  public:
   HelpWindow();
 
-  // False if the file can't be read; what is shown stays.
+  // Shows an HTML file in front of other windows. False if the file can't be read; the window stays as it is.
   bool ShowFile(const QString& file);
 
  private:

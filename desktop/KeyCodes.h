@@ -1,11 +1,12 @@
-// KeyCodes: keys by the platform's numbers.
+// KeyCodes: Qt's keys as the platform's key codes.
 #pragma once
 
 #include <cstdint>
 
 namespace Desktop {
 
-// The platform's number of a key, for those keys that a form may want; 0 for the others.
+// The platform's code of a Qt::Key: function keys, letters, digits, arrows, Tab, Enter, Escape and Space. 0
+// for every other key.
 std::int32_t KeyCodeOf(int key);
 
 }  // namespace Desktop

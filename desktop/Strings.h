@@ -1,4 +1,4 @@
-// Strings: the system's texts as Qt's, and back. Both are UTF-16, so nothing is converted or lost.
+// Strings: the system's texts as Qt's, and back. Both are UTF-16, so the code units are copied as they are.
 #pragma once
 
 #include <QString>

@@ -1,12 +1,12 @@
-// TaskBar: what the desktop's task bar lists.
+// TaskBar: keeps windows out of the desktop's task bar.
 #pragma once
 
 class QWindow;
 
 namespace Desktop {
 
-// A window that stands in no task bar, as dialogs of another program's window don't. To be said each time
-// before the window is shown. On displays that know no such wish it does nothing.
+// Asks the window manager to leave the window out of the task bar and the pager. To be called on the windows'
+// thread, each time before the window is shown. Does nothing on a display that isn't X11.
 void KeepFromTaskBar(QWindow& window);
 
 }  // namespace Desktop

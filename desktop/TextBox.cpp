@@ -4,13 +4,30 @@
 #include <QFocusEvent>
 #include <QMouseEvent>
 #include <QProxyStyle>
+#include <QValidator>
 
+#include <algorithm>
 #include <utility>
 
 namespace Desktop {
 namespace {
 
-// Draws the echo of a secret with the character that the form asks for.
+// Removes control characters from what the user enters, and the separators of lines and paragraphs.
+class OneLine : public QValidator {
+ public:
+  using QValidator::QValidator;
+  State validate(QString& input, int& position) const override {
+    const auto unwanted = [](QChar c) {
+      return c.category() == QChar::Other_Control || c.category() == QChar::Separator_Line ||
+             c.category() == QChar::Separator_Paragraph;
+    };
+    position -= static_cast<int>(std::count_if(input.cbegin(), input.cbegin() + position, unwanted));
+    input.removeIf(unwanted);
+    return Acceptable;
+  }
+};
+
+// Shows a password with the character that the form asks for.
 class EchoStyle : public QProxyStyle {
  public:
   explicit EchoStyle(char16_t echo) : echo_(echo) {}
@@ -27,6 +44,7 @@ class EchoStyle : public QProxyStyle {
 
 TextBox::TextBox(char16_t passwordChar, QWidget* parent) : QLineEdit(parent) {
   setMouseTracking(true);
+  setValidator(new OneLine(this));
   if (passwordChar == 0) return;
   setEchoMode(QLineEdit::Password);
   auto* style = new EchoStyle(passwordChar);
@@ -38,7 +56,7 @@ void TextBox::focusInEvent(QFocusEvent* event) {
   QLineEdit::focusInEvent(event);
   const auto reason = event->reason();
   if (reason == Qt::ActiveWindowFocusReason || reason == Qt::PopupFocusReason)
-    return;  // it never left the form
+    return;  // for the form the focus was here all the time
   if (reason == Qt::MouseFocusReason) {
     focusByPress_ = true;
     return;
@@ -60,7 +78,7 @@ void TextBox::mouseMoveEvent(QMouseEvent* event) {
   if (OnMouseMove) OnMouseMove();
   if (pressed_ && event->buttons() != Qt::NoButton &&
       (event->pos() - *pressed_).manhattanLength() < QApplication::startDragDistance()) {
-    return;  // a hand that trembles keeps what the form has selected
+    return;  // a click with a small movement keeps the selection that the form has made
   }
   pressed_.reset();
   QLineEdit::mouseMoveEvent(event);

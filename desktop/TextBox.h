@@ -1,4 +1,7 @@
-// TextBox: a line of text that leaves it to the form what is selected when the focus comes.
+// TextBox: a line of text. The form decides what is selected when it gets the focus. Line ends and other
+// control characters never get into it, typed, pasted or dropped.
+//
+// Created and used on the windows' thread.
 #pragma once
 
 #include <QLineEdit>
@@ -10,9 +13,11 @@ namespace Desktop {
 
 class TextBox : public QLineEdit {
  public:
+  // Shows passwordChar for each character; 0: the text itself. parent owns the box.
   TextBox(char16_t passwordChar, QWidget* parent);
 
-  // A press is told before the focus that it brings, and both after the press has set the caret.
+  // A press of the mouse is reported before the focus that it brings, and both after it has set the caret. A
+  // box without a function reports nothing.
   std::function<void()> OnMouseDown;
   std::function<void()> OnMouseMove;
   std::function<void()> OnFocus;
@@ -23,8 +28,9 @@ class TextBox : public QLineEdit {
   void mouseMoveEvent(QMouseEvent* event) override;
 
  private:
-  bool focusByPress_ = false;      // the press that brought the focus is still to come
-  std::optional<QPoint> pressed_;  // where it came; until the pointer is dragged away, it selects nothing
+  bool focusByPress_ = false;  // the focus came by a press whose event follows
+  std::optional<QPoint>
+      pressed_;  // the place of that press; dragging from it selects once it has gone far enough
 };
 
 }  // namespace Desktop

@@ -120,6 +120,13 @@ inline constexpr std::int32_t kRecordNotRemoved = 10059;
 inline constexpr std::int32_t kNoSender = 10060;
 inline constexpr std::int32_t kNoUsers = 10061;
 inline constexpr std::int32_t kMailNotAccepted = 10062;
+inline constexpr std::int32_t kHelpTitle = 12000;
+inline constexpr std::int32_t kHelpPageMissing = 12001;
+inline constexpr std::int32_t kAllFiles = 12002;
+inline constexpr std::int32_t kFilesOfKind = 12003;
+inline constexpr std::int32_t kNoDisplay = 12004;
+inline constexpr std::int32_t kProbeNotRun = 12005;
+inline constexpr std::int32_t kDisplayRefused = 12006;
 
 // Every number that a catalogue must have, and how many places for arguments its text has at least.
 struct Listed {
@@ -128,6 +135,10 @@ struct Listed {
 };
 
 inline constexpr Listed kShared[] = {{kCutMarker}};
+
+inline constexpr Listed kDesktop[] = {{kHelpTitle, 1},     {kHelpPageMissing, 2}, {kAllFiles},
+                                      {kFilesOfKind, 1},   {kNoDisplay},          {kProbeNotRun, 1},
+                                      {kDisplayRefused, 1}};
 
 inline constexpr Listed kOwn[] = {{kHostCaption},
                                   {kProfileCaption},

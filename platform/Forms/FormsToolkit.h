@@ -51,11 +51,11 @@ class FormsToolkit {
   virtual void SetZOrder(Form& form, ZOrder order) = 0;
 
   // The help viewer: a file (8-bit text), which may name a window behind ">", a command word and its number.
-  // Gives false if it can't be opened.
+  // False: the page can't be shown and the user hasn't been told so.
   virtual bool ShowHelp(std::intptr_t window, const std::string& file, std::uint32_t command,
                         std::uint32_t number) = 0;
 
-  // A help topic by its name, for the help component. Gives false if it can't be opened.
+  // A help topic by its name, for the help component. The result is that of ShowHelp.
   virtual bool ShowTopic(StringView topic) = 0;
 };
 

@@ -95,8 +95,8 @@ std::string DesktopUser::Help() {
     const auto* page = Visible<QTextBrowser>();
     if (!page) return "(none)";
     QWidget* window = page->window();
-    window->close();
-    return window->windowTitle().toStdString();
+    QTest::keyClick(window->windowHandle(), Qt::Key_Escape);
+    return window->isVisible() ? "(still open)" : window->windowTitle().toStdString();
   });
 }
 

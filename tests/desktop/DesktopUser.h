@@ -74,7 +74,7 @@ class DesktopUser {
     return OnWindows([] { return Visible<QMessageBox>() != nullptr; });
   }
 
-  // The title of the help window, which is closed afterwards; "(none)" where none opens.
+  // The title of the help window, which Escape closes afterwards; "(none)" where none is open.
   static std::string Help();
 
   template <class Widget = QWidget>

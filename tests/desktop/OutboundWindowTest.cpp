@@ -1,4 +1,7 @@
 // The outbound dialog in its real window.
+#include <QClipboard>
+#include <QPushButton>
+
 #include "platform/StoredNames.h"
 #include "src/outbound/OutboundStore.h"
 #include "tests/desktop/DesktopWorld.h"
@@ -70,10 +73,15 @@ TEST(OutboundWindow, ShowsTheFieldsOfTheTransport) {
   for (const char* label : {"lblTransport", "lblProfileOrHost"}) EXPECT_EQ("", user.Look(label)) << label;
   user.Key(Qt::Key_P, Qt::AltModifier);
   EXPECT_EQ("cmdOK", user.Focus()) << "the next control that can take it";
+  EXPECT_FALSE(OnWindows([&] { return user.Find<QPushButton>("cmdOK")->isDown(); })) << "and isn't pressed";
   user.Key(Qt::Key_N, Qt::AltModifier);  // on
   user.Key(Qt::Key_Tab);
   user.Key(Qt::Key_Down);
   EXPECT_EQ(kSmtpLayout, Layout(user));
+  user.Key(Qt::Key_F4);  // opens the list
+  OnWindows([] { QTest::keyClick(QApplication::activePopupWidget()->windowHandle(), Qt::Key_F1); });
+  EXPECT_EQ("Help: E-mail Configuration", user.Help());
+  user.Activate();
   for (const char* control :
        {"cmbProvider", "txtHost", "txtEMailAddress", "txtRealName", "cmdOK", "cmdCancel", "cmdHelp"}) {
     EXPECT_EQ(control, user.Focus());
@@ -105,7 +113,7 @@ TEST(OutboundWindow, LeavesMapiWhereTheMachineHasNoProfile) {
   EXPECT_FALSE(user.Ended());
 }
 
-TEST(OutboundWindow, SelectsOnFocusByItsOwnRulesAndTakes255Characters) {
+TEST(OutboundWindow, SelectsOnFocusByItsOwnRulesAndTakes255CharactersOfOneLine) {
   DesktopWorld world;
   SaveSmtpOutbound(u"mail.x", u"me@x", u"Me");
   Dialog user("frmCfgOut", world.ConfigureOutbound());
@@ -122,6 +130,11 @@ TEST(OutboundWindow, SelectsOnFocusByItsOwnRulesAndTakes255Characters) {
   EXPECT_EQ("Me", user.Selected("txtRealName"));
   user.Enter("txtHost", std::string(300, 'h'));
   EXPECT_EQ(255u, user.Text("txtHost").size());
+  user.Enter("txtHost", "x");
+  OnWindows([] { QApplication::clipboard()->setText(QString::fromUtf8("mail.\r\nb\tc\u2028\x7f")); });
+  user.Key(Qt::Key_V, Qt::ControlModifier);
+  user.Write("d");
+  EXPECT_EQ("xmail.bcd", user.Text("txtHost")) << "line ends and controls are dropped";
 }
 
 }  // namespace

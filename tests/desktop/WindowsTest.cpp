@@ -207,7 +207,7 @@ TEST(Ends, WithAReasonAndTheProcessAliveWithoutADisplay) {
     const bool refused = !Runtime::LoadToolkit(u"TalvaneDesktop.so", why);
     exit(refused && Utf8(why).find(reason) != std::string::npos ? 7 : 1);
   };
-  EXPECT_EXIT(refuse(nullptr, "there is no display"), testing::ExitedWithCode(7), "");
+  EXPECT_EXIT(refuse(nullptr, "DISPLAY is not set"), testing::ExitedWithCode(7), "");
   EXPECT_EXIT(refuse(":4711", "could not connect to display"), testing::ExitedWithCode(7), "");
 }
 

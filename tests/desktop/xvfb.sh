@@ -72,7 +72,7 @@ fact "its size is fixed" sh -c "xprop -id $window WM_NORMAL_HINTS | grep -q 'min
   xprop -id $window WM_NORMAL_HINTS | grep -q 'maximum size: 330 by 208'"
 fact "it has a title, a close box and nothing else" sh -c "xprop -id $window _MOTIF_WM_HINTS | grep -q '0x3, 0x26, 0x1e'"
 keys F1
-fact "F1 shows help" xdotool search --onlyvisible --name '^E-mail Configuration$'
+fact "F1 shows help" xdotool search --onlyvisible --name '^Help: E-mail Configuration$'
 fact "which ends the standing" no_state _NET_WM_STATE_ABOVE
 xdotool windowactivate "$window"
 fact "until the dialog comes to the front again" state _NET_WM_STATE_ABOVE

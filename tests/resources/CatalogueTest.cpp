@@ -41,7 +41,9 @@ class Catalogue : public testing::TestWithParam<const char*> {
 
 TEST_P(Catalogue, HasExactlyTheTextsThatTheComponentUses) {
   const std::pair<std::string, std::span<const TextNumber::Listed>> catalogues[] = {
-      {"TvEmailServicesRes.", TextNumber::kOwn}, {"TvComRes.", TextNumber::kShared}};
+      {"TvEmailServicesRes.", TextNumber::kOwn},
+      {"TvComRes.", TextNumber::kShared},
+      {"TvDesktopRes.", TextNumber::kDesktop}};
   for (const auto& [stem, listed] : catalogues) {
     const Texts english = ReadCatalogue(stem + "en.txt"), own = ReadCatalogue(stem + GetParam() + ".txt");
     EXPECT_EQ(listed.size(), own.size());
