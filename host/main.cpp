@@ -1,5 +1,6 @@
 // tvmail: the mail-reader host on the command line.
 #include <CLI/CLI.hpp>
+#include <csignal>
 #include <iostream>
 #include <memory>
 
@@ -74,5 +75,7 @@ int Main(int argc, char** argv) {
 
 int main(int argc, char** argv) {
   Host::HoldStandardStreams();
+  // A write beyond the limit on the size of files fails as on a full disk, instead of ending the program.
+  std::signal(SIGXFSZ, SIG_IGN);
   return Host::Main(argc, argv);
 }

@@ -1,24 +1,48 @@
 #include "runtime/Database.h"
 
 #include <sqlite3.h>
+#include <sys/resource.h>
+#include <sys/stat.h>
 
+#include <cerrno>
 #include <chrono>
 #include <random>
 #include <thread>
 #include <utility>
 
 #include "platform/Failure.h"
+#include "runtime/SystemReason.h"
 
 namespace Runtime {
 namespace {
 
 using Clock = std::chrono::steady_clock;
 
-constexpr auto kBusyTimeout = std::chrono::seconds(10);
 constexpr int kPausesForOthers = 64;
 constexpr auto kPauseForOthers = std::chrono::milliseconds(2);
 
-std::string ReasonOf(int result, sqlite3* handle) {
+off_t SizeOf(const std::string& file) {
+  struct stat status {};
+  return stat(file.c_str(), &status) == 0 ? status.st_size : 0;
+}
+
+bool IsAtFileSizeLimit(const std::string& file) {
+  rlimit limit{};
+  if (getrlimit(RLIMIT_FSIZE, &limit) != 0) return false;
+  const auto reaches = [&](const char* end) {
+    return static_cast<rlim_t>(SizeOf(file + end)) >= limit.rlim_cur;
+  };
+  return reaches("") || reaches("-wal") || reaches("-journal");
+}
+
+[[noreturn]] void RaiseReason(const std::string& file, const std::string& reason) {
+  throw Platform::Failure(Platform::FailureNumber::DeviceFailed, u"Runtime.Database",
+                          Platform::FromUtf8(file + " " + reason));
+}
+
+}  // namespace
+
+std::string Database::ReasonOf(int result) const {
   switch (result & 0xFF) {
     case SQLITE_NOTADB:
       return "is no database; put a good copy in its place";
@@ -35,18 +59,23 @@ std::string ReasonOf(int result, sqlite3* handle) {
     case SQLITE_PERM:
       return "can't be opened; check who owns the file and its folder";
     default:
-      return std::string("failed: ") + (handle ? sqlite3_errmsg(handle) : sqlite3_errstr(result));
+      break;
   }
+  // SQLite doesn't keep the system's reason. A file that was filled up to the limit tells it.
+  if ((result & 0xFF) == SQLITE_IOERR && IsAtFileSizeLimit(file_))
+    return "can't grow: " + SystemReason(EFBIG);
+  return std::string("failed: ") + (handle_ ? sqlite3_errmsg(handle_) : sqlite3_errstr(result));
 }
 
-[[noreturn]] void RaiseReason(const std::string& file, const std::string& reason) {
-  throw Platform::Failure(Platform::FailureNumber::DeviceFailed, u"Runtime.Database",
-                          Platform::FromUtf8(file + " " + reason));
+void Database::RequireItsLog(const std::string& file) {
+  if (SizeOf(file) == 0 && SizeOf(file + "-wal") > 0)
+    RaiseReason(file, "is missing or empty, but " + file +
+                          "-wal still holds changes; put a copy of both back, or move that file away");
 }
 
-}  // namespace
-
-Database::Database(std::string file) : file_(std::move(file)) {
+Database::Database(std::string file, std::chrono::milliseconds patience)
+    : file_(std::move(file)), patience_(patience) {
+  RequireItsLog(file_);
   const int flags = SQLITE_OPEN_READWRITE | SQLITE_OPEN_NOMUTEX | SQLITE_OPEN_EXRESCODE;
   const int result = sqlite3_open_v2(file_.c_str(), &handle_, flags, nullptr);
   if (result != SQLITE_OK) CloseAndRefuse(result);
@@ -61,7 +90,7 @@ Database::Database(std::string file) : file_(std::move(file)) {
 }
 
 void Database::CloseAndRefuse(int result) {
-  const std::string reason = ReasonOf(result, handle_);
+  const std::string reason = ReasonOf(result);
   Close();
   RaiseReason(file_, reason);
 }
@@ -81,7 +110,7 @@ int Database::Prepare(const char* sql, sqlite3_stmt*& statement) {
 }
 
 void Database::Refuse(int result) const {
-  RaiseReason(file_, ReasonOf(result, handle_));
+  RaiseReason(file_, ReasonOf(result));
 }
 
 // Short random waits, since long ones lose against a writer that commits in a loop.
@@ -89,8 +118,9 @@ int Database::WaitForOthers(void* database, int attempt) {
   thread_local std::minstd_rand random{std::random_device{}()};
   thread_local Clock::time_point start;
   if (attempt == 0) start = Clock::now();
-  if (Clock::now() - start > kBusyTimeout) return 0;
-  static_cast<Database*>(database)->pausesLeft_ = kPausesForOthers;
+  auto& waiting = *static_cast<Database*>(database);
+  if (Clock::now() - start > waiting.patience_) return 0;
+  waiting.pausesLeft_ = kPausesForOthers;
   std::this_thread::sleep_for(std::chrono::microseconds(std::uniform_int_distribution(100, 1500)(random)));
   return 1;
 }

@@ -4,12 +4,15 @@
 // and what was made of it belong to one thread at a time; it must not be carried over a fork.
 #pragma once
 
+#include <chrono>
 #include <cstdint>
 #include <initializer_list>
 #include <span>
 #include <string>
 #include <string_view>
 #include <variant>
+
+#include "runtime/Patience.h"
 
 struct sqlite3;
 struct sqlite3_stmt;
@@ -18,11 +21,17 @@ namespace Runtime {
 
 class Database {
  public:
-  // Opens a file that exists. A writer waits up to ten seconds for another one.
-  explicit Database(std::string file);
+  // Opens a file that exists, with what RequireItsLog says. A writer waits for another one as long as the
+  // patience lasts.
+  explicit Database(std::string file, std::chrono::milliseconds patience = Patience());
   Database(const Database&) = delete;
   Database& operator=(const Database&) = delete;
   ~Database();
+
+  // Raises 57 for a file that is empty or missing beside a log that holds changes: it was lost by accident,
+  // and opening it would throw the log away. For callers that make the file, or have their own text for a
+  // missing one.
+  static void RequireItsLog(const std::string& file);
 
   const std::string& File() const { return file_; }
 
@@ -54,9 +63,11 @@ class Database {
  private:
   static int WaitForOthers(void* database, int attempt);
   void RunPrepared(sqlite3_stmt* statement);
+  std::string ReasonOf(int result) const;
   void Close();
 
   std::string file_;
+  std::chrono::milliseconds patience_;
   sqlite3* handle_ = nullptr;
   sqlite3_stmt* begin_ = nullptr;
   sqlite3_stmt* commit_ = nullptr;

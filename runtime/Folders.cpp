@@ -22,7 +22,7 @@ std::string Variable(const char* name) {
 }
 
 std::string UserFolder() {
-  if (std::string home = Variable("HOME"); !home.empty()) return home;
+  if (std::string home = Variable("HOME"); home.starts_with('/')) return home;
   const passwd* entry = getpwuid(geteuid());
   return entry && entry->pw_dir ? entry->pw_dir : "";
 }
@@ -46,7 +46,14 @@ const std::string& PathOfLoaded(const char* name) {
 }  // namespace
 
 std::string HomePath() {
-  if (const std::string home = Variable("TALVANE_HOME"); !home.empty()) return WithoutSeparatorAtEnd(home);
+  if (const std::string home = Variable("TALVANE_HOME"); !home.empty()) {
+    // It would be another folder from each folder in which a program is started.
+    if (home.front() != '/')
+      Platform::Raise(
+          Platform::FailureNumber::PathNotFound,
+          u"TALVANE_HOME is " + Platform::FromUtf8(home) + u"; set it to a whole path, beginning with /");
+    return WithoutSeparatorAtEnd(home);
+  }
   if (geteuid() == 0) return "/var/lib/talvane";
   // A relative XDG_DATA_HOME is to be ignored, says its standard.
   if (const std::string data = Variable("XDG_DATA_HOME"); data.starts_with('/'))

@@ -82,6 +82,8 @@ void RunRegistration(const String& file, const char* exportName) {
 std::string LocateLibrary(const String& file) {
   const std::string path = ToUtf8(file);
   if (path.find('/') == std::string::npos) return LibraryPath() + "/" + path;
+  if (path.front() != '/')
+    RaiseCannotLoad(path, "is named by a path from the present folder on; register it by its whole path");
   return FullPath(path);
 }
 

@@ -12,7 +12,8 @@ namespace Runtime {
 
 using namespace Platform;
 
-// The full path of a library file; one without a folder lies in the library folder.
+// The full path of a library file; one without a folder lies in the library folder, whatever the loader would
+// search besides. Raises 429 for a path from the present folder on.
 std::string LocateLibrary(const String& file);
 
 // The name under which the library that holds the address is to be registered: the plain name of a file in

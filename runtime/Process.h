@@ -12,7 +12,8 @@ using namespace Platform;
 
 // Where the stores lie: TALVANE_HOME if set; else /var/lib/talvane for the superuser, and
 // $XDG_DATA_HOME/talvane or
-// ~/.local/share/talvane for a user. Without a separator at its end. Raises 76 where none can be told.
+// ~/.local/share/talvane for a user. Without a separator at its end. Raises 76 where none can be told, and
+// for a TALVANE_HOME that isn't a whole path.
 String HomeFolder();
 
 // The folder of the run time's own file, where the other libraries and the resource files lie.
@@ -22,8 +23,8 @@ String LibraryFolder();
 void InstallToolkit(std::shared_ptr<FormsToolkit> toolkit);
 
 // The factory of a class, asked of a library file by its DllGetClassObject. A file name without a folder lies
-// in LibraryFolder. The library stays loaded. Raises 429, with the reason, for a file that is missing, is no
-// component, or lacks the class.
+// in LibraryFolder; one with a folder is a whole path. The library stays loaded. Raises 429, with the reason,
+// for a file that is missing, is no component, or lacks the class.
 const ClassFactory& LoadClassFactory(const String& file, const Guid& classId);
 
 // Runs DllRegisterServer or DllUnregisterServer of a library file. Raises 429 as above, 57 if the

@@ -11,6 +11,8 @@
 #include <cstring>
 
 #include "platform/Failure.h"
+#include "runtime/Folders.h"
+#include "runtime/StoreFolder.h"
 
 namespace Runtime {
 namespace {
@@ -41,25 +43,15 @@ constexpr const char* kTables = R"(
   throw Failure(FailureNumber::DeviceFailed, u"Runtime.RegistryStore", FromUtf8(file + " " + what));
 }
 
-std::int64_t SizeOf(const std::string& file) {
-  struct stat status {};
-  return stat(file.c_str(), &status) == 0 ? status.st_size : 0;
-}
-
-// An empty file beside a full log was emptied or lost by accident, and opening it would throw the log away.
-void RequireItsLog(const std::string& file) {
-  if (SizeOf(file) == 0 && SizeOf(file + "-wal") > 0)
-    RaiseAbout(file, "is missing or empty, but " + file +
-                         "-wal still holds changes; put a copy of both back, or move that file away");
-}
-
 const std::string& RequireFile(const std::string& file) {
-  RequireItsLog(file);
+  Database::RequireItsLog(file);
   struct stat status {};
   if (stat(file.c_str(), &status) != 0)
     RaiseAbout(file, std::string("can't be reached (") + std::strerror(errno) +
                          "); run \"tvmail init\" to make the registry");
   if (!S_ISREG(status.st_mode)) RaiseAbout(file, "is no file; move it away and run \"tvmail init\"");
+  RequireTrusted(FolderOfPath(file));
+  RequireTrusted(file, status);
   return file;
 }
 
@@ -144,10 +136,12 @@ RegistryFile::RegistryFile(const std::string& file)
   stat(file.c_str(), &status);
   device_ = status.st_dev;
   inode_ = status.st_ino;
+  mode_ = status.st_mode;
+  owner_ = status.st_uid;
 }
 
 void RegistryFile::Create(const std::string& file) {
-  RequireItsLog(file);
+  Database::RequireItsLog(file);
   // Made here and not by SQLite, so that nobody else can read it at any time. One that exists isn't opened:
   // closing it again would drop the locks that this process may have on it.
   const int made = open(file.c_str(), O_RDWR | O_CREAT | O_EXCL | O_CLOEXEC, 0600);
@@ -165,7 +159,8 @@ void RegistryFile::Create(const std::string& file) {
 
 bool RegistryFile::IsStillInPlace() const {
   struct stat status {};
-  return stat(database_.File().c_str(), &status) == 0 && status.st_dev == device_ && status.st_ino == inode_;
+  return stat(database_.File().c_str(), &status) == 0 && status.st_dev == device_ &&
+         status.st_ino == inode_ && status.st_mode == mode_ && status.st_uid == owner_;
 }
 
 RegistryState RegistryFile::State() {

@@ -36,7 +36,7 @@ class RegistryFile {
 
   Database& Store() { return database_; }
 
-  // False when the file has been removed or replaced since it was opened.
+  // False when the file was removed or replaced, or given other rights, since it was opened.
   bool IsStillInPlace() const;
 
   RegistryState State();
@@ -64,6 +64,8 @@ class RegistryFile {
   std::int64_t opening_;
   dev_t device_ = 0;
   ino_t inode_ = 0;
+  mode_t mode_ = 0;
+  uid_t owner_ = 0;
   Statement othersWrites_, find_, addKey_, subKeys_, deleteValues_, deleteKeys_, read_, write_;
 
   std::map<String, KnownKey, std::less<>> known_;  // by the paths that were asked for

@@ -1,20 +1,17 @@
 #include "runtime/RegistryStore.h"
 
-#include <fcntl.h>
 #include <pthread.h>
-#include <sys/file.h>
 #include <unistd.h>
 
 #include <array>
-#include <cerrno>
 #include <cstdlib>
-#include <cstring>
 #include <exception>
-#include <filesystem>
 #include <memory>
 
+#include "runtime/DurableFile.h"
 #include "runtime/Folders.h"
 #include "runtime/RegistryFile.h"
+#include "runtime/StoreFolder.h"
 
 namespace Runtime {
 namespace {
@@ -73,32 +70,6 @@ class OpenStores {
   std::array<std::unique_ptr<RegistryFile>, 2> stores_;
 };
 
-// Makes the home folder if need be and keeps all other makers out as long as it lives.
-class FolderLock {
- public:
-  explicit FolderLock(const std::string& folder) {
-    std::error_code error;
-    if (!std::filesystem::is_directory(folder, error)) {
-      std::filesystem::create_directories(folder, error);
-      if (!error) std::filesystem::permissions(folder, std::filesystem::perms::owner_all, error);
-    }
-    if (!error) descriptor_ = open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
-    if (descriptor_ < 0) {
-      const std::string reason = error ? error.message() : std::strerror(errno);
-      throw Failure(FailureNumber::DeviceFailed, u"Runtime.RegistryStore",
-                    FromUtf8("The folder " + folder + " can't be made or opened: " + reason));
-    }
-    while (flock(descriptor_, LOCK_EX) != 0 && errno == EINTR) {
-    }
-  }
-  FolderLock(const FolderLock&) = delete;
-  FolderLock& operator=(const FolderLock&) = delete;
-  ~FolderLock() { close(descriptor_); }
-
- private:
-  int descriptor_ = -1;
-};
-
 // One write in a transaction of its own.
 template <class Work>
 auto Durably(Hive hive, Work work) {
@@ -124,7 +95,10 @@ RegistryAccess::~RegistryAccess() {
 
 void RegistryStore::Create(Hive hive) {
   const std::string file = PathOf(hive);
-  const FolderLock lock(FolderOfPath(file));
+  const std::string folder = FolderOfPath(file);
+  MakeStoreFolder(folder);
+  RequireTrusted(folder);
+  const FolderLock lock(folder);
   RegistryFile::Create(file);
 }
 

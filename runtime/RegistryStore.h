@@ -2,8 +2,8 @@
 //
 // A path is key names joined by backslashes. Names match without regard to case and keep the spelling of
 // their creation. Every write is one durable transaction. Any thread may call. A store that is missing,
-// damaged, locked for more than a few seconds or not writable raises 57 with the file's name and the reason;
-// nothing is ever emptied to repair it.
+// damaged, locked for longer than the patience, not writable or not to be trusted (StoreFolder.h) raises 57
+// with the file's name and the reason; nothing is ever emptied to repair it.
 #pragma once
 
 #include <cstdint>

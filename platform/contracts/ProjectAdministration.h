@@ -1,10 +1,10 @@
 // ProjectAdministration: the contract for setting projects up, for programs that administer them.
 //
 // Whoever may write a project's files may administer it; no logon is asked for. Paths are those of project
-// files (.TVS). A change is on disk when its operation returns; an operation that raises has changed nothing.
-// Failures: 380 for refused input, 58 for a project file or user that exists, 76 for a file or folder that
-// doesn't, 57 for files that can't be read or written. The description says what to do. See ObjectProxy for
-// what else may be raised.
+// files (.TVS); blanks around them don't count. A change is on disk when its operation returns; an operation
+// that raises has changed nothing. Failures: 380 for refused input, 58 for a project file or user that
+// exists, 76 for a file or folder that doesn't, 57 for files that can't be read or written. The description
+// says what to do. See ObjectProxy for what else may be raised.
 #pragma once
 
 #include <cstdint>
@@ -51,7 +51,9 @@ class ProjectAdministration : public ObjectProxy {
   using ObjectProxy::ObjectProxy;
 
   // Creates the project file and its database. The owner may bind a mailbox to the project; mail from the
-  // owner is accepted if an address is given. A file that exists is refused.
+  // owner is accepted if an address is given. A file that exists is refused, and so is a password
+  // that a mailbox can't store: empty, of more than 97 characters, with codes outside 14 to 124, or with
+  // blanks at its ends.
   void CreateProject(StringView path, StringView name, StringView owner, StringView address,
                      StringView password) const {
     Call(u"CreateProject", path, name, owner, address, password);

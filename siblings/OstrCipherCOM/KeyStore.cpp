@@ -19,15 +19,7 @@ Value KeyStore::CreateKey(std::span<Value> arguments) {
     Refuse(u"A key store needs a password; an empty one would seal nothing.", FailureNumber::RefusedInput);
   if (label.empty()) Refuse(u"A key needs a label; name one.", FailureNumber::RefusedInput);
 
-  const KeyStoreFile::Lock lock(file);
-  StoredKeys keys = file.Exists() ? file.Read(password) : StoredKeys();
-  if (keys.contains(label)) {
-    Refuse(u"The key store " + file.Path() + u" has a key with the label " + label +
-               u" already. It was kept; name another label.",
-           FailureNumber::AlreadyExists);
-  }
-  keys[label] = RandomBytes(kStoredKeySize);
-  file.Write(password, keys);
+  file.Add(password, label, RandomBytes(kStoredKeySize));
   return {};
 }
 

@@ -1,14 +1,8 @@
 #include "siblings/OstrCipherCOM/KeyStoreFile.h"
 
-#include <fcntl.h>
-#include <sys/file.h>
 #include <sys/stat.h>
-#include <unistd.h>
 
-#include <cerrno>
-#include <filesystem>
 #include <sstream>
-#include <system_error>
 
 #include "siblings/OstrCipherCOM/OstrCipherCOM.h"
 #include "siblings/OstrCipherCOM/Sealing.h"
@@ -19,6 +13,7 @@ namespace {
 constexpr std::string_view kFormatLine = "OstrCipherCOM key store 1\n";
 constexpr std::size_t kSaltSize = 16;
 constexpr std::size_t kLargestFile = std::size_t{16} << 20;
+constexpr int kAttempts = 8;
 
 // What a header may ask for, so that a changed one can't take all memory or time.
 constexpr std::uint32_t kLowestLogarithmOfN = 10;
@@ -75,79 +70,52 @@ bool Unpack(const Bytes& packed, StoredKeys& keys) {
   return true;
 }
 
-// A file descriptor, closed when it goes.
-class Descriptor {
- public:
-  explicit Descriptor(int number) : number_(number) {}
-  Descriptor(const Descriptor&) = delete;
-  Descriptor& operator=(const Descriptor&) = delete;
-  ~Descriptor() {
-    if (number_ >= 0) close(number_);
-  }
-  int Number() const { return number_; }
-  explicit operator bool() const { return number_ >= 0; }
-
- private:
-  int number_;
-};
-
-bool WriteAll(int file, std::string_view text) {
-  while (!text.empty()) {
-    const ssize_t written = write(file, text.data(), text.size());
-    if (written < 0 && errno == EINTR) continue;
-    if (written <= 0) return false;
-    text.remove_prefix(static_cast<std::size_t>(written));
-  }
-  return true;
+// The file's text, with a new salt.
+std::string Sealed(const String& password, const StoredKeys& keys) {
+  const Bytes salt = RandomBytes(kSaltSize);
+  const ScryptCost cost;
+  const std::string header = std::string(kFormatLine) + CostLine(cost, salt);
+  return header + ToBase64(Seal(KeyFromPassword(password, salt, cost), header, Pack(keys))) + '\n';
 }
 
 }  // namespace
 
-KeyStoreFile::KeyStoreFile(const String& path) : path_(path) {
-  const std::string given = ToUtf8(path);
-  if (given.empty()) Refuse(u"The key store's file isn't named.", FailureNumber::RefusedInput);
-  if (given.find('\0') != std::string::npos) RefuseFile(u"the name holds a null character");
-  std::error_code error;
-  const auto absolute = std::filesystem::absolute(given, error);
-  const auto resolved = std::filesystem::weakly_canonical(absolute, error);
-  const auto& target = error ? absolute : resolved;
-  name_ = target.string();
-  folder_ = target.parent_path().string();
-}
-
-bool KeyStoreFile::Exists() const {
-  struct stat status {};
-  if (lstat(name_.c_str(), &status) == 0) return true;
-  if (errno != ENOENT) RefuseForSystemError(u"it can't be looked up");
-  return false;
-}
-
-std::string KeyStoreFile::ReadText() const {
-  const Descriptor file(open(name_.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
-  if (!file) RefuseForSystemError(u"it can't be opened");
-  struct stat status {};
-  if (fstat(file.Number(), &status) != 0) RefuseForSystemError(u"it can't be read");
-  if (!S_ISREG(status.st_mode)) RefuseFile(u"it is no file");
-  if ((status.st_mode & (S_IRWXG | S_IRWXO)) != 0) {
-    RefuseFile(u"others than its owner can read or change it; allow its owner alone (chmod 600)");
-  }
-  if (static_cast<std::uint64_t>(status.st_size) > kLargestFile)
-    RefuseFile(u"it is too large for a key store");
-  std::string text(static_cast<std::size_t>(status.st_size), '\0');
-  std::size_t filled = 0;
-  while (filled < text.size()) {
-    const ssize_t got = read(file.Number(), text.data() + filled, text.size() - filled);
-    if (got < 0 && errno == EINTR) continue;
-    if (got < 0) RefuseForSystemError(u"it can't be read");
-    if (got == 0) break;
-    filled += static_cast<std::size_t>(got);
-  }
-  text.resize(filled);
-  return text;
+KeyStoreFile::KeyStoreFile(const String& path) : path_(path), name_(ToUtf8(path)) {
+  if (name_.empty()) Refuse(u"The key store's file isn't named.", FailureNumber::RefusedInput);
+  if (name_.find('\0') != std::string::npos)
+    RefuseFile(u"the name holds a null character", FailureNumber::RefusedInput);
 }
 
 StoredKeys KeyStoreFile::Read(const String& password) const {
-  const std::string text = ReadText();
+  return Unseal(Runtime::ReadSmallFile(name_, kLargestFile), password);
+}
+
+void KeyStoreFile::Add(const String& password, const String& label, const Bytes& key) const {
+  // One that another program makes at this moment is there at the second try.
+  for (int attempt = 1;; ++attempt) {
+    try {
+      const Runtime::LockedFile file(name_, kLargestFile);
+      StoredKeys keys = Unseal(file.Read(), password);
+      if (!keys.emplace(label, key).second)
+        Refuse(u"The key store " + path_ + u" has a key with the label " + label +
+                   u" already. It was kept; name another label.",
+               FailureNumber::AlreadyExists);
+      return file.Replace(Sealed(password, keys));
+    } catch (const Failure& failure) {
+      if (failure.Number() != FailureNumber::PathNotFound) throw;
+    }
+    try {
+      return Runtime::CreateSmallFile(name_, Sealed(password, {{label, key}}));
+    } catch (const Failure& failure) {
+      if (failure.Number() != FailureNumber::AlreadyExists || attempt == kAttempts) throw;
+    }
+  }
+}
+
+StoredKeys KeyStoreFile::Unseal(const Runtime::SmallFile& file, const String& password) const {
+  if ((file.Mode & (S_IRWXG | S_IRWXO)) != 0)
+    RefuseFile(u"others than its owner can read or change it; allow its owner alone (chmod 600)");
+  const std::string& text = file.Content;
   if (!text.starts_with(kFormatLine)) RefuseFile(u"it isn't a key store of this component");
   const std::size_t costEnd = text.find('\n', kFormatLine.size());
   ScryptCost cost;
@@ -168,50 +136,8 @@ StoredKeys KeyStoreFile::Read(const String& password) const {
   return keys;
 }
 
-void KeyStoreFile::Write(const String& password, const StoredKeys& keys) const {
-  const Bytes salt = RandomBytes(kSaltSize);
-  const ScryptCost cost;
-  const std::string header = std::string(kFormatLine) + CostLine(cost, salt);
-  const std::string text =
-      header + ToBase64(Seal(KeyFromPassword(password, salt, cost), header, Pack(keys))) + '\n';
-
-  std::string newName = name_ + ".XXXXXX";
-  const Descriptor file(mkostemp(newName.data(), O_CLOEXEC));  // mode 0600
-  if (!file) RefuseForSystemError(u"no new file can be made in its folder");
-  if (!WriteAll(file.Number(), text) || fsync(file.Number()) != 0 ||
-      rename(newName.c_str(), name_.c_str()) != 0) {
-    const int error = errno;
-    unlink(newName.c_str());
-    errno = error;
-    RefuseForSystemError(u"it can't be written");
-  }
-  const Descriptor folder(open(folder_.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
-  if (!folder || fsync(folder.Number()) != 0)
-    RefuseForSystemError(u"its folder can't be brought to the disk");
-}
-
 void KeyStoreFile::RefuseFile(StringView reason, std::int32_t number) const {
   Refuse(u"The key store " + path_ + u" can't be used: " + String(reason) + u".", number);
-}
-
-void KeyStoreFile::RefuseForSystemError(StringView attempt) const {
-  RefuseFile(String(attempt) + u" (" + FromUtf8(std::generic_category().message(errno)) + u")");
-}
-
-KeyStoreFile::Lock::Lock(const KeyStoreFile& file)
-    : folder_(open(file.folder_.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC)) {
-  if (folder_ < 0) file.RefuseForSystemError(u"its folder can't be opened");
-  while (flock(folder_, LOCK_EX) != 0) {
-    if (errno == EINTR) continue;
-    const int error = errno;
-    close(folder_);
-    errno = error;
-    file.RefuseForSystemError(u"its folder can't be locked");
-  }
-}
-
-KeyStoreFile::Lock::~Lock() {
-  close(folder_);
 }
 
 }  // namespace OstrCipherCOM

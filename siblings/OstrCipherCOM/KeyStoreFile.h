@@ -10,6 +10,7 @@
 
 #include "platform/Failure.h"
 #include "platform/Value.h"
+#include "runtime/DurableFile.h"
 
 namespace OstrCipherCOM {
 
@@ -24,35 +25,19 @@ class KeyStoreFile {
 
   const String& Path() const { return path_; }
 
-  // True also for a link that leads nowhere.
-  bool Exists() const;
-
   // All keys. Refuses a file that others than its owner may read or write.
   StoredKeys Read(const String& password) const;
 
-  // Replaces the file in one step, durable when it returns.
-  void Write(const String& password, const StoredKeys& keys) const;
-
-  // Held while a store is read and written anew; others that want it wait.
-  class Lock {
-   public:
-    explicit Lock(const KeyStoreFile& file);
-    Lock(const Lock&) = delete;
-    Lock& operator=(const Lock&) = delete;
-    ~Lock();
-
-   private:
-    int folder_;
-  };
+  // Puts one more key into the file, which is made where it doesn't exist; durable when it returns. Raises 58
+  // if there is a key with the label. Others that add keys meanwhile lose none.
+  void Add(const String& password, const String& label, const Bytes& key) const;
 
  private:
-  std::string ReadText() const;
+  StoredKeys Unseal(const Runtime::SmallFile& file, const String& password) const;
   [[noreturn]] void RefuseFile(StringView reason, std::int32_t number = FailureNumber::DeviceFailed) const;
-  [[noreturn]] void RefuseForSystemError(StringView attempt) const;
 
   String path_;
-  std::string name_;    // of the file itself, links resolved, as the system calls want it
-  std::string folder_;  // the folder that holds it
+  std::string name_;  // as the system calls want it
 };
 
 }  // namespace OstrCipherCOM

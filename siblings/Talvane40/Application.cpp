@@ -45,7 +45,7 @@ std::shared_ptr<Project> Application::OpenProject(const Value& path, std::int32_
     }
     ProjectFile file = ReadProjectFile(path.ToString());
     const auto state = std::make_shared<OpenState>(file.Database.string());
-    const auto logon = state->Database.FindLogon(userId);
+    const auto logon = state->Database.FindLogon(Trim(userId));
     if (!MatchesHash(password, logon ? logon->PasswordHash : std::nullopt)) {
       Refuse(u"The user name or the password is wrong.");
     }

@@ -18,8 +18,9 @@ class Application : public Object, public TalvaneApplication {
   Application();
 
   // Opens the project file at path: mode 1 (an existing project), options 0 and access 3 (reading and
-  // writing) are all that there is. Gives nothing, and never raises, whatever is wrong; the status tells it.
-  // An unknown user and a wrong password give one text after the same time.
+  // writing) are all that there is. Blanks around the path and the user's name don't count. Gives nothing,
+  // and never raises, whatever is wrong; the status tells it. An unknown user and a wrong password give one
+  // text after the same time.
   std::shared_ptr<Project> OpenProject(const Value& path, std::int32_t mode, const String& userId,
                                        const String& password, std::int32_t options,
                                        std::int32_t access) override;

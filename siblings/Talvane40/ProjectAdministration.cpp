@@ -12,12 +12,16 @@ namespace {
 
 constexpr std::size_t kLongest = 255;  // characters of a name or a title
 
+// What a mailbox's record can hold of a password: so many characters, and these codes.
+constexpr std::size_t kLongestPassword = 97;
+constexpr char16_t kLowestCode = 14, kHighestCode = 124;
+
 [[noreturn]] void Refuse(const String& what) {
   throw Failure(FailureNumber::RefusedInput, u"Talvane40.ProjectAdministration", what);
 }
 
 bool IsControl(char16_t c) {
-  return c < 0x20 || c == 0x7F || c == 0x85 || c == 0x2028 || c == 0x2029;
+  return c < 0x20 || (c >= 0x7F && c <= 0x9F) || c == 0x2028 || c == 0x2029;
 }
 
 // The text without blanks at its ends, if it can be the name of what is told.
@@ -44,6 +48,21 @@ String VettedAddress(const Value& value) {
   return address;
 }
 
+// The password of a user who may bind a mailbox, which stores it and takes blanks from its ends.
+String VettedPassword(const Value& value) {
+  String password = value.ToString();
+  if (password.empty()) Refuse(u"The password must not be empty.");
+  if (password.size() > kLongestPassword)
+    Refuse(u"The password must not have more than 97 characters: a mailbox can't store a longer one.");
+  if (std::ranges::any_of(password, [](char16_t c) { return c < kLowestCode || c > kHighestCode; }))
+    Refuse(
+        u"The password must hold only printable ASCII characters without \"~\" and \"}\": a mailbox can't "
+        u"store others.");
+  if (password != Trim(password))
+    Refuse(u"The password must not begin or end with a blank: a mailbox stores it without.");
+  return password;
+}
+
 ProjectDatabase OpenDatabase(const Value& path) {
   return ProjectDatabase(ReadProjectFile(path.ToString()).Database.string());
 }
@@ -66,7 +85,7 @@ Value ProjectAdministration::CreateProject(std::span<Value> arguments) {
     owner.Address = VettedAddress(arguments[3]);
     owner.MailAccepted = true;
   }
-  Talvane40::CreateProject(arguments[0].ToString(), name, owner, arguments[4].ToString());
+  Talvane40::CreateProject(arguments[0].ToString(), name, owner, VettedPassword(arguments[4]));
   return {};
 }
 

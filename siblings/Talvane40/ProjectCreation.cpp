@@ -1,16 +1,10 @@
 #include "siblings/Talvane40/ProjectCreation.h"
 
-#include <fcntl.h>
-#include <stdio.h>
-#include <stdlib.h>
-#include <unistd.h>
-
 #include <algorithm>
-#include <cerrno>
-#include <cstring>
 #include <filesystem>
 
 #include "platform/Failure.h"
+#include "runtime/DurableFile.h"
 #include "siblings/Talvane40/PasswordHash.h"
 #include "siblings/Talvane40/ProjectFile.h"
 
@@ -23,59 +17,23 @@ namespace fs = std::filesystem;
   throw Failure(number, u"Talvane40", FromUtf8(what));
 }
 
-[[noreturn]] void RefuseForSystem(const fs::path& path) {
-  Refuse("The project can't be created: " + path.string() + ": " + std::strerror(errno) + ".");
-}
-
 bool Exists(const fs::path& path) {
   std::error_code ignored;
   return fs::symlink_status(path, ignored).type() != fs::file_type::not_found;
 }
 
-void WriteToDisk(const fs::path& path, std::string_view bytes, int flags) {
-  const int descriptor = open(path.c_str(), flags | O_CLOEXEC);
-  if (descriptor < 0) RefuseForSystem(path);
-  bool good = true;
-  while (good && !bytes.empty()) {
-    const ssize_t count = write(descriptor, bytes.data(), bytes.size());
-    good = count >= 0 || errno == EINTR;
-    if (count > 0) bytes.remove_prefix(static_cast<std::size_t>(count));
-  }
-  good = good && fsync(descriptor) == 0;
-  const int error = errno;
-  close(descriptor);
-  errno = error;
-  if (!good) RefuseForSystem(path);
-}
+constexpr const char* kEndsOfADatabase[] = {"", "-wal", "-shm", "-journal"};
 
-// A new empty file of mode 0600 beside the project file; gone with this object unless it was published.
-class NewFile {
- public:
-  explicit NewFile(const fs::path& folder) {
-    std::string pattern = folder / ".talvane-XXXXXX";
-    const int descriptor = mkstemp(pattern.data());
-    if (descriptor < 0) RefuseForSystem(folder);
-    close(descriptor);
-    path_ = pattern;
-  }
-  NewFile(const NewFile&) = delete;
-  NewFile& operator=(const NewFile&) = delete;
-  ~NewFile() {
+// Fills the file, and leaves nothing beside it.
+void FillDatabase(const std::string& file, StringView name, const User& owner, StringView password) {
+  try {
+    ProjectDatabase::Create(file, name, owner, HashPassword(password));
+  } catch (...) {
     std::error_code ignored;
-    for (const char* end : {"", "-wal", "-shm", "-journal"}) fs::remove(path_.string() + end, ignored);
+    for (const char* end : kEndsOfADatabase) fs::remove(file + end, ignored);
+    throw;
   }
-
-  const fs::path& Path() const { return path_; }
-
-  // Gives the file its name, which nothing may have had, also if someone else takes it at this moment.
-  void Publish(const fs::path& name) {
-    const int renamed = renameat2(AT_FDCWD, path_.c_str(), AT_FDCWD, name.c_str(), RENAME_NOREPLACE);
-    if (renamed != 0 && (errno != EINVAL || link(path_.c_str(), name.c_str()) != 0)) RefuseForSystem(name);
-  }
-
- private:
-  fs::path path_;
-};
+}
 
 // A file name for the database, as it can stand in the project file, that neither a database nor what one
 // leaves behind has.
@@ -87,7 +45,7 @@ std::string FreeDatabaseName(const fs::path& projectFile) {
   for (int i = 1;; ++i) {
     const std::string name = stem + (i == 1 ? "" : "-" + std::to_string(i)) + ".db";
     bool free = true;
-    for (const char* end : {"", "-wal", "-shm", "-journal"}) {
+    for (const char* end : kEndsOfADatabase) {
       free = free && !Exists(projectFile.parent_path() / (name + end));
     }
     if (free) return name;
@@ -106,21 +64,17 @@ void CreateProject(StringView path, StringView name, const User& owner, StringVi
     Refuse("The folder " + folder.string() + " doesn't exist. Make it first.", FailureNumber::PathNotFound);
 
   const std::string databaseName = FreeDatabaseName(file);
-  NewFile database(folder);
-  ProjectDatabase::Create(database.Path().string(), name, owner, HashPassword(password));
-  WriteToDisk(database.Path(), {}, O_RDWR);
-  NewFile projectFile(folder);
-  WriteToDisk(projectFile.Path(), NewProjectFileText(name, databaseName), O_WRONLY);
+  Runtime::StagedFile database(folder.string());
+  database.Release();
+  FillDatabase(database.Path(), name, owner, password);
+  Runtime::StagedFile projectFile(folder.string());
+  projectFile.Write(NewProjectFileText(name, databaseName));
 
-  const fs::path databaseFile = folder / databaseName;
-  database.Publish(databaseFile);
-  try {
-    projectFile.Publish(file);
-    WriteToDisk(folder, {}, O_RDONLY | O_DIRECTORY);
-  } catch (...) {
-    fs::remove(databaseFile);
-    throw;
-  }
+  database.Publish((folder / databaseName).string());
+  projectFile.Publish(file.string());
+  Runtime::SyncFolder(folder.string());
+  projectFile.Keep();
+  database.Keep();
 }
 
 }  // namespace Talvane40

@@ -67,6 +67,7 @@ String TextAt(const Runtime::Rows& row, int column) {
 }
 
 const std::string& Existing(const std::string& file) {
+  Runtime::Database::RequireItsLog(file);
   if (!std::filesystem::exists(file))
     RefuseFile(file, "is missing. Put it back, or restore it from a backup.");
   if (!std::filesystem::is_regular_file(file)) RefuseFile(file, "is not a file.");

@@ -1,14 +1,9 @@
 #include "siblings/Talvane40/ProjectFile.h"
 
-#include <fcntl.h>
-#include <sys/stat.h>
-#include <unistd.h>
-
-#include <cerrno>
-#include <cstring>
 #include <map>
 
 #include "platform/Failure.h"
+#include "runtime/DurableFile.h"
 
 namespace Talvane40 {
 namespace {
@@ -20,46 +15,6 @@ constexpr std::size_t kLargest = 1 << 20;  // bytes; no project file comes near 
 [[noreturn]] void Refuse(const fs::path& path, const std::string& why,
                          std::int32_t number = FailureNumber::DeviceFailed) {
   throw Failure(number, u"Talvane40", FromUtf8("The file " + path.string() + " " + why));
-}
-
-class OpenFile {
- public:
-  // Not blocking, so that a pipe in the file's place can't hold the program.
-  explicit OpenFile(const fs::path& path)
-      : descriptor_(open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK)) {
-    if (descriptor_ < 0) {
-      if (errno == ENOENT || errno == ENOTDIR) Refuse(path, "doesn't exist.", FailureNumber::PathNotFound);
-      Refuse(path, errno == EACCES ? "may not be read. Check the rights on it."
-                                   : std::string("can't be read: ") + std::strerror(errno) + ".");
-    }
-  }
-  OpenFile(const OpenFile&) = delete;
-  OpenFile& operator=(const OpenFile&) = delete;
-  ~OpenFile() { close(descriptor_); }
-  int Descriptor() const { return descriptor_; }
-
- private:
-  int descriptor_;
-};
-
-std::string ReadAll(const fs::path& path) {
-  const OpenFile file(path);
-  struct stat status {};
-  if (fstat(file.Descriptor(), &status) == 0 && !S_ISREG(status.st_mode)) {
-    Refuse(path, S_ISDIR(status.st_mode) ? "is a folder, not a project file." : "is not a project file.");
-  }
-  std::string bytes(kLargest + 1, '\0');
-  std::size_t length = 0;
-  while (length < bytes.size()) {
-    const ssize_t count = read(file.Descriptor(), bytes.data() + length, bytes.size() - length);
-    if (count < 0 && errno == EINTR) continue;
-    if (count < 0) Refuse(path, std::string("can't be read: ") + std::strerror(errno) + ".");
-    if (count == 0) break;
-    length += static_cast<std::size_t>(count);
-  }
-  if (length > kLargest) Refuse(path, "is not a project file: it is too large.");
-  bytes.resize(length);
-  return bytes;
 }
 
 std::string_view Trimmed(std::string_view text) {
@@ -92,7 +47,8 @@ std::map<std::string, std::string> ProjectSection(std::string_view text) {
 
 }  // namespace
 
-fs::path PathOf(StringView path) {
+fs::path PathOf(StringView typed) {
+  const String path = Trim(typed);
   if (path.empty()) throw Failure(FailureNumber::RefusedInput, u"Talvane40", u"No project path is given.");
   if (path.find(u'\0') != StringView::npos)
     Refuse(ToUtf8(path.substr(0, path.find(u'\0'))), "has no proper name.", FailureNumber::RefusedInput);
@@ -101,7 +57,7 @@ fs::path PathOf(StringView path) {
 
 ProjectFile ReadProjectFile(StringView path) {
   const fs::path file = PathOf(path);
-  const std::string text = ReadAll(file);
+  const std::string text = Runtime::ReadSmallFile(file.string(), kLargest).Content;
   auto keys = ProjectSection(text);
   const std::string& format = keys["format"];
   const std::string& name = keys["name"];

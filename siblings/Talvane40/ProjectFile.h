@@ -24,7 +24,8 @@ ProjectFile ReadProjectFile(StringView path);
 // The text of a new project file.
 std::string NewProjectFileText(StringView name, const std::string& database);
 
-// A path as the file system takes it, absolute. Raises 380 for an empty one and one with a NUL in it.
-std::filesystem::path PathOf(StringView path);
+// A path as the file system takes it, absolute, without blanks around it. Raises 380 for an empty one and one
+// with a NUL in it.
+std::filesystem::path PathOf(StringView typed);
 
 }  // namespace Talvane40

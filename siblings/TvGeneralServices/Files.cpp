@@ -12,19 +12,36 @@ const Files::Table& Files::Members() {
   return table;
 }
 
+namespace {
+
+// Blanks around a path are no part of it: what is typed with them is stored without them.
+std::string VettedPath(const Value& typed) {
+  const std::string path = ToUtf8(Trim(typed.ToString()));
+  const auto end = path.find('\0');
+  if (path.empty() || end != std::string::npos)
+    throw Failure(FailureNumber::RefusedInput, u"TvGeneralServices.Files",
+                  path.empty()
+                      ? u"The path of the project file is empty"
+                      : FromUtf8(path.substr(0, end)) + u" is followed by a NUL, which no path can hold");
+  return path;
+}
+
+}  // namespace
+
 Value Files::CheckTVSFilePath(std::span<Value> arguments) {
-  const String path = arguments[0].ToString();
+  const std::string path = VettedPath(arguments[0]);
   // A path from the present folder on would name another file, or none, from another one.
-  if (!path.empty() && !path.starts_with(u'/')) {
-    throw Failure(FailureNumber::InvalidArgument, u"TvGeneralServices.Files",
-                  path + u" isn't the whole path of the project file; give the whole path, beginning with /");
+  if (!path.starts_with('/')) {
+    throw Failure(
+        FailureNumber::RefusedInput, u"TvGeneralServices.Files",
+        FromUtf8(path) + u" isn't the whole path of the project file; give the whole path, beginning with /");
   }
-  const ProjectFile readable(ToUtf8(path));
+  const ProjectFile readable(path);
   return {};
 }
 
 Value Files::RetrieveTVSFile(std::span<Value> arguments) {
-  return ObjectRef(std::make_shared<ProjectFile>(ToUtf8(arguments[0].ToString())));
+  return ObjectRef(std::make_shared<ProjectFile>(VettedPath(arguments[0])));
 }
 
 }  // namespace TvGeneralServices

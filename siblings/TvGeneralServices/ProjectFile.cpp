@@ -2,10 +2,12 @@
 
 #include <utility>
 
-#include "siblings/TvGeneralServices/DurableFile.h"
+#include "runtime/DurableFile.h"
 
 namespace TvGeneralServices {
 namespace {
+
+constexpr std::size_t kLargest = 1 << 20;  // bytes; no project file comes near it
 
 class ProjectSection : public ObjectWithMembers<ProjectSection> {
  public:
@@ -33,7 +35,8 @@ ProjectText Parse(const std::string& path, const std::string& content) {
 
 }  // namespace
 
-ProjectFile::ProjectFile(std::string path) : path_(std::move(path)), text_(Parse(path_, ReadWhole(path_))) {}
+ProjectFile::ProjectFile(std::string path)
+    : path_(std::move(path)), text_(Parse(path_, Runtime::ReadSmallFile(path_, kLargest).Content)) {}
 
 const ProjectFile::Table& ProjectFile::Members() {
   static const Table table = {
@@ -80,12 +83,12 @@ Value ProjectFile::DeleteSection(std::span<Value> arguments) {
 
 Value ProjectFile::Save(std::span<Value>) {
   if (changes_.empty()) return {};
-  ReplaceWhole(path_, [this](const std::string& content) {
-    ProjectText present = Parse(path_, content);
-    for (const Change& change : changes_) Apply(change, present);
-    text_ = present;
-    return present.ToBytes();
-  });
+  const Runtime::LockedFile file(path_, kLargest);
+  const std::string before = file.Read().Content;
+  ProjectText present = Parse(path_, before);
+  for (const Change& change : changes_) Apply(change, present);
+  if (const std::string after = present.ToBytes(); after != before) file.Replace(after);
+  text_ = std::move(present);
   changes_.clear();
   return {};
 }

@@ -1,6 +1,4 @@
 // Project files through the real library: what is kept, what is refused, and what a failed save leaves.
-#include <signal.h>
-#include <sys/resource.h>
 #include <sys/stat.h>
 
 #include "platform/contracts/GeneralServices.h"
@@ -43,6 +41,7 @@ class ProjectFiles : public testing::Test {
 
 TEST_F(ProjectFiles, APathThatIsNoProjectFileIsRefusedWithWhatItIs) {
   EXPECT_EQ(Refusal(), "");
+  EXPECT_EQ(Refusal(u"  " + FromUtf8(path_.string()) + u" "), "");
   const String folder = FromUtf8(folder_.Path().string());
   const std::pair<String, const char*> paths[] = {{u"", "empty"},
                                                   {folder, "is a folder"},
@@ -214,9 +213,7 @@ TEST_F(ProjectFiles, AFailedSaveLeavesTheOldFileWholeAndCanBeTriedAgain) {
   const ProjectFile file = Open();
   file.CreateKey(u"EMail", u"A", String(100'000, u'x'));
   EXPECT_EQ(InAnotherProcess([&] {  // a disk that is full after 50 kB
-              signal(SIGXFSZ, SIG_IGN);
-              const rlimit limit{50'000, 50'000};
-              setrlimit(RLIMIT_FSIZE, &limit);
+              LimitFileSize(50'000);
               EXPECT_THROW(file.Save(), Failure);
             }),
             0);

@@ -1,8 +1,6 @@
 // The registry store: what it keeps, what it refuses, and that nothing is lost on the way.
 #include "runtime/RegistryStore.h"
 
-#include <sys/resource.h>
-
 #include <thread>
 
 #include "runtime/Database.h"
@@ -241,9 +239,7 @@ TEST_F(Registry, AKilledWriterLeavesEveryWriteThatItFinished) {
 TEST_F(Registry, AFullDiskFailsAWriteAndLeavesTheOldContent) {
   WriteText(u"A", u"v", u"old");
   EXPECT_EQ(InAnotherProcess([] {
-              signal(SIGXFSZ, SIG_IGN);
-              const rlimit limit{150'000, 150'000};
-              setrlimit(RLIMIT_FSIZE, &limit);
+              LimitFileSize(150'000);
               EXPECT_PRED2(Holds, RefusalOf([] { WriteText(u"A", u"v", String(400'000, u'n')); }),
                            "machine.registry");
               EXPECT_EQ(TextAt(u"A", u"v"), "old");

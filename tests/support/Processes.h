@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 #include <signal.h>
+#include <sys/resource.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -41,6 +42,13 @@ inline int InAnotherProcess(const std::function<void()>& act) {
 inline void KillProcess(pid_t child) {
   kill(child, SIGKILL);
   EndOf(child);
+}
+
+// From here on the process can write no file beyond so many bytes, as on a disk that is full.
+inline void LimitFileSize(rlim_t bytes) {
+  signal(SIGXFSZ, SIG_IGN);
+  const rlimit limit{bytes, bytes};
+  setrlimit(RLIMIT_FSIZE, &limit);
 }
 
 }  // namespace Tests

@@ -16,8 +16,8 @@ class Projects : public testing::Test {
   ProjectWorld world;
 };
 
-TEST_F(Projects, OpenForTheirOwnerInAnyCaseOfTheName) {
-  const auto project = world.Open(world.Path, u"ANN");
+TEST_F(Projects, OpenForTheirOwnerInAnyCaseOfTheNameAndWithBlanksAroundNameAndPath) {
+  const auto project = world.Open(u"  " + world.Path + u" ", u" ANN ");
   ASSERT_TRUE(project);
   EXPECT_TEXT(u"Apollo", project->GetName());
   EXPECT_TRUE(project->IsMailBoxAllowed());
@@ -64,6 +64,19 @@ TEST_F(Projects, GiveNothingAndAReasonForFilesThatAreNoProjects) {
   EXPECT_EQ(world.Refusal(u""), "No project path is given.");
   EXPECT_PRED2(Holds, world.Refusal(world.Path + String(1, u'\0')), "no proper name");
   EXPECT_FALSE(world.App->OpenProject(world.Path, 2, u"Ann", u"secret", 0, 3));
+}
+
+TEST_F(Projects, RefuseAnEmptiedDatabaseBesideALogThatHoldsRepliesAndLeaveBothAlone) {
+  // The writer ends without closing, so that the reply lies in the log alone.
+  ASSERT_EQ(InAnotherProcess([&] { Reply(**new auto(world.Open()), u"kept", u"b"); }), 0);
+  const std::string whole = ReadFile(world.Database()), log = ReadFile(world.Database().string() + "-wal");
+  for (const bool missing : {false, true}) {
+    missing ? void(fs::remove(world.Database())) : WriteFile(world.Database(), "");
+    EXPECT_PRED2(Holds, world.Refusal(world.Path), "-wal still holds changes");
+    EXPECT_TRUE(ReadFile(world.Database().string() + "-wal") == log);
+  }
+  WriteFile(world.Database(), whole);
+  EXPECT_EQ(world.Replies().size(), 1U);
 }
 
 TEST_F(Projects, RefuseADatabaseOfANewerVersionAndADamagedOne) {
@@ -172,8 +185,9 @@ TEST_F(Projects, OpenThroughTheApplicationsOfTheFactory) {
 TEST_F(Projects, TheAdministrationRefusesWhatCantBeMeantAndChangesNothing) {
   const ProjectAdministration& administer = world.Administer;
   const String path = world.Path, fresh = world.PathOf("fresh.TVS");
-  const auto create = [&](StringView name, StringView owner, StringView address) {
-    return FailureText([&] { administer.CreateProject(fresh, name, owner, address, u"secret"); });
+  const auto create = [&](StringView name, StringView owner, StringView address,
+                          StringView password = u"secret") {
+    return FailureText([&] { administer.CreateProject(fresh, name, owner, address, password); });
   };
   const auto addUser = [&](StringView name, StringView address) {
     return FailureText([&] { administer.AddUser(path, name, address, true); });
@@ -186,8 +200,15 @@ TEST_F(Projects, TheAdministrationRefusesWhatCantBeMeantAndChangesNothing) {
   EXPECT_PRED2(Holds, create(String(256, u'x'), u"Ann", u""), "255 characters");
   EXPECT_PRED2(Holds, create(u"A", u"", u""), "must not be empty");
   EXPECT_PRED2(Holds, create(u"A", u"Ann", u"nowhere"), "no e-mail address");
+  const std::pair<String, const char*> passwords[] = {
+      {u"", "must not be empty"}, {String(98, u'p'), "97 characters"}, {u"a\rb", "printable"},
+      {u"a}", "printable"},       {u"p\u00E4ss", "printable"},         {u"a ", "begin or end with a blank"}};
+  for (const auto& [password, why] : passwords) EXPECT_PRED2(Holds, create(u"A", u"Ann", u"", password), why);
+  for (const char16_t control : {u'\0', u'\t', u'\x1F', u'\x7F', u'\x85', u'\x9F', u'\u2028'})
+    EXPECT_PRED2(Holds, addUser(String(u"d") + control + u"a", u"d@example.org"), "control characters");
   EXPECT_PRED2(Holds, addUser(u"BEN", u"b@example.org"), "already has a user");
-  for (const StringView address : {u"", u"@example.org", u"a@", u"a@b@c", u"a b@c", u"a@b\r\n"}) {
+  for (const StringView address :
+       {u"", u"@example.org", u"a@", u"a@b@c", u"a b@c", u"a@b\r\n", u"a\u009B@b"}) {
     EXPECT_PRED2(Holds, addUser(u"dora", address), "no e-mail address") << Utf8(address);
   }
   EXPECT_PRED2(Holds, FailureText([&] { administer.AddDiscussion(path, u""); }), "must not be empty");
@@ -247,7 +268,10 @@ TEST_F(Projects, AReplyThatADatabaseInUseOrAFullDiskRefusesIsRaisedAndLeavesNoth
   {
     Runtime::Database other(world.Database().string());
     other.Begin();
-    EXPECT_PRED2(Holds, FailureText([&] { Reply(*project, u"late", u"b"); }), "in use by another program");
+    Runtime::SetPatience(std::chrono::milliseconds(50));
+    const auto impatient = world.Open();
+    Runtime::SetPatience(std::chrono::seconds(10));
+    EXPECT_PRED2(Holds, FailureText([&] { Reply(*impatient, u"late", u"b"); }), "in use by another program");
   }
   Reply(*project, u"next", u"b");
   const std::vector<DescribedReply> replies = world.Replies();

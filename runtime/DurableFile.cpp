@@ -1,0 +1,251 @@
+#include "runtime/DurableFile.h"
+
+#include <fcntl.h>
+#include <sys/file.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstdio>
+#include <cstdlib>
+#include <filesystem>
+#include <thread>
+#include <utility>
+
+#include "platform/Failure.h"
+#include "runtime/Folders.h"
+#include "runtime/SystemReason.h"
+
+namespace Runtime {
+namespace {
+
+using Platform::FailureNumber::AlreadyExists;
+using Platform::FailureNumber::DeviceFailed;
+using Platform::FailureNumber::PathNotFound;
+
+[[noreturn]] void Refuse(const std::string& path, const std::string& why,
+                         std::int32_t number = DeviceFailed) {
+  throw Platform::Failure(number, u"Runtime.DurableFile", Platform::FromUtf8(path + " " + why));
+}
+
+bool IsMissing(int error) {
+  return error == ENOENT || error == ENOTDIR;
+}
+
+// The task and the reason, which errno tells.
+[[noreturn]] void RefuseForSystem(const std::string& path, const char* task) {
+  const int error = errno;
+  if (IsMissing(error)) Refuse(path, "doesn't exist", PathNotFound);
+  if (error == EEXIST) Refuse(path, "exists already; choose another name", AlreadyExists);
+  Refuse(path, std::string(task) + ": " + SystemReason(error));
+}
+
+void RequireSmallFile(const std::string& path, const struct stat& status, std::size_t largest) {
+  if (S_ISDIR(status.st_mode)) Refuse(path, "is a folder; name the file in it");
+  if (!S_ISREG(status.st_mode)) Refuse(path, "is no ordinary file");
+  if (status.st_size < 0 || static_cast<std::uint64_t>(status.st_size) > largest)
+    Refuse(path, "is too large: more than " + std::to_string(largest) + " bytes");
+}
+
+// Looked at before it is opened, since opening a device may do something.
+Descriptor OpenSmallFile(const std::string& path, int flags, std::size_t largest) {
+  struct stat status {};
+  if (stat(path.c_str(), &status) != 0) RefuseForSystem(path, "can't be reached");
+  RequireSmallFile(path, status, largest);
+  Descriptor file(open(path.c_str(), flags | O_CLOEXEC | O_NONBLOCK));
+  if (!file) RefuseForSystem(path, flags == O_RDONLY ? "can't be read" : "can't be written");
+  return file;
+}
+
+SmallFile ReadOpenFile(const Descriptor& file, const std::string& path, std::size_t largest) {
+  struct stat status {};
+  if (fstat(file.Number(), &status) != 0) RefuseForSystem(path, "can't be read");
+  RequireSmallFile(path, status, largest);
+  SmallFile read{{}, status.st_mode};
+  char block[16384];
+  for (;;) {
+    const ssize_t count = ::read(file.Number(), block, sizeof block);
+    if (count == 0) return read;
+    if (count > 0) read.Content.append(block, static_cast<std::size_t>(count));
+    if (count < 0 && errno != EINTR) RefuseForSystem(path, "can't be read");
+    if (read.Content.size() > largest)
+      Refuse(path, "is too large: more than " + std::to_string(largest) + " bytes");
+  }
+}
+
+bool Sync(int descriptor) {
+  while (fsync(descriptor) != 0) {
+    if (errno != EINTR) return false;
+  }
+  return true;
+}
+
+void WaitForLock(const Descriptor& file, const std::string& path, std::chrono::milliseconds patience) {
+  const auto end = std::chrono::steady_clock::now() + patience;
+  while (flock(file.Number(), LOCK_EX | LOCK_NB) != 0) {
+    if (errno != EWOULDBLOCK && errno != EINTR) return;  // a file system without locks
+    if (std::chrono::steady_clock::now() >= end)
+      Refuse(path, "is in use by another program, for more than " +
+                       std::to_string(std::chrono::duration_cast<std::chrono::seconds>(patience).count()) +
+                       " s; try again when that one has ended");
+    std::this_thread::sleep_for(std::chrono::milliseconds(5));
+  }
+}
+
+// Whoever waited may have got the lock of a file that was replaced meanwhile, and opens again.
+Descriptor OpenLocked(const std::string& path, std::size_t largest, std::chrono::milliseconds patience) {
+  for (;;) {
+    Descriptor file = OpenSmallFile(path, O_RDWR, largest);
+    WaitForLock(file, path, patience);
+    struct stat locked {
+    }, present{};
+    if (fstat(file.Number(), &locked) == 0 && stat(path.c_str(), &present) == 0 &&
+        locked.st_ino == present.st_ino && locked.st_dev == present.st_dev)
+      return file;
+  }
+}
+
+std::string WithoutLinks(const std::string& path) {
+  std::error_code error;
+  const auto target = std::filesystem::canonical(path, error);
+  return error ? path : target.string();
+}
+
+}  // namespace
+
+Descriptor::Descriptor(Descriptor&& other) noexcept : number_(std::exchange(other.number_, -1)) {}
+
+Descriptor& Descriptor::operator=(Descriptor&& other) noexcept {
+  std::swap(number_, other.number_);
+  return *this;
+}
+
+Descriptor::~Descriptor() {
+  Close();
+}
+
+bool Descriptor::Close() {
+  return number_ < 0 || close(std::exchange(number_, -1)) == 0;
+}
+
+SmallFile ReadSmallFile(const std::string& path, std::size_t largest) {
+  return ReadOpenFile(OpenSmallFile(path, O_RDONLY, largest), path, largest);
+}
+
+void CreateSmallFile(const std::string& path, std::string_view content) {
+  StagedFile file(FolderOfPath(path));
+  file.Write(content);
+  file.Publish(path);
+  SyncFolder(FolderOfPath(path));
+  file.Keep();
+}
+
+LockedFile::LockedFile(const std::string& path, std::size_t largest, std::chrono::milliseconds patience)
+    : path_(WithoutLinks(path)), largest_(largest), file_(OpenLocked(path_, largest, patience)) {}
+
+SmallFile LockedFile::Read() const {
+  if (lseek(file_.Number(), 0, SEEK_SET) != 0) RefuseForSystem(path_, "can't be read");
+  return ReadOpenFile(file_, path_, largest_);
+}
+
+void LockedFile::Replace(std::string_view content) const {
+  const std::string folder = FolderOfPath(path_);
+  const std::string name = path_.substr(path_.rfind('/') + 1);
+  try {
+    if (content.size() > largest_)
+      Refuse(path_, "would have more than " + std::to_string(largest_) + " bytes");
+    // The lock makes this name ours. What a killed predecessor left under it is removed.
+    StagedFile file(folder + "/." + name + ".new", file_);
+    file.Write(content);
+    file.PublishOver(path_);
+    file.Keep();
+  } catch (const Platform::Failure& failure) {
+    throw Platform::Failure(
+        failure.Number(), failure.Source(),
+        Platform::FromUtf8(path_ + " can't be saved and is as it was: ") + failure.Description());
+  }
+  try {
+    SyncFolder(folder);
+  } catch (const Platform::Failure& failure) {
+    Refuse(path_, std::string("was saved, but may be the old one after a power cut: ") + failure.what());
+  }
+}
+
+FolderLock::FolderLock(const std::string& folder, std::chrono::milliseconds patience)
+    : folder_(open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC)) {
+  if (!folder_) RefuseForSystem(folder, "can't be opened");
+  WaitForLock(folder_, folder, patience);
+}
+
+StagedFile::StagedFile(const std::string& folder) : path_(folder + "/.talvane-XXXXXX") {
+  file_ = Descriptor(mkostemp(path_.data(), O_CLOEXEC));
+  if (!file_) {
+    kept_ = true;
+    RefuseForSystem(folder, "takes no new file");
+  }
+}
+
+StagedFile::StagedFile(const std::string& path, const Descriptor& modelOfOwnerAndMode) : path_(path) {
+  unlink(path_.c_str());
+  file_ = Descriptor(open(path_.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0600));
+  if (!file_) RefuseForSystem(path_, "can't be made");
+  struct stat status {};
+  bool alike = fstat(modelOfOwnerAndMode.Number(), &status) == 0;
+  // A file of another owner keeps at least its group where the system doesn't let its owner be kept.
+  if (alike && fchown(file_.Number(), status.st_uid, status.st_gid) != 0 &&
+      fchown(file_.Number(), static_cast<uid_t>(-1), status.st_gid) != 0)
+    status.st_mode &= ~static_cast<mode_t>(S_IRWXG | S_ISGID);
+  alike = alike && fchmod(file_.Number(), status.st_mode & 07777) == 0;
+  if (alike) return;
+  const int error = errno;
+  unlink(path_.c_str());
+  errno = error;
+  RefuseForSystem(path_, "can't be given its owner and mode");
+}
+
+StagedFile::~StagedFile() {
+  if (!kept_) unlink(path_.c_str());
+}
+
+void StagedFile::Write(std::string_view content) {
+  while (!content.empty()) {
+    const ssize_t count = write(file_.Number(), content.data(), content.size());
+    if (count < 0 && errno != EINTR) RefuseForSystem(path_, "can't be written");
+    if (count > 0) content.remove_prefix(static_cast<std::size_t>(count));
+  }
+}
+
+void StagedFile::Release() {
+  if (!file_.Close()) RefuseForSystem(path_, "can't be written");
+}
+
+void StagedFile::BringToDisk() {
+  if (!file_) file_ = Descriptor(open(path_.c_str(), O_RDWR | O_CLOEXEC | O_NOFOLLOW));
+  if (!file_ || !Sync(file_.Number())) RefuseForSystem(path_, "can't be brought to the disk");
+  Release();
+}
+
+void StagedFile::Publish(const std::string& name) {
+  BringToDisk();
+  if (renameat2(AT_FDCWD, path_.c_str(), AT_FDCWD, name.c_str(), RENAME_NOREPLACE) != 0) {
+    // A file system that can't rename so makes a second name, and the first one is removed.
+    if (errno != EINVAL || link(path_.c_str(), name.c_str()) != 0) RefuseForSystem(name, "can't be made");
+    unlink(path_.c_str());
+  }
+  path_ = name;
+}
+
+void StagedFile::PublishOver(const std::string& name) {
+  BringToDisk();
+  if (rename(path_.c_str(), name.c_str()) != 0) RefuseForSystem(name, "can't be replaced");
+  path_ = name;
+}
+
+void SyncFolder(const std::string& folder) {
+  Descriptor opened(open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+  if (!opened && (errno == EACCES || errno == EPERM)) return;  // may be written to, but not read
+  if (opened && (Sync(opened.Number()) || errno == EINVAL || errno == ENOTSUP || errno == ENOSYS)) return;
+  RefuseForSystem(folder, "can't be brought to the disk");
+}
+
+}  // namespace Runtime

@@ -1,0 +1,184 @@
+// What the stores promise of the disk: what was told done is on it, and a fault of any one call leaves the
+// old state or the new one and nothing beside it.
+#include "platform/contracts/Cipher.h"
+#include "runtime/DurableFile.h"
+#include "runtime/RegistryStore.h"
+#include "tests/runtime/SystemCalls.h"
+#include "tests/support/Processes.h"
+#include "tests/talvane40/Projects.h"
+
+namespace Tests {
+namespace {
+
+namespace fs = std::filesystem;
+using Runtime::RegistryStore;
+
+// Something that changes a store, and what tells whether it did.
+struct Act {
+  const char* Name;
+  std::function<void(int)> Do;            // with a number that no other run has
+  std::function<std::string(int)> State;  // after that run: as it was, or as it became
+  int FilesMade = 0;
+};
+
+class Durability : public testing::Test {
+ protected:
+  static void CreateKey(const String& file, const String& label) {
+    KeyStore(Platform::Services().CreateByName(u"OstrCipherCOM.KeyStore")).CreateKey(file, u"pw", label);
+  }
+  static std::string ReadKey(const String& file, const String& label) {
+    const Cipher cipher(Platform::Services().CreateByName(u"OstrCipherCOM.OstrCipherCOM"));
+    Bytes buffer(Cipher::KeyBufferSize);
+    return cipher.Keywell_GetKSKey(file, u"pw", label, buffer).Number == 1 ? "new" : "old";
+  }
+  static String Numbered(StringView text, int number) {
+    return String(text) + FromUtf8(std::to_string(number));
+  }
+  std::string FreshPath(const char* name, int number) const { return name + std::to_string(number); }
+
+  // Without what SQLite keeps beside an open database.
+  int CountFiles() const {
+    int count = 0;
+    for (const auto& entry : fs::directory_iterator(world_.Home.Path())) {
+      const std::string name = entry.path().filename().string();
+      count += name.ends_with("-wal") || name.ends_with("-shm") ? 0 : 1;
+    }
+    return count;
+  }
+
+  std::vector<Act> Acts() {
+    const auto present = [](bool is) { return std::string(is ? "new" : "old"); };
+    const String keys = world_.PathOf("keys");
+    CreateKey(keys, u"first");
+    const auto projectFile = [this] {
+      return Files(Platform::Services().CreateByName(u"TvGeneralServices.Files"))
+          .RetrieveTVSFile(world_.Path);
+    };
+    return {
+        {"save",
+         [=](int n) {
+           const ProjectFile file = projectFile();
+           file.CreateKey(u"EMail", u"A", Numbered(u"", n));
+           file.Save();
+         },
+         [=](int n) {
+           return present(projectFile().KeyValue(u"EMail", u"A").ToString() == Numbered(u"", n));
+         }},
+        {"create a project",
+         [this](int n) {
+           world_.Administer.CreateProject(world_.PathOf(FreshPath("p", n) + ".TVS"), u"P", u"Ann", u"",
+                                           u"pw");
+         },
+         [=, this](int n) {
+           const String path = world_.PathOf(FreshPath("p", n) + ".TVS");
+           return present(fs::exists(ToUtf8(path)) && world_.Open(path, u"Ann", u"pw"));
+         },
+         2},
+        {"make a key store", [=, this](int n) { CreateKey(world_.PathOf(FreshPath("k", n)), u"mail"); },
+         [=, this](int n) { return ReadKey(world_.PathOf(FreshPath("k", n)), u"mail"); }, 1},
+        {"add a key", [=](int n) { CreateKey(keys, Numbered(u"label", n)); },
+         [=](int n) { return ReadKey(keys, Numbered(u"label", n)); }},
+        {"write to the registry",
+         [](int n) { RegistryStore::CreateKey(Hive::LocalMachine, Numbered(u"Key", n)); },
+         [=](int n) { return present(RegistryStore::KeyExists(Hive::LocalMachine, Numbered(u"Key", n))); }},
+        {"reply", [this](int n) { Reply(*world_.Open(), Numbered(u"s", n), u"b"); },
+         [=, this](int n) {
+           const auto replies = world_.Replies();
+           return present(!replies.empty() && replies.back().Subject == Numbered(u"s", n));
+         }}};
+  }
+
+  ProjectWorld world_;
+};
+
+TEST_F(Durability, WhatWasToldDoneIsOnTheDisk) {
+  for (const Act& act : Acts()) {
+    SystemCalls calls(world_.Home.Path());
+    act.Do(1);
+    EXPECT_EQ(calls.NotOnDisk(), "") << act.Name;
+    EXPECT_GT(calls.Count(), 1) << act.Name;
+  }
+}
+
+TEST_F(Durability, AFaultOfAnyCallLeavesTheOldStateOrTheNewAndNothingBesideIt) {
+  for (const Act& act : Acts()) {
+    int raised = 0;
+    for (int number = 1;; ++number) {
+      const int before = CountFiles();
+      std::string failure;
+      bool reached = false;
+      {
+        SystemCalls calls(world_.Home.Path());
+        calls.Fail(number, number % 2 == 0 ? EIO : ENOSPC);
+        failure = FailureText([&] { act.Do(number); });
+        reached = calls.HasFailed();
+      }
+      const bool isDone = failure.empty() || Holds(failure, "was saved");
+      EXPECT_EQ(act.State(number), isDone ? "new" : "old") << act.Name << " " << number << ": " << failure;
+      EXPECT_EQ(CountFiles(), before + (isDone ? act.FilesMade : 0)) << act.Name << " " << number;
+      raised += failure.empty() ? 0 : 1;
+      if (!reached) break;
+    }
+    EXPECT_GE(raised, 2) << act.Name;
+  }
+}
+
+TEST_F(Durability, AFolderThatCantBeBroughtToTheDiskIsForgivenUnlessTheDiskIsAtFault) {
+  for (const Act& act : Acts()) {
+    SystemCalls calls(world_.Home.Path());
+    calls.FailSyncsOfFolders(EINVAL);
+    EXPECT_EQ(FailureText([&] { act.Do(1); }), "") << act.Name;
+    calls.FailSyncsOfFolders(EIO);
+    const bool usesFacility = StringView(u"reply") != FromUtf8(act.Name) && !Holds(act.Name, "registry");
+    EXPECT_EQ(FailureText([&] { act.Do(2); }).empty(), !usesFacility) << act.Name;
+  }
+}
+
+TEST_F(Durability, AFileSizeLimitIsAWriteFailureThatNamesTheLimit) {
+  const String large(200'000, u'x');
+  const ProjectFile file =
+      Files(Platform::Services().CreateByName(u"TvGeneralServices.Files")).RetrieveTVSFile(world_.Path);
+  file.CreateKey(u"EMail", u"A", large);
+  const auto project = world_.Open();
+  EXPECT_EQ(InAnotherProcess([&] {
+              LimitFileSize(50'000);
+              for (const std::function<void()>& act : std::initializer_list<std::function<void()>>{
+                       [&] { file.Save(); }, [&] { Reply(*project, u"s", large); },
+                       [&] {
+                         RegistryStore::CreateKey(Hive::LocalMachine, u"K"),
+                             RegistryStore::Write(Hive::LocalMachine, u"K", u"v", {1, large});
+                       }})
+                EXPECT_PRED2(Holds, FailureText(act), "at most 50000 bytes");
+            }),
+            0);
+  EXPECT_TRUE(world_.Replies().empty());
+}
+
+TEST_F(Durability, ALockThatIsntGivenBackEndsTheWaitWithAReason) {
+  const std::string folder = world_.Home.Path().string(), path = folder + "/apollo.TVS";
+  const std::chrono::milliseconds none(0);
+  const Runtime::LockedFile file(path, 1000, none);
+  const Runtime::FolderLock held(folder, none);
+  EXPECT_PRED2(Holds, FailureText([&] { Runtime::LockedFile(path, 1000, none); }), path + " is in use by");
+  EXPECT_PRED2(Holds, FailureText([&] { Runtime::FolderLock(folder, none); }), folder + " is in use by");
+  EXPECT_EQ(Runtime::Patience(), std::chrono::seconds(10));
+}
+
+TEST_F(Durability, TwoProcessesThatMakeKeysAtOnceLoseNone) {
+  const String keys = world_.PathOf("together");
+  const auto maker = [&](char16_t name) {
+    return [&keys, name] {
+      for (int i = 0; i < 2; ++i) CreateKey(keys, Numbered(String(1, name), i));
+    };
+  };
+  const pid_t other = StartProcess(maker(u'c'));
+  maker(u'p')();
+  EXPECT_EQ(EndOf(other), 0);
+  for (int i = 0; i < 2; ++i) {
+    EXPECT_EQ(ReadKey(keys, Numbered(u"c", i)), "new");
+    EXPECT_EQ(ReadKey(keys, Numbered(u"p", i)), "new");
+  }
+}
+
+}  // namespace
+}  // namespace Tests
