@@ -1,5 +1,5 @@
 #!/bin/sh
-# Makes the pictures of both dialogs anew: docs/pictures/inbound.png and outbound.png. Needs Qt 6 (test packages).
+# Makes the pictures of both dialogs: docs/pictures/inbound.png and outbound.png. Needs Qt 6 (test packages).
 #   scripts/make-pictures.sh [BUILD-FOLDER]      build/release where none is given
 set -eu
 cd "$(dirname "$0")/.."
