@@ -9,8 +9,13 @@ packages="postfix exim4-daemon-light procmail"
 rm -rf "$folder"
 mkdir -p "$folder"
 cd "$folder"
-# Without root, and with package lists that may never have been fetched.
-apt-get download -q $packages >log 2>&1 || { cat log >&2; exit 1; }
+as_root=
+[ "$(id -u)" -eq 0 ] || as_root=sudo
+# The package lists may be old, or may never have been fetched.
+apt-get download -q $packages >log 2>&1 || {
+  $as_root apt-get update -q >>log 2>&1
+  apt-get download -q $packages >>log 2>&1
+} || { cat log >&2; exit 1; }
 for package in $packages; do
   dpkg-deb -x "$package"_*.deb .
 done

@@ -14,7 +14,7 @@ String ComponentFolder() {
 Resource CreateWithTexts(StringView file, StringView name) {
   ObjectRef object;
   PassOver([&] { object = Services().CreateByName(u"TvResourceServices.Resource"); });
-  const Resource resource(object);
+  Resource resource(object);
   if (resource) PassOver([&] { resource.LoadResources(ComponentFolder().append(u"\\").append(file), name); });
   return resource;
 }
