@@ -5,6 +5,8 @@
 #include <map>
 #include <mutex>
 #include <string>
+#include <utility>
+#include <vector>
 
 #include "platform/Failure.h"
 #include "runtime/Libraries.h"
@@ -43,8 +45,15 @@ class KnownClasses {
   std::map<String, KnownClass> classes_;
 };
 
+// What was found for the scopes of a thread.
+struct ScopedClasses {
+  int Scopes = 0;
+  std::vector<std::pair<String, const ClassFactory*>> Found;
+};
+thread_local ScopedClasses scoped;
+
 template <class Key>
-const ClassFactory& Find(const Key& key, const String& asked) {
+const ClassFactory& FindNow(const Key& key, const String& asked) {
   static auto& known = *new KnownClasses;
   try {
     const RegistryState state = RegistryAccess(Hive::LocalMachine)->State();
@@ -59,10 +68,29 @@ const ClassFactory& Find(const Key& key, const String& asked) {
   }
 }
 
+template <class Key>
+const ClassFactory& Find(const Key& key, StringView asked) {
+  if (scoped.Scopes == 0) return FindNow(key, String(asked));
+  for (const auto& [name, factory] : scoped.Found) {
+    if (name == asked) return *factory;
+  }
+  const ClassFactory& factory = FindNow(key, String(asked));
+  scoped.Found.emplace_back(asked, &factory);
+  return factory;
+}
+
 }  // namespace
 
+ClassLookupScope::ClassLookupScope() {
+  ++scoped.Scopes;
+}
+
+ClassLookupScope::~ClassLookupScope() {
+  if (--scoped.Scopes == 0) scoped.Found.clear();
+}
+
 const ClassFactory& FindFactory(StringView programmaticName) {
-  return Find(programmaticName, String(programmaticName));
+  return Find(programmaticName, programmaticName);
 }
 
 const ClassFactory& FindFactory(const Guid& classId) {

@@ -27,6 +27,17 @@ void InstallToolkit(std::shared_ptr<FormsToolkit> toolkit);
 // for a file that is missing, is no component, or lacks the class.
 const ClassFactory& LoadClassFactory(const String& file, const Guid& classId);
 
+// As long as one lives, a class that its thread has created once is created again without a look at the
+// registry and at the library's file. What has changed there counts from the end of the outermost one on.
+// Meant for one piece of work, such as one message, that creates the same classes again and again.
+class ClassLookupScope {
+ public:
+  ClassLookupScope();
+  ClassLookupScope(const ClassLookupScope&) = delete;
+  ClassLookupScope& operator=(const ClassLookupScope&) = delete;
+  ~ClassLookupScope();
+};
+
 // Runs DllRegisterServer or DllUnregisterServer of a library file. Raises 429 as above, 57 if the
 // registration itself failed.
 void RegisterComponent(const String& file);

@@ -2,6 +2,8 @@
 #include <atomic>
 #include <chrono>
 #include <ctime>
+#include <map>
+#include <mutex>
 #include <utility>
 
 #include "platform/Failure.h"
@@ -29,9 +31,15 @@ class ProcessServices : public PlatformServices {
   ObjectRef CreateByClass(const Guid& classId) override { return FindFactory(classId).CreateInstance(); }
 
   String FolderOf(const void* codeAddress) override {
+    // Asked for each text. Libraries are never unloaded, so that an address keeps its folder.
+    static auto& lock = *new std::mutex;
+    static auto& folders = *new std::map<const void*, String>;
+    const std::lock_guard guard(lock);
+    const auto known = folders.find(codeAddress);
+    if (known != folders.end()) return known->second;
     const std::string file = FileOfAddress(codeAddress);
     if (file.empty()) Raise(FailureNumber::PathNotFound, u"no library holds this address");
-    return FromUtf8(FolderOfPath(file));
+    return folders.emplace(codeAddress, FromUtf8(FolderOfPath(file))).first->second;
   }
 
   Moment Now() override {

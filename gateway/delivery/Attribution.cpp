@@ -35,37 +35,44 @@ String WordsOf(StringView line) {
   return words;
 }
 
-// The last lines of the text, the last one first. Blank lines that follow each other are one.
-std::vector<Line> LastLines(StringView text) {
-  std::vector<Line> lines;
-  while (!text.empty() && lines.size() <= kMostLines) {
-    std::size_t end = text.size();
-    if (IsLineEnd(text[end - 1])) --end;
-    if (end > 0 && text.substr(end - 1).starts_with(u"\r\n")) --end;
-    std::size_t begin = end;
-    while (begin > 0 && !IsLineEnd(text[begin - 1])) --begin;
-    String words = WordsOf(text.substr(begin, end - begin));
-    if (words.empty() && !lines.empty() && lines.back().Words.empty()) {
-      lines.back().Begin = begin;
-    } else {
-      lines.push_back({begin, std::move(words)});
-    }
-    text = text.substr(0, begin);
+// The last lines of a text, read as far as they are asked for. 0 is the last one. Blank lines that follow
+// each other are one.
+class LastLines {
+ public:
+  explicit LastLines(StringView text) : rest_(text) {}
+
+  bool Has(std::size_t at) {
+    while (lines_.size() <= at + 1 && lines_.size() < kMostLines && !rest_.empty()) ReadOne();
+    return at < lines_.size();
   }
-  return lines;
-}
+  const Line& operator[](std::size_t at) const { return lines_[at]; }
+  bool HasBlank(std::size_t at) { return Has(at) && lines_[at].Words.empty(); }
 
-using Lines = std::vector<Line>;
+ private:
+  void ReadOne() {
+    std::size_t end = rest_.size();
+    if (IsLineEnd(rest_[end - 1])) --end;
+    if (end > 0 && rest_.substr(end - 1).starts_with(u"\r\n")) --end;
+    std::size_t begin = end;
+    while (begin > 0 && !IsLineEnd(rest_[begin - 1])) --begin;
+    String words = WordsOf(rest_.substr(begin, end - begin));
+    if (words.empty() && !lines_.empty() && lines_.back().Words.empty()) {
+      lines_.back().Begin = begin;
+    } else {
+      lines_.push_back({begin, std::move(words)});
+    }
+    rest_ = rest_.substr(0, begin);
+  }
 
-bool IsBlankAt(const Lines& lines, std::size_t at) {
-  return at < lines.size() && lines[at].Words.empty();
-}
+  StringView rest_;
+  std::vector<Line> lines_;
+};
 
 // How many lines from at on are a sentence that introduces a quote, the fewest that do.
-std::size_t SentenceLength(const Lines& lines, std::size_t at) {
+std::size_t SentenceLength(LastLines& lines, std::size_t at) {
   for (const SentenceBegin begin : {SentenceBegin::Sure, SentenceBegin::Name}) {
     String sentence;
-    for (std::size_t i = at; i < lines.size() && i < at + kMostSentenceLines; ++i) {
+    for (std::size_t i = at; lines.Has(i) && i < at + kMostSentenceLines; ++i) {
       const String& words = lines[i].Words;
       const bool ended = i > at && !words.empty() && IsOneOf(words.back(), u".!?");
       if (words.empty() || ended || words.size() > kLongestLine) break;
@@ -114,13 +121,12 @@ struct HeaderBlock {
 // The header lines of one language from at on, upwards. A value that is too long for its line is continued on
 // lines without a name; a blank line may stand between two header lines. A name that comes a second time is
 // not part of the block. Without colons, a line's first word is its name.
-HeaderBlock HeaderLines(const Lines& lines, std::size_t at, const AttributionLanguage& language,
-                        bool colons) {
+HeaderBlock HeaderLines(LastLines& lines, std::size_t at, const AttributionLanguage& language, bool colons) {
   constexpr std::size_t kMostContinuations = 20;
   constexpr std::size_t kShortestWrapped = 50;
   HeaderBlock block;
   std::size_t continuations = 0;
-  for (std::size_t i = at; i < lines.size() && continuations <= kMostContinuations; ++i) {
+  for (std::size_t i = at; lines.Has(i) && continuations <= kMostContinuations; ++i) {
     const StringView words = lines[i].Words;
     const unsigned kind = KindOf(colons ? HeaderName(words) : words.substr(0, words.find(u' ')), language);
     if (kind != 0) {
@@ -130,7 +136,7 @@ HeaderBlock HeaderLines(const Lines& lines, std::size_t at, const AttributionLan
     } else if (words.empty()) {
       if (continuations > 0) break;
     } else {
-      if (i + 1 == lines.size() || lines[i + 1].Words.size() < kShortestWrapped) break;
+      if (!lines.Has(i + 1) || lines[i + 1].Words.size() < kShortestWrapped) break;
       ++continuations;
     }
   }
@@ -156,14 +162,14 @@ bool IsHeading(StringView words, bool aboveHeaders) {
 }
 
 // Where the heading above at is, if there is one: the place behind it. Otherwise at.
-std::size_t PassHeading(const Lines& lines, std::size_t at, bool aboveHeaders) {
-  const std::size_t heading = at + (IsBlankAt(lines, at) ? 1 : 0);
-  return heading < lines.size() && IsHeading(lines[heading].Words, aboveHeaders) ? heading + 1 : at;
+std::size_t PassHeading(LastLines& lines, std::size_t at, bool aboveHeaders) {
+  const std::size_t heading = at + (lines.HasBlank(at) ? 1 : 0);
+  return lines.Has(heading) && IsHeading(lines[heading].Words, aboveHeaders) ? heading + 1 : at;
 }
 
 // The place behind the header lines and their heading. Without a heading they need their colons and more
 // names, since such lines could be the writer's own.
-std::size_t PassHeaders(const Lines& lines, std::size_t at) {
+std::size_t PassHeaders(LastLines& lines, std::size_t at) {
   for (const bool colons : {true, false}) {
     for (const AttributionLanguage& language : AttributionLanguages()) {
       const HeaderBlock block = HeaderLines(lines, at, language, colons);
@@ -180,12 +186,12 @@ std::size_t PassHeaders(const Lines& lines, std::size_t at) {
 }  // namespace
 
 std::size_t EndOfOwnText(StringView text) {
-  const Lines lines = LastLines(text);
-  std::size_t at = IsBlankAt(lines, 0) ? 1 : 0;
+  LastLines lines(text);
+  std::size_t at = lines.HasBlank(0) ? 1 : 0;
   const std::size_t sentence = SentenceLength(lines, at);
   const std::size_t behind = sentence > 0 ? at + sentence : PassHeaders(lines, at);
   at = PassHeading(lines, behind, false);
-  if (IsBlankAt(lines, at)) ++at;
+  if (lines.HasBlank(at)) ++at;
   return at == 0 ? text.size() : lines[at - 1].Begin;
 }
 

@@ -150,10 +150,11 @@ std::optional<CutMarker::Place> CutMarker::Find(StringView text) const {
   bool behindDash = false;
   for (std::size_t i = 0; i < end; ++i) {
     const char16_t c = text[i];
-    if (dashesFirst ? IsDash(c) && !behindDash : c == first) {
+    const bool dash = IsDash(c);
+    if (dashesFirst ? dash && !behindDash : c == first) {
       if (const auto found = MatchAt(text, i)) return found;
     }
-    if (!IsInvisible(c)) behindDash = IsDash(c);
+    behindDash = dash || (behindDash && IsInvisible(c));
   }
   if (exact == StringView::npos) return {};
   return Place{exact, exact + text_->size()};

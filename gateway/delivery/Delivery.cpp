@@ -10,6 +10,7 @@
 #include "gateway/sources/StopSignal.h"
 #include "mime/LimitCheck.h"
 #include "platform/Failure.h"
+#include "runtime/Process.h"
 
 namespace Gateway {
 
@@ -28,6 +29,7 @@ Outcome Deliver(const String& mailBox, const std::vector<std::string>& sources, 
       return true;
     }
     String messageId;
+    const Runtime::ClassLookupScope lookup;
     try {
       Mime::Mail mail = Mime::ReadMail(std::move(raw.Bytes));
       messageId = mail.MessageId;

@@ -16,19 +16,24 @@ constexpr bool IsOneOf(char16_t c, StringView characters) {
   return characters.find(c) != StringView::npos;
 }
 
+constexpr bool IsAscii(char16_t c) {
+  return c < 0x80;
+}
+
 constexpr bool IsLineEnd(char16_t c) {
-  return (c >= u'\n' && c <= u'\r') || IsOneOf(c, u"\u0085\u2028\u2029");
+  return IsAscii(c) ? c >= u'\n' && c <= u'\r' : IsOneOf(c, u"\u0085\u2028\u2029");
 }
 
 // A blank of any width, and the tab. No line end.
 constexpr bool IsBlank(char16_t c) {
-  return c == u' ' || c == u'\t' || (c >= u'\u2000' && c <= u'\u200A') ||
-         IsOneOf(c, u"\u00A0\u1680\u202F\u205F\u3000");
+  if (IsAscii(c)) return c == u' ' || c == u'\t';
+  return (c >= u'\u2000' && c <= u'\u200A') || IsOneOf(c, u"\u00A0\u1680\u202F\u205F\u3000");
 }
 
 // A character that shows nothing and takes no place: soft hyphens, zero-width characters, joiners, marks of
 // the writing direction, variation selectors and the byte order mark.
 constexpr bool IsInvisible(char16_t c) {
+  if (IsAscii(c)) return false;
   return (c >= u'\u200B' && c <= u'\u200F') || (c >= u'\u202A' && c <= u'\u202E') ||
          (c >= u'\u2060' && c <= u'\u206F') || (c >= u'\uFE00' && c <= u'\uFE0F') ||
          IsOneOf(c, u"\u00AD\u034F\u061C\u180E\uFEFF");
@@ -37,13 +42,13 @@ constexpr bool IsInvisible(char16_t c) {
 // The hyphen and everything that a program may put in its place: hyphens, dashes, the minus sign, the line of
 // a box, and their small and wide forms.
 constexpr bool IsDash(char16_t c) {
-  return c == u'-' || (c >= u'\u2010' && c <= u'\u2015') ||
-         IsOneOf(c, u"\u2212\u2500\u2501\uFE58\uFE63\uFF0D");
+  if (IsAscii(c)) return c == u'-';
+  return (c >= u'\u2010' && c <= u'\u2015') || IsOneOf(c, u"\u2212\u2500\u2501\uFE58\uFE63\uFF0D");
 }
 
 // A sign that a program puts in front of each line that it quotes.
 constexpr bool IsQuoteSign(char16_t c) {
-  return IsOneOf(c, u">|\u00BB\u203A\u2502\u2503\uFF1E");
+  return IsAscii(c) ? c == u'>' || c == u'|' : IsOneOf(c, u"\u00BB\u203A\u2502\u2503\uFF1E");
 }
 
 // True if nothing of the text can be seen.

@@ -127,8 +127,16 @@ const String* Catalogue::Find(std::int32_t number) const {
 }
 
 void LoadLanguages(StringView resourceFile, Languages& languages) {
-  const std::string beginning = StemOf(resourceFile) + ".";
+  static auto& mutex = *new std::mutex;
+  static auto& loaded = *new std::map<std::string, std::map<String, Languages, std::less<>>, std::less<>>;
   const std::string own = Runtime::UserLanguage();
+  const std::lock_guard lock(mutex);
+  auto& files = loaded[own];
+  if (const auto known = files.find(resourceFile); known != files.end()) {
+    languages = known->second;
+    return;
+  }
+  const std::string beginning = StemOf(resourceFile) + ".";
   std::exception_ptr failure;
   try {
     languages.English = Shared(beginning + "en.txt");
@@ -141,6 +149,7 @@ void LoadLanguages(StringView resourceFile, Languages& languages) {
     languages.Own = Shared(file);
   }
   if (failure) std::rethrow_exception(failure);
+  files.emplace(resourceFile, languages);
 }
 
 }  // namespace TvResourceServices

@@ -45,7 +45,8 @@ struct Languages {
 
 // The catalogues for a resource file. English is the user's language where LC_ALL, LC_MESSAGES and LANG name
 // none. A catalogue in another language that isn't there is no failure. What is damaged stays null in
-// languages and raises as the constructor does, after all the rest has been put in.
+// languages and raises as the constructor does, after all the rest has been put in. Found once in a process; a
+// failure is tried again at the next call.
 void LoadLanguages(StringView resourceFile, Languages& languages);
 
 }  // namespace TvResourceServices

@@ -80,7 +80,12 @@ TEST_F(Creation, ALibraryThatIsTakenAwayIsMissedAtOnceAndFoundAgainWhenItIsBack)
     Runtime::RegisterComponent(FromUtf8(library.string()));
     EXPECT_EQ(RegisteredFile(), library.string());
     EXPECT_EQ(Obstacle(), "");
-    fs::rename(library, folder_.Path() / "away");
+    {
+      const Runtime::ClassLookupScope scope, inner;
+      EXPECT_EQ(Obstacle(), "");
+      fs::rename(library, folder_.Path() / "away");
+      EXPECT_EQ(Obstacle(), "");
+    }
     ExpectObstacle({"TvGeneralServices.RegUtil", library.string(), "is missing", "tvmail init"});
     fs::rename(folder_.Path() / "away", library);
     EXPECT_EQ(Obstacle(), "");
