@@ -1,14 +1,12 @@
 #include "mime/LimitCheck.h"
 
-#include <gmime/gmime.h>
-
 #include <algorithm>
-#include <memory>
 #include <string_view>
 #include <unordered_set>
 #include <vector>
 
 #include "mime/AddressDepth.h"
+#include "mime/GMimeReference.h"
 
 namespace Mime {
 namespace {
@@ -182,11 +180,7 @@ class Scan {
 
   // Read by the parser's own function, so that both find the same boundary.
   void ReadContentType(const std::string& value) {
-    struct Unreference {
-      void operator()(GMimeContentType* type) const { g_object_unref(type); }
-    };
-    const std::unique_ptr<GMimeContentType, Unreference> type(
-        g_mime_content_type_parse(nullptr, value.c_str()));
+    const Owned<GMimeContentType> type(g_mime_content_type_parse(nullptr, value.c_str()));
     if (!type) return;
     const bool fallback = g_mime_content_type_is_type(type.get(), "application", "octet-stream") &&
                           LowerCase(value).find("octet-stream") == std::string::npos;

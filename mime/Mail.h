@@ -11,8 +11,9 @@ namespace Mime {
 using Platform::String;
 
 struct Mail {
-  std::optional<String> FromAddress;  // the first address of the From field; none without field or address
-  String MessageId;                   // with its angle brackets; empty without one
+  std::optional<String>
+      FromAddress;   // in the spelling of Platform::CanonicalAddress; none without an address
+  String MessageId;  // with its angle brackets; empty without one
   String Subject;
   String Body;
   bool Encrypted = false;  // its text can't be read, and Body holds at most what stands beside it

@@ -1,5 +1,6 @@
 #include "mime/MailBody.h"
 
+#include <algorithm>
 #include <optional>
 
 #include "mime/Charset.h"
@@ -73,6 +74,19 @@ std::optional<int> RankOf(GMimeObject* object) {
   return rank;
 }
 
+// Takes an encrypted OpenPGP message (RFC 9580 section 6.2) off the front of a text. False where there is
+// none.
+bool RemoveArmor(String& text) {
+  constexpr StringView kBegin = u"-----BEGIN PGP MESSAGE-----";
+  constexpr StringView kEnd = u"-----END PGP MESSAGE-----";
+  const std::size_t first = std::min(text.find_first_not_of(u" \t\r\n"), text.size());
+  const std::size_t end =
+      text.compare(first, kBegin.size(), kBegin) == 0 ? text.find(kEnd, first) : String::npos;
+  if (end == String::npos) return false;
+  text.erase(0, end + kEnd.size());
+  return true;
+}
+
 // Finds the text of one message.
 class TextFinder {
  public:
@@ -83,7 +97,7 @@ class TextFinder {
     if (!root) return {};
     Joined text;
     text.Add(TextIn(root, {}));
-    if (text.Blank) AddAttached(root, text);
+    if (text.Blank && !encrypted_) AddAttached(root, text);
     const bool partless = GMIME_IS_MULTIPART(root) && g_mime_multipart_get_count(GMIME_MULTIPART(root)) == 0;
     if (partless) text.Add(GuessText(message_.RawBody()));  // its boundary never comes
     return {std::move(text.Text), std::move(charset_), encrypted_};
@@ -94,8 +108,10 @@ class TextFinder {
     if (GMIME_IS_PART(object)) {
       GMimePart* part = GMIME_PART(object);
       if (IsCms(part)) return SignedText(part);
-      const bool text = KindOf(part) != TextKind::None && !IsAttachment(part, place);
-      return text ? TextOf(message_, part, charset_) : String();
+      if (KindOf(part) == TextKind::None || IsAttachment(part, place)) return {};
+      String text = TextOf(message_, part, charset_);
+      encrypted_ = RemoveArmor(text) || encrypted_;
+      return text;
     }
     if (!GMIME_IS_MULTIPART(object)) return {};
     if (IsType(object, "multipart", "encrypted")) {

@@ -22,7 +22,7 @@ struct BodyText {
 // multipart, are attachments. Of alternatives the plain ones are the text, or the HTML where the plain ones
 // are blank. Other parts say nothing, and an attached message is not entered. In addition:
 // - text/markdown, text/enriched and the content of opaque S/MIME signed mail are text as well,
-// - a mail whose inline text is blank gives the first of its attached texts,
+// - a mail whose inline text is blank, and not encrypted, gives the first of its attached texts,
 // - inline uuencoded files are left out, and format=flowed and HTML are undone.
 // Encrypted parts give no text. Decodes no part that isn't needed. Linear in the size; raises
 // std::bad_alloc only.

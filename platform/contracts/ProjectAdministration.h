@@ -59,6 +59,8 @@ class ProjectAdministration : public ObjectProxy {
     Call(u"CreateProject", path, name, owner, address, password);
   }
   // Gives the new user's key. User names differ by more than their case. Such a user can't open the project.
+  // The address is any valid one of platform/MailAddress.h, and is stored as it is given, without blanks
+  // around it.
   std::int32_t AddUser(StringView path, StringView name, StringView address, bool mailAccepted) const {
     return Call(u"AddUser", path, name, address, mailAccepted).ToInt32();
   }

@@ -18,7 +18,8 @@ class ProjectUser {
  public:
   virtual ~ProjectUser();
   // The view holds as long as the user object.
-  virtual StringView GetEMailAddress() = 0;  // empty where the user has none
+  // In the spelling of CanonicalAddress, by which a mail's sender is compared; empty where the user has none.
+  virtual StringView GetEMailAddress() = 0;
   virtual Boolean IsMailAccepted() = 0;
   virtual std::int32_t GetUserKey() = 0;  // 1 or more, for ever this user's
 };

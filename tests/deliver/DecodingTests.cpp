@@ -387,6 +387,7 @@ TEST(MailReader, JoinsTheTextThatAReaderSees) {
       {Multipart("report; report-type=delivery-status", {Multipart("alternative", {plain, html}), report}),
        "plain"},
       {Multipart("encrypted", {Part("application/pgp-encrypted", "Version: 1\n"), plain}), ""},
+      {Part("text/plain", "\n-----BEGIN PGP MESSAGE-----\n\nx\n-----END PGP MESSAGE-----"), ""},
       {cms, "signed"},
       {Multipart("mixed", {cms, footer}), "signed\nfooter"},
       {"Content-Transfer-Encoding: base64\n" +

@@ -61,6 +61,8 @@ TEST_F(Deliver, TellsEachOutcomeByItsExitCodeAndReason) {
                                 Mail("--b\nContent-Type: application/octet-stream\n\nx\n--b--"));
   WriteFile(Path("enveloped"), "Content-Type: application/pkcs7-mime; smime-type=enveloped-data\n" +
                                    Mail("MIAGCSqGSIb3DQEHA6CAMIACAQAxggI="));
+  WriteFile(Path("punycode"), Mail("b", "jörg@xn--mnchen-3ya.example"));
+  WriteFile(Path("unicode"), Mail("b", "\"kai\" <k@MÜNCHEN.example>"));
   WriteFile(Path("junk"), std::string("\0\x01\xFF\x1A", 4));
   fs::create_directories(Path("folder"));
   const struct {
@@ -108,6 +110,9 @@ TEST_F(Deliver, TellsEachOutcomeByItsExitCodeAndReason) {
        "4 messages: 1 delivered, 1 with complaints, 2 to be tried again", ""},
       {"truncate -s 130M big; tvmail deliver Apollo big", 65, "is larger than 128 MB", ""},
       {"(cat good; head -c 25000000 /dev/zero | base64) | tvmail deliver Apollo", 65, "complaint: ", ""},
+      {"tvmail project add-user Apollo.TVS --name j --email jörg@münchen.example && tvmail project add-user "
+       "Apollo.TVS --name k --email k@xn--mnchen-3ya.example && tvmail deliver Apollo punycode unicode",
+       0, "2 delivered", ""},
       {"tvmail deliver Nobody good", 78, "", "mailbox"},
       {"tvmail deliver '' good", 78, "", "mailbox"},
       {"TALVANE_HOME=$PWD/nowhere tvmail deliver Apollo good", 78, "", "tvmail init"},
@@ -159,8 +164,8 @@ TEST_F(Deliver, TwoAtOnceMakeEachReplyOnce) {
 // however fast the others were, until so many outcomes are told. Then the shell's next commands follow.
 std::string InBackground(const std::string& file, std::size_t outcomes) {
   return ": >lines; rm -f pipe; mkfifo pipe; exec 3<>pipe; cat " + file +
-         " >pipe 3>&- & tvmail deliver Apollo --mbox <pipe >lines 3>&- & until_told " + std::to_string(outcomes) +
-         "; ";
+         " >pipe 3>&- & tvmail deliver Apollo --mbox <pipe >lines 3>&- & until_told " +
+         std::to_string(outcomes) + "; ";
 }
 
 TEST_F(Deliver, AskedToStopEndsBetweenTwoMessages) {
