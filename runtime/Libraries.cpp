@@ -26,6 +26,10 @@ thread_local String whyFailed;
 
 // The library's handle, or null and the reason in words.
 void* Open(const std::string& path, std::string& reason) {
+  if (path.front() != '/') {
+    reason = "is named by a path from the present folder on; register it by its whole path";
+    return nullptr;
+  }
   if (access(path.c_str(), F_OK) != 0) {
     reason = "is missing; put it back or run \"tvmail init\"";
     return nullptr;
@@ -82,9 +86,7 @@ void RunRegistration(const String& file, const char* exportName) {
 std::string LocateLibrary(const String& file) {
   const std::string path = ToUtf8(file);
   if (path.find('/') == std::string::npos) return LibraryPath() + "/" + path;
-  if (path.front() != '/')
-    RaiseCannotLoad(path, "is named by a path from the present folder on; register it by its whole path");
-  return FullPath(path);
+  return path.front() == '/' ? FullPath(path) : path;
 }
 
 String FileToRegister(const void* codeAddress) {

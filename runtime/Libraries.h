@@ -13,7 +13,7 @@ namespace Runtime {
 using namespace Platform;
 
 // The full path of a library file; one without a folder lies in the library folder, whatever the loader would
-// search besides. Raises 429 for a path from the present folder on.
+// search besides. A path from the present folder on is given back as it is, and never loaded.
 std::string LocateLibrary(const String& file);
 
 // The name under which the library that holds the address is to be registered: the plain name of a file in

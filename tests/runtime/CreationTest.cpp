@@ -1,4 +1,6 @@
 // Creation by name: from the registry to an object of a loaded library, and what happens without the library.
+#include <sys/stat.h>
+
 #include <set>
 #include <thread>
 
@@ -107,6 +109,54 @@ TEST_F(Creation, AFileThatIsNoComponentIsRefusedWithItsName) {
   }
 }
 
+TEST_F(Creation, ALibraryIsLoadedFromTheLibraryFolderOrByItsWholePathAlone) {
+  Runtime::RegisterComponent(kLibrary);
+  const String key = u"Software\\Classes\\CLSID\\" + ToText(ClassId()) + u"\\InprocServer32";
+  const fs::path before = fs::current_path();
+  fs::copy_file(fs::path(ToUtf8(Runtime::LibraryFolder())) / Utf8(kLibrary), folder_.Path() / "planted.so");
+  fs::current_path(folder_.Path());
+  const std::pair<const char16_t*, const char*> files[] = {
+      {u"planted.so", "planted.so is missing"}, {u"./planted.so", "whole path"}, {u"", "can't be loaded"}};
+  for (const auto& [file, why] : files) {
+    RegistryStore::Write(kMachine, key, {}, {1, file});
+    ExpectObstacle({why});
+  }
+  String reason;
+  EXPECT_EQ(Runtime::LoadToolkit(u"./planted.so", reason), nullptr);
+  EXPECT_PRED2(Holds, Utf8(reason), "whole path");
+  fs::current_path(before);
+}
+
+TEST_F(Creation, ARegistrationHoldsAllThatTheLibraryDescribes) {
+  Runtime::RegisterComponent(u"TvEmailServices.so");
+  const std::string library = "{3C5B41E6-0C1B-4B57-8D6A-7E2F0E9A1000}";
+  const std::string own = "{3C5B41E6-0C1B-4B57-8D6A-7E2F0E9A1001}";
+  const std::string text = "TVEmailServices (v9.1002.1.010 r1)";
+  const std::string interface = "Interface\\{3C5B41E6-0C1B-4B57-8D6A-7E2F0E9A1002}";
+  const struct {
+    std::string Key;
+    const char16_t* Name;
+    std::string Text;
+  } rows[] = {{"TvEMailServices.EMailManager", u"", text},
+              {"TvEMailServices.EMailManager\\CLSID", u"", own},
+              {"CLSID\\" + own, u"", "TvEMailServices.EMailManager"},
+              {"CLSID\\" + own + "\\InprocServer32", u"", "TvEmailServices.so"},
+              {"CLSID\\" + own + "\\InprocServer32", u"ThreadingModel", "Apartment"},
+              {"CLSID\\" + own + "\\ProgID", u"", "TvEMailServices.EMailManager"},
+              {"CLSID\\" + own + "\\VERSION", u"", "1.0"},
+              {"CLSID\\" + own + "\\TypeLib", u"", library},
+              {interface, u"", "_EMailManager"},
+              {interface + "\\TypeLib", u"", library},
+              {"TypeLib\\" + library + "\\1.0", u"", text},
+              {"TypeLib\\" + library + "\\1.0", u"File", "TvEmailServices.so"},
+              {"TypeLib\\" + library + "\\1.0\\HELPDIR", u"", ""}};
+  for (const auto& [key, name, expected] : rows) {
+    const auto value = RegistryStore::Read(kMachine, u"Software\\Classes\\" + FromUtf8(key), name);
+    EXPECT_EQ(value ? Utf8(value->Content.ToString()) : "(none)", expected) << key;
+  }
+  EXPECT_EQ(RegistryStore::SubKeys(kMachine, u"Software\\Classes\\Interface").size(), 1U);
+}
+
 TEST_F(Creation, AChangedOrLostRegistrationCountsFromTheNextCreation) {
   Runtime::RegisterComponent(kLibrary);
   EXPECT_EQ(Obstacle(), "");
@@ -189,12 +239,39 @@ TEST_F(Creation, TheSameSeedNeverGivesTheSameValues) {
   EXPECT_NE(other, &Services().Random());
 }
 
+TEST_F(Creation, AHomeFolderIsItsOwnersAloneAndItsParentsAreWritableByNobodyElse) {
+  setenv("TALVANE_HOME", (folder_.Path() / "a/b/home").c_str(), 1);
+  const mode_t before = umask(0);
+  RegistryStore::Create(kMachine);
+  umask(before);
+  for (const auto& [path, mode] : {std::pair("a", 0755), {"a/b", 0755}, {"a/b/home", 0700}})
+    EXPECT_EQ(fs::status(folder_.Path() / path).permissions(), fs::perms(mode)) << path;
+  WriteFile(folder_.Path() / "file", "");
+  for (const char* wrong : {"file", "file/home"}) {
+    setenv("TALVANE_HOME", (folder_.Path() / wrong).c_str(), 1);
+    EXPECT_PRED2(Holds, FailureText([] { RegistryStore::Create(kMachine); }),
+                 (folder_.Path() / "file").string());
+  }
+}
+
 TEST_F(Creation, TheHomeFolderIsWhereTheEnvironmentSays) {
   setenv("TALVANE_HOME", "/somewhere//", 1);
   EXPECT_TEXT(u"/somewhere", Runtime::HomeFolder());
+  for (const char* relative : {"home", "./home", "~/home"}) {
+    setenv("TALVANE_HOME", relative, 1);
+    EXPECT_PRED2(Holds, FailureText([] { Runtime::HomeFolder(); }), "whole path");
+  }
   setenv("TALVANE_HOME", "", 1);
   if (geteuid() == 0) {
     EXPECT_TEXT(u"/var/lib/talvane", Runtime::HomeFolder());
+  } else {
+    setenv("XDG_DATA_HOME", "/data/", 1);
+    EXPECT_TEXT(u"/data/talvane", Runtime::HomeFolder());
+    setenv("XDG_DATA_HOME", "data", 1);
+    setenv("HOME", "/home/ann/", 1);
+    EXPECT_TEXT(u"/home/ann/.local/share/talvane", Runtime::HomeFolder());
+    setenv("HOME", "ann", 1);
+    EXPECT_TRUE(Runtime::HomeFolder().starts_with(u'/'));
   }
   EXPECT_TEXT(Runtime::LibraryFolder(),
               Services().FolderOf(reinterpret_cast<const void*>(&Runtime::HomeFolder)));

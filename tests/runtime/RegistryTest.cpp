@@ -251,11 +251,49 @@ TEST_F(Registry, AFullDiskFailsAWriteAndLeavesTheOldContent) {
 
 TEST_F(Registry, AStoreThatMayNotBeWrittenRefusesWritesWithAReason) {
   std::filesystem::permissions(home_.Path(), std::filesystem::perms(0755));
+  if (geteuid() != 0) std::filesystem::permissions(File(), std::filesystem::perms(0400));
   EXPECT_EQ(InAnotherProcess([&] {
               if (geteuid() == 0 && setuid(65534) != 0) return;
               EXPECT_PRED2(Holds, RefusalOf([] { WriteText(u"A", u"v", u"x"); }), "who owns the file");
             }),
             0);
+}
+
+TEST_F(Registry, AStoreOrFolderThatSomebodyElseMayHaveWrittenIsRefusedAlsoWhileItIsOpen) {
+  namespace fs = std::filesystem;
+  WriteText(u"A", u"v", u"kept");
+  const auto read = [] { return RefusalOf([] { RegistryStore::KeyExists(kMachine, u"A"); }); };
+  const auto expectRefusal = [&](const fs::path& path, const std::string& why) {
+    for (const std::string& refusal : {read(), RefusalOf([] { RegistryStore::Create(kMachine); })}) {
+      EXPECT_EQ(refusal.find(path.string()), 0U) << refusal;
+      EXPECT_PRED2(Holds, refusal, why);
+    }
+  };
+  for (const auto& [path, modes] : {std::pair(File(), std::pair(0620, 0602)), {home_.Path(), {0770, 0707}}}) {
+    const fs::perms before = fs::status(path).permissions();
+    for (const int mode : {modes.first, modes.second}) {
+      fs::permissions(path, static_cast<fs::perms>(mode));
+      ASSERT_EQ(InAnotherProcess([] {}),
+                0);  // closes the store, since its folder is looked at when it is opened
+      expectRefusal(path, "chmod go-w");
+      fs::permissions(path, before);
+      EXPECT_EQ(TextAt(u"A", u"v"), "kept");
+    }
+    if (geteuid() != 0) continue;
+    ASSERT_EQ(chown(path.c_str(), 54321, static_cast<gid_t>(-1)), 0);
+    ASSERT_EQ(InAnotherProcess([] {}), 0);
+    expectRefusal(path, "belongs to the user #54321");
+    ASSERT_EQ(chown(path.c_str(), 0, static_cast<gid_t>(-1)), 0);
+  }
+  EXPECT_EQ(TextAt(u"A", u"v"), "kept");
+  fs::permissions(File(), fs::perms(0620));
+  EXPECT_PRED2(Holds, read(), "chmod go-w");
+  fs::permissions(File(), fs::perms(0600));
+  fs::remove_all(home_.Path());
+  fs::create_directory(home_.Path());
+  fs::permissions(home_.Path(), fs::perms(0777));
+  EXPECT_PRED2(Holds, RefusalOf([] { RegistryStore::Create(kMachine); }), "chmod go-w");
+  EXPECT_TRUE(fs::is_empty(home_.Path()));
 }
 
 }  // namespace
