@@ -22,7 +22,7 @@ void ExpectPiece(const std::string& piece, const std::string& text) {
 
 }  // namespace
 
-Program::Program() {
+Program::Program() : program_(TVMAIL_PROGRAM) {
   WriteFile(File("password"), "secret\n");
   WriteFile(File("wrong"), "guess\n");
 }

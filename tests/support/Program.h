@@ -59,7 +59,7 @@ class Program {
   std::string WriteScript(const std::string& line) const;
 
   TemporaryFolder folder_;
-  std::string program_ = TVMAIL_PROGRAM;
+  std::string program_;
 };
 
 inline const std::string kControlC = "\x03", kControlZ = "\x1A";
