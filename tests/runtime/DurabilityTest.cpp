@@ -123,11 +123,15 @@ TEST_F(Durability, AFaultOfAnyCallLeavesTheOldStateOrTheNewAndNothingBesideIt) {
   }
 }
 
-TEST_F(Durability, AFolderThatCantBeBroughtToTheDiskIsForgivenUnlessTheDiskIsAtFault) {
+TEST_F(Durability, AFileSystemThatOffersLessIsForgivenUnlessTheDiskIsAtFault) {
   for (const Act& act : Acts()) {
+    const int before = CountFiles();
     SystemCalls calls(world_.Home.Path());
     calls.FailSyncsOfFolders(EINVAL);
+    calls.FailRenamesThatReplaceNothing(EINVAL);
     EXPECT_EQ(FailureText([&] { act.Do(1); }), "") << act.Name;
+    EXPECT_EQ(CountFiles(), before + act.FilesMade) << act.Name;
+    EXPECT_EQ(act.State(1), "new") << act.Name;
     calls.FailSyncsOfFolders(EIO);
     const bool usesFacility = StringView(u"reply") != FromUtf8(act.Name) && !Holds(act.Name, "registry");
     EXPECT_EQ(FailureText([&] { act.Do(2); }).empty(), !usesFacility) << act.Name;

@@ -52,10 +52,14 @@ bool SystemCalls::OnCall(int descriptor, bool isSync) {
   return MustFail();
 }
 
-bool SystemCalls::OnRename(const char* from, const char* to) {
+bool SystemCalls::OnRename(const char* from, const char* to, bool mayReplace) {
   struct stat file {
   }, folder{};
   if (!IsWatched(to)) return false;
+  if (!mayReplace && renameError_ != 0) {
+    errno = renameError_;
+    return true;
+  }
   if (MustFail()) return true;
   const std::string parent = std::filesystem::path(to).parent_path();
   if (stat(from, &file) == 0 && dirty_.contains({file.st_dev, file.st_ino}))
@@ -102,9 +106,9 @@ int Synced(long number, int descriptor) {
 }
 
 template <class... Arguments>
-int Named(long number, const char* from, const char* to, Arguments... arguments) {
+int Renamed(long number, const char* from, const char* to, bool mayReplace, Arguments... arguments) {
   SystemCalls* calls = SystemCalls::Watching();
-  if (calls && calls->OnRename(from, to)) return -1;
+  if (calls && calls->OnRename(from, to, mayReplace)) return -1;
   return static_cast<int>(syscall(number, arguments...));
 }
 
@@ -134,10 +138,11 @@ int close(int descriptor) {
   return fails ? -1 : static_cast<int>(result);
 }
 int rename(const char* from, const char* to) noexcept {
-  return Tests::Named(SYS_rename, from, to, from, to);
+  return Tests::Renamed(SYS_rename, from, to, true, from, to);
 }
 int renameat2(int fromFolder, const char* from, int toFolder, const char* to, unsigned flags) noexcept {
-  return Tests::Named(SYS_renameat2, from, to, fromFolder, from, toFolder, to, flags);
+  return Tests::Renamed(SYS_renameat2, from, to, (flags & RENAME_NOREPLACE) == 0, fromFolder, from, toFolder,
+                        to, flags);
 }
 
 }  // extern "C"

@@ -25,6 +25,7 @@ class SystemCalls {
   // The call of that number, counted from 1, fails with the error and does nothing, but a file is closed.
   void Fail(int number, int error) { failing_ = number, error_ = error; }
   void FailSyncsOfFolders(int error) { folderError_ = error; }
+  void FailRenamesThatReplaceNothing(int error) { renameError_ = error; }
 
   int Count() const { return count_; }
   bool HasFailed() const { return failing_ != 0 && count_ >= failing_; }
@@ -35,7 +36,7 @@ class SystemCalls {
 
   // For the functions: true if the call must fail, with errno set.
   bool OnCall(int descriptor, bool isSync);
-  bool OnRename(const char* from, const char* to);
+  bool OnRename(const char* from, const char* to, bool mayReplace);
   void OnWritten(int descriptor);
   void OnSynced(int descriptor);
 
@@ -47,7 +48,7 @@ class SystemCalls {
   bool MustFail();
 
   std::string folder_;
-  int count_ = 0, failing_ = 0, error_ = 0, folderError_ = 0;
+  int count_ = 0, failing_ = 0, error_ = 0, folderError_ = 0, renameError_ = 0;
   std::map<Identity, std::string> dirty_;
   std::string tooEarly_;
 };
