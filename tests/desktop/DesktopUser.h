@@ -1,7 +1,7 @@
-// DesktopUser: a person at the real windows, with a keyboard and a mouse.
+// DesktopUser: sends keys and clicks to the real windows, and reads what they show.
 //
-// Used on a test's thread, while another one is inside a modal call. Every act runs on the windows' thread
-// and reaches the window as the display's own events do.
+// Used on a test's thread while another thread is in a modal call. Every act runs on the windows' thread, and
+// its events take the same way as those of the display.
 #pragma once
 
 #include <gtest/gtest.h>
@@ -41,31 +41,31 @@ Kind* Visible(const char* name = nullptr) {
   return nullptr;
 }
 
-// Waits up to 20 s for what is told on the windows' thread.
+// Waits until the condition, which runs on the windows' thread, holds. False after 20 s.
 bool Eventually(const std::function<bool()>& holds);
 
 class DesktopUser {
  public:
-  // Waits for the form's window and for its being the active one.
+  // Waits until the form's window is the active one.
   explicit DesktopUser(const char* form) : form_(form) { AwaitActive(); }
 
   void Key(Qt::Key key, Qt::KeyboardModifiers modifiers = Qt::NoModifier) {
     OnWindows([&] { QTest::keyClick(Window()->windowHandle(), key, modifiers); });
   }
   void Write(const std::string& text);                   // into the control that has the focus
-  void Enter(const char* box, const std::string& text);  // in place of what stands there
+  void Enter(const char* box, const std::string& text);  // replaces the text
   void Click(const char* control);
   void MoveOver(const char* control);
   void CloseBox() {
     OnWindows([&] { Window()->close(); });
   }
-  void Activate();  // the window comes to the front again
+  void Activate();  // brings the window to the front again
 
   std::string Text(const char* control);  // of a box, a list, a button or a label
   std::string Selected(const char* control) {
     return OnWindows([&] { return Find<QLineEdit>(control)->selectedText().toStdString(); });
   }
-  std::string Focus();                    // the control that has it
+  std::string Focus();                    // the control that has the focus
   std::string Look(const char* control);  // "hidden", "grey", "read-only" or ""
 
   // Waits for a message box, reads it and presses its OK.

@@ -1,4 +1,4 @@
-// DesktopWorld: a world whose user sits at real windows. The modal calls run on a thread of their own.
+// DesktopWorld: a world whose dialogs open in real windows. The modal calls run on a thread of their own.
 #pragma once
 
 #include <gtest/gtest.h>
@@ -25,7 +25,7 @@ class DesktopWorld : public MailBoxWorld {
 
   FormsToolkit& Desktop() { return *desktop_; }
 
-  // The mailbox dialog, until it has ended; what comes is "true" or "false", and the mailbox's name.
+  // Opens the mailbox dialog. When it has ended, the future has the call's result and the mailbox's name.
   std::future<std::string> Configure(bool add, const String& mailBox) {
     return std::async(std::launch::async, [this, add, mailBox] {
       EMailManager handler;
@@ -44,7 +44,8 @@ class DesktopWorld : public MailBoxWorld {
   std::shared_ptr<FormsToolkit> desktop_;
 };
 
-// A user at a dialog whose call runs on a thread of its own. What is left open ends by its close box.
+// The user of a dialog whose call runs on a thread of its own. The destructor closes a dialog that is still
+// open.
 template <class Result>
 class Dialog : public DesktopUser {
  public:

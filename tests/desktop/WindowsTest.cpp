@@ -1,4 +1,4 @@
-// What holds for the window of any form: places, threads, refusals and ends.
+// The window of any form: places, threads, refused changes, and the end of the process.
 #include <stdlib.h>
 
 #include <QLabel>
@@ -16,7 +16,7 @@
 namespace Tests {
 namespace {
 
-// A form with one box, which keeps the threads that its handlers ran on.
+// A form with one box. It counts its handlers' runs and notes whether one ran on another thread than its own.
 class Probe : public Form {
  public:
   explicit Probe(const String& name)
@@ -36,7 +36,7 @@ class Probe : public Form {
     });
   }
 
-  std::function<void()> OnGo = [this] { Hide(); };
+  std::function<void()> OnGo = [this] { Hide(); };  // what a press of the button does
   std::atomic<int> Notes = 0;
   std::atomic<bool> Elsewhere = false;
 
@@ -62,7 +62,7 @@ std::future<std::string> Show(const String& name, std::function<void(Form&)> atF
   });
 }
 
-// Runs with scale factors of 1, 1.5 and 2, which widgets know nothing of.
+// Runs with scale factors of 1, 1.5 and 2, which don't change the places of widgets.
 TEST(Places, AreTheDesignsTwipsAtTheScreensResolution) {
   DesktopWorld world;
   const double scale = getenv("QT_SCALE_FACTOR") ? atof(getenv("QT_SCALE_FACTOR")) : 1;
@@ -129,14 +129,17 @@ TEST(Threads, RunHandlersWhereTheFormIsShownSeveralAtOnce) {
 
 TEST(Windows, ShowAFormAgainWithoutWhatWasLeftOfItsFirstUse) {
   DesktopWorld world;
-  auto shown = std::async(std::launch::async, [] {
+  std::promise<void> typed, hidden;
+  auto shown = std::async(std::launch::async, [&] {
     Probe form(u"again");
     form.OnGo = [&] {
-      std::this_thread::sleep_for(std::chrono::milliseconds(1000));
+      form.OnGo = [&] { form.Hide(); };
+      typed.get_future().wait();
       form.Hide();
     };
     form.ShowModal();
     const std::string first = Utf8(form[u"box"].Text());
+    hidden.get_future().wait();
     form.ShowModal();
     return first + "|" + Utf8(form[u"box"].Text());
   });
@@ -144,9 +147,11 @@ TEST(Windows, ShowAFormAgainWithoutWhatWasLeftOfItsFirstUse) {
     DesktopUser user("again");
     user.Write("a");
     user.Key(Qt::Key_Return);
-    user.Write("b");  // while the form is at work, and it ends without having seen this
+    user.Write("b");  // while the handler runs; the form ends without this letter
+    typed.set_value();
+    EXPECT_TRUE(Eventually([&] { return !user.Window(); }));
   }
-  std::this_thread::sleep_for(std::chrono::milliseconds(1000));
+  hidden.set_value();
   DesktopUser user("again");
   EXPECT_EQ("a", user.Text("box"));
   user.Key(Qt::Key_End);
@@ -157,8 +162,9 @@ TEST(Windows, ShowAFormAgainWithoutWhatWasLeftOfItsFirstUse) {
 
 TEST(Windows, TakeBackWhatTheFormRefusedAndShowAHandlersFailure) {
   DesktopWorld world;
-  auto shown = Show(u"slow", [](Form& form) {
-    std::this_thread::sleep_for(std::chrono::milliseconds(1000));
+  std::promise<void> typed;
+  auto shown = Show(u"slow", [&](Form& form) {
+    typed.get_future().wait();
     form[u"box"].SetLocked(true);
     Raise(FailureNumber::InvalidArgument, u"a");
   });
@@ -166,6 +172,7 @@ TEST(Windows, TakeBackWhatTheFormRefusedAndShowAHandlersFailure) {
   user.Key(Qt::Key_Return);
   user.Write("x");  // before the window knows that the box is locked
   EXPECT_EQ("x", user.Text("box"));
+  typed.set_value();
   EXPECT_NE("(no box)", user.AnswerBox());
   user.Activate();
   EXPECT_TRUE(Eventually([&] { return user.Find<QLineEdit>("box")->text().isEmpty(); }));
