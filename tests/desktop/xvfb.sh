@@ -64,7 +64,7 @@ ended() {
   fact "$1" gone
   code=0
   wait "$dialog" || code=$?
-  [ "$code" = "$2" ] || { echo "not so: exit code $2 instead of $code" >&2; cat "$home/errors" >&2; exit 1; }
+  [ "$code" = "$2" ] || { echo "not so: exit code $code instead of $2" >&2; cat "$home/errors" >&2; exit 1; }
   ! grep -v '^tvmail: ' "$home/errors" >&2 || exit 1
 }
 # As a person would: a moment passes before the next key.
