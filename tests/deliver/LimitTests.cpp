@@ -1,0 +1,207 @@
+// What hostile mail and input that never ends can do to tvmail deliver, which is: nothing.
+#include <functional>
+
+#include "mime/LimitCheck.h"
+#include "mime/Mail.h"
+#include "tests/deliver/Deliver.h"
+
+namespace Tests {
+namespace {
+
+namespace fs = std::filesystem;
+
+std::string Repeated(const std::string& piece, std::size_t count) {
+  std::string text;
+  for (std::size_t i = 0; i < count; ++i) text += piece;
+  return text;
+}
+
+std::string Nested(std::size_t count, const std::string& boundary) {
+  std::string mail;
+  for (std::size_t i = 0; i < count; ++i) {
+    const std::string name = boundary + std::to_string(i);
+    mail.append("Content-Type: multipart/mixed; boundary=").append(name).append("\n\n--").append(name) +=
+        '\n';
+  }
+  return mail;
+}
+
+TEST(LimitCheck, ReadsAMailAtALimitAndRefusesOneBeyondWithTheReason) {
+  const Mime::MailLimits limits;
+  const std::string list = "Content-Type: multipart/mixed; boundary=b\n\n";
+  const auto fields = [](std::size_t count) { return Repeated("X: y\n", count); };
+  const struct {
+    std::size_t Limit;
+    std::function<std::string(std::size_t)> Make;
+    std::string Reason;
+  } rows[] = {
+      {limits.Depth, [](std::size_t n) { return Nested(n, "b"); }, "its parts are nested more than 100 deep"},
+      {limits.Depth, [](std::size_t n) { return Repeated("Content-Type: message/rfc822\n\n", n); },
+       "nested more"},
+      {limits.Depth - 1,
+       [](std::size_t n) {
+         return "Content-Type: multipart/digest; boundary=b\n\n--b\n\n" + Nested(n - 1, "c");
+       },
+       "nested more"},
+      // A line that looks like a delimiter in front of each type leads out of nothing.
+      {limits.Depth - 1,
+       [&](std::size_t n) {
+         std::string mail = list + "--b\n" + Nested(n, "c");
+         for (std::size_t at = 0; (at = mail.find("\n--c", at)) != std::string::npos; ++at)
+           mail.insert(mail.find('\n', at + 1) + 1, "--b\n");
+         return mail;
+       },
+       "nested more"},
+      {limits.Parts, [&](std::size_t n) { return list + Repeated("--b\n\n", n); },
+       "it has more than 5000 parts"},
+      {limits.Parts, [&](std::size_t n) { return list + Repeated("--b \t\r\n\r\n", n); }, "5000 parts"},
+      {limits.HeaderFields, fields, "a header of it has more than 1000 fields"},
+      {limits.Fields,
+       [&](std::size_t n) {
+         std::string mail = list;
+         for (std::size_t left = n - 1; left > 0; left -= std::min<std::size_t>(left, 500))
+           mail += "--b\n" + fields(std::min<std::size_t>(left, 500)) + "\n";
+         return mail;
+       },
+       "its headers have more than 30000 fields"},
+      {limits.FieldSize, [](std::size_t n) { return "To: " + std::string(n - 4, 'x') + "\n"; },
+       "a field of its header has more than 256 KB"},
+      {limits.FieldSize,
+       [](std::size_t n) {
+         return "To: " + Repeated("x\n ", (n - 4) / 3) + std::string((n - 4) % 3, 'x') + "\n";
+       },
+       "more than 256 KB"},
+      {limits.ContentFieldSize, [](std::size_t n) { return "Content-Type:" + std::string(n, 'x') + "\n"; },
+       "more than 16 KB"},
+      {limits.FieldParameters,
+       [](std::size_t n) { return "Content-Type: text/plain" + Repeated("; a=b", n) + "\n"; },
+       "more than 200 parameters"},
+      {limits.ContentFieldComments,
+       [](std::size_t n) { return "content-disposition: inline" + Repeated("(", n) + "\n"; },
+       "more than 50 comments"},
+      {limits.FromSize, [](std::size_t n) { return "From:" + std::string(n, 'x') + "\n"; }, "more than 8 KB"},
+      {limits.AddressDepth, [](std::size_t n) { return "To:" + Repeated("a:", n) + "\n"; },
+       "its addresses are nested more than 1000 deep"},
+      {limits.AddressDepth, [](std::size_t n) { return "From:" + std::string(n, '(') + "\n"; }, "nested"},
+  };
+  for (const auto& row : rows) {
+    EXPECT_NO_THROW(Mime::ReadMail(row.Make(row.Limit))) << row.Reason;
+    try {
+      Mime::ReadMail(row.Make(row.Limit + 1));
+      ADD_FAILURE() << row.Reason;
+    } catch (const Mime::LimitExceeded& limit) {
+      EXPECT_NE(std::string(limit.what()).find(row.Reason), std::string::npos) << limit.what();
+    }
+  }
+  EXPECT_THROW(Mime::ReadMail("From: " + Repeated("a:", 45000) + "\n\n"), Mime::LimitExceeded);
+}
+
+TEST(LimitCheck, LetsPassWhatRealMailHolds) {
+  std::string patch = "From: a@b\nContent-Type: multipart/mixed; boundary=b\n\n--b\n\n";
+  patch += Repeated("--- a/file\n+++ b/file\nkey: value\n", 20000) + "--b--\n";
+  const std::string mails[] = {
+      patch,
+      "From: a@b\nTo: " + Repeated("\"Doe, John (Sales): x\" <john.doe@example.org>,\n ", 5000) + "c@d\n\nx",
+      "From: a@b\nTo: " + Repeated("<mailto:a@b>, c@[IPv6:::1], List: d@e;, ", 1500) + "\n\nx",
+      "From: a@b\nContent-Type: multipart/mixed; boundary=b\n\n" +
+          Repeated("--b\nContent-Type: message/rfc822\n\n" + Repeated("X-Y: z\n", 90) + "\nx\n", 300) +
+          "--b--\n",
+      "From: a@b\nContent-Type: multipart/mixed; boundary=b\n\n--b\nContent-Type: image/png\n" +
+          Repeated("iVBORw0KGgo\n", 100000) + "--b--\n",
+  };
+  for (const std::string& mail : mails)
+    EXPECT_EQ(Mime::ReadMail(mail).FromAddress, u"a@b") << mail.substr(0, 80);
+}
+
+struct Row {
+  std::string Line;
+  int Exit;
+  std::string Output;
+};
+
+class HostileInput : public Deliver {
+ protected:
+  void Expect(const std::vector<Row>& rows) const {
+    for (const Row& row : rows) {
+      const Outcome outcome = Run(row.Line);
+      EXPECT_EQ(outcome.Exit, row.Exit) << row.Line << "\n" << outcome.Output << outcome.Errors;
+      EXPECT_NE((outcome.Output + outcome.Errors).find(row.Output), std::string::npos)
+          << row.Line << "\n"
+          << outcome.Output << outcome.Errors;
+    }
+  }
+};
+
+TEST_F(HostileInput, OneMailStaysOneMailWhateverItsLinesSay) {
+  const std::string separator = "From mallory@x Mon Jan 31 12:00:00 2022\n";
+  const std::string forged =
+      Mail("first\n>From here\n\n" + separator + Mail("forged", "bob@apollo.example") + "last");
+  WriteFile(Path("plain"), forged);
+  WriteFile(Path("piped"), separator + forged);
+  WriteFile(Path("obsolete"), "From : alice@apollo.example\n" + forged.substr(forged.find('\n') + 1));
+  WriteFile(Path("noseparator"), "From here on\n" + forged);
+  for (const char* part : {"new", "cur", "tmp"}) fs::create_directories(Path("Mail") / part);
+  for (const char* name : {"plain", "piped", "obsolete"}) fs::copy_file(Path(name), Path("Mail/new") / name);
+  const std::string one = "\n1 message: 1 delivered";
+  Expect({{"tvmail deliver Apollo <plain", 0, "-  <m@x>  delivered" + one},
+          {"tvmail deliver Apollo <piped", 0, "-  <m@x>  delivered" + one},
+          {"cat piped | tvmail deliver Apollo /dev/stdin", 0, one},
+          {"sed 's/$/\\r/' piped | tvmail deliver Apollo", 0, one},
+          {"tvmail deliver Apollo - <obsolete", 0, one},
+          {"tvmail deliver Apollo plain obsolete noseparator", 0, "3 messages: 3 delivered"},
+          {"tvmail deliver Apollo Mail", 0, "3 messages: 3 delivered"},
+          {"tvmail deliver Apollo Mail/new/piped", 0, one}});
+  const std::string project = Project();
+  EXPECT_EQ(CountOf(project, "first\\u000D\\n>From here\\u000D\\n\\u000D\\nFrom mallory@x"), 12u) << project;
+  EXPECT_EQ(CountOf(project, "last"), 12u);
+
+  WriteFile(Path("mbox"), Tests::Mbox(2, "m"));
+  Expect({{"tvmail deliver Apollo mbox", 0, "2 messages: 2 delivered"},
+          {"tvmail deliver Apollo --mbox <mbox", 0, "-:2  <m@x>  delivered"},
+          {"tvmail deliver Apollo --mbox </dev/null", 0, "no messages found"},
+          {"tvmail deliver Apollo --mbox <plain", 65, "is no mbox"},
+          {"tvmail deliver Apollo --mbox mbox", 64, "--mbox"},
+          {"tvmail deliver Apollo <&-", 75, "standard input is closed"},
+          {"tvmail deliver Apollo <&- >&-", 75, ""}});
+}
+
+TEST_F(HostileInput, BadMailEndsNeitherABatchNorAnMbox) {
+  const std::string groups = "From: " + Repeated("a:", 45000) + "\n\n";
+  const std::string parts = "Content-Type: multipart/mixed; boundary=b\n\n" + Repeated("--b\n\n", 100000);
+  WriteFile(Path("groups"), groups);
+  WriteFile(Path("parts"), parts);
+  WriteFile(Path("good"), Mail("b"));
+  const std::string separator = "From a@b Mon Jan 31 12:00:00 2022\n";
+  WriteFile(Path("mbox"), separator + groups + "\n" + separator + parts + "\n" + separator + Mail("b"));
+  for (const char* part : {"new", "cur"}) fs::create_directories(Path("Mail") / part);
+  for (int i = 0; i < 200; ++i)
+    WriteFile(Path("Mail/new") / std::to_string(i), i % 20 == 0 ? Mail("b") : parts);
+  Expect({{"tvmail deliver Apollo groups parts good", 65, "1 delivered, 2 with complaints, 0 to be"},
+          {"tvmail deliver Apollo mbox", 65,
+           "mbox:2  (no Message-ID)  complaint: it is refused unread: it has more than 5000 parts\nmbox:3  "
+           "<m@x>"},
+          {"(ulimit -n 24; tvmail deliver Apollo Mail)", 65,
+           "200 messages: 10 delivered, 190 with complaints"}});
+  // The sanitizers need terabytes of addresses.
+  const std::string scarce = "ulimit -v 400000; ";
+  if (Run(scarce + "tvmail --version").Exit != 0) return;
+  const std::string large = "(cat mbox; head -c 100000000 /dev/zero | tr '\\0' x; echo; cat mbox) >big; ";
+  Expect(
+      {{large + scarce + "tvmail deliver Apollo big good", 75, "big:3  (no Message-ID)  to be tried again: "},
+       {scarce + "tvmail deliver Apollo big good", 75, "big:6  <m@x>  delivered\ngood  <m@x>  delivered"}});
+}
+
+TEST_F(HostileInput, ATerminationEndsInputThatNeverEnds) {
+  const std::string ended =
+      " & p=$!; until (( 0x$(sed -n 's/SigCgt:\\s*//p' /proc/$p/status) & 0x4000 )); do sleep 0.01; done; "
+      "sleep 0.1; kill -TERM $p; for i in {1..500}; do kill -0 $p 2>/dev/null || break; sleep 0.02; done; "
+      "kill -KILL $p 2>/dev/null && exit 1; wait $p";
+  Expect({{"mkfifo pipe; exec 3<>pipe; tvmail deliver Apollo <pipe" + ended, 75, "stopped before the end"},
+          {"tvmail deliver Apollo </dev/zero" + ended, 75, "stopped before the end"},
+          {"tvmail deliver Apollo < <(yes)" + ended, 75, "stopped before the end"},
+          {"tvmail deliver Apollo --mbox < <(echo 'From a@b'; cat /dev/zero)" + ended, 75,
+           "stopped before the end"}});
+}
+
+}  // namespace
+}  // namespace Tests
