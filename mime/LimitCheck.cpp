@@ -178,7 +178,8 @@ class Scan {
     if (parameters_ > limits_.Parameters) Refuse("it has", limits_.Parameters, " parameters");
   }
 
-  // Read by the parser's own function, so that both find the same boundary. The parser has dropped every CR by then.
+  // Read by the parser's own function, so that both find the same boundary. The parser has dropped every CR
+  // by then.
   void ReadContentType(std::string value) {
     std::erase(value, '\r');
     const Owned<GMimeContentType> type(g_mime_content_type_parse(nullptr, value.c_str()));
