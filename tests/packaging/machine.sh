@@ -9,6 +9,7 @@ build=$1
 SOURCE=$2
 SERVERS=$SOURCE/build/mail-servers
 [ "$(id -u)" = 0 ] || skip "a machine of its own needs root"
+for program in ip curl useradd; do command -v $program >/dev/null || skip "there is no $program"; done
 unshare --mount --net --pid --fork true 2>/dev/null || skip "this system lets even root make no private machine"
 
 WORK=$(mktemp -d)
