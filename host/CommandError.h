@@ -6,7 +6,7 @@
 #include <string>
 
 #include "host/ExitCode.h"
-#include "platform/Text.h"
+#include "platform/TerminalText.h"
 
 namespace Host {
 
@@ -20,12 +20,17 @@ class CommandError : public std::runtime_error {
   ExitCode code_;
 };
 
-// What a user typed on the command line. Raises a CommandError for what isn't UTF-8, since it couldn't be
-// shown or stored without losing something.
+// What a user gave on the command line, for all that is stored, shown or sent. Raises a CommandError for what
+// isn't UTF-8, since it couldn't be shown or stored without losing something, and for control characters,
+// which could forge a header of the mails that are sent with it.
 inline Platform::String ArgumentText(const std::string& argument) {
   if (!Platform::IsUtf8(argument))
     throw CommandError(WrongUse, "an argument isn't UTF-8: give it in the encoding of this terminal");
-  return Platform::FromUtf8(argument);
+  Platform::String text = Platform::FromUtf8(argument);
+  if (Platform::HasControl(text))
+    throw CommandError(DataRefused, "\"" + Platform::TerminalLine(text) +
+                                        "\" holds a line end or another control character: leave it out");
+  return text;
 }
 
 }  // namespace Host

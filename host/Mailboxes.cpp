@@ -8,7 +8,7 @@
 namespace Host {
 
 std::vector<MailboxRecord> ReadMailboxes() {
-  RequireStores();
+  RequireStore(Hive::LocalMachine);
   std::vector<MailboxRecord> mailboxes;
   const auto parent = RegistryKey::Open(Hive::LocalMachine, RegistryPath::kMailBoxes);
   if (!parent) return mailboxes;

@@ -32,7 +32,7 @@ int Run(const Invocation& invocation) {
   } catch (const CommandError& complaint) {
     return Explain(complaint.Code(), complaint.what());
   } catch (const Platform::Failure& failure) {
-    return Explain(TryAgain, failure.what());
+    return Explain(CodeOf(failure.Number()), failure.what());
   } catch (const std::exception& error) {
     return Explain(TryAgain, std::string(error.what()) + ": nothing was lost, try again");
   }
@@ -54,8 +54,9 @@ int Main(int argc, char** argv) {
   AddKeystoreCommand(program, invocation);
   AddAboutCommand(program, invocation);
   program.footer(
-      "Exit codes: 0 done, 64 wrong use, 65 the input is refused, 73 a file can't be made,\n"
-      "75 anything else (nothing is lost, try again), 78 not set up or no such mailbox.");
+      "Exit codes: 0 done, 64 wrong use, 65 the input is refused, 73 the stores can't be made (init),\n"
+      "75 anything else, also a dialog that was cancelled (nothing is lost, try again), 78 not set up or no\n"
+      "such mailbox.");
   try {
     program.parse(argc, argv);
   } catch (const CLI::Success& help) {

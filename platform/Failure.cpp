@@ -39,15 +39,31 @@ StringView StandardDescription(std::int32_t number) {
   }
 }
 
+thread_local FailureWatch* watchInForce = nullptr;
+
 }  // namespace
 
 Failure::Failure(std::int32_t number, String source, String description)
     : number_(number),
       source_(std::move(source)),
       description_(std::move(description)),
-      what_(ToUtf8(description_)) {}
+      what_(ToUtf8(description_)) {
+  FailureWatch::Note(number);
+}
 
 Failure::~Failure() = default;
+
+FailureWatch::FailureWatch() : outer_(std::exchange(watchInForce, this)) {}
+
+FailureWatch::~FailureWatch() {
+  watchInForce = outer_;
+}
+
+void FailureWatch::Note(std::int32_t number) noexcept try {
+  if (watchInForce) watchInForce->numbers_.push_back(number);
+} catch (const std::bad_alloc&) {
+  // The failure itself matters more than its note.
+}
 
 void Raise(std::int32_t number, StringView detail) {
   String description(StandardDescription(number));

@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <exception>
 #include <string>
+#include <vector>
 
 #include "platform/Text.h"
 
@@ -50,6 +51,26 @@ class Failure : public std::exception {
   String source_;
   String description_;
   std::string what_;
+};
+
+// The numbers of the failures that were raised on this thread since it was made, also of those that a caller
+// below turned into False or a message. For a host that has to tell why an act of the component failed, whose
+// interface gives only that. Watches may be nested; the innermost notes. Used on one thread.
+class FailureWatch {
+ public:
+  FailureWatch();
+  ~FailureWatch();
+  FailureWatch(const FailureWatch&) = delete;
+  FailureWatch& operator=(const FailureWatch&) = delete;
+
+  const std::vector<std::int32_t>& Numbers() const { return numbers_; }
+
+ private:
+  friend class Failure;
+  static void Note(std::int32_t number) noexcept;
+
+  FailureWatch* outer_;
+  std::vector<std::int32_t> numbers_;
 };
 
 // Raises one of FailureNumber with its standard description; detail, where there is one, names the culprit

@@ -31,7 +31,7 @@ std::string Quoted(StringView text) {
       out += static_cast<char>(c);
     } else if (c == u'\n') {
       out += "\\n";
-    } else if (c < 0x20 || c == 0x7F) {
+    } else if (IsControl(c)) {
       AppendEscape(out, c);
     } else if (c < 0x80) {
       out += static_cast<char>(c);

@@ -4,8 +4,8 @@
 //   users.Add(JsonObject().Add("key", 1).Add("name", name));
 //   std::cout << JsonObject().Add("users", users).Text() << '\n';
 //
-// Names keep the order in which they were added. A lone surrogate is written as \uXXXX, so that a reader gets
-// the text back unchanged. Nothing here fails; any thread.
+// Names keep the order in which they were added. Control characters, which could steer a terminal, and lone
+// surrogates are written as \uXXXX; a reader gets the text back unchanged. Nothing here fails; any thread.
 #pragma once
 
 #include <concepts>

@@ -63,7 +63,7 @@ String Unquoted(StringView local, bool& whole) {
 
 // Controls of all sorts, the two line separators, lone surrogates, and marks that turn the direction of the
 // text around them, since an address that shows itself as another one is a way to deceive.
-bool HasControl(StringView text) {
+bool HasUnseenCharacter(StringView text) {
   constexpr StringView kTurning = u"\u061C\u200E\u200F\u202A\u202B\u202C\u202D\u202E\u2066\u2067\u2068\u2069";
   for (std::size_t i = 0; i < text.size(); ++i) {
     const bool pair = i + 1 < text.size() && U16_IS_LEAD(text[i]) && U16_IS_TRAIL(text[i + 1]);
@@ -176,7 +176,7 @@ String Composed(String text) {
 }  // namespace
 
 String AddressFault(StringView address) {
-  if (HasControl(address)) return u"it holds a control character";
+  if (HasUnseenCharacter(address)) return u"it holds a control character";
   if (address.find(u'@') == StringView::npos) return u"it has no @";
   const Parts parts = Split(address);
   if (String fault = LocalPartFault(parts.Local); !fault.empty()) return fault;

@@ -1,5 +1,7 @@
 #include "platform/Text.h"
 
+#include <algorithm>
+
 #include <locale.h>
 #include <wctype.h>
 
@@ -136,6 +138,10 @@ bool IsUtf8(std::string_view bytes) {
   bool good = true;
   for (std::size_t i = 0; i < bytes.size() && good;) NextUtf8(bytes, i, good);
   return good;
+}
+
+bool HasControl(StringView text) {
+  return std::ranges::any_of(text, [](char16_t c) { return IsControl(c) || c == 0x2028 || c == 0x2029; });
 }
 
 }  // namespace Platform

@@ -33,4 +33,14 @@ String FromUtf8(std::string_view bytes);
 // True if FromUtf8 would find no stray byte.
 bool IsUtf8(std::string_view bytes);
 
+// The control characters of ISO 646 and ISO 6429 (C0, DEL and C1): line ends, tabs, and all that steers a
+// terminal.
+constexpr bool IsControl(char16_t c) {
+  return c < 0x20 || (c >= 0x7F && c < 0xA0);
+}
+
+// True for a text that can't be a name, a host or an address: it holds a control character, or a line or
+// paragraph separator. Such a text could end its header line in a mail, and begin another.
+bool HasControl(StringView text);
+
 }  // namespace Platform

@@ -41,7 +41,8 @@ bool IsMissing(int error) {
 }
 
 void RequireSmallFile(const std::string& path, const struct stat& status, std::size_t largest) {
-  if (S_ISDIR(status.st_mode)) Refuse(path, "is a folder; name the file in it");
+  if (S_ISDIR(status.st_mode))
+    Refuse(path, "is a folder; name the file in it", Platform::FailureNumber::RefusedInput);
   if (!S_ISREG(status.st_mode)) Refuse(path, "is no ordinary file");
   if (status.st_size < 0 || static_cast<std::uint64_t>(status.st_size) > largest)
     Refuse(path, "is too large: more than " + std::to_string(largest) + " bytes");

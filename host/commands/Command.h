@@ -2,7 +2,7 @@
 //
 // A command adds itself to the parser and sets Run in its callback; the program calls Run after the whole
 // command line has been read, prints a Failure that leaves it on standard error as "tvmail: ...", and exits
-// with 75 then. Everything runs on the main thread.
+// with the code of its number then. Everything runs on the main thread.
 #pragma once
 
 #include <functional>

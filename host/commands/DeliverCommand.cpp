@@ -6,6 +6,7 @@
 #include "gateway/sources/StopSignal.h"
 #include "host/CommandError.h"
 #include "host/Mailboxes.h"
+#include "host/Stores.h"
 #include "host/commands/Command.h"
 #include "runtime/Process.h"
 
@@ -48,6 +49,8 @@ struct DeliverOptions {
 
 int Deliver(const DeliverOptions& options) {
   const String mailBox = Trim(ArgumentText(options.MailBox));
+  // A mail server tries again as long as the disk of the mailboxes isn't mounted.
+  RequireStore(Hive::LocalMachine, TryAgain);
   RequireMailbox(mailBox);
   // Nobody sits in front of a delivery, so there is nobody to ask or to show a box to.
   Runtime::InstallToolkit(nullptr);

@@ -25,9 +25,10 @@ void MakeStore(Hive hive, StringView path) {
     RegistryStore::Create(hive);
     RegistryStore::CreateKey(hive, path);
   } catch (const Failure& failure) {
-    throw CommandError(CannotCreate,
-                       failure.Description() +
-                           u": mend that, or name another folder in TALVANE_HOME, and run tvmail init again");
+    throw CommandError(
+        CannotCreate,
+        failure.Description() +
+            u": put that right, or name another folder in TALVANE_HOME, and run tvmail init again");
   }
 }
 
@@ -40,7 +41,7 @@ int Init() {
       Runtime::RegisterComponent(String(component));
     } catch (const Failure& failure) {
       complete = false;
-      std::cerr << "tvmail: warning: " << ToUtf8(component)
+      std::cerr << "tvmail: " << ToUtf8(component)
                 << " isn't registered: " << TerminalText(failure.Description()) << '\n';
     }
   }
@@ -49,6 +50,10 @@ int Init() {
             << "User's store:       " << TerminalLine(RegistryStore::FileOf(Hive::CurrentUser)) << '\n'
             << "Libraries:          " << TerminalLine(ShownLibraryFolder())
             << (complete ? " (all registered)\n" : " (not all registered)\n");
+  if (!complete)
+    throw CommandError(TryAgain,
+                       "not every library is registered: put what is told above right and run tvmail init "
+                       "again");
   return Done;
 }
 

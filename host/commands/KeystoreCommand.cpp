@@ -8,7 +8,6 @@
 #include "host/Stores.h"
 #include "host/commands/Command.h"
 #include "host/terminal/Secret.h"
-#include "platform/Failure.h"
 #include "platform/Object.h"
 #include "platform/Services.h"
 #include "platform/TerminalText.h"
@@ -24,23 +23,12 @@ struct KeystoreOptions {
   std::optional<std::string> PasswordFile;
 };
 
-bool HoldsKey(const String& file, const String& password, const String& label) {
-  const Cipher cipher(Services().CreateByName(u"OstrCipherCOM.OstrCipherCOM"));
-  Bytes buffer(Cipher::KeyBufferSize);
-  return cipher.Keywell_GetKSKey(file, password, label, buffer).Number == 1;
-}
-
 int Create(const KeystoreOptions& options) {
   const String file = AbsolutePath(options.File);
   const String label = ArgumentText(options.Label);
   RequireStores();
   const String password = ReadNewSecret(options.PasswordFile, "Password that seals " + options.File);
-  try {
-    KeyStore(Services().CreateByName(KeyStore::kName)).CreateKey(file, password, label);
-  } catch (const Failure& failure) {
-    if (HoldsKey(file, password, label)) throw CommandError(DataRefused, failure.Description());
-    throw;
-  }
+  KeyStore(Services().CreateByName(KeyStore::kName)).CreateKey(file, password, label);
   std::cout << "A new key " << TerminalLine(label) << " lies in " << TerminalLine(file)
             << ", sealed with its password.\n";
   return Done;

@@ -10,7 +10,6 @@
 #include "host/CommandError.h"
 #include "host/Mailboxes.h"
 #include "host/PostfixMap.h"
-#include "host/RefusalCode.h"
 #include "host/Stores.h"
 #include "host/commands/Command.h"
 #include "host/options/OptionToolkit.h"
@@ -55,8 +54,8 @@ Logon ReadLogon(const MailboxOptions& options, const std::optional<MailboxRecord
   if (former && options.Project)
     throw CommandError(
         WrongUse,
-        "a mailbox can't move to another project: leave --project away, or delete the mailbox and "
-        "add it anew");
+        "a mailbox can't move to another project: leave out --project, or delete the mailbox and "
+        "add it again");
   Logon logon;
   if (!former) {
     if (!options.Project) throw CommandError(WrongUse, "--project is missing: name the project's file");
@@ -90,20 +89,26 @@ std::shared_ptr<OptionToolkit> MakeHand(std::optional<Logon> logon) {
 // Runs the dialog and gives the name that stands after its check.
 String Configure(MailHandler& handler, bool add, const String& name, const ObjectRef& session,
                  const std::shared_ptr<OptionToolkit>& hand) {
+  std::shared_ptr<DialogToolkit> dialog;
   if (hand) {
     Runtime::InstallToolkit(hand);
   } else {
-    InstallDialogToolkit();
+    dialog = InstallDialogToolkit();
   }
   String bound = name;
   String product;
+  const FailureWatch watch;
   const bool configured{handler.MailHandler_Configure(add ? 1 : 0, bound, product, session)};
-  if (hand) hand->Finish();
   // A change counts as configured even if its dialog was only closed, so the dialog itself is asked too.
-  if (hand && !(configured && hand->Accepted()))
-    throw CommandError(CodeOfRefusal(),
-                       "the entries are refused and nothing was changed: mend what is told above");
-  if (!configured) throw CommandError(TryAgain, "the dialog was cancelled: nothing was changed");
+  if (hand) {
+    hand->Finish();
+    if (!configured || !hand->Accepted())
+      throw CommandError(CodeOf(watch, DataRefused), "nothing was changed: the reason is told above");
+  } else if (!dialog->Shown()) {
+    throw CommandError(CodeOf(watch, TryAgain), "the dialog can't be opened: the reason is told above");
+  } else if (!configured || !dialog->Hidden()) {
+    throw CommandError(Cancelled, "the dialog was cancelled: nothing was changed");
+  }
   return bound;
 }
 
@@ -146,16 +151,12 @@ int Store(const MailboxOptions& options, bool add) {
   const Gateway::HandlerObject handler;
   const String bound = Configure(handler.Mail(), add, name, session, hand);
   if (add) RequireUnbound(bound);
+  const FailureWatch watch;
   if (!handler.Mail().MailHandler_MboxUpdate(bound, session))
-    throw CommandError(TryAgain,
-                       u"mailbox " + bound + u" wasn't stored: mend what is told above and try again");
+    throw CommandError(CodeOf(watch, TryAgain),
+                       u"mailbox " + bound + u" wasn't stored: the reason is told above");
 
   const MailboxRecord stored = RequireMailbox(bound);
-  if (!hand && stored == former) {
-    std::cout << "No logon was accepted: that of mailbox " << TerminalLine(stored.Name)
-              << " is unchanged, and how its mail is sent is saved again.\n";
-    return Done;
-  }
   std::cout << "Mailbox " << TerminalLine(stored.Name) << " is bound to " << TerminalLine(stored.ProjectPath)
             << '\n';
   if (!EqualsIgnoreCase(stored.Name, name)) {
@@ -174,9 +175,9 @@ int Delete(const std::string& typedName, bool force) {
   handler.Mail().MailHandler_MboxDelete(mailbox.Name);
   // Without a path there is no project whose settings could be left behind.
   if (boxes->BoxCount() > 0 && !force && !mailbox.ProjectPath.empty())
-    throw CommandError(TryAgain,
-                       u"mailbox " + mailbox.Name +
-                           u" stays: mend what is told above, or remove the record alone by --force");
+    throw CommandError(
+        TryAgain, u"mailbox " + mailbox.Name +
+                      u" stays, for the reason told above: try again, or remove the record alone by --force");
   // The component takes the settings out of the project and leaves the record to its host: a record that
   // stayed would go on delivering, show in the list, and keep the project's name taken.
   if (!RemoveMailbox(mailbox))

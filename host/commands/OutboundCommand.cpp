@@ -5,7 +5,6 @@
 
 #include "gateway/delivery/HandlerObject.h"
 #include "host/CommandError.h"
-#include "host/RefusalCode.h"
 #include "host/RegistryKey.h"
 #include "host/Stores.h"
 #include "host/commands/Command.h"
@@ -66,6 +65,26 @@ void TypeSmtp(Form& form, UserHand& hand, StringView box, const std::string& opt
   TypeOption(form, hand, box, option, ArgumentText(*text));
 }
 
+// The dialog shows the stored address and name only where a host is stored with them, and saves what it
+// shows. Raises a CommandError for a stored one that would be lost unseen.
+void RequireSmtpShown(Form& form, const SendOptions& given) {
+  if (form[u"chkEnableEmail"].Value() == 0 || form[u"cmbProvider"].ListIndex() != kSmtp) return;
+  const auto key = RegistryKey::Open(Hive::CurrentUser, RegistryPath::kOutbound);
+  if (!key) return;
+  const struct {
+    StringView Value, Box;
+    bool Given;
+    const char* Option;
+  } entries[] = {{SendingValue::kAddress, u"txtEMailAddress", given.Address.has_value(), "--address"},
+                 {SendingValue::kRealName, u"txtRealName", given.RealName.has_value(), "--real-name"}};
+  for (const auto& [value, box, isGiven, option] : entries) {
+    const String stored = Trim(key->Text(value));
+    if (isGiven || stored.empty() || stored == form[box].Text()) continue;
+    throw CommandError(WrongUse, std::string(option) + " is missing: \"" + TerminalLine(stored) +
+                                     "\" is stored and would be lost; give it again, or another");
+  }
+}
+
 void Fill(const OutboundOptions& options, Form& form, UserHand& hand) {
   Control& enabled = form[u"chkEnableEmail"];
   if (options.Enable || options.Disable) hand.Check(enabled, options.Enable);
@@ -77,6 +96,7 @@ void Fill(const OutboundOptions& options, Form& form, UserHand& hand) {
   TypeSmtp(form, hand, u"txtHost", "--host", send.HostName);
   TypeSmtp(form, hand, u"txtEMailAddress", "--address", send.Address);
   TypeSmtp(form, hand, u"txtRealName", "--real-name", send.RealName);
+  RequireSmtpShown(form, send);
   hand.Enter();
 }
 
@@ -139,20 +159,26 @@ int Show(bool json) {
 int Configure(const OutboundOptions& options) {
   RequireStores();
   std::shared_ptr<OptionToolkit> hand;
+  std::shared_ptr<DialogToolkit> dialog;
   if (options.Any()) {
     hand = std::make_shared<OptionToolkit>(
         [&options](Form& form, UserHand& user) { Fill(options, form, user); });
     Runtime::InstallToolkit(hand);
   } else {
-    InstallDialogToolkit();
+    dialog = InstallDialogToolkit();
   }
   const Gateway::HandlerObject handler;
+  const FailureWatch watch;
   const bool configured{handler.Manager().ConfigureOutBoundEmail()};
   if (hand) hand->Finish();
-  if (configured) return Show(false);
-  if (!hand) throw CommandError(TryAgain, "the dialog was cancelled: the settings stay as they were");
-  if (hand->Accepted()) throw CommandError(TryAgain, "the settings weren't saved: try again");
-  throw CommandError(CodeOfRefusal(), "the settings are refused: mend what is told above");
+  // The component counts the settings as configured also where the last of them couldn't be written.
+  const bool stored = configured && !(hand && CodeOf(watch, Done) == TryAgain);
+  if (stored) return Show(false);
+  if (dialog && dialog->Shown())
+    throw CommandError(Cancelled, "the dialog was cancelled: the settings stay as they were");
+  if (dialog)
+    throw CommandError(CodeOf(watch, TryAgain), "the dialog can't be opened: the reason is told above");
+  throw CommandError(CodeOf(watch, DataRefused), "the settings weren't saved: the reason is told above");
 }
 
 int AddProfile(const std::string& typedName) {
@@ -160,7 +186,7 @@ int AddProfile(const std::string& typedName) {
   const String name = Trim(ArgumentText(typedName));
   if (!Runtime::RegistryStore::IsKeyName(name))
     throw CommandError(
-        WrongUse, "a profile's name has 1 to 255 characters and no backslash among them: choose another");
+        DataRefused, "a profile's name has 1 to 255 characters and no backslash among them: choose another");
   Runtime::RegistryStore::CreateKey(Hive::CurrentUser, String(RegistryPath::kMapiProfiles) + u"\\" + name);
   std::cout << "MAPI profile " << TerminalLine(name) << " is defined.\n";
   return Done;
@@ -174,9 +200,9 @@ void AddOutboundCommand(CLI::App& program, Invocation& invocation) {
   outbound->footer(
       "Without options the dialog opens; with options they are entered into it and it is closed by its OK. "
       "What\n"
-      "isn't given is saved as the dialog shows it, which is as it is stored. Only where no SMTP host is "
-      "stored\n"
-      "yet, address and real name are shown empty: give them together with --host.");
+      "isn't given is saved as the dialog shows it, which is as it is stored. Where no SMTP host is stored "
+      "yet,\n"
+      "address and real name are shown empty: give them together with --host.");
   auto options = std::make_shared<OutboundOptions>();
   CLI::Option* enable = outbound->add_flag("--enable", options->Enable, "Discussions send e-mail");
   outbound->add_flag("--disable", options->Disable, "Discussions send no e-mail")->excludes(enable);

@@ -31,16 +31,9 @@ struct ProjectOptions {
   bool Json = false;
 };
 
-// Calls a member of the administration. What is at fault tells the exit code: what was typed, or, with the
-// code given, the file.
-Value Administer(StringView member, std::initializer_list<Value> arguments, ExitCode fileFault) {
+Value Administer(StringView member, std::initializer_list<Value> arguments) {
   RequireStores();
-  const ObjectRef administration = Services().CreateByName(kAdministration);
-  try {
-    return CallWith(*administration, member, arguments);
-  } catch (const Failure& failure) {
-    throw CommandError(failure.Source() == kAdministration ? DataRefused : fileFault, failure.Description());
-  }
+  return CallWith(*Services().CreateByName(kAdministration), member, arguments);
 }
 
 // The same for a project that has to exist.
@@ -51,17 +44,15 @@ Value AdministerExisting(StringView member, const ProjectOptions& options,
     throw CommandError(DataRefused, "there is no project file " + options.File +
                                         ": check the path, or make it by tvmail "
                                         "project create");
-  return Administer(member, arguments, TryAgain);
+  return Administer(member, arguments);
 }
 
 int Create(const ProjectOptions& options) {
   RequireStores();
   const String path = AbsolutePath(options.File);
   const String password = ReadNewSecret(options.PasswordFile, "Password of " + options.User);
-  Administer(
-      u"CreateProject",
-      {path, ArgumentText(options.Name), ArgumentText(options.User), ArgumentText(options.Address), password},
-      CannotCreate);
+  Administer(u"CreateProject", {path, ArgumentText(options.Name), ArgumentText(options.User),
+                                ArgumentText(options.Address), password});
   std::cout << "Project " << options.Name << " is in " << TerminalLine(path) << '\n';
   return Done;
 }

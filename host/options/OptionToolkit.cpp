@@ -41,8 +41,8 @@ void TypeOption(Form& form, UserHand& hand, StringView box, const std::string& o
                        option + " takes at most " + std::to_string(limit) + " characters: shorten it");
   hand.Focus(control);
   if (!hand.Type(control, text))
-    throw CommandError(
-        WrongUse, option + " can't be changed as things stand: leave it away, or change what it hangs on");
+    throw CommandError(WrongUse,
+                       option + " can't be changed now: leave it out, or change the setting that locks it");
 }
 
 }  // namespace Host

@@ -4,6 +4,7 @@
 
 #include "host/CommandError.h"
 #include "host/terminal/Terminal.h"
+#include "platform/TerminalText.h"
 
 namespace Host {
 
@@ -11,7 +12,7 @@ namespace {
 
 String AskText(const Terminal& terminal, StringView prompt) {
   const auto answer = terminal.ReadLine(prompt);
-  if (!answer) throw CommandError(TryAgain, "the input ended: nothing was changed");
+  if (!answer) throw CommandError(Cancelled, "the input ended: nothing was changed");
   return Trim(*answer);
 }
 
@@ -32,6 +33,17 @@ void Ask(SendSettings& settings, const String& mapi, const String& smtp) {
     settings.HostName = AskText(terminal, u"SMTP host: ");
     settings.Address = AskText(terminal, u"Sender's e-mail address: ");
     settings.RealName = AskText(terminal, u"Sender's name (may be empty): ");
+  }
+}
+
+// The settings that a project's file has held so far are checked as well.
+void RequireNoControls(const SendSettings& settings) {
+  for (const String* setting :
+       {&settings.HostName, &settings.Address, &settings.RealName, &settings.MapiProfile}) {
+    if (HasControl(*setting))
+      throw CommandError(DataRefused, "\"" + TerminalLine(*setting) +
+                                          "\", with which the project's mail would be sent, holds a line end "
+                                          "or another control character: give another by its option");
   }
 }
 
@@ -65,9 +77,9 @@ SendSettings ResolveSendSettings(const SendOptions& options, const SendSettings&
   const bool isMapi = settings.Transport == mapi;
   if (isMapi && (options.HostName || options.Address || options.RealName))
     throw CommandError(WrongUse,
-                       "--host, --address and --real-name belong to --transport smtp: leave them away");
+                       "--host, --address and --real-name belong to --transport smtp: leave them out");
   if (!isMapi && options.Profile)
-    throw CommandError(WrongUse, "--profile belongs to --transport mapi: leave it away");
+    throw CommandError(WrongUse, "--profile belongs to --transport mapi: leave it out");
   Put(settings.HostName, options.HostName);
   Put(settings.Address, options.Address);
   Put(settings.RealName, options.RealName);
@@ -78,6 +90,7 @@ SendSettings ResolveSendSettings(const SendOptions& options, const SendSettings&
     throw CommandError(WrongUse, "--host is missing: name the SMTP host");
   if (!isMapi && settings.Address.empty())
     throw CommandError(WrongUse, "--address is missing: give the sender's e-mail address");
+  RequireNoControls(settings);
   return settings;
 }
 

@@ -27,8 +27,8 @@ struct SendOptions {
 };
 
 // What was given, and the present settings for what wasn't. Where neither names a transport the person at the
-// terminal is asked. Raises a CommandError for what is missing still, and for an option that belongs to the
-// other transport.
+// terminal is asked. Raises a CommandError for what is missing still, for an option that belongs to the other
+// transport, and for a setting with a control character.
 SendSettings ResolveSendSettings(const SendOptions& options, const SendSettings& present);
 
 }  // namespace Host

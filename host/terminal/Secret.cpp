@@ -1,6 +1,6 @@
 #include "host/terminal/Secret.h"
 
-#include <unistd.h>
+#include <sys/stat.h>
 
 #include <fstream>
 #include <iostream>
@@ -8,6 +8,7 @@
 
 #include "host/CommandError.h"
 #include "host/terminal/Terminal.h"
+#include "platform/TerminalText.h"
 
 namespace Host {
 
@@ -15,6 +16,9 @@ namespace {
 
 // More than any password has; a wrong file such as a device or a disk image isn't read to its end.
 constexpr std::size_t kLongestSecret = 64 * 1024;
+
+// Some editors write it in front of a UTF-8 text.
+constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
 
 std::string ReadBytes(std::istream& in, const std::string& name) {
   std::string bytes;
@@ -27,26 +31,37 @@ std::string ReadBytes(std::istream& in, const std::string& name) {
   return bytes;
 }
 
+// A pipe, as in --password-file <(command), has no rights that matter.
+void WarnOfReaders(const std::string& file) {
+  struct stat status {};
+  if (stat(file.c_str(), &status) != 0 || !S_ISREG(status.st_mode)) return;
+  if ((status.st_mode & (S_IRGRP | S_IROTH)) == 0) return;
+  std::cerr << "tvmail: warning: other users may read the password file " << Platform::TerminalText(file)
+            << ": take the right from them by chmod 600\n";
+}
+
+std::string ReadBytesOf(const std::string& file) {
+  if (file == "-") return ReadBytes(std::cin, "standard input");
+  std::ifstream in(file, std::ios::binary);
+  // A folder opens and then fails to read.
+  if (in.peek() == std::ifstream::traits_type::eof() && (!in.is_open() || in.bad()))
+    throw CommandError(DataRefused,
+                       "the password file " + file + " can't be read: check its name and its rights");
+  WarnOfReaders(file);
+  in.clear();
+  return ReadBytes(in, file);
+}
+
 Platform::String ReadFile(const std::string& file) {
   if (file.empty())
     throw CommandError(WrongUse, "--password-file is empty: name the file that holds the password");
   const std::string name = file == "-" ? "standard input" : file;
-  std::string bytes;
-  if (file == "-") {
-    bytes = ReadBytes(std::cin, name);
-  } else {
-    std::ifstream in(file, std::ios::binary);
-    if (!in || in.peek() == std::ifstream::traits_type::eof()) {
-      // An empty file is an empty password; a folder opens and then fails to read.
-      if (!in.is_open() || in.bad())
-        throw CommandError(DataRefused,
-                           "the password file " + file + " can't be read: check its name and its rights");
-      return {};
-    }
-    bytes = ReadBytes(in, name);
-  }
+  std::string bytes = ReadBytesOf(file);
+  if (bytes.starts_with(kByteOrderMark)) bytes.erase(0, kByteOrderMark.size());
   if (bytes.ends_with('\n')) bytes.pop_back();
   if (bytes.ends_with('\r')) bytes.pop_back();
+  if (bytes.empty())
+    throw CommandError(DataRefused, "the password in " + name + " is empty: write the password into it");
   if (!Platform::IsUtf8(bytes))
     throw CommandError(DataRefused, "the password in " + name + " isn't UTF-8: save the file as UTF-8");
   return Platform::FromUtf8(bytes);
@@ -56,9 +71,12 @@ Platform::String Ask(const std::string& prompt) {
   Terminal terminal;
   if (!terminal.Interactive())
     throw CommandError(WrongUse, "no password was given: name a file that holds it by --password-file");
-  const auto answer = terminal.ReadHidden(Platform::FromUtf8(prompt + ": "));
-  if (!answer) throw CommandError(TryAgain, "no password was typed: nothing was done");
-  return *answer;
+  for (;;) {
+    const auto answer = terminal.ReadHidden(Platform::FromUtf8(prompt + ": "));
+    if (!answer) throw CommandError(Cancelled, "no password was typed: nothing was done");
+    if (!answer->empty()) return *answer;
+    std::cerr << "tvmail: the password is empty: type it\n";
+  }
 }
 
 }  // namespace

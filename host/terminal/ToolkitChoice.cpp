@@ -4,6 +4,7 @@
 #include <filesystem>
 #include <iostream>
 
+#include "host/terminal/TerminalToolkit.h"
 #include "platform/TerminalText.h"
 #include "platform/Text.h"
 #include "runtime/Process.h"
@@ -21,20 +22,28 @@ bool IsSet(const char* variable) {
   return value != nullptr && *value != 0;
 }
 
-}  // namespace
-
-void InstallDialogToolkit() {
-  if (!IsSet("DISPLAY") && !IsSet("WAYLAND_DISPLAY")) return;
+// Nothing without a display or the plug-in, or where the plug-in refuses.
+std::shared_ptr<FormsToolkit> LoadWindows() {
+  if (!IsSet("DISPLAY") && !IsSet("WAYLAND_DISPLAY")) return nullptr;
   const std::filesystem::path file(ToUtf8(Runtime::LibraryFolder() + u"/" + String(kPlugin)));
   std::error_code error;
-  if (!std::filesystem::exists(file, error)) return;
+  if (!std::filesystem::exists(file, error)) return nullptr;
   String reason;
-  if (auto windows = Runtime::LoadToolkit(String(kPlugin), reason)) {
-    Runtime::InstallToolkit(std::move(windows));
-  } else {
+  auto windows = Runtime::LoadToolkit(String(kPlugin), reason);
+  if (!windows)
     std::cerr << "tvmail: the dialog opens on the terminal, since it can't in a window: "
               << TerminalText(reason) << '\n';
-  }
+  return windows;
+}
+
+}  // namespace
+
+std::shared_ptr<DialogToolkit> InstallDialogToolkit() {
+  std::shared_ptr<FormsToolkit> toolkit = LoadWindows();
+  if (!toolkit) toolkit = std::make_shared<TerminalToolkit>();
+  const auto installed = std::make_shared<DialogToolkit>(std::move(toolkit));
+  Runtime::InstallToolkit(installed);
+  return installed;
 }
 
 }  // namespace Host

@@ -1,10 +1,57 @@
-// DialogToolkit: the toolkit in which a dialog opens when its values weren't given as options.
+// ToolkitChoice: the toolkit in which a dialog opens when its values weren't given as options.
 #pragma once
+
+#include <memory>
+
+#include "platform/Forms/FormsToolkit.h"
 
 namespace Host {
 
-// Installs the desktop's windows where there is a display and the plug-in, and leaves the terminal's toolkit
-// in force otherwise. The reason for doing without windows on a display goes to standard error.
-void InstallDialogToolkit();
+using namespace Platform;
+
+// A toolkit that hands everything on to another one and knows how the dialog ended, which the component
+// doesn't tell.
+class DialogToolkit : public FormsToolkit {
+ public:
+  explicit DialogToolkit(std::shared_ptr<FormsToolkit> toolkit) : toolkit_(std::move(toolkit)) {}
+
+  // True if a dialog was shown to its end.
+  bool Shown() const { return shown_; }
+
+  // True if the last dialog was hidden, as the mailbox dialog is when it has taken its entries; any other end
+  // unloads a dialog.
+  bool Hidden() const { return hidden_; }
+
+  void Load(Form& form) override { toolkit_->Load(form); }
+  void ShowModal(Form& form) override {
+    toolkit_->ShowModal(form);
+    shown_ = true;
+    hidden_ = form.IsLoaded();
+  }
+  void Unload(Form& form) override { toolkit_->Unload(form); }
+  void MessageBox(StringView text, const std::optional<String>& title) override {
+    toolkit_->MessageBox(text, title);
+  }
+  std::optional<String> OpenFile(const OpenFileRequest& request) override {
+    return toolkit_->OpenFile(request);
+  }
+  ScreenSize Screen() override { return toolkit_->Screen(); }
+  void SetMousePointer(MousePointer pointer) override { toolkit_->SetMousePointer(pointer); }
+  void SetZOrder(Form& form, ZOrder order) override { toolkit_->SetZOrder(form, order); }
+  bool ShowHelp(std::intptr_t window, const std::string& file, std::uint32_t command,
+                std::uint32_t number) override {
+    return toolkit_->ShowHelp(window, file, command, number);
+  }
+  bool ShowTopic(StringView topic) override { return toolkit_->ShowTopic(topic); }
+
+ private:
+  std::shared_ptr<FormsToolkit> toolkit_;
+  bool shown_ = false;
+  bool hidden_ = false;
+};
+
+// Installs the desktop's windows where there is a display and the plug-in, and the terminal otherwise. The
+// reason for doing without windows on a display goes to standard error.
+std::shared_ptr<DialogToolkit> InstallDialogToolkit();
 
 }  // namespace Host

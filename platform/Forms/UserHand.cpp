@@ -77,8 +77,23 @@ bool UserHand::Scroll(Control& list) {
   return true;
 }
 
+bool UserHand::EntriesAreFit() {
+  for (const auto& box : form_.Controls()) {
+    if (!Usable(*box, ControlKind::TextBox) || box->Locked() || box->PasswordChar() != 0) continue;
+    if (!HasControl(box->Text())) continue;
+    Act([&] {
+      form_.MoveFocus(*box);
+      throw Failure(FailureNumber::RefusedInput, {},
+                    u"An entry holds a line end or another control character. Remove it.");
+    });
+    return false;
+  }
+  return true;
+}
+
 bool UserHand::Press(Control& button) {
   if (!Usable(button, ControlKind::CommandButton)) return false;
+  if (button.IsDefault() && !EntriesAreFit()) return true;
   Act([&] {
     form_.MoveFocus(button);
     form_.Fire(button.Name(), Event::Click);
@@ -92,6 +107,7 @@ bool UserHand::PressWhere(bool (Control::*wanted)() const) {
   for (const auto& control : form_.Controls()) {
     if (!(*control.*wanted)()) continue;
     if (!Usable(*control, ControlKind::CommandButton)) return false;
+    if (control->IsDefault() && !EntriesAreFit()) return true;
     Act([&] { form_.Fire(control->Name(), Event::Click); });
     return true;
   }

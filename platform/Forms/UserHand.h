@@ -4,6 +4,10 @@
 // Used on the thread that called ShowModal, while the form is shown. An act that the form's state doesn't
 // allow (a hidden, disabled or read-only control, no such position) does nothing and gives false. A failure
 // that leaves a handler is shown in a message box, and the dialog stays usable.
+//
+// The default button, which accepts the entries, isn't pressed while a box that the user can change holds a
+// control character: an address or a name with a line end would forge headers of the mails that are sent with
+// it. A message box says so, and the focus moves to that box. A password may hold any character.
 #pragma once
 
 #include <functional>
@@ -36,6 +40,7 @@ class UserHand {
 
  private:
   bool Usable(const Control& control, ControlKind kind) const;
+  bool EntriesAreFit();
   bool PressWhere(bool (Control::*wanted)() const);
   void Act(const std::function<void()>& act);
 

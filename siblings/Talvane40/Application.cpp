@@ -7,8 +7,8 @@
 namespace Talvane40 {
 namespace {
 
-[[noreturn]] void Refuse(StringView why) {
-  throw Failure(FailureNumber::DeviceFailed, u"Talvane40.TalvaneApplication.OpenProject", String(why));
+[[noreturn]] void Refuse(StringView why, std::int32_t number = FailureNumber::DeviceFailed) {
+  throw Failure(number, u"Talvane40.TalvaneApplication.OpenProject", String(why));
 }
 
 class Status : public ApplicationStatus {
@@ -47,7 +47,7 @@ std::shared_ptr<Project> Application::OpenProject(const Value& path, std::int32_
     const auto state = std::make_shared<OpenState>(file.Database.string());
     const auto logon = state->Database.FindLogon(Trim(userId));
     if (!MatchesHash(password, logon ? logon->PasswordHash : std::nullopt)) {
-      Refuse(u"The user name or the password is wrong.");
+      Refuse(u"The user name or the password is wrong.", FailureNumber::WrongPassword);
     }
     state->Author = logon->UserKey;
     return std::make_shared<OpenedProject>(state, std::move(file.Name), logonText_);

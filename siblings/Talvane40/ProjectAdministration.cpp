@@ -20,17 +20,12 @@ constexpr char16_t kLowestCode = 14, kHighestCode = 124;
   throw Failure(FailureNumber::RefusedInput, u"Talvane40.ProjectAdministration", what);
 }
 
-bool IsControl(char16_t c) {
-  return c < 0x20 || (c >= 0x7F && c <= 0x9F) || c == 0x2028 || c == 0x2029;
-}
-
 // The text without blanks at its ends, if it can be the name of what is told.
 String VettedName(const Value& value, const String& what) {
   String name = Trim(value.ToString());
   if (name.empty()) Refuse(what + u" must not be empty.");
   if (name.size() > kLongest) Refuse(what + u" must not have more than 255 characters.");
-  if (std::ranges::any_of(name, IsControl))
-    Refuse(what + u" must not hold line ends or other control characters.");
+  if (HasControl(name)) Refuse(what + u" must not hold line ends or other control characters.");
   return name;
 }
 

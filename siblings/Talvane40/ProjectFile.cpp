@@ -63,9 +63,10 @@ ProjectFile ReadProjectFile(StringView path) {
   const std::string& name = keys["name"];
   const std::string& database = keys["database"];
   if (!IsUtf8(text) || text.find('\0') != std::string::npos || format.empty())
-    Refuse(file, "is not a project file.");
+    Refuse(file, "is not a project file.", FailureNumber::RefusedInput);
   if (format != "1")
-    Refuse(file, "was made by a newer version of Talvane, whose projects can't be opened here.");
+    Refuse(file, "was made by a newer version of Talvane, whose projects can't be opened here.",
+           FailureNumber::RefusedInput);
   if (name.empty() || database.empty()) {
     Refuse(file, "is damaged: its section [Project] lacks the name or the database.");
   }

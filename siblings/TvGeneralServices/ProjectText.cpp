@@ -12,7 +12,7 @@ constexpr StringView kFormat = u"1";
 constexpr char16_t kByteOrderMark = 0xFEFF;
 
 [[noreturn]] void Refuse(StringView why) {
-  throw Failure(FailureNumber::DeviceFailed, u"TvGeneralServices.Files", String(why));
+  throw Failure(FailureNumber::RefusedInput, u"TvGeneralServices.Files", String(why));
 }
 
 bool IsBlank(char16_t c) {

@@ -56,12 +56,21 @@ TEST_F(DialogTest, TakesAPasswordThatIsAHyphen) {
                    "Password: ", program.File("b.TVS").string() + "\nann\n-\n\n"}});
 }
 
-TEST_F(DialogTest, SaysWhenAChangeKeptTheLogon) {
+TEST_F(DialogTest, ACancelledChangeChangesNothingAndEndsAsEveryCancelDoes) {
   program.Expect({{"mailbox add x" + kLogon + kSmtp, 0, "bound", ""}});
+  const std::string before = ReadFile(program.File("apollo.TVS"));
   for (const char* answers : {"", "\nguess\n\n", "\nguess\n\n\n\ncancel\n"}) {
-    program.Expect({{"mailbox change Apollo", 0, "No logon was accepted", "User Name", answers}});
+    program.Expect(
+        {{"mailbox change Apollo", 75, "", "cancelled", answers}, {"outbound", 75, "", "cancelled"}});
   }
+  EXPECT_EQ(before, ReadFile(program.File("apollo.TVS")));
   EXPECT_PRED2(Holds, program.Run("mailbox change Apollo", "\nsecret\n\n").Output, "is bound");
+}
+
+TEST_F(DialogTest, AcceptsNoAddressWithAControlCharacter) {
+  const std::string refused = "y\nsmtp\nh\na@b\x7F\n\n\n";
+  program.Expect({{"outbound", 75, "", "another control character", refused},
+                  {"outbound", 0, "a@b\n", "another control character", refused + "\n\n\na@b\n\n\n"}});
 }
 
 TEST_F(DialogTest, AsksAgainWhenItWasStoppedAtAHiddenPrompt) {

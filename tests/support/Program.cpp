@@ -1,6 +1,7 @@
 #include "tests/support/Program.h"
 
 #include <pty.h>
+#include <sys/stat.h>
 
 #include <cstdlib>
 
@@ -23,6 +24,7 @@ void ExpectPiece(const std::string& piece, const std::string& text) {
 }  // namespace
 
 Program::Program() : program_(TVMAIL_PROGRAM) {
+  umask(077);  // of the files of passwords
   WriteFile(File("password"), "secret\n");
   WriteFile(File("wrong"), "guess\n");
 }
@@ -30,7 +32,7 @@ Program::Program() : program_(TVMAIL_PROGRAM) {
 std::string Program::WriteScript(const std::string& line) const {
   const std::string folder = folder_.Path().string();
   WriteFile(File(".line"),
-            "set -o pipefail\ncd '" + folder +
+            "umask 022\nset -o pipefail\ncd '" + folder +
                 "'\nunset DISPLAY WAYLAND_DISPLAY LANGUAGE\n"
                 "export LC_ALL=C.UTF-8 TALVANE_HOME=\"$PWD/home\" PATH=\"" +
                 fs::path(program_).parent_path().string() +

@@ -1,0 +1,47 @@
+#include "host/ExitCode.h"
+
+#include <optional>
+
+namespace Host {
+
+namespace {
+
+namespace Number = Platform::FailureNumber;
+
+// What the component's password encoder raises for a password that a mailbox can't store.
+constexpr std::int32_t kNotEncrypted = 10006;
+
+constexpr struct {
+  std::int32_t Failure;
+  ExitCode Code;
+} kCodes[] = {
+    {Number::RefusedInput, DataRefused},  {Number::AlreadyExists, DataRefused},
+    {Number::WrongPassword, DataRefused}, {Number::PathNotFound, DataRefused},
+    {kNotEncrypted, DataRefused},         {Number::DeviceFailed, TryAgain},
+    {Number::CannotCreate, TryAgain},
+};
+
+std::optional<ExitCode> Find(std::int32_t failureNumber) {
+  for (const auto& [failure, code] : kCodes) {
+    if (failure == failureNumber) return code;
+  }
+  return std::nullopt;
+}
+
+}  // namespace
+
+ExitCode CodeOf(std::int32_t failureNumber) {
+  return Find(failureNumber).value_or(TryAgain);
+}
+
+ExitCode CodeOf(const Platform::FailureWatch& watch, ExitCode withoutFailure) {
+  ExitCode code = withoutFailure;
+  for (const std::int32_t number : watch.Numbers()) {
+    const auto found = Find(number);
+    if (found) code = *found;
+    if (found == TryAgain) break;
+  }
+  return code;
+}
+
+}  // namespace Host
