@@ -14,6 +14,7 @@ namespace {
 
 constexpr std::string_view kUtf8Mark = "\xEF\xBB\xBF";
 constexpr std::string_view kLastResort = "windows-1252";
+constexpr std::string_view kIso2022Jp = "iso-2022-jp";
 
 struct CloseConverter {
   void operator()(UConverter* converter) const { ucnv_close(converter); }
@@ -121,7 +122,7 @@ String ConvertBy(std::string_view name, std::string_view bytes) {
   }
   UConverter* converter = name.empty() ? nullptr : KeptConverter(name);
   if (converter) return Convert(*converter, bytes);
-  return name == kLastResort ? Platform::FromUtf8(bytes) : GuessText(bytes);
+  return name == kLastResort || name == kIso2022Jp ? Platform::FromUtf8(bytes) : GuessText(bytes);
 }
 
 }  // namespace
@@ -135,9 +136,12 @@ String DecodeText(std::string_view bytes, std::string_view label) {
 }
 
 String GuessText(std::string_view bytes, std::string_view likely) {
+  for (const std::string_view kanji : {"\x1B$B", "\x1B$@"}) {
+    if (bytes.find(kanji) != std::string_view::npos) return ConvertBy(kIso2022Jp, bytes);
+  }
   if (Platform::IsUtf8(bytes)) return Platform::FromUtf8(bytes);
   const std::string_view name = ConverterFor(likely);
-  const bool eightBit = !name.empty() && !name.starts_with("utf");
+  const bool eightBit = !name.empty() && !name.starts_with("utf") && !name.starts_with("iso-2022");
   return ConvertBy(eightBit ? name : kLastResort, bytes);
 }
 

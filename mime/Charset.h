@@ -19,8 +19,8 @@ using Platform::StringView;
 // leaves it to GuessText.
 String DecodeText(std::string_view bytes, std::string_view label);
 
-// Text without a usable label: UTF-8 if it is that throughout; otherwise that of likely, a label too, where
-// it is one of an 8-bit charset; otherwise windows-1252.
+// Text without a usable label: ISO-2022-JP where its escape sequences are; UTF-8 if it is that throughout;
+// otherwise that of likely, a label too, where it is one of an 8-bit charset; otherwise windows-1252.
 String GuessText(std::string_view bytes, std::string_view likely = {});
 
 }  // namespace Mime

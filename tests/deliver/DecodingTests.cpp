@@ -81,6 +81,7 @@ TEST(Charset, TakesEveryByteForSomeCharacter) {
       {"iso-2022-kr", "\x1B$)C\x0E\x30\x21\x0F.", "가."},
       {"iso-2022-jp", "\x1B$B\x1B(B\x1B$B$\"\x1B(B.", "あ."},
       {"ibm850", "\x84", "ä"},
+      {"", "\x1B$B$\"\x1B(B.", "あ."},
       {"../icudt72l/x,y", "\xC3\xA4", "ä"},
       {"koi8-r", "\xEF\xBB\xBF\xC3\xA4", "ä"},
       {"utf-16", "h\0\xE9\0"s, "hé"},
