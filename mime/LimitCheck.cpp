@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <string_view>
 #include <unordered_set>
+#include <utility>
 #include <vector>
 
 #include "mime/AddressDepth.h"
@@ -149,6 +150,7 @@ class Scan {
     const std::string name = LowerCase(WithoutBlanksBehind(field.substr(0, colon)));
     const std::string_view value = field.substr(colon + 1);
     if (IsAddressField(name)) CheckAddresses(name, value);
+    if (name == "subject") CheckSubject(value);
     if (name == "content-type" || name == "content-disposition") CheckParameters(value);
     if (name == "content-type") ReadContentType(std::string(value));
   }
@@ -164,6 +166,14 @@ class Scan {
     if (value.size() > limits_.FromSize) Refuse("its From field has", limits_.FromSize >> 10, " KB");
   }
 
+  void CheckSubject(std::string_view value) {
+    if (!ownHeader_ || std::exchange(subjectSeen_, true)) {
+      bytes_[fieldStart_] = 'X';
+    } else if (value.size() > limits_.SubjectSize) {
+      Refuse("its Subject field has", limits_.SubjectSize >> 10, " KB");
+    }
+  }
+
   void CheckParameters(std::string_view value) {
     const auto count = [&](char c) {
       return static_cast<std::size_t>(std::count(value.begin(), value.end(), c));
@@ -172,6 +182,11 @@ class Scan {
       Refuse("a Content-Type or Content-Disposition of it has", limits_.ContentFieldSize >> 10, " KB");
     if (count('(') > limits_.ContentFieldComments)
       Refuse("a Content-Type or Content-Disposition of it has", limits_.ContentFieldComments, " comments");
+    std::size_t words = 0;
+    for (std::size_t at = value.find("=?"); at != std::string_view::npos; at = value.find("=?", at + 2))
+      ++words;
+    if (words > limits_.ContentFieldWords)
+      Refuse("a Content-Type or Content-Disposition of it has", limits_.ContentFieldWords, " encoded words");
     if (count(';') > limits_.FieldParameters)
       Refuse("a Content-Type or Content-Disposition of it has", limits_.FieldParameters, " parameters");
     parameters_ += count(';');
@@ -215,6 +230,7 @@ class Scan {
   std::size_t headerFields_ = 0;
   std::size_t headerSize_ = 0;
   std::size_t fromFields_ = 0;
+  bool subjectSeen_ = false;
   std::size_t parameters_ = 0;
 };
 

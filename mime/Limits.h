@@ -37,7 +37,7 @@ struct MailLimits {
 
   // In bytes, a Content-Type or Content-Disposition. A file name of 255 Japanese characters takes 3 kB in RFC
   // 2231's encoding.
-  std::size_t ContentFieldSize = std::size_t{16} << 10;
+  std::size_t ContentFieldSize = std::size_t{8} << 10;
 
   // Parameters of one such field, and of all. The encoding of RFC 2231 cuts a long name into about twenty.
   std::size_t FieldParameters = 200;
@@ -45,6 +45,12 @@ struct MailLimits {
 
   // Opening parentheses in such a field, where nobody writes comments but file names may have some.
   std::size_t ContentFieldComments = 50;
+
+  // Encoded words in such a field: a file name of 255 Japanese characters takes 14.
+  std::size_t ContentFieldWords = 25;
+
+  // In bytes, a mail's own Subject. The longest that mail programs write is about 1 kB.
+  std::size_t SubjectSize = std::size_t{16} << 10;
 
   // A mail's own From: RFC 5322 allows one field, and nearly all name one address.
   std::size_t FromFields = 4;
