@@ -4,6 +4,7 @@
 #include <QGuiApplication>
 #include <QMessageBox>
 #include <QScreen>
+#include <QTreeView>
 
 #include "desktop/DesktopTexts.h"
 #include "desktop/FileFilter.h"
@@ -74,6 +75,8 @@ std::optional<String> DesktopToolkit::OpenFile(const OpenFileRequest& request) {
     dialog->setFileMode(QFileDialog::ExistingFile);
     dialog->setNameFilters(NameFilters(ToQt(request.Filter)));
     if (!request.FileName.empty()) dialog->selectFile(ToQt(request.FileName));
+    // The column with the type of each file isn't translated into every language; the filter tells the type.
+    if (auto* details = dialog->findChild<QTreeView*>("treeView")) details->setColumnHidden(2, true);
     dialog->setAttribute(Qt::WA_DeleteOnClose);
     QObject::connect(dialog, &QDialog::finished, dialog, [dialog, chosen](int result) {
       std::optional<String> file;
