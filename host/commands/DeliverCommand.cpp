@@ -32,8 +32,9 @@ Exit codes:
   65  a complaint about a message: its sender, its subject, its body, or no such discussion. Trying again won't
       help. The reply of an unknown or refused sender stands all the same, so don't deliver it a second time.
   75  a message couldn't be delivered now; it has to be tried again. In doubt it is 75, and 75 outdoes 65.
+      Also where the store of the mailboxes is missing, as on a disk that isn't mounted.
   64  the command line is wrong
-  78  the mailbox isn't configured
+  78  the store of the mailboxes is there, and the mailbox isn't
 
 A message that is delivered twice makes two replies. Where one of several messages has to be tried again, give
 only those to the next call that are listed so; a mail server does best to hand over one message in a call.

@@ -1,4 +1,6 @@
 // The dialogs of tvmail on a terminal and from piped answers.
+#include <csignal>
+
 #include "tests/support/Program.h"
 
 namespace Tests {
@@ -79,6 +81,13 @@ TEST_F(DialogTest, AsksAgainWhenItWasStoppedAtAHiddenPrompt) {
       "mailbox change Apollo --user ann",
       {{"Password of ann: ", kControlZ}, {"Password of ann: ", kControlZ}, {"Password of ann: ", "secret"}});
   EXPECT_PRED2(Holds, shown, "is bound to");
+}
+
+TEST_F(DialogTest, IsEndedByControlCAlsoBehindATypedPassword) {
+  ASSERT_EQ(0, program.Run("mailbox add x" + kLogon + kSmtp).Exit);
+  const std::string shown = program.OnTerminal("mailbox change Apollo --user ann",
+                                               {{"Password of ann: ", "sec" + kControlC}}, 128 + SIGINT);
+  EXPECT_EQ(std::string::npos, shown.find("sec"));
 }
 
 TEST_F(DialogTest, HidesAPasswordOnATerminalAndShowsALockedBox) {
