@@ -106,16 +106,19 @@ TEST_F(Durability, AFaultOfAnyCallLeavesTheOldStateOrTheNewAndNothingBesideIt) {
     for (int number = 1;; ++number) {
       const int before = CountFiles();
       std::string failure;
-      bool reached = false;
+      bool reached = false, ofNewContent = false;
       {
         SystemCalls calls(world_.Home.Path());
         calls.Fail(number, number % 2 == 0 ? EIO : ENOSPC);
         failure = FailureText([&] { act.Do(number); });
         reached = calls.HasFailed();
+        ofNewContent = calls.FailedPath().ends_with(".new");
       }
       const bool isDone = failure.empty() || Holds(failure, "was saved");
       EXPECT_EQ(act.State(number), isDone ? "new" : "old") << act.Name << " " << number << ": " << failure;
       EXPECT_EQ(CountFiles(), before + (isDone ? act.FilesMade : 0)) << act.Name << " " << number;
+      EXPECT_FALSE(ofNewContent && isDone)
+          << act.Name << " " << number << ": a fault of its own file, unseen";
       raised += failure.empty() ? 0 : 1;
       if (!reached) break;
     }

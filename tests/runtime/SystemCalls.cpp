@@ -36,20 +36,23 @@ bool SystemCalls::IsWatched(const std::string& path) const {
   return path.starts_with(folder_) && !path.ends_with("-shm");
 }
 
-bool SystemCalls::MustFail() {
-  if (++count_ != failing_) return false;
+bool SystemCalls::MustFail(const std::string& path) {
+  ++count_;
+  if (failing_ == 0 || count_ < failing_ || (count_ > failing_ && error_ != ENOSPC)) return false;
+  if (count_ == failing_) failedPath_ = path;
   errno = error_;
   return true;
 }
 
 bool SystemCalls::OnCall(int descriptor, bool isSync) {
   struct stat status {};
-  if (!IsWatched(PathOf(descriptor)) || fstat(descriptor, &status) != 0) return false;
+  const std::string path = PathOf(descriptor);
+  if (!IsWatched(path) || fstat(descriptor, &status) != 0) return false;
   if (isSync && S_ISDIR(status.st_mode) && folderError_ != 0) {
     errno = folderError_;
     return true;
   }
-  return MustFail();
+  return MustFail(path);
 }
 
 bool SystemCalls::OnRename(const char* from, const char* to, bool mayReplace) {
@@ -60,7 +63,7 @@ bool SystemCalls::OnRename(const char* from, const char* to, bool mayReplace) {
     errno = renameError_;
     return true;
   }
-  if (MustFail()) return true;
+  if (MustFail(to)) return true;
   const std::string parent = std::filesystem::path(to).parent_path();
   if (stat(from, &file) == 0 && dirty_.contains({file.st_dev, file.st_ino}))
     tooEarly_ += std::string(to) + " ";

@@ -22,13 +22,15 @@ class SystemCalls {
   SystemCalls(const SystemCalls&) = delete;
   SystemCalls& operator=(const SystemCalls&) = delete;
 
-  // The call of that number, counted from 1, fails with the error and does nothing, but a file is closed.
+  // The call of that number, counted from 1, fails with the error and does nothing, but a file is closed. On
+  // a disk that is full (ENOSPC) all that follow fail too.
   void Fail(int number, int error) { failing_ = number, error_ = error; }
   void FailSyncsOfFolders(int error) { folderError_ = error; }
   void FailRenamesThatReplaceNothing(int error) { renameError_ = error; }
 
   int Count() const { return count_; }
   bool HasFailed() const { return failing_ != 0 && count_ >= failing_; }
+  const std::string& FailedPath() const { return failedPath_; }  // of the file or folder
 
   // The files that were written, and the folders in which names were given, since they were brought to the
   // disk last; and files that were renamed before they were.
@@ -45,12 +47,12 @@ class SystemCalls {
  private:
   using Identity = std::pair<dev_t, ino_t>;
   bool IsWatched(const std::string& path) const;
-  bool MustFail();
+  bool MustFail(const std::string& path);
 
   std::string folder_;
   int count_ = 0, failing_ = 0, error_ = 0, folderError_ = 0, renameError_ = 0;
   std::map<Identity, std::string> dirty_;
-  std::string tooEarly_;
+  std::string tooEarly_, failedPath_;
 };
 
 }  // namespace Tests
