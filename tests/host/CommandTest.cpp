@@ -237,7 +237,9 @@ TEST_F(Commands, OutboundSettingsAreStoredAsTheDialogTakesThem) {
                   {"outbound --profile Office", 64, "", "--transport mapi"},
                   {"outbound add-profile Office", 0, "Office", ""},
                   {"outbound --transport mapi --profile none", 65, "", "Office"},
-                  {"outbound --transport MAPI --profile OFFICE", 0, "mapi", ""},
+                  {"outbound add-profile Home", 0, "Home", ""},
+                  {"outbound --transport mapi --profile home", 0, "MAPI profile: Home", ""},
+                  {"outbound --transport MAPI --profile OFFICE", 0, "MAPI profile: Office", ""},
                   {"outbound --host h", 64, "", "--transport smtp"},
                   {"outbound --disable", 0, "no", ""},
                   {"outbound --transport smtp", 64, "", "--enable"}});

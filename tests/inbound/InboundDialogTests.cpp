@@ -119,6 +119,29 @@ TEST(InboundDialog, KeepsARefusedEntryAndTakesTheNameThatTheCheckGave) {
   EXPECT_TEXT(u"", world.Name);
 }
 
+TEST(InboundDialog, GivesTheNameOfTheLastCheckBackAfterACancel) {
+  // mode; name given; why the check refuses; name given back
+  for (const Strings& row : Table(R"(
+    add    ; New  ; not allowed ; Apollo
+    change ; New  ; not allowed ; Apollo
+    add    ;      ; name taken  ;
+    add    ; New  ; name taken  ; New
+)")) {
+    SCOPED_TRACE(row[0] + " " + row[2]);
+    Inbound world;
+    const auto project = ScriptedProject::In(world);
+    if (row[2] == "name taken") world.Store(u"Apollo", {}, {});
+    if (row[0] == "change") WriteMailBoxRecord(world.PathOf("Apollo.TVS"), u"ann", u"word", u"New");
+    EXPECT_EQ(row[0] == "change",
+              world.Configure(row[0] == "add", FromUtf8(row[1]), [&](Form& form, UserHand& hand) {
+                world.Named("ok")(form, hand);
+                EXPECT_EQ(1u, world.Boxes().size());
+                hand.Escape();
+              }));
+    EXPECT_EQ(row[3], Utf8(world.Name));
+  }
+}
+
 TEST(InboundDialog, KeepsAcceptedEntriesThroughACancelAndNotThroughTheCloseBox) {
   Inbound world;
   ASSERT_TRUE(world.Configure(true, u"", world.Named("ok")));
@@ -173,6 +196,9 @@ TEST(InboundDialog, ChecksEntriesAsTypedAndTrimsTheAcceptedOnes) {
   EXPECT_EQ(Strings(), world.Boxes());
   WriteMailBoxRecord(u"mars.TVS", u"bob", u"word", u"Mars");
   EXPECT_EQ("mars.TVS|bob|", world.Opened(true, u"Mars")) << "a path without a user id counts as nothing";
+  world.Store(u"Half", u"TVSFilePath", u"half.TVS");
+  EXPECT_EQ("half.TVS||", world.Opened(true, u"Half"));
+  EXPECT_EQ("||", world.Opened(true, u"Nobody")) << "the former path doesn't fill in for a missing record";
 }
 
 TEST(InboundDialog, ThatCannotBeFilledOrShownIsDroppedAndTheCallFails) {
@@ -283,6 +309,11 @@ TEST(Configuring, ReachesTheRecordAndTheProjectOnlyByTheUpdate) {
   ASSERT_TRUE(static_cast<bool>(world.Handler.MailHandler_MboxUpdate(world.Name, world.Sess)));
   EXPECT_EQ("Apollo.TVS|ann|word", world.Record(u"Apollo"));
   EXPECT_EQ("2||mail.example.org|Apollo Mail|apollo@example.org", world.Section("Apollo.TVS"));
+
+  world.Store(u"Apollo", u"DBUID", std::int32_t{7});
+  ASSERT_TRUE(world.Configure(false, u"Apollo", world.Named("cancel")));
+  ASSERT_TRUE(static_cast<bool>(world.Handler.MailHandler_MboxUpdate(world.Name, world.Sess)));
+  EXPECT_EQ("Apollo.TVS|ann|word", world.Record(u"Apollo")) << "entries kept over an unreadable record";
 
   world.Sess = world.SessionWith({.Transport = u"MAPI"});
   EMailManager later;

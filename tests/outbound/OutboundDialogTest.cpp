@@ -149,6 +149,7 @@ TEST_F(OutboundDialogTest, OKEndsItAfterACompleteSaveAloneAndCancelTakesNothingB
   const auto off = [](Form& form, UserHand& hand) { hand.Check(form[u"chkEnableEmail"], false); };
   const auto noTransport = [](Form& form, UserHand&) { form[u"cmbProvider"].SetListIndex(-1); };
   const auto noProfile = [](Form& form, UserHand&) { form[u"cmbProfile"].SetListIndex(-1); };
+  const auto second = [](Form& form, UserHand& hand) { hand.Choose(form[u"cmbProfile"], 1); };
   const auto profile = [](Form& form, UserHand& hand) { hand.Focus(form[u"cmbProfile"]); };
   const auto address = [&](Form& form, UserHand& hand) {
     host(form, hand);
@@ -168,12 +169,13 @@ TEST_F(OutboundDialogTest, OKEndsItAfterACompleteSaveAloneAndCancelTakesNothingB
               {false, off, "", "False|-|-|-|-|-"},
               {false, noTransport, "", "True|-|-|-|-|-"},
               {true, {}, "", "True|1|Alpha|-|-|-"},
+              {true, second, "", "True|1|Beta|-|-|-"},
               {true, noProfile, "nowhere", none, {"T10040 "}},
               {true, profile, "cmbProfile", none, {}, {{"RegUtil.AddOrUpdateValue", 1, false}}}};
   for (const auto& row : rows) {
     SCOPED_TRACE(&row - rows);
     RegistryStore::DeleteKey(Hive::CurrentUser, RegistryPath::kOutbound);
-    if (row.Profile) AddProfile(u"Alpha");
+    if (row.Profile) AddProfile(u"Alpha"), AddProfile(u"Beta");
     EXPECT_EQ(row.Focus.empty(), Open([&](Form& form, UserHand& hand) {
                 if (row.BeforeOK) row.BeforeOK(form, hand);
                 Plan(row.Faults);
