@@ -128,11 +128,64 @@ inline constexpr std::int32_t kNoDisplay = 12004;
 inline constexpr std::int32_t kProbeNotRun = 12005;
 inline constexpr std::int32_t kDisplayRefused = 12006;
 
+// Of the programs and libraries around the component.
+inline constexpr std::int32_t kFormIntroduction = 20000;
+inline constexpr std::int32_t kAsTyped = 20001;
+inline constexpr std::int32_t kFixedField = 20002;
+inline constexpr std::int32_t kDisabledField = 20003;
+inline constexpr std::int32_t kTextCut = 20004;
+inline constexpr std::int32_t kYes = 20005;
+inline constexpr std::int32_t kNo = 20006;
+inline constexpr std::int32_t kAnswerYesOrNo = 20007;
+inline constexpr std::int32_t kEmptyList = 20008;
+inline constexpr std::int32_t kNumberPrompt = 20009;
+inline constexpr std::int32_t kAnswerFromList = 20010;
+inline constexpr std::int32_t kEditAgain = 20011;
+inline constexpr std::int32_t kNotUtf8 = 20012;
+inline constexpr std::int32_t kHelpMissing = 20013;
+inline constexpr std::int32_t kSubjectOfNoReply = 20020;
+inline constexpr std::int32_t kReplyTooLarge = 20021;
+inline constexpr std::int32_t kPathNotWhole = 20030;
+inline constexpr std::int32_t kFileMissing = 20031;
+inline constexpr std::int32_t kFileIsFolder = 20032;
+inline constexpr std::int32_t kFileNotOrdinary = 20033;
+inline constexpr std::int32_t kFileTooLarge = 20034;
+inline constexpr std::int32_t kFileUnreadable = 20035;
+inline constexpr std::int32_t kNoProjectFile = 20036;
+inline constexpr std::int32_t kProjectFileOfNewerFormat = 20037;
+inline constexpr std::int32_t kPathEmpty = 20038;
+
 // Every number that a catalogue must have, and how many places for arguments its text has at least.
 struct Listed {
   std::int32_t Number;
   int Arguments = 0;
 };
+
+inline constexpr Listed kPrograms[] = {{kFormIntroduction},
+                                       {kAsTyped},
+                                       {kFixedField},
+                                       {kDisabledField},
+                                       {kTextCut, 1},
+                                       {kYes},
+                                       {kNo},
+                                       {kAnswerYesOrNo, 2},
+                                       {kEmptyList},
+                                       {kNumberPrompt},
+                                       {kAnswerFromList},
+                                       {kEditAgain},
+                                       {kNotUtf8},
+                                       {kHelpMissing},
+                                       {kSubjectOfNoReply},
+                                       {kReplyTooLarge},
+                                       {kPathNotWhole, 1},
+                                       {kFileMissing, 1},
+                                       {kFileIsFolder, 1},
+                                       {kFileNotOrdinary, 1},
+                                       {kFileTooLarge, 1},
+                                       {kFileUnreadable, 2},
+                                       {kNoProjectFile, 1},
+                                       {kProjectFileOfNewerFormat, 1},
+                                       {kPathEmpty}};
 
 inline constexpr Listed kShared[] = {{kCutMarker}};
 

@@ -1,8 +1,13 @@
 #include "host/terminal/FormQuestions.h"
 
+#include "platform/StoredNames.h"
+#include "runtime/Texts.h"
+
 namespace Host {
 
 namespace {
+
+using Runtime::TextOf;
 
 String Number(std::size_t number) {
   return FromUtf8(std::to_string(number));
@@ -15,7 +20,7 @@ bool StartsWith(StringView text, StringView beginning) {
 // What a control holds, or of a secret only that it holds something.
 String ShownText(const Control& control) {
   const String text = control.Text();
-  return control.PasswordChar() == 0 || text.empty() ? text : u"as typed";
+  return control.PasswordChar() == 0 || text.empty() ? text : TextOf(TextNumber::kAsTyped);
 }
 
 // The one choice that the answer names: by its number from 1, or by the beginning of its text.
@@ -37,6 +42,12 @@ std::optional<std::size_t> FindChoice(const std::vector<String>& choices, const 
 String PlainCaption(StringView caption) {
   String plain;
   for (std::size_t i = 0; i < caption.size(); ++i) {
+    // Where captions have no letters that a key has, the access key stands behind them: "(&P)".
+    const StringView rest = caption.substr(i);
+    if (rest.size() > 3 && rest.starts_with(u"(&") && rest[3] == u')') {
+      i += 3;
+      continue;
+    }
     if (caption[i] == u'&' && ++i == caption.size()) break;
     plain += caption[i];
   }
@@ -47,8 +58,7 @@ String PlainCaption(StringView caption) {
 
 void FormQuestions::Ask() {
   Say(u"== " + PlainCaption(form_.Caption()) + u" ==");
-  Say(u"Enter keeps what stands in brackets, - empties it, ? shows help, the end of the input closes. A "
-      u"password is taken as it is typed.");
+  Say(TextOf(TextNumber::kFormIntroduction));
   hand_.Activate();
   while (form_.IsShown()) {
     if (!AskFields() || !AskButtons()) {
@@ -84,8 +94,8 @@ bool FormQuestions::AskFields() {
 
 bool FormQuestions::AskField(Control& control, const String& name) {
   if (!control.Enabled() || control.Locked()) {
-    Say(name + u": " + ShownText(control) +
-        (control.Enabled() ? u" (can't be changed)" : u" (switched off)"));
+    Say(name + u": " + ShownText(control) + u" " +
+        TextOf(control.Enabled() ? TextNumber::kFixedField : TextNumber::kDisabledField));
     return true;
   }
   hand_.Focus(control);
@@ -107,35 +117,38 @@ bool FormQuestions::AskText(Control& box, const String& name) {
   if (answer->empty()) return true;
   const String text = *answer == u"-" && !secret ? String() : *answer;
   hand_.Type(box, text);
-  if (box.Text().size() < text.size())
-    Say(u"Only the first " + Number(box.Text().size()) + u" characters were taken.");
+  if (box.Text().size() < text.size()) Say(TextOf(TextNumber::kTextCut, Number(box.Text().size())));
   return true;
 }
 
 bool FormQuestions::AskCheck(Control& box, const String& name) {
+  const std::vector<String> choices = {TextOf(TextNumber::kYes), TextOf(TextNumber::kNo)};
+  const String& present = box.Value() != 0 ? choices[0] : choices[1];
   for (;;) {
-    const auto answer = Answer(name + (box.Value() != 0 ? u" (y/n) [y]: " : u" (y/n) [n]: "));
+    const auto answer = Answer(name + u" (" + choices[0] + u"/" + choices[1] + u") [" + present + u"]: ");
     if (!answer) return false;
     if (answer->empty()) return true;
-    const bool yes = StartsWith(u"yes", *answer);
-    if (yes || StartsWith(u"no", *answer)) {
-      hand_.Check(box, yes);
+    // English answers count in every language.
+    auto choice = FindChoice(choices, *answer);
+    if (!choice) choice = FindChoice({u"yes", u"no"}, *answer);
+    if (choice) {
+      hand_.Check(box, *choice == 0);
       return true;
     }
-    Say(u"Please answer y or n.");
+    Say(TextOf(TextNumber::kAnswerYesOrNo, choices[0], choices[1]));
   }
 }
 
 bool FormQuestions::AskList(Control& list, const String& name) {
   if (list.List().empty()) {
-    Say(name + u": (the list is empty)");
+    Say(name + u": " + TextOf(TextNumber::kEmptyList));
     return true;
   }
   for (;;) {
     String prompt = name + u":\n";
     for (std::size_t i = 0; i < list.List().size(); ++i)
       prompt += u"  " + Number(i + 1) + u" " + list.List()[i] + u"\n";
-    prompt += u"number";
+    prompt += TextOf(TextNumber::kNumberPrompt);
     if (!list.Text().empty()) prompt += u" [" + list.Text() + u"]";
     const auto answer = Answer(prompt + u": ");
     if (!answer) return false;
@@ -144,7 +157,7 @@ bool FormQuestions::AskList(Control& list, const String& name) {
       hand_.Choose(list, static_cast<std::int32_t>(*choice));
       return true;
     }
-    Say(u"Please answer with a number of the list.");
+    Say(TextOf(TextNumber::kAnswerFromList));
   }
 }
 
@@ -161,7 +174,7 @@ bool FormQuestions::AskButtons() {
       prompt += Number(buttons.size()) + u" " + captions.back() + u"  ";
       if (control->IsDefault()) enter = captions.back();
     }
-    captions.push_back(u"edit the fields again");
+    captions.push_back(TextOf(TextNumber::kEditAgain));
     prompt += Number(captions.size()) + u" " + captions.back();
     if (!enter.empty()) prompt += u" [" + enter + u"]";
     const auto answer = Answer(prompt + u": ");
@@ -172,12 +185,12 @@ bool FormQuestions::AskButtons() {
     }
     const auto choice = FindChoice(captions, *answer);
     if (!choice) {
-      Say(u"Please answer with a number of the list.");
+      Say(TextOf(TextNumber::kAnswerFromList));
       continue;
     }
     if (*choice == buttons.size()) return true;
     hand_.Press(*buttons[*choice]);
-    // What was refused is to be mended in the fields; every other button leads back to the buttons.
+    // What was refused is to be corrected in the fields; every other button leads back to the buttons.
     if (buttons[*choice]->IsDefault()) return true;
   }
   return true;

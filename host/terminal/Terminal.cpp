@@ -10,11 +10,17 @@
 #include <iostream>
 #include <string>
 
+#include "host/terminal/LineEditor.h"
+#include "host/terminal/TypedText.h"
+#include "platform/StoredNames.h"
 #include "platform/TerminalText.h"
+#include "runtime/Texts.h"
 
 namespace Host {
 
 namespace {
+
+namespace TextNumber = Platform::TextNumber;
 
 volatile sig_atomic_t arrivedSignal = 0;
 
@@ -81,13 +87,25 @@ std::optional<std::string> ReadBytes(const sigset_t* mask) {
   return line;
 }
 
-std::optional<String> AskLine(const Terminal& terminal, StringView prompt, const sigset_t* mask) {
-  for (;;) {
+// Shows the prompt, of which only the last line can be edited behind.
+std::optional<std::string> ReadVisible(const Terminal& terminal, StringView prompt) {
+  if (!CanEditLine()) {
     terminal.Write(prompt);
-    const auto line = ReadBytes(mask);
+    return ReadBytes(nullptr);
+  }
+  const std::size_t lastLine = prompt.rfind(u'\n') + 1;
+  terminal.Write(prompt.substr(0, lastLine));
+  return ReadEditedLine(Platform::TerminalText(prompt.substr(lastLine)));
+}
+
+// Asks until the answer is UTF-8.
+template <class Read>
+std::optional<String> Ask(const Terminal& terminal, Read read) {
+  for (;;) {
+    const auto line = read();
     if (!line) return std::nullopt;
     if (Platform::IsUtf8(*line)) return Platform::FromUtf8(*line);
-    terminal.Write(u"That isn't UTF-8. Please type it again.\n");
+    terminal.Write(Runtime::TextOf(TextNumber::kNotUtf8) + u"\n");
   }
 }
 
@@ -102,15 +120,20 @@ void Terminal::Write(StringView text) const {
 }
 
 std::optional<String> Terminal::ReadLine(StringView prompt) const {
-  return AskLine(*this, prompt, nullptr);
+  const auto line = Ask(*this, [&] { return ReadVisible(*this, prompt); });
+  return line ? std::optional(WithoutEscapes(*line)) : std::nullopt;
 }
 
 std::optional<String> Terminal::ReadHidden(StringView prompt) const {
   for (;;) {
     const WithoutEcho silence;
-    const auto answer = AskLine(*this, prompt, &silence.MaskOfWaiting());
-    // Ctrl-Z takes effect at the end of the silence; whoever comes back from it is asked anew.
-    if (answer || arrivedSignal != SIGTSTP) return answer;
+    const auto answer = Ask(*this, [&] {
+      Write(prompt);
+      return ReadBytes(&silence.MaskOfWaiting());
+    });
+    // Ctrl-Z takes effect when the echo is back; whoever returns from it is asked again.
+    if (!answer && arrivedSignal == SIGTSTP) continue;
+    return answer && Interactive() ? WithoutEscapes(*answer) : answer;
   }
 }
 

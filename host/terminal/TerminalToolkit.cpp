@@ -1,7 +1,11 @@
 #include "host/terminal/TerminalToolkit.h"
 
 #include "host/terminal/FormQuestions.h"
+#include "host/terminal/HelpText.h"
+#include "host/terminal/PathCompletion.h"
+#include "platform/StoredNames.h"
 #include "runtime/HelpPages.h"
+#include "runtime/Texts.h"
 
 namespace Host {
 
@@ -27,8 +31,9 @@ void TerminalToolkit::MessageBox(StringView text, const std::optional<String>& t
 
 std::optional<String> TerminalToolkit::OpenFile(const OpenFileRequest& request) {
   const String present = request.FileName.empty() ? String() : u" [" + request.FileName + u"]";
-  auto answer = terminal_.ReadLine(request.Title + present + u": ");
-  if (!answer || !answer->empty()) return answer;
+  const auto answer = terminal_.ReadLine(request.Title + present + u": ");
+  if (!answer) return std::nullopt;
+  if (!answer->empty()) return FromUtf8(WholePath(ToUtf8(*answer)));
   // Enter alone takes the file that stands there; without one it is a cancel.
   if (request.FileName.empty()) return std::nullopt;
   return request.FileName;
@@ -38,19 +43,20 @@ ScreenSize TerminalToolkit::Screen() {
   return {kScreenWidth, kScreenHeight};
 }
 
+// Nobody looks at the result of a context's help, so that a missing page is told here; a topic's caller
+// tells.
 bool TerminalToolkit::ShowHelp(std::intptr_t, const std::string& file, std::uint32_t, std::uint32_t number) {
-  if (Tell(Runtime::FindHelpPage(file, number))) return true;
-  terminal_.Write(u"There is no help page. Install the help pages of Talvane.\n");
+  if (ShowPage(Runtime::FindHelpPage(file, number))) return true;
+  terminal_.Write(Runtime::TextOf(TextNumber::kHelpMissing) + u"\n");
   return false;
 }
 
 bool TerminalToolkit::ShowTopic(StringView topic) {
-  return Tell(Runtime::FindHelpPage(topic));
+  return ShowPage(Runtime::FindHelpPage(topic));
 }
 
-bool TerminalToolkit::Tell(const std::optional<std::string>& helpPage) {
-  if (helpPage) terminal_.Write(u"Help: " + FromUtf8(*helpPage) + u"\n");
-  return helpPage.has_value();
+bool TerminalToolkit::ShowPage(const std::optional<std::string>& page) {
+  return page && ShowHelpText(terminal_, *page);
 }
 
 }  // namespace Host

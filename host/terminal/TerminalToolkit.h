@@ -30,7 +30,7 @@ class TerminalToolkit : public FormsToolkit {
   bool ShowTopic(StringView topic) override;
 
  private:
-  bool Tell(const std::optional<std::string>& helpPage);
+  bool ShowPage(const std::optional<std::string>& page);
 
   Terminal terminal_;
 };

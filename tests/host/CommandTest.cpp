@@ -149,9 +149,9 @@ TEST_F(MailboxCommands, ARecordWithoutTextsIsIncompleteAndHindersNoOther) {
 
 TEST_F(MailboxCommands, WhatIsShownCannotSteerTheTerminal) {
   const String mailbox = String(RegistryPath::kMailBoxes) + u"\\B";
-  program.Store(Hive::LocalMachine, mailbox, MailBoxValue::kProjectPath, {1, u"/\x1B[31m.TVS"});
+  program.Store(Hive::LocalMachine, mailbox, MailBoxValue::kProjectPath, {1, u"/\x1B[31m\u202E.TVS"});
   program.Expect(
-      {{"mailbox list", 0, "\\u001B[31m.TVS", ""}, {"mailbox $'\\x1B[31m'", 64, "", "\uFFFD[31m"}});
+      {{"mailbox list", 0, "\\u001B[31m\\u202E.TVS", ""}, {"mailbox $'\\x1B[31m'", 64, "", "\\u001B[31m"}});
 }
 
 TEST_F(MailboxCommands, ARefusedMailboxLeavesNoRecordAndNoSection) {

@@ -83,11 +83,18 @@ TEST_F(DialogTest, AsksAgainWhenItWasStoppedAtAHiddenPrompt) {
   EXPECT_PRED2(Holds, shown, "is bound to");
 }
 
-TEST_F(DialogTest, IsEndedByControlCAlsoBehindATypedPassword) {
-  ASSERT_EQ(0, program.Run("mailbox add x" + kLogon + kSmtp).Exit);
-  const std::string shown = program.OnTerminal("mailbox change Apollo --user ann",
-                                               {{"Password of ann: ", "sec" + kControlC}}, 128 + SIGINT);
-  EXPECT_EQ(std::string::npos, shown.find("sec"));
+TEST_F(DialogTest, IsLeftByCtrlCAtEveryPrompt) {
+  program.Expect({{"mailbox add x" + kLogon + kSmtp, 0, "bound", ""}});
+  for (const char* kind : {"dumb", "xterm"}) {
+    setenv("TERM", kind, 1);
+    for (const std::string password : {"", "secret"})
+      program.OnTerminal("mailbox change Apollo", {{"[ann]: ", ""}, {"Password: ", password + kControlC}},
+                         128 + SIGINT);
+    program.OnTerminal("mailbox change Apollo", {{"[ann]: ", "bob" + kControlC}}, 128 + SIGINT);
+    program.OnTerminal("mailbox change Apollo", {{"[ann]: ", ""}, {"Password: ", "x"}, {"[OK]: ", kControlC}},
+                       128 + SIGINT);
+  }
+  unsetenv("TERM");
 }
 
 TEST_F(DialogTest, HidesAPasswordOnATerminalAndShowsALockedBox) {
@@ -97,6 +104,78 @@ TEST_F(DialogTest, HidesAPasswordOnATerminalAndShowsALockedBox) {
   EXPECT_EQ(std::string::npos, shown.find("secret"));
   EXPECT_PRED2(Holds, shown, "apollo.TVS (can't be changed)");
   EXPECT_PRED2(Holds, shown, "is bound to");
+}
+
+// Buttons are named by number, by name or by its beginning; what names none or two of them is asked again.
+TEST_F(DialogTest, TakesButtonsByNameNumberAndAbbreviation) {
+  program.Expect({{"mailbox add x" + kLogon + kSmtp, 0, "bound", ""}});
+  const struct {
+    std::string Answer, Output;
+  } rows[] = {{"OK", "is bound"},          {"o", "is bound"},        {"3", "is bound"},
+              {"CANCEL", "unchanged"},     {"c", "unchanged"},       {"1", "unchanged"},
+              {"h\nok", "is bound"},       {"x\n9\nok", "is bound"}, {"", "is bound"},
+              {"edit\n\n\nc", "unchanged"}};
+  for (const auto& [answer, output] : rows) {
+    const Outcome outcome = program.Run("mailbox change Apollo", "\nsecret\n" + answer + "\n");
+    EXPECT_PRED2(Holds, outcome.Output, output) << answer;
+    EXPECT_EQ(answer.find('9') != std::string::npos, Holds(outcome.Errors, "Please answer with a number"));
+    EXPECT_EQ(answer.find('h') != std::string::npos, Holds(outcome.Errors, "What happens on OK"));
+  }
+}
+
+TEST_F(DialogTest, IsHeldInTheLanguageOfItsUser) {
+  const struct {
+    std::string Language, Answers;
+    std::vector<std::string> Shown;
+  } rows[] = {
+      {"de_DE",
+       "?\nnein\nok\n",
+       {"E-Mail-Benachrichtigung einschalten (ja/nein) [ja]: ", "Ohne das Häkchen"}},
+      {"ja_JP", "vielleicht\nno\n\n", {"(はい/いいえ) [はい]: ", "はい または いいえ で答えてください"}}};
+  for (const auto& [language, answers, shown] : rows) {
+    const Outcome outcome = program.Shell("LC_ALL=" + language + ".UTF-8 tvmail outbound", answers);
+    EXPECT_EQ(0, outcome.Exit) << outcome.Errors;
+    EXPECT_PRED2(Holds, outcome.Output, "send e-mail: no");
+    for (const std::string& text : shown) EXPECT_PRED2(Holds, outcome.Errors, text);
+  }
+  const Outcome refused =
+      program.Shell("LC_ALL=de_DE.UTF-8 tvmail mailbox add x" + kSmtp, "a.TVS\nann\nb\n\n");
+  EXPECT_PRED2(Holds, refused.Errors, "a.TVS ist nicht der vollständige Pfad der Projektdatei");
+}
+
+// Keys that move the cursor, delete and complete a path work; the sequences of others are dropped.
+TEST_F(DialogTest, EditsALineOnATerminal) {
+  setenv("TERM", "xterm", 1);
+  const std::string shown = program.OnTerminal(
+      "mailbox add x" + kSmtp, {{"Project Path: ", (program.File("apo\t\tT\t")).string()},
+                                {"User Name: ", "nX\x1B[Hä\x1B[D\x1B[3~a\x1B[5~\x1B[F\x7Fn\x1B[A"},
+                                {"Password: ", "se\x1B[Dcret"},
+                                {"[OK]: ", ""}});
+  EXPECT_PRED2(Holds, shown, "apollo.TVS  apollo.");
+  EXPECT_PRED2(Holds, shown, "is bound to");
+  EXPECT_PRED2(Holds, program.OnTerminal("mailbox delete Apollo", {}), "deleted");
+  const std::string browsed =
+      program.OnTerminal("mailbox add x" + kSmtp, {{"Project Path: ", ""},
+                                                   {"User Name: ", "ann"},
+                                                   {"Password: ", "secret"},
+                                                   {"[OK]: ", "browse"},
+                                                   {"Choose the Project File: ", "./apollo.T\t"},
+                                                   {"[OK]: ", "ok"}});
+  EXPECT_PRED2(Holds, browsed, "is bound to " + program.File("apollo.TVS").string());
+  unsetenv("TERM");
+  EXPECT_PRED2(Holds, program.Run("mailbox list").Output, "Apollo");
+}
+
+TEST_F(DialogTest, ShowsHelpThroughThePager) {
+  setenv("PAGER", "sed s/^/:/", 1);
+  const std::string shown =
+      program.OnTerminal("outbound", {{"[yes]: ", "?"}, {"[yes]: ", kControlC}}, 128 + SIGINT);
+  EXPECT_PRED2(Holds, shown, ":What happens on OK");
+  setenv("PAGER", "no-such-pager", 1);
+  EXPECT_PRED2(Holds,
+               program.OnTerminal("outbound", {{"[yes]: ", "?"}, {"[yes]: ", kControlC}}, 128 + SIGINT),
+               "\nWhat happens on OK");
+  unsetenv("PAGER");
 }
 
 TEST_F(DialogTest, AsksForTheTransportOnATerminalWhenNoneIsGiven) {

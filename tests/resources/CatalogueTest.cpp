@@ -43,7 +43,8 @@ TEST_P(Catalogue, HasExactlyTheTextsThatTheComponentUses) {
   const std::pair<std::string, std::span<const TextNumber::Listed>> catalogues[] = {
       {"TvEmailServicesRes.", TextNumber::kOwn},
       {"TvComRes.", TextNumber::kShared},
-      {"TvDesktopRes.", TextNumber::kDesktop}};
+      {"TvDesktopRes.", TextNumber::kDesktop},
+      {"TvMailRes.", TextNumber::kPrograms}};
   for (const auto& [stem, listed] : catalogues) {
     const Texts english = ReadCatalogue(stem + "en.txt"), own = ReadCatalogue(stem + GetParam() + ".txt");
     EXPECT_EQ(listed.size(), own.size());

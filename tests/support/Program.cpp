@@ -2,6 +2,7 @@
 
 #include <pty.h>
 #include <sys/stat.h>
+#include <termios.h>
 
 #include <cstdlib>
 
@@ -70,15 +71,18 @@ std::string Program::OnTerminal(const std::string& arguments,
     shown.append(bytes, static_cast<std::size_t>(count));
     while (answer != answers.end() && shown.find(answer->first, seen) != std::string::npos) {
       seen = shown.find(answer->first, seen) + answer->first.size();
-      // A control character acts by itself; a line end behind it would answer what is asked next.
-      const bool control = answer->second == kControlZ || answer->second == kControlC;
+      // Ctrl-C and Ctrl-Z act by themselves; a line end behind them would answer what is asked next.
+      const bool control = answer->second.ends_with(kControlZ) || answer->second.ends_with(kControlC);
       const std::string typed = answer->second + (control ? "" : "\n");
       if (write(terminal, typed.data(), typed.size()) < 0) break;
       ++answer;
     }
   }
-  close(terminal);
   EXPECT_EQ(exit, EndOf(child)) << shown;
+  termios left{};
+  EXPECT_EQ(0, tcgetattr(terminal, &left));
+  EXPECT_EQ(tcflag_t{ECHO | ICANON}, left.c_lflag & (ECHO | ICANON));
+  close(terminal);
   return shown;
 }
 

@@ -37,7 +37,8 @@ class Program {
   }
 
   // Runs the program on a terminal, where each answer is typed as soon as its prompt is there, with Enter
-  // unless it is a control character alone, and expects the exit code. Gives all that the terminal showed.
+  // unless it ends in Ctrl-C or Ctrl-Z, and expects the exit code and that the terminal echoes lines at the end.
+  // Gives all that the terminal showed.
   std::string OnTerminal(const std::string& arguments,
                          const std::vector<std::pair<std::string, std::string>>& answers, int exit = 0) const;
 

@@ -1,0 +1,221 @@
+#include "host/terminal/LineEditor.h"
+
+#include <histedit.h>
+#include <locale.h>
+#include <poll.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstdlib>
+#include <cstring>
+#include <deque>
+#include <memory>
+#include <string_view>
+
+#include "host/terminal/PathCompletion.h"
+#include "platform/TerminalText.h"
+
+namespace Host {
+
+namespace {
+
+// Keys that the editor is told of by control characters: those of its own, and one that no key sends.
+constexpr wchar_t kToBegin = 1, kBack = 2, kToEnd = 5, kForward = 6, kEscape = 27, kDeleteForward = 30;
+
+std::optional<unsigned char> ReadByte(int timeout) {
+  for (;;) {
+    pollfd input{STDIN_FILENO, POLLIN, 0};
+    const int ready = poll(&input, 1, timeout);
+    unsigned char byte = 0;
+    if (ready > 0 && read(STDIN_FILENO, &byte, 1) == 1) return byte;
+    if (ready >= 0 || errno != EINTR) return std::nullopt;
+  }
+}
+
+// The characters that a person types, with the sequences of keys read as what they stand for.
+class Keys {
+ public:
+  // Nothing at the end of the input.
+  std::optional<wchar_t> Next() {
+    for (;;) {
+      if (!waiting_.empty()) {
+        const wchar_t next = waiting_.front();
+        waiting_.pop_front();
+        return next;
+      }
+      const auto byte = ReadByte(-1);
+      if (!byte) return std::nullopt;
+      if (*byte == kEscape) {
+        ReadSequence();
+      } else {
+        waiting_.push_back(Character(*byte));
+      }
+    }
+  }
+
+ private:
+  static constexpr int kPause = 50;  // in milliseconds; a key's bytes follow each other sooner
+
+  static wchar_t Character(unsigned char first) {
+    std::string bytes(1, static_cast<char>(first));
+    const std::size_t length = first < 0xC0 ? 1 : first < 0xE0 ? 2 : first < 0xF0 ? 3 : 4;
+    while (bytes.size() < length) {
+      const auto byte = ReadByte(kPause);
+      if (!byte) break;
+      bytes += static_cast<char>(*byte);
+    }
+    if (!Platform::IsUtf8(bytes)) return L'\uFFFD';
+    const Platform::String units = Platform::FromUtf8(bytes);
+    if (units.size() == 1) return units[0];
+    return static_cast<wchar_t>(0x10000 + ((units[0] - 0xD800) << 10) + (units[1] - 0xDC00));
+  }
+
+  // Behind an escape: a sequence of a key, or a key that was pressed with Alt.
+  void ReadSequence() {
+    const auto kind = ReadByte(kPause);
+    if (!kind) return;
+    if (*kind != '[' && *kind != 'O') {
+      if (*kind >= 0x20 && *kind < 0x7F) waiting_ = {kEscape, static_cast<wchar_t>(*kind)};
+      return;
+    }
+    std::string parameters;
+    for (auto byte = ReadByte(kPause); byte; byte = ReadByte(kPause)) {
+      if (*byte >= 0x40 || *kind == 'O') return Translate(parameters, static_cast<char>(*byte));
+      if (parameters.size() < 16) parameters += static_cast<char>(*byte);
+    }
+  }
+
+  void Translate(const std::string& parameters, char key) {
+    const bool withControl = parameters == "1;5";
+    if (key == '~') {
+      if (parameters == "1" || parameters == "7") waiting_ = {kToBegin};
+      if (parameters == "4" || parameters == "8") waiting_ = {kToEnd};
+      if (parameters == "3") waiting_ = {kDeleteForward};
+    } else if (key == 'C') {
+      waiting_ = withControl ? std::deque<wchar_t>{kEscape, L'f'} : std::deque<wchar_t>{kForward};
+    } else if (key == 'D') {
+      waiting_ = withControl ? std::deque<wchar_t>{kEscape, L'b'} : std::deque<wchar_t>{kBack};
+    } else if (key == 'H') {
+      waiting_ = {kToBegin};
+    } else if (key == 'F') {
+      waiting_ = {kToEnd};
+    }
+  }
+
+  std::deque<wchar_t> waiting_;
+};
+
+struct Session {
+  Keys Input;
+  std::string Prompt;
+};
+
+Session& SessionOf(EditLine* editor) {
+  void* session = nullptr;
+  el_wget(editor, EL_CLIENTDATA, &session);
+  return *static_cast<Session*>(session);
+}
+
+char* PromptOf(EditLine* editor) {
+  return SessionOf(editor).Prompt.data();
+}
+
+int ReadKey(EditLine* editor, wchar_t* key) {
+  const auto next = SessionOf(editor).Input.Next();
+  if (next) *key = *next;
+  return next ? 1 : 0;
+}
+
+std::string Utf8(const wchar_t* begin, const wchar_t* end) {
+  Platform::String text;
+  for (const wchar_t* c = begin; c != end; ++c) {
+    const auto code = static_cast<std::uint32_t>(*c);
+    if (code < 0x10000) {
+      text += static_cast<char16_t>(code);
+    } else {
+      text += static_cast<char16_t>(0xD800 + ((code - 0x10000) >> 10));
+      text += static_cast<char16_t>(0xDC00 + ((code - 0x10000) & 0x3FF));
+    }
+  }
+  return Platform::ToUtf8(text);
+}
+
+void ShowChoices(const std::vector<std::string>& choices) {
+  constexpr std::size_t kMost = 100;
+  std::string list = "\n";
+  for (std::size_t i = 0; i < choices.size() && i < kMost; ++i)
+    list += Platform::TerminalLine(Platform::FromUtf8(choices[i])) + "  ";
+  list += choices.size() > kMost ? "...\n" : "\n";
+  std::fputs(list.c_str(), stdout);
+}
+
+// Bound to the tab key: puts the rest of the path in, or shows what it could be.
+unsigned char CompleteHere(EditLine* editor, int) {
+  const LineInfoW* line = el_wline(editor);
+  const std::string typed = Utf8(line->buffer, line->cursor);
+  if (!LooksLikePath(typed)) return CC_NORM;
+  const Completion completion = CompletePath(typed);
+  if (completion.Choices.empty()) return CC_REFRESH_BEEP;
+  if (completion.Path == typed && completion.Choices.size() > 1) {
+    ShowChoices(completion.Choices);
+    return CC_REDISPLAY;
+  }
+  el_wdeletestr(editor, static_cast<int>(line->cursor - line->buffer));
+  return el_insertstr(editor, completion.Path.c_str()) == 0 ? CC_REFRESH : CC_REFRESH_BEEP;
+}
+
+// The editor reads and writes in the encoding of the thread's locale; everything here is UTF-8.
+class Utf8Locale {
+ public:
+  Utf8Locale() : utf8_(newlocale(LC_CTYPE_MASK, "C.UTF-8", nullptr)) {
+    if (utf8_) before_ = uselocale(utf8_);
+  }
+  Utf8Locale(const Utf8Locale&) = delete;
+  Utf8Locale& operator=(const Utf8Locale&) = delete;
+  ~Utf8Locale() {
+    if (!utf8_) return;
+    uselocale(before_);
+    freelocale(utf8_);
+  }
+
+ private:
+  locale_t utf8_;
+  locale_t before_ = nullptr;
+};
+
+struct EndEditor {
+  void operator()(EditLine* editor) const { el_end(editor); }
+};
+
+}  // namespace
+
+bool CanEditLine() {
+  const char* kind = std::getenv("TERM");
+  return isatty(STDIN_FILENO) == 1 && isatty(STDOUT_FILENO) == 1 && kind && *kind &&
+         std::strcmp(kind, "dumb") != 0;
+}
+
+std::optional<std::string> ReadEditedLine(const std::string& prompt) {
+  const Utf8Locale locale;
+  Session session{{}, prompt};
+  const std::unique_ptr<EditLine, EndEditor> editor(el_init("tvmail", stdin, stdout, stderr));
+  if (!editor) throw std::bad_alloc();
+  el_wset(editor.get(), EL_CLIENTDATA, &session);
+  el_wset(editor.get(), EL_SIGNAL, 1);
+  el_wset(editor.get(), EL_EDITOR, L"emacs");
+  el_wset(editor.get(), EL_GETCFN, ReadKey);
+  el_set(editor.get(), EL_PROMPT, PromptOf);
+  el_wset(editor.get(), EL_ADDFN, L"complete-path", L"Complete a path", CompleteHere);
+  el_wset(editor.get(), EL_BIND, L"^I", L"complete-path", nullptr);
+  el_wset(editor.get(), EL_BIND, L"^^", L"ed-delete-next-char", nullptr);
+  int length = 0;
+  const wchar_t* line = el_wgets(editor.get(), &length);
+  if (!line || length <= 0) {
+    std::fputs("\n", stdout);
+    return std::nullopt;
+  }
+  if (line[length - 1] == L'\n') --length;
+  return Utf8(line, line + length);
+}
+
+}  // namespace Host
