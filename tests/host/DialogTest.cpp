@@ -131,7 +131,7 @@ TEST_F(DialogTest, IsHeldInTheLanguageOfItsUser) {
       {"de_DE",
        "?\nnein\nok\n",
        {"E-Mail-Benachrichtigung einschalten (ja/nein) [ja]: ", "Ohne das Häkchen"}},
-      {"ja_JP", "vielleicht\nno\n\n", {"(はい/いいえ) [はい]: ", "はい または いいえ で答えてください"}}};
+      {"ja_JP", "vielleicht\nno\n\n", {"(はい/いいえ) [いいえ]: ", "はい または いいえ で答えてください"}}};
   for (const auto& [language, answers, shown] : rows) {
     const Outcome outcome = program.Shell("LC_ALL=" + language + ".UTF-8 tvmail outbound", answers);
     EXPECT_EQ(0, outcome.Exit) << outcome.Errors;
