@@ -152,7 +152,6 @@ inline constexpr std::int32_t kFileNotOrdinary = 20033;
 inline constexpr std::int32_t kFileTooLarge = 20034;
 inline constexpr std::int32_t kFileUnreadable = 20035;
 inline constexpr std::int32_t kNoProjectFile = 20036;
-inline constexpr std::int32_t kProjectFileOfNewerFormat = 20037;
 inline constexpr std::int32_t kPathEmpty = 20038;
 
 // Every number that a catalogue must have, and how many places for arguments its text has at least.
@@ -184,7 +183,6 @@ inline constexpr Listed kPrograms[] = {{kFormIntroduction},
                                        {kFileTooLarge, 1},
                                        {kFileUnreadable, 2},
                                        {kNoProjectFile, 1},
-                                       {kProjectFileOfNewerFormat, 1},
                                        {kPathEmpty}};
 
 inline constexpr Listed kShared[] = {{kCutMarker}};

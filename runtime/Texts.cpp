@@ -14,7 +14,7 @@ String TextOf(std::int32_t number, StringView first, StringView second) {
     texts.LoadResources(LibraryFolder() + u"\\TvMailRes.dll", u"TvMail");
     return texts.ResourceStrings(number, first, second);
   } catch (const std::exception&) {
-    return u"(no text for message " + Platform::FromUtf8(std::to_string(number)) + u")";
+    return {};
   }
 }
 

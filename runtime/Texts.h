@@ -10,8 +10,9 @@ namespace Runtime {
 using Platform::String;
 using Platform::StringView;
 
-// The text of one of TextNumber::kPrograms with its arguments in their places. Where the text service or its
-// catalogue is missing, a text that names the number. Raises nothing. Any thread.
+// The text of one of TextNumber::kPrograms with its arguments in their places. Empty where the text
+// service or its catalogue is missing. Raises nothing. Any thread. Reads the registry, so that what reads the
+// registry doesn't ask for texts.
 String TextOf(std::int32_t number, StringView first = {}, StringView second = {});
 
 }  // namespace Runtime

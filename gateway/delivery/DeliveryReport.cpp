@@ -30,9 +30,8 @@ void DeliveryReport::Tell(const std::string& source, const String& messageId, co
     std::string outcome = "delivered";
     if (result != Outcome::Delivered)
       outcome = (result == Outcome::Refused ? "complaint: " : "to be tried again: ") +
-                Platform::TerminalLine(failure);
+                Platform::TerminalLine(verdict.Reason.empty() ? failure : verdict.Reason);
     if (!verdict.WhyEmpty.empty()) outcome += ", but " + verdict.WhyEmpty;
-    if (!verdict.Hint.empty()) outcome += " (" + verdict.Hint + ")";
     WriteLine(Platform::TerminalLine(Platform::FromUtf8(source)) + "  " +
               (messageId.empty() ? "(no Message-ID)" : Platform::TerminalLine(messageId)) + "  " + outcome);
   }

@@ -5,6 +5,7 @@
 #include "platform/contracts/FailureText.h"
 #include "platform/contracts/ResourceServices.h"
 #include "runtime/Process.h"
+#include "runtime/Texts.h"
 
 namespace Gateway {
 namespace {
@@ -20,12 +21,11 @@ constexpr std::int32_t kOwnFaults[] = {
 
 // What a subject without its marks and a number or body that is too large raise.
 constexpr struct {
-  std::int32_t Number;
-  const char* Hint;
+  std::int32_t Failure;
+  std::int32_t Reason;  // the number of its text
 } kOwnFailures[] = {
-    {Platform::FailureNumber::InvalidArgument,
-     "the subject isn't that of an answer to a discussion's notification"},
-    {Platform::FailureNumber::Overflow, "the text or the discussion's number is too large for a reply"},
+    {Platform::FailureNumber::InvalidArgument, Platform::TextNumber::kSubjectOfNoReply},
+    {Platform::FailureNumber::Overflow, Platform::TextNumber::kReplyTooLarge},
 };
 
 String DescriptionOf(std::int32_t failureNumber) {
@@ -44,9 +44,10 @@ std::vector<FailureJudge::OwnFault> FailureJudge::LoadOwnFaults() {
   const String notice = texts.ResourceString(Platform::TextNumber::kMailNotice);
   std::vector<OwnFault> faults;
   for (const std::int32_t number : kOwnFaults)
-    faults.push_back({Platform::NotedFailureText(notice, texts.ResourceString(number)), ""});
-  for (const auto& [number, hint] : kOwnFailures)
-    faults.push_back({Platform::NotedFailureText(notice, DescriptionOf(number)), hint});
+    faults.push_back({Platform::NotedFailureText(notice, texts.ResourceString(number)), {}});
+  for (const auto& [number, reason] : kOwnFailures)
+    faults.push_back({Platform::NotedFailureText(notice, DescriptionOf(number)),
+                      Platform::NotedFailureText(notice, Runtime::TextOf(reason))});
   return faults;
 }
 
@@ -58,7 +59,7 @@ Verdict FailureJudge::Judge(const String& failure) {
     return {Outcome::Retry};
   }
   for (const OwnFault& fault : ownFaults_) {
-    if (fault.Failure == failure) return {Outcome::Refused, fault.Hint};
+    if (fault.Failure == failure) return {Outcome::Refused, fault.Reason};
   }
   return {Outcome::Retry};
 }

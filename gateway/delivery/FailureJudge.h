@@ -13,7 +13,8 @@ using Platform::String;
 
 struct Verdict {
   Outcome Result = Outcome::Delivered;
-  std::string Hint = {};  // what a complaint means that only tells a failure's name; most need none
+  // What a reader is told in place of a complaint that only names a failure, in his language; empty otherwise.
+  String Reason = {};
   std::string WhyEmpty =
       {};  // why nothing can be read in a reply that was delivered; empty where something can
 };
@@ -29,7 +30,7 @@ class FailureJudge {
   // A complaint that is the mail's own fault, as the component words it.
   struct OwnFault {
     String Failure;
-    const char* Hint;
+    String Reason;
   };
   static std::vector<OwnFault> LoadOwnFaults();
 

@@ -43,20 +43,20 @@ ScreenSize TerminalToolkit::Screen() {
   return {kScreenWidth, kScreenHeight};
 }
 
-// Nobody looks at the result of a context's help, so that a missing page is told here; a topic's caller
-// tells.
 bool TerminalToolkit::ShowHelp(std::intptr_t, const std::string& file, std::uint32_t, std::uint32_t number) {
-  if (ShowPage(Runtime::FindHelpPage(file, number))) return true;
-  terminal_.Write(Runtime::TextOf(TextNumber::kHelpMissing) + u"\n");
-  return false;
+  ShowPage(Runtime::FindHelpPage(file, number));
+  return true;
 }
 
 bool TerminalToolkit::ShowTopic(StringView topic) {
-  return ShowPage(Runtime::FindHelpPage(topic));
+  ShowPage(Runtime::FindHelpPage(topic));
+  return true;
 }
 
-bool TerminalToolkit::ShowPage(const std::optional<std::string>& page) {
-  return page && ShowHelpText(terminal_, *page);
+// A missing page is told here, in the user's language; for a caller that is the viewer's work done.
+void TerminalToolkit::ShowPage(const std::optional<std::string>& page) {
+  if (page && ShowHelpText(terminal_, *page)) return;
+  terminal_.Write(Runtime::TextOf(TextNumber::kHelpMissing) + u"\n");
 }
 
 }  // namespace Host

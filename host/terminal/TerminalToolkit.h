@@ -30,7 +30,7 @@ class TerminalToolkit : public FormsToolkit {
   bool ShowTopic(StringView topic) override;
 
  private:
-  bool ShowPage(const std::optional<std::string>& page);
+  void ShowPage(const std::optional<std::string>& page);
 
   Terminal terminal_;
 };

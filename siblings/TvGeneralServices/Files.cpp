@@ -1,5 +1,6 @@
 #include "siblings/TvGeneralServices/Files.h"
 
+#include "siblings/TvGeneralServices/PathReason.h"
 #include "siblings/TvGeneralServices/ProjectFile.h"
 
 namespace TvGeneralServices {
@@ -21,22 +22,25 @@ std::string VettedPath(const Value& typed) {
   if (path.empty() || end != std::string::npos)
     throw Failure(FailureNumber::RefusedInput, u"TvGeneralServices.Files",
                   path.empty()
-                      ? u"The path of the project file is empty"
+                      ? ReasonAgainstPath(path)
                       : FromUtf8(path.substr(0, end)) + u" is followed by a NUL, which no path can hold");
   return path;
 }
 
 }  // namespace
 
+// The path was typed by a person, who reads why it is refused.
 Value Files::CheckTVSFilePath(std::span<Value> arguments) {
   const std::string path = VettedPath(arguments[0]);
-  // A path from the present folder on would name another file, or none, from another one.
-  if (!path.starts_with('/')) {
-    throw Failure(
-        FailureNumber::RefusedInput, u"TvGeneralServices.Files",
-        FromUtf8(path) + u" isn't the whole path of the project file; give the whole path, beginning with /");
+  try {
+    // A path from the present folder on would name another file, or none, from another one.
+    if (!path.starts_with('/')) Raise(FailureNumber::RefusedInput, FromUtf8(path));
+    const ProjectFile readable(path);
+  } catch (const Failure& failure) {
+    const String reason = ReasonAgainstPath(path);
+    if (reason.empty()) throw;
+    throw Failure(failure.Number(), u"TvGeneralServices.Files", reason);
   }
-  const ProjectFile readable(path);
   return {};
 }
 

@@ -7,8 +7,6 @@
 namespace TvGeneralServices {
 namespace {
 
-constexpr std::size_t kLargest = 1 << 20;  // bytes; no project file comes near it
-
 class ProjectSection : public ObjectWithMembers<ProjectSection> {
  public:
   explicit ProjectSection(String name) : name_(std::move(name)) {}
@@ -36,7 +34,7 @@ ProjectText Parse(const std::string& path, const std::string& content) {
 }  // namespace
 
 ProjectFile::ProjectFile(std::string path)
-    : path_(std::move(path)), text_(Parse(path_, Runtime::ReadSmallFile(path_, kLargest).Content)) {}
+    : path_(std::move(path)), text_(Parse(path_, Runtime::ReadSmallFile(path_, kLargestProjectFile).Content)) {}
 
 const ProjectFile::Table& ProjectFile::Members() {
   static const Table table = {
@@ -83,7 +81,7 @@ Value ProjectFile::DeleteSection(std::span<Value> arguments) {
 
 Value ProjectFile::Save(std::span<Value>) {
   if (changes_.empty()) return {};
-  const Runtime::LockedFile file(path_, kLargest);
+  const Runtime::LockedFile file(path_, kLargestProjectFile);
   const std::string before = file.Read().Content;
   ProjectText present = Parse(path_, before);
   for (const Change& change : changes_) Apply(change, present);

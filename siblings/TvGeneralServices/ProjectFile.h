@@ -15,6 +15,8 @@
 
 namespace TvGeneralServices {
 
+inline constexpr std::size_t kLargestProjectFile = 1 << 20;  // bytes; no project file comes near it
+
 class ProjectFile : public ObjectWithMembers<ProjectFile> {
  public:
   // Raises a failure that names the path for anything that is no readable project file.
