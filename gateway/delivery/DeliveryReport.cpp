@@ -20,12 +20,13 @@ void DeliveryReport::Tell(const std::string& source, const String& messageId, co
   if (!verdict.WhyEmpty.empty()) ++empty_;
   ClearProgress();
   if (json_) {
-    WriteLine(Platform::JsonObject()
-                  .Add("source", Platform::FromUtf8(source))
-                  .Add("messageId", messageId)
-                  .Add("reason", Platform::FromUtf8(verdict.WhyEmpty))
-                  .Add("failure", failure)
-                  .Text());
+    WriteLine(
+        Platform::JsonObject()
+            .Add("source", Platform::FromUtf8(source))
+            .Add("messageId", messageId)
+            .Add("reason", verdict.Reason.empty() ? Platform::FromUtf8(verdict.WhyEmpty) : verdict.Reason)
+            .Add("failure", failure)
+            .Text());
   } else {
     std::string outcome = "delivered";
     if (result != Outcome::Delivered)

@@ -13,7 +13,8 @@ using Platform::String;
 
 struct Verdict {
   Outcome Result = Outcome::Delivered;
-  // What a reader is told in place of a complaint that only names a failure, in his language; empty otherwise.
+  // What a reader is told in place of a complaint that only names a failure, in his language; empty
+  // otherwise.
   String Reason = {};
   std::string WhyEmpty =
       {};  // why nothing can be read in a reply that was delivered; empty where something can

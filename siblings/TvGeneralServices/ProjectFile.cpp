@@ -34,7 +34,8 @@ ProjectText Parse(const std::string& path, const std::string& content) {
 }  // namespace
 
 ProjectFile::ProjectFile(std::string path)
-    : path_(std::move(path)), text_(Parse(path_, Runtime::ReadSmallFile(path_, kLargestProjectFile).Content)) {}
+    : path_(std::move(path)),
+      text_(Parse(path_, Runtime::ReadSmallFile(path_, kLargestProjectFile).Content)) {}
 
 const ProjectFile::Table& ProjectFile::Members() {
   static const Table table = {

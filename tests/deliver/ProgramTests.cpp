@@ -91,9 +91,10 @@ TEST_F(Deliver, TellsEachOutcomeByItsExitCodeAndReason) {
       {"tvmail deliver Apollo long", 65, "is too large for a reply.\n", ""},
       {"tvmail deliver Apollo 'huge number'", 65, "is too large for a reply.\n", ""},
       {"tvmail deliver Apollo 'no number'", 65, "complaint: ", ""},
-      {"tvmail deliver Apollo other", 65,
-       "The subject isn't that of a reply to a discussion's notification.", ""},
-      {"LC_ALL=de_DE.UTF-8 tvmail deliver Apollo other", 65, "E-Mail.) Der Betreff ist nicht der einer Antwort", ""},
+      {"tvmail deliver Apollo other", 65, "The subject isn't that of a reply to a discussion's notification.",
+       ""},
+      {"LC_ALL=de_DE.UTF-8 tvmail deliver Apollo other", 65,
+       "E-Mail.) Der Betreff ist nicht der einer Antwort", ""},
       {"tvmail deliver Apollo other --json", 65, "Invalid argument\"}\n", ""},
       {"for l in de_DE.UTF-8 ja_JP.UTF-8; do LC_ALL=$l LANG=$l tvmail deliver Apollo unknown other; c=$?; "
        "[ $c = 65 ] || exit $c; done; exit 65",

@@ -10,7 +10,7 @@ folders='
 host/main.cpp: host* platform runtime
 host/commands: host host/options host/terminal gateway* mime platform* runtime
 host/options: host host/terminal platform* runtime
-host/terminal: host platform* runtime
+host/terminal: host mime platform* runtime
 host: gateway* mime platform* runtime
 desktop: platform* runtime
 gateway/service: gateway* mime platform* runtime
