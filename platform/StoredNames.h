@@ -151,7 +151,6 @@ inline constexpr std::int32_t kFileIsFolder = 20032;
 inline constexpr std::int32_t kFileNotOrdinary = 20033;
 inline constexpr std::int32_t kFileTooLarge = 20034;
 inline constexpr std::int32_t kFileUnreadable = 20035;
-inline constexpr std::int32_t kNoProjectFile = 20036;
 inline constexpr std::int32_t kPathEmpty = 20038;
 
 // Every number that a catalogue must have, and how many places for arguments its text has at least.
@@ -182,7 +181,6 @@ inline constexpr Listed kPrograms[] = {{kFormIntroduction},
                                        {kFileNotOrdinary, 1},
                                        {kFileTooLarge, 1},
                                        {kFileUnreadable, 2},
-                                       {kNoProjectFile, 1},
                                        {kPathEmpty}};
 
 inline constexpr Listed kShared[] = {{kCutMarker}};

@@ -27,8 +27,7 @@ Platform::String WithoutEscapes(Platform::StringView typed) {
       i += SequenceLength(typed.substr(i));
       continue;
     }
-    const bool control = (c < 0x20 && c != u'\t') || (c >= 0x7F && c < 0xA0);
-    if (!control) text += c;
+    text += c;
     ++i;
   }
   return text;

@@ -5,8 +5,8 @@
 
 namespace Host {
 
-// The text without the escape sequences of keys that type nothing, such as an arrow (ECMA-48, 5.4), and
-// without other control characters except the tab. What a terminal sends for such a key is never stored.
+// The text without the escape sequences of keys that type nothing, such as an arrow (ECMA-48, 5.4). What a
+// terminal sends for such a key is never stored; whoever takes the text refuses other control characters.
 Platform::String WithoutEscapes(Platform::StringView typed);
 
 }  // namespace Host

@@ -32,7 +32,7 @@ Platform::String ReasonAgainstPath(const std::string& path) {
   if (static_cast<std::uint64_t>(status.st_size) > kLargestProjectFile)
     return reason(TextNumber::kFileTooLarge);
   if (access(path.c_str(), R_OK) != 0) return reason(TextNumber::kFileUnreadable, errno);
-  return reason(TextNumber::kNoProjectFile);
+  return {};
 }
 
 }  // namespace TvGeneralServices

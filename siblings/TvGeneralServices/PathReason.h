@@ -7,8 +7,8 @@
 
 namespace TvGeneralServices {
 
-// The reason in the user's language, told from what is at the path now; that the file is no project file
-// where nothing else is wrong with it. Empty where the texts are missing. Raises nothing.
+// The reason in the user's language, told from what is at the path now. Empty where a readable file is there,
+// whose content is then at fault, and where the texts are missing. Raises nothing.
 Platform::String ReasonAgainstPath(const std::string& path);
 
 }  // namespace TvGeneralServices
