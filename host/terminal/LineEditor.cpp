@@ -116,7 +116,10 @@ Session& SessionOf(EditLine* editor) {
   return *static_cast<Session*>(session);
 }
 
+// Called when the editor has its signal handlers and before the prompt is on the screen: what is typed at
+// once behind it belongs to the editor, not to the terminal's own line editing.
 char* PromptOf(EditLine* editor) {
+  el_set(editor, EL_PREP_TERM, 1);
   return SessionOf(editor).Prompt.data();
 }
 
