@@ -61,7 +61,7 @@ UConverter* KeptConverter(std::string_view name) {
 }
 
 // ICU knows more charsets than ConverterOfLabel. Only names of its alias table count: any other one would be
-// looked for as a file.
+// looked for as a file. Two of them aren't for mail: one byte of theirs may be four of the text.
 std::string_view ConverterOfIcu(std::string_view label) {
   const std::string name(label);
   UErrorCode status = U_ZERO_ERROR;
@@ -69,7 +69,8 @@ std::string_view ConverterOfIcu(std::string_view label) {
       ucnv_countAliases(name.c_str(), &status) == 0 || U_FAILURE(status))
     return {};
   const char* canonical = ucnv_getAlias(name.c_str(), 0, &status);
-  return U_SUCCESS(status) && canonical && std::string_view(canonical) != "US-ASCII" ? canonical : "";
+  const std::string_view found = U_SUCCESS(status) && canonical ? canonical : "";
+  return found == "US-ASCII" || found == "SCSU" || found == "BOCU-1" ? std::string_view() : found;
 }
 
 std::string_view ConverterFor(std::string_view label) {

@@ -129,6 +129,7 @@ HtmlReference ReadHtmlReference(StringView text, bool inAttribute) {
 
 String DecodeHtmlAttribute(StringView value) {
   String decoded;
+  decoded.reserve(value.size());  // a reference is longer than its characters
   while (!value.empty()) {
     const HtmlReference reference = value.front() == u'&' ? ReadHtmlReference(value, true) : HtmlReference();
     if (reference.Length == 0) {

@@ -1,6 +1,8 @@
 // HtmlLines: the lines that a walk through an HTML document puts on the screen.
 #pragma once
 
+#include <algorithm>
+
 #include "platform/Text.h"
 
 namespace Mime {
@@ -30,7 +32,11 @@ class HtmlLines {
   void PutBehind(StringView text);
 
   std::size_t Size() const { return text_.size(); }
-  StringView From(std::size_t position) const { return StringView(text_).substr(position); }
+
+  // What was put behind a position that Size gave. The end of a line may have cut blanks in front of it.
+  StringView From(std::size_t position) const {
+    return StringView(text_).substr(std::min(position, text_.size()));
+  }
 
   // The whole text. To be called once.
   String Take();

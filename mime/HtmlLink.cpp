@@ -8,6 +8,9 @@
 namespace Mime {
 namespace {
 
+// In characters. Servers refuse longer addresses, which are data that nobody reads.
+constexpr std::size_t kLongestAddress = 8192;
+
 constexpr StringView kMailTo = u"mailto:";
 constexpr StringView kSchemes[] = {u"http://", u"https://", u"ftp://", kMailTo, u"tel:"};
 
@@ -35,6 +38,7 @@ StringView Core(StringView address) {
 }  // namespace
 
 String LinkAddress(StringView href) {
+  if (href.size() > kLongestAddress) return {};
   String address = DecodeHtmlAttribute(href);
   // As a browser does it; and a line end could begin a line of its own in the text.
   std::erase_if(address, [](char16_t c) { return c <= 0x20 || c == 0x7F || c == u'<' || c == u'>'; });

@@ -10,7 +10,7 @@ using Platform::StringView;
 
 // The address of a link, from the value of its href: on one line and without "mailto:" and what belongs to it
 // beside the address. Empty where it leads to nothing outside the mail: an anchor in it, a script, an
-// attachment or data.
+// attachment or data. Empty as well where it is longer than addresses are.
 String LinkAddress(StringView href);
 
 // True if a link's text tells its address already: the same but for the scheme, a slash at the end and the

@@ -1,6 +1,7 @@
 #include "mime/LimitCheck.h"
 
 #include <algorithm>
+#include <iterator>
 #include <string_view>
 #include <unordered_set>
 #include <utility>
@@ -31,6 +32,14 @@ std::string LowerCase(std::string_view text) {
 bool IsAddressField(const std::string& name) {
   return name == "from" || name == "sender" || name == "reply-to" || name == "to" || name == "cc" ||
          name == "bcc";
+}
+
+// The other fields that the parser decodes as soon as it meets them.
+bool IsDecodedField(const std::string& name) {
+  constexpr std::string_view kNames[] = {
+      "content-description",       "content-id", "content-location", "content-md5",
+      "content-transfer-encoding", "date",       "message-id"};
+  return std::ranges::find(kNames, name) != std::end(kNames);
 }
 
 // What a header says of the content behind it.
@@ -151,19 +160,20 @@ class Scan {
     const std::string_view value = field.substr(colon + 1);
     if (IsAddressField(name)) CheckAddresses(name, value);
     if (name == "subject") CheckSubject(value);
+    if (IsDecodedField(name)) HideDecoded(name, value);
     if (name == "content-type" || name == "content-disposition") CheckParameters(value);
     if (name == "content-type") ReadContentType(std::string(value));
   }
 
   void CheckAddresses(const std::string& name, std::string_view value) {
-    if (AddressDepth(value) > limits_.AddressDepth)
-      Refuse("its addresses are nested", limits_.AddressDepth, " deep");
     if (!ownHeader_ || name != "from") {
       bytes_[fieldStart_] = 'X';
       return;
     }
     if (++fromFields_ > limits_.FromFields) Refuse("it has", limits_.FromFields, " From fields");
     if (value.size() > limits_.FromSize) Refuse("its From field has", limits_.FromSize >> 10, " KB");
+    if (AddressDepth(value) > limits_.AddressDepth)
+      Refuse("its addresses are nested", limits_.AddressDepth, " deep");
   }
 
   void CheckSubject(std::string_view value) {
@@ -172,6 +182,11 @@ class Scan {
     } else if (value.size() > limits_.SubjectSize) {
       Refuse("its Subject field has", limits_.SubjectSize >> 10, " KB");
     }
+  }
+
+  void HideDecoded(const std::string& name, std::string_view value) {
+    const bool read = name == "content-transfer-encoding" || (ownHeader_ && name == "message-id");
+    if (!read || value.size() > limits_.ShortFieldSize) bytes_[fieldStart_] = 'X';
   }
 
   void CheckParameters(std::string_view value) {

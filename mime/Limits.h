@@ -52,11 +52,15 @@ struct MailLimits {
   // In bytes, a mail's own Subject. The longest that mail programs write is about 1 kB.
   std::size_t SubjectSize = std::size_t{16} << 10;
 
+  // In bytes, a Content-Transfer-Encoding or a mail's own Message-ID: a line of RFC 5322. A longer one counts
+  // as none.
+  std::size_t ShortFieldSize = 998;
+
   // A mail's own From: RFC 5322 allows one field, and nearly all name one address.
   std::size_t FromFields = 4;
   std::size_t FromSize = std::size_t{8} << 10;
 
-  // Groups in groups, which RFC 5322 doesn't allow, and comments in comments, in a field of addresses.
+  // Groups in groups, which RFC 5322 doesn't allow, and comments in comments, in a mail's own From.
   // Programs that write "mailto:" in front of each address seem to nest groups.
   std::size_t AddressDepth = 1000;
 };

@@ -11,7 +11,10 @@ namespace Mime {
 namespace {
 
 // Signed mail in signed mail is entered so often: a mailing list may sign what a writer signed.
-constexpr int kMostSigned = 2;
+constexpr int kMostSignedDepth = 2;
+
+// So many signed mails are opened in one mail, since the limits of a mail count for each of them anew.
+constexpr int kMostSigned = 8;
 
 // Where a part stands in the multipart around it.
 struct Place {
@@ -90,7 +93,8 @@ bool RemoveArmor(String& text) {
 // Finds the text of one message.
 class TextFinder {
  public:
-  TextFinder(const ParsedMessage& message, int opened) : message_(message), opened_(opened) {}
+  TextFinder(const ParsedMessage& message, int depth, int& opened)
+      : message_(message), depth_(depth), opened_(opened) {}
 
   BodyText Find() {
     GMimeObject* root = message_.Root();
@@ -142,7 +146,8 @@ class TextFinder {
   }
 
   String SignedText(GMimePart* part) {
-    if (opened_ == kMostSigned) return {};
+    if (depth_ == kMostSignedDepth || opened_ == kMostSigned) return {};
+    ++opened_;
     std::optional<std::string> entity;
     {
       std::string storage;
@@ -154,7 +159,7 @@ class TextFinder {
       return {};
     }
     const ParsedMessage content(std::move(*entity));
-    BodyText body = TextFinder(content, opened_ + 1).Find();
+    BodyText body = TextFinder(content, depth_ + 1, opened_).Find();
     if (charset_.empty()) charset_ = std::move(body.Charset);
     encrypted_ = encrypted_ || body.Encrypted;
     return std::move(body.Text);
@@ -175,7 +180,8 @@ class TextFinder {
   }
 
   const ParsedMessage& message_;
-  int opened_;
+  int depth_;    // signed mails around the message
+  int& opened_;  // signed mails so far
   std::string charset_;
   bool encrypted_ = false;
 };
@@ -183,7 +189,8 @@ class TextFinder {
 }  // namespace
 
 BodyText BodyOf(const ParsedMessage& message) {
-  return TextFinder(message, 0).Find();
+  int opened = 0;
+  return TextFinder(message, 0, opened).Find();
 }
 
 }  // namespace Mime

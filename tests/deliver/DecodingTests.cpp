@@ -150,6 +150,7 @@ TEST(HtmlText, ReadsLikeTheScreen) {
        "click <http://a.b/c> a.b X <x@y>"},
       {"<a href=#top>a</a> <a href='java\tscript:x'>b</a> <a href='cid:x'>c</a> <a href=x@y><img></a>",
        "a b c"},
+      {"a&nbsp;&nbsp;&nbsp;<a href=//h/><br></a>b<pre>c     <a href=//h/>\n</a></pre>", "a\nb\n\nc"},
       {"<a href='http://x/?a=1&amp;b&copy=2'><div>a</div></a><a href=//h/>b<a href=http://H>h</a>",
        "a <http://x/?a=1&b&copy=2>\nb <//h/>h"},
       {"<div class=x_MsoNormal>a</div><p class=x_x_MsoNormal>b<p style='margin:0cm 0cm 0.0001pt'>c<p>d",
@@ -222,6 +223,14 @@ TEST(Mbox, IsCutAtItsSeparatorsOnly) {
   };
   for (const auto& row : rows)
     EXPECT_EQ(Mime::IsMboxSeparator(row.Line, row.BehindEmptyLine), row.Expected) << row.Line;
+  std::istringstream days("Mon Tue Wed Thu Fri Sat Sun mon Mo");
+  for (std::string day, month; days >> day;) {
+    std::istringstream months("Jan Feb Mar Apr May Jun Jul Aug Sep Oct Nov Dec jan Okt");
+    for (const bool known = std::isupper(day[0]) && day.size() == 3; months >> month;)
+      EXPECT_EQ(Mime::IsMboxSeparator("From a@b " + day + ' ' + month + " 31 12:00:00 2022\n", false),
+                known && std::isupper(month[0]) && month != "Okt")
+          << day << month;
+  }
 }
 
 std::string Crossed(std::string text, std::string_view lineEnd) {
@@ -391,6 +400,8 @@ TEST(MailReader, JoinsTheTextThatAReaderSees) {
       {Part("text/plain", "\n-----BEGIN PGP MESSAGE-----\n\nx\n-----END PGP MESSAGE-----"), ""},
       {cms, "signed"},
       {Multipart("mixed", {cms, footer}), "signed\nfooter"},
+      {Multipart("mixed", {cms, cms, cms, cms, cms, cms, cms, cms, cms, footer}),
+       "signed\nsigned\nsigned\nsigned\nsigned\nsigned\nsigned\nsigned\nfooter"},
       {"Content-Transfer-Encoding: base64\n" +
            Part("application/pkcs7-mime; smime-type=enveloped-data", "MBEGCSqGSIb3DQEHA6AEMAICAQA="),
        ""},

@@ -85,7 +85,7 @@ TEST(LimitCheck, ReadsAMailAtALimitAndRefusesOneBeyondWithTheReason) {
       {limits.SubjectSize, [](std::size_t n) { return "Subject:" + std::string(n, 'x') + "\n"; },
        "its Subject field has more than 16 KB"},
       {limits.FromSize, [](std::size_t n) { return "From:" + std::string(n, 'x') + "\n"; }, "more than 8 KB"},
-      {limits.AddressDepth, [](std::size_t n) { return "To:" + Repeated("a:", n) + "\n"; },
+      {limits.AddressDepth, [](std::size_t n) { return "From:" + Repeated("a:", n) + "\n"; },
        "its addresses are nested more than 1000 deep"},
       {limits.AddressDepth, [](std::size_t n) { return "From:" + std::string(n, '(') + "\n"; }, "nested"},
   };
@@ -107,7 +107,7 @@ TEST(LimitCheck, LetsPassWhatRealMailHolds) {
   const std::string mails[] = {
       patch,
       "From: a@b\nTo: " + Repeated("\"Doe, John (Sales): x\" <john.doe@example.org>,\n ", 5000) + "c@d\n\nx",
-      "From: a@b\nTo: " + Repeated("<mailto:a@b>, c@[IPv6:::1], List: d@e;, ", 1500) + "\n\nx",
+      "From: a@b\nTo: " + Repeated("<mailto:a@b>, c@[IPv6:::1], List: d@e;, mailto:f@g, ", 1500) + "\n\nx",
       "From: a@b\nContent-Type: multipart/mixed; boundary=b\n\n" +
           Repeated("--b\nContent-Type: message/rfc822\n\n" + Repeated("X-Y: z\n", 90) + "\nx\n", 300) +
           "--b--\n",
@@ -116,6 +116,19 @@ TEST(LimitCheck, LetsPassWhatRealMailHolds) {
   };
   for (const std::string& mail : mails)
     EXPECT_EQ(Mime::ReadMail(mail).FromAddress, u"a@b") << mail.substr(0, 80);
+}
+
+// It would decode each of them in a time that grows with the square of its length.
+TEST(LimitCheck, HidesFromTheParserWhatNobodyReads) {
+  const std::string longField = "Content-Transfer-Encoding: " + std::string(999, 'x') + "\n";
+  const std::string fields = "Date: d\nContent-ID: c\nTo: t\nSubject: s\nMessage-ID: m\n";
+  std::string mail =
+      longField + fields + "Content-Type: message/rfc822\n\nContent-Transfer-Encoding: 8bit\n" + fields;
+  Mime::CheckLimits(mail);
+  EXPECT_EQ(mail, "X" + longField.substr(1) +
+                      "Xate: d\nXontent-ID: c\nXo: t\nSubject: s\nMessage-ID: m\nContent-Type: "
+                      "message/rfc822\n\nContent-Transfer-Encoding: 8bit\nXate: d\nXontent-ID: c\nXo: "
+                      "t\nXubject: s\nXessage-ID: m\n");
 }
 
 struct Row {
