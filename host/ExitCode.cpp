@@ -18,7 +18,7 @@ constexpr struct {
     {Number::RefusedInput, DataRefused},  {Number::AlreadyExists, DataRefused},
     {Number::WrongPassword, DataRefused}, {Number::PathNotFound, DataRefused},
     {kNotEncrypted, DataRefused},         {Number::DeviceFailed, TryAgain},
-    {Number::CannotCreate, TryAgain},
+    {Number::CannotCreate, TryAgain},     {Number::PermissionDenied, CannotCreate},
 };
 
 std::optional<ExitCode> Find(std::int32_t failureNumber) {

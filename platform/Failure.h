@@ -20,6 +20,7 @@ inline constexpr std::int32_t Subscript = 9;
 inline constexpr std::int32_t TypeMismatch = 13;
 inline constexpr std::int32_t DeviceFailed = 57;
 inline constexpr std::int32_t AlreadyExists = 58;
+inline constexpr std::int32_t PermissionDenied = 70;  // this user may not read or write a file or folder
 inline constexpr std::int32_t PathNotFound = 76;
 inline constexpr std::int32_t ObjectNotSet = 91;
 inline constexpr std::int32_t RefusedInput = 380;   // what was entered can't be taken; another entry can

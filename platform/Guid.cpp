@@ -1,44 +1,40 @@
 #include "platform/Guid.h"
 
+#include <algorithm>
+
 #include "platform/Failure.h"
+#include "platform/Hex.h"
 
 namespace Platform {
 namespace {
 
 constexpr StringView kPattern = u"{00000000-0000-0000-0000-000000000000}";
 
-int DigitOf(char16_t c) {
-  if (c >= u'0' && c <= u'9') return c - u'0';
-  if (c >= u'A' && c <= u'F') return c - u'A' + 10;
-  if (c >= u'a' && c <= u'f') return c - u'a' + 10;
-  return -1;
-}
-
 }  // namespace
 
 String ToText(const Guid& identity) {
+  const String digits = HexText(identity.Bytes);
   String text(kPattern);
-  std::size_t digits = 0;
+  std::size_t next = 0;
   for (char16_t& c : text) {
-    if (c != u'0') continue;
-    const int byte = identity.Bytes[digits / 2];
-    c = u"0123456789ABCDEF"[digits % 2 == 0 ? byte / 16 : byte % 16];
-    ++digits;
+    if (c == u'0') c = digits[next++];
   }
   return text;
 }
 
 Guid ParseGuid(StringView text) {
   if (text.size() != kPattern.size()) Raise(FailureNumber::TypeMismatch, text.substr(0, 80));
-  Guid identity;
-  std::size_t digits = 0;
+  String digits;
   for (std::size_t i = 0; i < text.size(); ++i) {
-    const int digit = DigitOf(text[i]);
-    if (kPattern[i] == u'0' ? digit < 0 : text[i] != kPattern[i]) Raise(FailureNumber::TypeMismatch, text);
-    if (kPattern[i] != u'0') continue;
-    auto& byte = identity.Bytes[digits++ / 2];
-    byte = static_cast<std::uint8_t>(byte * 16 + digit);
+    if (kPattern[i] == u'0')
+      digits += text[i];
+    else if (text[i] != kPattern[i])
+      Raise(FailureNumber::TypeMismatch, text);
   }
+  const auto bytes = ParseHex(digits);
+  if (!bytes) Raise(FailureNumber::TypeMismatch, text);
+  Guid identity;
+  std::copy(bytes->begin(), bytes->end(), identity.Bytes.begin());
   return identity;
 }
 

@@ -5,6 +5,7 @@
 #include <compare>
 #include <cstdint>
 
+#include "platform/Hex.h"
 #include "platform/Text.h"
 
 namespace Platform {
@@ -27,9 +28,8 @@ consteval Guid operator""_guid(const char* text, std::size_t length) {
   for (std::size_t i = 0; i < length; ++i) {
     const char c = text[i];
     if (c == '{' || c == '}' || c == '-') continue;
-    const int digit = c >= '0' && c <= '9'   ? c - '0'
-                      : c >= 'A' && c <= 'F' ? c - 'A' + 10
-                                             : throw "not hexadecimal";
+    const int digit = HexDigit(static_cast<unsigned char>(c));
+    if (digit < 0) throw "not hexadecimal";
     identity.Bytes.at(digits / 2) = static_cast<std::uint8_t>(identity.Bytes[digits / 2] * 16 + digit);
     ++digits;
   }

@@ -1,11 +1,8 @@
 #include "platform/Json.h"
 
-#include <cstdio>
+#include "platform/Hex.h"
 
 namespace Platform {
-
-using Platform::FromUtf8;
-using Platform::ToUtf8;
 
 namespace {
 
@@ -17,9 +14,7 @@ bool IsLowSurrogate(char16_t c) {
 }
 
 void AppendEscape(std::string& out, char16_t c) {
-  char escape[7];
-  std::snprintf(escape, sizeof escape, "\\u%04X", static_cast<unsigned>(c));
-  out += escape;
+  out += "\\u" + ToUtf8(HexText(c));
 }
 
 std::string Quoted(StringView text) {

@@ -1,6 +1,6 @@
 #include "platform/TerminalText.h"
 
-#include <cstdio>
+#include "platform/Hex.h"
 
 namespace Platform {
 
@@ -21,9 +21,7 @@ void AppendVisibly(String& visible, char16_t c) {
     visible += c;
     return;
   }
-  char escaped[8];
-  std::snprintf(escaped, sizeof escaped, "\\u%04X", static_cast<unsigned>(c));
-  visible += FromUtf8(escaped);
+  visible += u"\\u" + HexText(c);
 }
 
 }  // namespace

@@ -22,6 +22,7 @@ namespace {
 using Platform::FailureNumber::AlreadyExists;
 using Platform::FailureNumber::DeviceFailed;
 using Platform::FailureNumber::PathNotFound;
+using Platform::FailureNumber::PermissionDenied;
 
 [[noreturn]] void Refuse(const std::string& path, const std::string& why,
                          std::int32_t number = DeviceFailed) {
@@ -36,8 +37,9 @@ bool IsMissing(int error) {
 [[noreturn]] void RefuseForSystem(const std::string& path, const char* task) {
   const int error = errno;
   if (IsMissing(error)) Refuse(path, "doesn't exist", PathNotFound);
+  const bool denied = error == EACCES || error == EPERM || error == EROFS;
   if (error == EEXIST) Refuse(path, "exists already; choose another name", AlreadyExists);
-  Refuse(path, std::string(task) + ": " + SystemReason(error));
+  Refuse(path, std::string(task) + ": " + SystemReason(error), denied ? PermissionDenied : DeviceFailed);
 }
 
 void RequireSmallFile(const std::string& path, const struct stat& status, std::size_t largest) {

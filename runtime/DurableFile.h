@@ -5,7 +5,8 @@
 // a file system that offers no such call is forgiven.
 //
 // Paths are in the bytes that the system takes. Every refusal is a raised failure that begins with the path:
-// 76 for a file or folder that isn't there, 58 for a file that exists already, 57 for everything else. Any
+// 76 for a file or folder that isn't there, 58 for a file that exists already, 70 where
+// permission is missing, 57 for everything else. Any
 // thread.
 #pragma once
 

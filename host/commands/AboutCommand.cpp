@@ -5,6 +5,7 @@
 
 #include "host/Stores.h"
 #include "host/commands/Command.h"
+#include "platform/Hex.h"
 #include "platform/Json.h"
 #include "platform/TerminalText.h"
 #include "platform/contracts/GeneralServices.h"
@@ -38,15 +39,6 @@ String Numbers(const std::array<std::uint16_t, 4>& version) {
   String text;
   for (const std::uint16_t number : version)
     text += (text.empty() ? u"" : u".") + FromUtf8(std::to_string(number));
-  return text;
-}
-
-String InHexadecimal(std::span<const std::uint8_t> bytes) {
-  String text;
-  for (const std::uint8_t byte : bytes) {
-    text += u"0123456789ABCDEF"[byte / 16];
-    text += u"0123456789ABCDEF"[byte % 16];
-  }
   return text;
 }
 
@@ -97,7 +89,7 @@ JsonObject Describe(const TypeLibraryDescription& types) {
     resources.Add(JsonObject()
                       .Add("type", resource.Type)
                       .Add("number", resource.Number)
-                      .Add("content", InHexadecimal(resource.Content)));
+                      .Add("content", HexText(resource.Content)));
   return JsonObject()
       .Add("name", types.Name)
       .Add("id", ToText(types.Id))

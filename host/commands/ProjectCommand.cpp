@@ -3,6 +3,7 @@
 #include <filesystem>
 #include <iostream>
 #include <memory>
+#include <sstream>
 
 #include "host/AbsolutePath.h"
 #include "host/CommandError.h"
@@ -10,15 +11,13 @@
 #include "host/commands/Command.h"
 #include "host/terminal/Secret.h"
 #include "platform/Json.h"
-#include "platform/Object.h"
 #include "platform/Services.h"
 #include "platform/TerminalText.h"
+#include "platform/contracts/ProjectAdministration.h"
 
 namespace Host {
 
 namespace {
-
-constexpr StringView kAdministration = u"Talvane40.ProjectAdministration";
 
 struct ProjectOptions {
   std::string File;
@@ -31,117 +30,108 @@ struct ProjectOptions {
   bool Json = false;
 };
 
-Value Administer(StringView member, std::initializer_list<Value> arguments) {
+ProjectAdministration Administration() {
   RequireStores();
-  return CallWith(*Services().CreateByName(kAdministration), member, arguments);
+  return ProjectAdministration(Services().CreateByName(ProjectAdministration::kName));
 }
 
-// The same for a project that has to exist.
-Value AdministerExisting(StringView member, const ProjectOptions& options,
-                         std::initializer_list<Value> arguments) {
+// The whole path of a project file that has to exist.
+String ExistingProject(const ProjectOptions& options) {
   std::error_code error;
   if (std::filesystem::status(options.File, error).type() == std::filesystem::file_type::not_found)
     throw CommandError(DataRefused, "there is no project file " + options.File +
-                                        ": check the path, or make it by tvmail "
-                                        "project create");
-  return Administer(member, arguments);
+                                        ": check the path, or create it with tvmail project create");
+  return AbsolutePath(options.File);
 }
 
 int Create(const ProjectOptions& options) {
-  RequireStores();
+  const ProjectAdministration projects = Administration();
   const String path = AbsolutePath(options.File);
   const String password = ReadNewSecret(options.PasswordFile, "Password of " + options.User);
-  Administer(u"CreateProject", {path, ArgumentText(options.Name), ArgumentText(options.User),
-                                ArgumentText(options.Address), password});
+  projects.CreateProject(path, ArgumentText(options.Name), ArgumentText(options.User),
+                         ArgumentText(options.Address), password);
   std::cout << "Project " << options.Name << " is in " << TerminalLine(path) << '\n';
   return Done;
 }
 
 int AddUser(const ProjectOptions& options) {
-  const std::int32_t key = AdministerExisting(u"AddUser", options,
-                                              {AbsolutePath(options.File), ArgumentText(options.User),
-                                               ArgumentText(options.Address), !options.RefuseMail})
-                               .ToInt32();
+  const String path = ExistingProject(options);
+  const std::int32_t key = Administration().AddUser(path, ArgumentText(options.User),
+                                                    ArgumentText(options.Address), !options.RefuseMail);
   std::cout << "User " << options.User << " has the key " << key << '\n';
   return Done;
 }
 
 int AddDiscussion(const ProjectOptions& options) {
-  std::cout << AdministerExisting(u"AddDiscussion", options,
-                                  {AbsolutePath(options.File), ArgumentText(options.Title)})
-                   .ToInt32()
-            << '\n';
+  const String path = ExistingProject(options);
+  std::cout << Administration().AddDiscussion(path, ArgumentText(options.Title)) << '\n';
   return Done;
 }
 
-JsonObject DescribeUser(const Array& user) {
+JsonObject Describe(const DescribedUser& user) {
   return JsonObject()
-      .Add("key", user.at(0).ToInt32())
-      .Add("name", user.at(1).ToString())
-      .Add("email", user.at(2).ToString())
-      .Add("mailAccepted", user.at(3).ToBool());
+      .Add("key", user.Key)
+      .Add("name", user.Name)
+      .Add("email", user.Address)
+      .Add("mailAccepted", user.MailAccepted);
 }
 
-JsonObject DescribeDiscussion(const Array& discussion) {
-  JsonArray replies;
-  for (const Value& element : discussion.at(2).ToArray()) {
-    const Array& reply = element.ToArray();
-    replies.Add(JsonObject()
-                    .Add("subject", reply.at(0).ToString())
-                    .Add("body", reply.at(1).ToString())
-                    .Add("user", reply.at(2).ToString())
-                    .Add("at", reply.at(3).ToString()));
-  }
+JsonObject Describe(const DescribedReply& reply) {
   return JsonObject()
-      .Add("number", discussion.at(0).ToInt32())
-      .Add("title", discussion.at(1).ToString())
-      .Add("replies", replies);
+      .Add("subject", reply.Subject)
+      .Add("body", reply.Body)
+      .Add("user", reply.UserName)
+      .Add("at", reply.At);
 }
 
-void PrintJson(const Array& project) {
-  JsonArray users, discussions;
-  for (const Value& user : project.at(1).ToArray()) users.Add(DescribeUser(user.ToArray()));
-  for (const Value& discussion : project.at(2).ToArray())
-    discussions.Add(DescribeDiscussion(discussion.ToArray()));
+JsonObject Describe(const DescribedDiscussion& discussion);
+
+template <class Element>
+JsonArray DescribeAll(const std::vector<Element>& elements) {
+  JsonArray array;
+  for (const Element& element : elements) array.Add(Describe(element));
+  return array;
+}
+
+JsonObject Describe(const DescribedDiscussion& discussion) {
+  return JsonObject()
+      .Add("number", discussion.Number)
+      .Add("title", discussion.Title)
+      .Add("replies", DescribeAll(discussion.Replies));
+}
+
+void PrintJson(const ProjectDescription& project) {
   std::cout << JsonObject()
-                   .Add("name", project.at(0).ToString())
-                   .Add("users", users)
-                   .Add("discussions", discussions)
+                   .Add("name", project.Name)
+                   .Add("users", DescribeAll(project.Users))
+                   .Add("discussions", DescribeAll(project.Discussions))
                    .Text()
             << '\n';
 }
 
-void PrintReply(const Array& reply) {
-  std::cout << "  * " << TerminalText(reply.at(0).ToString()) << " (" << TerminalText(reply.at(2).ToString())
-            << ", " << TerminalText(reply.at(3).ToString()) << ")\n";
-  const std::string body = TerminalText(reply.at(1).ToString());
-  for (std::size_t at = 0; at < body.size();) {
-    const std::size_t end = std::min(body.find('\n', at), body.size());
-    std::cout << "      " << body.substr(at, end - at) << '\n';
-    at = end + 1;
-  }
+void Print(const DescribedReply& reply) {
+  std::cout << "  * " << TerminalText(reply.Subject) << " (" << TerminalText(reply.UserName) << ", "
+            << TerminalText(reply.At) << ")\n";
+  std::istringstream body(TerminalText(reply.Body));
+  for (std::string line; std::getline(body, line);) std::cout << "      " << line << '\n';
 }
 
-void PrintText(const Array& project) {
-  std::cout << "Project " << TerminalText(project.at(0).ToString()) << "\n\nUsers\n";
-  for (const Value& element : project.at(1).ToArray()) {
-    const Array& user = element.ToArray();
-    std::cout << "  " << user.at(0).ToInt32() << "  " << TerminalText(user.at(1).ToString()) << " <"
-              << TerminalText(user.at(2).ToString()) << '>'
-              << (user.at(3).ToBool() ? "\n" : "  mail refused\n");
-  }
-  for (const Value& element : project.at(2).ToArray()) {
-    const Array& discussion = element.ToArray();
-    std::cout << "\nDiscussion " << discussion.at(0).ToInt32() << ": "
-              << TerminalText(discussion.at(1).ToString()) << '\n';
-    if (discussion.at(2).ToArray().empty()) std::cout << "  (no replies)\n";
-    for (const Value& reply : discussion.at(2).ToArray()) PrintReply(reply.ToArray());
+void PrintText(const ProjectDescription& project) {
+  std::cout << "Project " << TerminalText(project.Name) << "\n\nUsers\n";
+  for (const DescribedUser& user : project.Users)
+    std::cout << "  " << user.Key << "  " << TerminalText(user.Name) << " <" << TerminalText(user.Address)
+              << '>' << (user.MailAccepted ? "\n" : "  mail refused\n");
+  for (const DescribedDiscussion& discussion : project.Discussions) {
+    std::cout << "\nDiscussion " << discussion.Number << ": " << TerminalText(discussion.Title) << '\n';
+    if (discussion.Replies.empty()) std::cout << "  (no replies)\n";
+    for (const DescribedReply& reply : discussion.Replies) Print(reply);
   }
 }
 
 int Show(const ProjectOptions& options) {
-  const Value project = AdministerExisting(u"Describe", options, {AbsolutePath(options.File)});
-  options.Json ? PrintJson(project.ToArray()) : PrintText(project.ToArray());
+  const String path = ExistingProject(options);
+  const ProjectDescription project = Administration().Describe(path);
+  options.Json ? PrintJson(project) : PrintText(project);
   return Done;
 }
 

@@ -3,8 +3,8 @@
 // Whoever may write a project's files may administer it; no logon is asked for. Paths are those of project
 // files (.TVS); blanks around them don't count. A change is on disk when its operation returns; an operation
 // that raises has changed nothing. Failures: 380 for refused input, 58 for a project file or user that
-// exists, 76 for a file or folder that doesn't, 57 for files that can't be read or written. The description
-// says what to do. See ObjectProxy for what else may be raised.
+// exists, 76 for a file or folder that doesn't, 70 where permission for one is missing, 57 for
+// other files that can't be read or written. The description says what to do. See ObjectProxy for what else may be raised.
 #pragma once
 
 #include <cstdint>

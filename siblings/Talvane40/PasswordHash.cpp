@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "platform/Failure.h"
+#include "platform/Hex.h"
 
 namespace Talvane40 {
 namespace {
@@ -36,13 +37,9 @@ ByteString RandomBytes(std::size_t count) {
   return bytes;
 }
 
-std::string InHexadecimal(const ByteString& bytes) {
-  std::string text;
-  for (const unsigned char byte : bytes) {
-    text += "0123456789abcdef"[byte >> 4];
-    text += "0123456789abcdef"[byte & 15];
-  }
-  return text;
+// The letters of a stored hash are lower-case: it is compared as text.
+String HashDigits(const ByteString& bytes) {
+  return HexText(bytes, HexCase::Lower);
 }
 
 ByteString Derive(StringView password, const ByteString& salt, const Costs& costs) {
@@ -55,9 +52,10 @@ ByteString Derive(StringView password, const ByteString& salt, const Costs& cost
   return key;
 }
 
-std::string Format(const Costs& costs, const ByteString& salt, const ByteString& key) {
-  return "scrypt$" + std::to_string(costs.N) + "$" + std::to_string(costs.R) + "$" + std::to_string(costs.P) +
-         "$" + InHexadecimal(salt) + "$" + InHexadecimal(key);
+String Format(const Costs& costs, const ByteString& salt, const ByteString& key) {
+  return FromUtf8("scrypt$" + std::to_string(costs.N) + "$" + std::to_string(costs.R) + "$" +
+                  std::to_string(costs.P)) +
+         u"$" + HashDigits(salt) + u"$" + HashDigits(key);
 }
 
 }  // namespace
@@ -65,7 +63,7 @@ std::string Format(const Costs& costs, const ByteString& salt, const ByteString&
 String HashPassword(StringView password) {
   const Costs costs;
   const ByteString salt = RandomBytes(kSaltLength);
-  return FromUtf8(Format(costs, salt, Derive(password, salt, costs)));
+  return Format(costs, salt, Derive(password, salt, costs));
 }
 
 bool MatchesHash(StringView password, const std::optional<String>& hash) {
@@ -77,13 +75,8 @@ bool MatchesHash(StringView password, const std::optional<String>& hash) {
   std::array<char, 2 * kSaltLength + 1> saltText{};
   std::sscanf(ToUtf8(*hash).c_str(), "scrypt$%9llu$%9llu$%9llu$%32[0-9a-f]$", &costs.N, &costs.R, &costs.P,
               saltText.data());
-  ByteString salt;
-  for (std::size_t i = 0; i + 1 < saltText.size() && saltText[i]; i += 2) {
-    unsigned byte = 0;
-    std::sscanf(&saltText[i], "%2x", &byte);
-    salt.push_back(static_cast<unsigned char>(byte));
-  }
-  return EqualSecrets(*hash, FromUtf8(Format(costs, salt, Derive(password, salt, costs))));
+  const ByteString salt = ParseHex(FromUtf8(saltText.data())).value_or(ByteString());
+  return EqualSecrets(*hash, Format(costs, salt, Derive(password, salt, costs)));
 }
 
 bool EqualSecrets(StringView left, StringView right) {
@@ -92,7 +85,7 @@ bool EqualSecrets(StringView left, StringView right) {
 }
 
 String RandomToken() {
-  return FromUtf8(InHexadecimal(RandomBytes(16)));
+  return HashDigits(RandomBytes(16));
 }
 
 }  // namespace Talvane40

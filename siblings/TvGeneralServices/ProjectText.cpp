@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "platform/Failure.h"
+#include "platform/Hex.h"
 
 namespace TvGeneralServices {
 namespace {
@@ -34,11 +35,6 @@ bool IsPair(StringView text, std::size_t i) {
          text[i + 1] <= 0xDFFF;
 }
 
-void AppendCode(String& text, char16_t c) {
-  text += u"\\u";
-  for (int shift = 12; shift >= 0; shift -= 4) text += u"0123456789ABCDEF"[(c >> shift) & 0xF];
-}
-
 // The text so that it stands on one line and reads back the same. What marks the end of a name, or makes a
 // line a comment or a section, is special besides.
 String Escape(StringView text, StringView special) {
@@ -59,7 +55,7 @@ String Escape(StringView text, StringView special) {
     } else if (IsPair(text, i)) {
       escaped += text.substr(i++, 2);
     } else if (c < 0x20 || c == kByteOrderMark || IsSurrogate(c) || special.find(c) != StringView::npos) {
-      AppendCode(escaped, c);
+      escaped += u"\\u" + HexText(c);
     } else {
       escaped += c;
     }
@@ -68,15 +64,9 @@ String Escape(StringView text, StringView special) {
 }
 
 std::optional<char16_t> ReadCode(StringView digits) {
-  if (digits.size() != 4) return {};
-  unsigned code = 0;
-  for (const char16_t c : digits) {
-    const auto digit =
-        StringView(u"0123456789ABCDEF").find(static_cast<char16_t>(c >= u'a' && c <= u'f' ? c - 0x20 : c));
-    if (digit == StringView::npos) return {};
-    code = code * 16 + static_cast<unsigned>(digit);
-  }
-  return static_cast<char16_t>(code);
+  const auto bytes = ParseHex(digits);
+  if (!bytes || bytes->size() != 2) return {};
+  return static_cast<char16_t>((*bytes)[0] << 8 | (*bytes)[1]);
 }
 
 // What was escaped. A backslash in front of anything else stands for itself, as in a path typed by hand.

@@ -7,6 +7,7 @@
 #include "gateway/delivery/MessageObject.h"
 #include "platform/StoredNames.h"
 #include "platform/contracts/FailureText.h"
+#include "platform/contracts/ProjectAdministration.h"
 #include "src/mailbox/MailBoxRecords.h"
 #include "src/services/modResource.h"
 #include "tests/support/World.h"
@@ -20,11 +21,11 @@ class Judge : public testing::TestWithParam<std::string> {
  protected:
   Judge() {
     setenv("LC_ALL", GetParam().c_str(), 1);
-    const ObjectRef project = world.Services.CreateByName(u"Talvane40.ProjectAdministration");
+    const ProjectAdministration projects(world.Services.CreateByName(ProjectAdministration::kName));
     const String path = world.PathOf("Apollo.TVS");
-    CallWith(*project, u"CreateProject", {path, u"Apollo", u"ann", u"ann@x.org", u"word"});
-    CallWith(*project, u"AddUser", {path, u"bob", u"bob@x.org", false});
-    CallWith(*project, u"AddDiscussion", {path, u"Plan"});
+    projects.CreateProject(path, u"Apollo", u"ann", u"ann@x.org", u"word");
+    projects.AddUser(path, u"bob", u"bob@x.org", false);
+    projects.AddDiscussion(path, u"Plan");
     TvEmailServices::WriteMailBoxRecord(path, u"ann", u"word", u"Apollo");
   }
   ~Judge() override { unsetenv("LC_ALL"); }

@@ -92,6 +92,7 @@ TEST_F(MailboxCommands, WhatIsRefusedChangesNothing) {
   WriteFile(program.File("empty"), "\xEF\xBB\xBF\n");
   program.Expect(
       {{"project create apollo.TVS --name A --user ann --password-file password", 65, "", "exists already"},
+       {"project create /sys/p.TVS --name A --user ann --password-file password", 73, "", "/sys"},
        {"project create none/p.TVS --name A --user ann --password-file password", 65, "", "none"},
        {"project create p.TVS --name A --user ann --password-file empty", 65, "", "empty"},
        {"project create p.TVS --name $'A\\nBcc: x' --user ann --password-file password", 65, "", "A Bcc: x"},

@@ -5,6 +5,7 @@
 #include <sstream>
 
 #include "platform/StoredNames.h"
+#include "platform/contracts/ProjectAdministration.h"
 #include "runtime/RegistryStore.h"
 #include "src/mailbox/MailBoxRecords.h"
 #include "src/mailbox/ProjectEmailSettings.h"
@@ -107,8 +108,8 @@ class MailBoxWorld : public World {
 
   // The project Apollo in Apollo.TVS, which ann opens with "word".
   void MakeProject() {
-    CallWith(*Services.CreateByName(u"Talvane40.ProjectAdministration"), u"CreateProject",
-             {PathOf("Apollo.TVS"), u"Apollo", u"ann", u"ann@example.org", u"word"});
+    ProjectAdministration(Services.CreateByName(ProjectAdministration::kName))
+        .CreateProject(PathOf("Apollo.TVS"), u"Apollo", u"ann", u"ann@example.org", u"word");
     Services.Created.clear();
   }
 
