@@ -29,10 +29,12 @@ off_t SizeOf(const std::string& file) {
 bool IsAtFileSizeLimit(const std::string& file) {
   rlimit limit{};
   if (getrlimit(RLIMIT_FSIZE, &limit) != 0) return false;
+  // A page and its head in the log. What a write left of it beyond the limit is cut off again.
+  constexpr rlim_t kLargestWrite = 4096 + 24;
   const auto reaches = [&](const char* end) {
-    return static_cast<rlim_t>(SizeOf(file + end)) >= limit.rlim_cur;
+    return static_cast<rlim_t>(SizeOf(file + end)) + kLargestWrite > limit.rlim_cur;
   };
-  return reaches("") || reaches("-wal") || reaches("-journal");
+  return reaches("") || reaches("-wal") || reaches("-shm") || reaches("-journal");
 }
 
 [[noreturn]] void RaiseReason(const std::string& file, const std::string& reason) {
@@ -61,7 +63,7 @@ std::string Database::ReasonOf(int result) const {
     default:
       break;
   }
-  // SQLite doesn't keep the system's reason. A file that was filled up to the limit tells it.
+  // SQLite doesn't keep the system's reason. A file near the limit tells it.
   if ((result & 0xFF) == SQLITE_IOERR && IsAtFileSizeLimit(file_))
     return "can't grow: " + SystemReason(EFBIG);
   return std::string("failed: ") + (handle_ ? sqlite3_errmsg(handle_) : sqlite3_errstr(result));

@@ -58,10 +58,12 @@ bool ReadMbox(InputFile& file, const std::string& path, const MailSink& sink) {
   }
 }
 
-bool ReadFile(const std::string& path, Form form, const MailSink& sink) {
+// Where path is a name of standard input it is only what the outcomes are told of: such a name can be opened
+// also where standard input is closed.
+bool ReadFile(const std::string& path, bool standardInput, Form form, const MailSink& sink) {
   RawMail mail{path, {}, {}, Outcome::Retry};
   try {
-    InputFile file(path, StopWanted);
+    InputFile file(standardInput ? "-" : path, StopWanted);
     const bool mbox = form != Form::OneMail && Mime::BeginsAnMbox(file);
     if (mbox) return ReadMbox(file, path, sink);
     if (form == Form::Mbox) {
@@ -78,7 +80,7 @@ bool ReadFile(const std::string& path, Form form, const MailSink& sink) {
     mail = Checked(std::move(mail), size);
   } catch (const std::system_error& error) {
     if (StopWanted()) return false;
-    const bool closed = path == "-" && error.code() == std::errc::bad_file_descriptor;
+    const bool closed = standardInput && error.code() == std::errc::bad_file_descriptor;
     mail = Fault(path, closed ? "standard input is closed" : error.code().message());
   } catch (const std::bad_alloc&) {
     mail = Fault(path, kNoMemory);
@@ -100,8 +102,9 @@ bool ReadMaildir(const fs::path& folder, const MailSink& sink) {
   }
   std::sort(files.begin(), files.end(),
             [](const fs::path& left, const fs::path& right) { return left.filename() < right.filename(); });
-  return std::all_of(files.begin(), files.end(),
-                     [&](const fs::path& file) { return ReadFile(file.string(), Form::OneMail, sink); });
+  return std::all_of(files.begin(), files.end(), [&](const fs::path& file) {
+    return ReadFile(file.string(), false, Form::OneMail, sink);
+  });
 }
 
 bool IsMaildir(const fs::path& folder) {
@@ -109,17 +112,18 @@ bool IsMaildir(const fs::path& folder) {
   return fs::is_directory(folder / "new", error) && fs::is_directory(folder / "cur", error);
 }
 
-// True for a file that a delivery wrote into a Maildir.
+// True for a file that a delivery wrote into a Maildir, also where a link leads to it.
 bool IsInMaildir(const fs::path& file) {
   std::error_code error;
-  const fs::path part = fs::absolute(file, error).parent_path();
-  return (part.filename() == "new" || part.filename() == "cur") && IsMaildir(part.parent_path());
+  const fs::path part = fs::canonical(file, error).parent_path();
+  const fs::path name = part.filename();
+  return (name == "new" || name == "cur" || name == "tmp") && IsMaildir(part.parent_path());
 }
 
 // True also where another name leads to the pipe or device that standard input is.
 bool IsStandardInput(const std::string& path) {
   struct stat named = {}, input = {};
-  return path == "-" ||
+  return path == "-" || path == "/dev/stdin" || path == "/dev/fd/0" || path == "/proc/self/fd/0" ||
          (stat(path.c_str(), &named) == 0 && !S_ISREG(named.st_mode) && fstat(STDIN_FILENO, &input) == 0 &&
           named.st_dev == input.st_dev && named.st_ino == input.st_ino);
 }
@@ -128,10 +132,10 @@ bool IsStandardInput(const std::string& path) {
 
 bool ReadMailSource(const std::string& path, StandardInput input, const MailSink& sink) {
   if (IsStandardInput(path))
-    return ReadFile(path, input == StandardInput::Mbox ? Form::Mbox : Form::OneMail, sink);
+    return ReadFile(path, true, input == StandardInput::Mbox ? Form::Mbox : Form::OneMail, sink);
   std::error_code error;
   if (!fs::is_directory(path, error))
-    return ReadFile(path, IsInMaildir(path) ? Form::OneMail : Form::Recognise, sink);
+    return ReadFile(path, false, IsInMaildir(path) ? Form::OneMail : Form::Recognise, sink);
   if (IsMaildir(path)) return ReadMaildir(path, sink);
   return sink(Fault(path, "it is a folder, but no Maildir, which has the folders new and cur"));
 }

@@ -32,7 +32,7 @@ using MailSink = std::function<bool(RawMail)>;
 // new and cur together. What can't be read is handed on as a fault and ends nothing but its own source; this
 // raises nothing of its own. False if the sink ended it.
 //
-// "-" is standard input, and so is a path like /dev/stdin that leads to the same pipe or device. The line
+// "-" is standard input, and so are /dev/stdin and any path that leads to the same pipe or device. The line
 // "From sender time" in front of a single mail is dropped.
 bool ReadMailSource(const std::string& path, StandardInput input, const MailSink& sink);
 

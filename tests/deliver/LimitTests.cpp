@@ -168,7 +168,7 @@ TEST_F(HostileInput, OneMailStaysOneMailWhateverItsLinesSay) {
           {"tvmail deliver Apollo - <obsolete", 0, one},
           {"tvmail deliver Apollo plain obsolete noseparator", 0, "3 messages: 3 delivered"},
           {"tvmail deliver Apollo Mail", 0, "3 messages: 3 delivered"},
-          {"tvmail deliver Apollo Mail/new/piped", 0, one}});
+          {"ln -s Mail/new/piped link; tvmail deliver Apollo link", 0, "link  <m@x>  delivered" + one}});
   const std::string project = Project();
   EXPECT_EQ(CountOf(project, "first\\u000D\\n>From here\\u000D\\n\\u000D\\nFrom mallory@x"), 12u) << project;
   EXPECT_EQ(CountOf(project, "last"), 12u);
@@ -180,6 +180,8 @@ TEST_F(HostileInput, OneMailStaysOneMailWhateverItsLinesSay) {
           {"tvmail deliver Apollo --mbox <plain", 65, "is no mbox"},
           {"tvmail deliver Apollo --mbox mbox", 64, "--mbox"},
           {"tvmail deliver Apollo <&-", 75, "standard input is closed"},
+          {"tvmail deliver Apollo /dev/stdin <&-", 75, "standard input is closed"},
+          {"tvmail deliver Apollo /dev/stdin <mbox", 0, one},
           {"tvmail deliver Apollo <&- >&-", 75, ""}});
 }
 

@@ -279,6 +279,9 @@ TEST_F(MailboxCommands, AFullDiskIsNoFaultOfTheEntries) {
         program.Shell("(trap '' XFSZ; ulimit -f 32; exec tvmail " + std::string(line) + ") 2>&1 | cat");
     EXPECT_EQ(75, outcome.Exit) << line << outcome.Output;
   }
+  EXPECT_PRED2(Holds,
+               program.Shell("(ulimit -f 16; TALVANE_HOME=$PWD/new exec tvmail init) 2>&1 | cat").Output,
+               "at most 16384 bytes");
 }
 
 TEST_F(Commands, AKeyStoreIsReadableByItsOwnerAlone) {
