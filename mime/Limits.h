@@ -62,7 +62,7 @@ struct MailLimits {
 
   // Groups in groups, which RFC 5322 doesn't allow, and comments in comments, in a mail's own From.
   // Programs that write "mailto:" in front of each address seem to nest groups.
-  std::size_t AddressDepth = 1000;
+  std::size_t AddressDepth = 100;
 };
 
 }  // namespace Mime

@@ -86,7 +86,7 @@ TEST(LimitCheck, ReadsAMailAtALimitAndRefusesOneBeyondWithTheReason) {
        "its Subject field has more than 16 KB"},
       {limits.FromSize, [](std::size_t n) { return "From:" + std::string(n, 'x') + "\n"; }, "more than 8 KB"},
       {limits.AddressDepth, [](std::size_t n) { return "From:" + Repeated("a:", n) + "\n"; },
-       "its addresses are nested more than 1000 deep"},
+       "its addresses are nested more than 100 deep"},
       {limits.AddressDepth, [](std::size_t n) { return "From:" + std::string(n, '(') + "\n"; }, "nested"},
   };
   for (const auto& row : rows) {
