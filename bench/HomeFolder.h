@@ -5,7 +5,7 @@
 
 #include <filesystem>
 
-#include "runtime/Process.h"
+#include "runtime/Libraries.h"
 #include "runtime/RegistryStore.h"
 
 namespace Bench {

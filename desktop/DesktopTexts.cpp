@@ -2,7 +2,7 @@
 
 #include "platform/Services.h"
 #include "platform/contracts/ResourceServices.h"
-#include "runtime/Process.h"
+#include "runtime/Folders.h"
 
 namespace Desktop {
 

@@ -12,7 +12,7 @@
 
 #include "desktop/DesktopTexts.h"
 #include "platform/Text.h"
-#include "runtime/Process.h"
+#include "runtime/Folders.h"
 
 extern char** environ;
 

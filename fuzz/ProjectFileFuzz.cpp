@@ -1,13 +1,13 @@
-// ProjectFileFuzz: any text as a project file, to both of its readers, and as the value of a key.
+// ProjectFileFuzz: any text as a project file, and as the value of a key.
 #include "fuzz/FuzzFiles.h"
 #include "platform/Failure.h"
-#include "siblings/Talvane40/ProjectFile.h"
-#include "siblings/TvGeneralServices/ProjectText.h"
+#include "runtime/ProjectText.h"
+#include "siblings/Talvane40/ProjectLocation.h"
 
 namespace {
 
 using namespace Platform;
-using TvGeneralServices::ProjectText;
+using Runtime::ProjectText;
 
 // What is set reads back, also from the bytes, and a removed section is gone.
 void ChangeAndReadBack(ProjectText& text, const String& name) {
@@ -27,14 +27,16 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   try {
     ProjectText text(bytes);
     Fuzz::Require(text.ToBytes() == bytes);
+    text.RequireProject();
   } catch (const Failure& failure) {
-    Fuzz::Require(failure.Number() == FailureNumber::DeviceFailed);
+    Fuzz::Require(failure.Number() == FailureNumber::RefusedInput);
   }
   const Fuzz::FileInMemory file(bytes);
   try {
-    Fuzz::Require(!Talvane40::ReadProjectFile(FromUtf8(file.Path())).Name.empty());
+    Fuzz::Require(!Talvane40::ReadProjectLocation(FromUtf8(file.Path())).Name.empty());
   } catch (const Failure& failure) {
-    Fuzz::Require(failure.Number() == FailureNumber::DeviceFailed);
+    Fuzz::Require(failure.Number() == FailureNumber::DeviceFailed ||
+                  failure.Number() == FailureNumber::RefusedInput);
   }
   ProjectText fresh("[Project]\nFormat=1\nName=A\nDatabase=a.db\n");
   const String name = FromUtf8(bytes.substr(0, 200));

@@ -8,7 +8,7 @@
 #include "platform/Services.h"
 #include "platform/contracts/GeneralServices.h"
 #include "platform/contracts/ResourceServices.h"
-#include "runtime/Process.h"
+#include "runtime/Folders.h"
 
 namespace Host {
 

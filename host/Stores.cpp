@@ -4,7 +4,7 @@
 #include <filesystem>
 
 #include "host/CommandError.h"
-#include "runtime/Process.h"
+#include "runtime/Folders.h"
 #include "runtime/RegistryStore.h"
 
 namespace Host {

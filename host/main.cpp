@@ -10,7 +10,7 @@
 #include "host/terminal/TerminalToolkit.h"
 #include "platform/Failure.h"
 #include "platform/TerminalText.h"
-#include "runtime/Process.h"
+#include "runtime/ProcessServices.h"
 
 namespace Host {
 

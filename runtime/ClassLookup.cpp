@@ -10,7 +10,6 @@
 
 #include "platform/Failure.h"
 #include "runtime/Libraries.h"
-#include "runtime/Process.h"
 #include "runtime/Registration.h"
 #include "runtime/RegistryFile.h"
 
@@ -24,7 +23,7 @@ struct KnownClass {
 
 class KnownClasses {
  public:
-  // The remembered factory, or null where it has to be looked up.
+  // The cached factory; null if there is none, the registry has changed or the library's file is missing.
   const ClassFactory* Recall(const String& asked, const RegistryState& state) {
     const std::lock_guard guard(lock_);
     if (state != state_) classes_.clear();
@@ -45,7 +44,7 @@ class KnownClasses {
   std::map<String, KnownClass> classes_;
 };
 
-// What was found for the scopes of a thread.
+// The factories that were found within the scopes of a thread.
 struct ScopedClasses {
   int Scopes = 0;
   std::vector<std::pair<String, const ClassFactory*>> Found;

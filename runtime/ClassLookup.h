@@ -1,6 +1,6 @@
-// ClassLookup: from a programmatic name or a class identity to the factory that creates its objects.
+// ClassLookup: finds the factory of a class by its programmatic name or its class identifier.
 //
-// What was found is remembered as long as nobody, in any process, changes the machine-wide hive. Any thread.
+// Results are cached until any process changes the machine-wide hive. Any thread.
 #pragma once
 
 #include "platform/Component.h"
@@ -9,9 +9,20 @@ namespace Runtime {
 
 using namespace Platform;
 
-// Raises 429, with what was asked for and the reason, where the class isn't registered or its library can't
-// be had; a library whose file was taken away can't, even if it is loaded.
+// The factory, which is valid until the process ends. Raises 429, with the name or identifier and the reason,
+// if the class isn't registered, or its library can't be loaded or its file is missing.
 const ClassFactory& FindFactory(StringView programmaticName);
 const ClassFactory& FindFactory(const Guid& classId);
+
+// While one exists, FindFactory on its thread checks neither the registry nor the library's file for a class
+// that it has found once. Changes take effect when the outermost scope ends. For one piece of work, such as
+// one message, that creates the same classes repeatedly.
+class ClassLookupScope {
+ public:
+  ClassLookupScope();
+  ClassLookupScope(const ClassLookupScope&) = delete;
+  ClassLookupScope& operator=(const ClassLookupScope&) = delete;
+  ~ClassLookupScope();
+};
 
 }  // namespace Runtime

@@ -29,7 +29,7 @@ class Factory : public ClassFactory {
   const ClassDescription& class_;
 };
 
-// Libraries are never unloaded, so neither end factories.
+// Factories are never deleted, since libraries are never unloaded.
 const ClassFactory& FactoryOf(const ComponentDescription& library, const ClassDescription& theClass) {
   static std::mutex& lock = *new std::mutex;
   static auto& factories = *new std::map<const ClassDescription*, Factory>;
@@ -62,11 +62,11 @@ std::int32_t GetClassObject(const ComponentDescription& library, const Guid& cla
 }
 
 std::int32_t RegisterServer(const ComponentDescription& library, const void* codeAddress) {
-  return TellingWhy([&] { WriteRegistration(library, FileToRegister(codeAddress)); });
+  return RegistrationStatus([&] { WriteRegistration(library, FileToRegister(codeAddress)); });
 }
 
 std::int32_t UnregisterServer(const ComponentDescription& library) {
-  return TellingWhy([&] { RemoveRegistration(library); });
+  return RegistrationStatus([&] { RemoveRegistration(library); });
 }
 
 }  // namespace Platform::ComponentRuntime

@@ -18,6 +18,7 @@ namespace {
 
 using Clock = std::chrono::steady_clock;
 
+// After a wait for another connection, so many commits are each followed by a pause.
 constexpr int kPausesForOthers = 64;
 constexpr auto kPauseForOthers = std::chrono::milliseconds(2);
 
@@ -29,7 +30,7 @@ off_t SizeOf(const std::string& file) {
 bool IsAtFileSizeLimit(const std::string& file) {
   rlimit limit{};
   if (getrlimit(RLIMIT_FSIZE, &limit) != 0) return false;
-  // A page and its head in the log. What a write left of it beyond the limit is cut off again.
+  // A page and its header in the log. SQLite truncates the file after a write beyond the limit.
   constexpr rlim_t kLargestWrite = 4096 + 24;
   const auto reaches = [&](const char* end) {
     return static_cast<rlim_t>(SizeOf(file + end)) + kLargestWrite > limit.rlim_cur;
@@ -47,48 +48,48 @@ bool IsAtFileSizeLimit(const std::string& file) {
 std::string Database::ReasonOf(int result) const {
   switch (result & 0xFF) {
     case SQLITE_NOTADB:
-      return "is no database; put a good copy in its place";
+      return "is no database; restore it from a backup";
     case SQLITE_CORRUPT:
-      return "is damaged; put a good copy in its place";
+      return "is damaged; restore it from a backup";
     case SQLITE_BUSY:
     case SQLITE_LOCKED:
       return "is in use by another program; try again";
     case SQLITE_READONLY:
       return "can't be written; check who owns the file and its folder";
     case SQLITE_FULL:
-      return "can't grow: the disk is full";
+      return "can't be written: the disk is full; free some space";
     case SQLITE_CANTOPEN:
     case SQLITE_PERM:
       return "can't be opened; check who owns the file and its folder";
     default:
       break;
   }
-  // SQLite doesn't keep the system's reason. A file near the limit tells it.
+  // SQLite doesn't pass on the errno. A file size near the limit shows that it was EFBIG.
   if ((result & 0xFF) == SQLITE_IOERR && IsAtFileSizeLimit(file_))
-    return "can't grow: " + SystemReason(EFBIG);
+    return "can't be written: " + SystemReason(EFBIG);
   return std::string("failed: ") + (handle_ ? sqlite3_errmsg(handle_) : sqlite3_errstr(result));
 }
 
 void Database::RequireItsLog(const std::string& file) {
   if (SizeOf(file) == 0 && SizeOf(file + "-wal") > 0)
     RaiseReason(file, "is missing or empty, but " + file +
-                          "-wal still holds changes; put a copy of both back, or move that file away");
+                          "-wal still holds changes; restore both from a backup, or move that file away");
 }
 
-Database::Database(std::string file, std::chrono::milliseconds patience)
-    : file_(std::move(file)), patience_(patience) {
+Database::Database(std::string file, std::chrono::milliseconds timeout)
+    : file_(std::move(file)), timeout_(timeout) {
   RequireItsLog(file_);
   const int flags = SQLITE_OPEN_READWRITE | SQLITE_OPEN_NOMUTEX | SQLITE_OPEN_EXRESCODE;
   const int result = sqlite3_open_v2(file_.c_str(), &handle_, flags, nullptr);
   if (result != SQLITE_OK) CloseAndRefuse(result);
   sqlite3_busy_handler(handle_, &Database::WaitForOthers, this);
   sqlite3_db_config(handle_, SQLITE_DBCONFIG_TRUSTED_SCHEMA, 0, nullptr);
-  const char* const durably = "PRAGMA synchronous=FULL; PRAGMA cell_size_check=ON";
-  int settled = sqlite3_exec(handle_, durably, nullptr, nullptr, nullptr);
-  // Taken at once: one that reads first and writes later fails where another writer came between.
-  if (settled == SQLITE_OK) settled = Prepare("BEGIN IMMEDIATE", begin_);
-  if (settled == SQLITE_OK) settled = Prepare("COMMIT", commit_);
-  if (settled != SQLITE_OK) CloseAndRefuse(settled);
+  const char* const settings = "PRAGMA synchronous=FULL; PRAGMA cell_size_check=ON";
+  int prepared = sqlite3_exec(handle_, settings, nullptr, nullptr, nullptr);
+  // IMMEDIATE: a transaction that reads before it writes fails if another connection writes in between.
+  if (prepared == SQLITE_OK) prepared = Prepare("BEGIN IMMEDIATE", begin_);
+  if (prepared == SQLITE_OK) prepared = Prepare("COMMIT", commit_);
+  if (prepared != SQLITE_OK) CloseAndRefuse(prepared);
 }
 
 void Database::CloseAndRefuse(int result) {
@@ -115,13 +116,13 @@ void Database::Refuse(int result) const {
   RaiseReason(file_, ReasonOf(result));
 }
 
-// Short random waits, since long ones lose against a writer that commits in a loop.
+// Waits are short and random: with long ones, a writer that commits in a loop gets the lock nearly always.
 int Database::WaitForOthers(void* database, int attempt) {
   thread_local std::minstd_rand random{std::random_device{}()};
   thread_local Clock::time_point start;
   if (attempt == 0) start = Clock::now();
   auto& waiting = *static_cast<Database*>(database);
-  if (Clock::now() - start > waiting.patience_) return 0;
+  if (Clock::now() - start > waiting.timeout_) return 0;
   waiting.pausesLeft_ = kPausesForOthers;
   std::this_thread::sleep_for(std::chrono::microseconds(std::uniform_int_distribution(100, 1500)(random)));
   return 1;
@@ -226,7 +227,7 @@ Rows Statement::operator()(std::initializer_list<Parameter> parameters) {
     } else if (const auto* real = std::get_if<double>(&parameter)) {
       result = sqlite3_bind_double(statement_, position, *real);
     } else if (const auto* text = std::get_if<std::string_view>(&parameter)) {
-      // A view of nothing may have no address, which SQLite would take for NULL.
+      // An empty view may have a null address, which SQLite binds as NULL.
       result = sqlite3_bind_text64(statement_, position, text->empty() ? "" : text->data(), text->size(),
                                    SQLITE_TRANSIENT, SQLITE_UTF8);
     } else if (const auto* bytes = std::get_if<std::span<const std::uint8_t>>(&parameter)) {

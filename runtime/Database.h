@@ -1,7 +1,8 @@
 // Database: one SQLite file, opened for durable work.
 //
-// Every operation raises 57 with the file's name and the reason in words where SQLite refuses it. A database
-// and what was made of it belong to one thread at a time; it must not be carried over a fork.
+// Every operation raises 57, with the file's name, the reason and what to do, if SQLite reports an error. A
+// Database and its statements, rows and transactions are used by one thread at a time, and must not be used
+// in a forked child. They refer to the Database, which must outlive them.
 #pragma once
 
 #include <chrono>
@@ -12,7 +13,7 @@
 #include <string_view>
 #include <variant>
 
-#include "runtime/Patience.h"
+#include "runtime/BusyTimeout.h"
 
 struct sqlite3;
 struct sqlite3_stmt;
@@ -21,43 +22,41 @@ namespace Runtime {
 
 class Database {
  public:
-  // Opens a file that exists, with what RequireItsLog says. A writer waits for another one as long as the
-  // patience lasts.
-  explicit Database(std::string file, std::chrono::milliseconds patience = Patience());
+  // Opens an existing file, after RequireItsLog. The timeout limits each wait for another connection.
+  explicit Database(std::string file, std::chrono::milliseconds timeout = BusyTimeout());
   Database(const Database&) = delete;
   Database& operator=(const Database&) = delete;
   ~Database();
 
-  // Raises 57 for a file that is empty or missing beside a log that holds changes: it was lost by accident,
-  // and opening it would throw the log away. For callers that make the file, or have their own text for a
-  // missing one.
+  // Raises 57 if the file is empty or missing, but its write-ahead log holds changes: SQLite would delete the
+  // log when it opens the file. For callers that create the file, or have their own text for a missing one.
   static void RequireItsLog(const std::string& file);
 
   const std::string& File() const { return file_; }
 
-  // Runs statements that give no rows.
+  // Runs SQL statements; rows are ignored.
   void Run(const char* sql);
 
-  // The first column of the first row, as a whole number.
+  // The first column of the first row as an integer; 0 if there is no row.
   std::int64_t Number(const char* sql);
 
-  // How many rows this connection has changed since it was opened.
+  // The number of rows that this connection has changed since it was opened.
   std::int64_t ChangedRows() const;
 
-  // Raises what the given result of SQLite stands for.
+  // Raises the failure for a result code of SQLite. CloseAndRefuse is for the constructor.
   [[noreturn]] void Refuse(int result) const;
   [[noreturn]] void CloseAndRefuse(int result);
 
   sqlite3* Handle() const { return handle_; }
 
-  // Prepares a statement that is to be run again and again; gives SQLite's result.
+  // Prepares a statement for repeated use. Returns SQLite's result code.
   int Prepare(const char* sql, sqlite3_stmt*& statement);
 
-  // What a Transaction does.
+  // For Transaction.
   void Begin();
   void Commit();
 
-  // Pauses for a moment if another program was at work on the file lately, so that its turn comes too.
+  // Waits for 2 ms if this connection had to wait for another one recently, so that the other one can write.
   void PauseAfterCommit();
 
  private:
@@ -67,20 +66,21 @@ class Database {
   void Close();
 
   std::string file_;
-  std::chrono::milliseconds patience_;
+  std::chrono::milliseconds timeout_;
   sqlite3* handle_ = nullptr;
   sqlite3_stmt* begin_ = nullptr;
   sqlite3_stmt* commit_ = nullptr;
   int pausesLeft_ = 0;
 };
 
-// What a statement takes for a question mark.
+// A value for a "?" of a statement.
 using Parameter =
     std::variant<std::nullptr_t, std::int64_t, double, std::string_view, std::span<const std::uint8_t>>;
 
 enum class ColumnType { Integer, Real, Text, Blob, Null };
 
-// The rows of one run of a statement. The views that a row gives hold until the next one.
+// The rows of one run of a statement. Columns count from 0. The views that Text and Blob return are valid
+// until the next call of Next, and end with the Rows.
 class Rows {
  public:
   Rows(Database& database, sqlite3_stmt* statement) : database_(database), statement_(statement) {}
@@ -88,7 +88,7 @@ class Rows {
   Rows& operator=(const Rows&) = delete;
   ~Rows();
 
-  // Steps to the next row; false behind the last one.
+  // Moves to the next row; false after the last one.
   bool Next();
 
   ColumnType Type(int column) const;
@@ -102,7 +102,7 @@ class Rows {
   sqlite3_stmt* statement_;
 };
 
-// A prepared statement, to be run again and again, one run at a time.
+// A prepared statement for repeated use, one run at a time.
 class Statement {
  public:
   Statement(Database& database, const char* sql);
@@ -110,10 +110,10 @@ class Statement {
   Statement& operator=(const Statement&) = delete;
   ~Statement();
 
-  // A run with the given parameters, which are copied. Nothing happens before the first Next.
+  // Starts a run with the parameters, which are copied. The statement is executed by the first Next.
   Rows operator()(std::initializer_list<Parameter> parameters);
 
-  // A run of a statement that gives no rows.
+  // Executes the statement to its end; rows are ignored.
   void Run(std::initializer_list<Parameter> parameters);
 
  private:
@@ -121,7 +121,7 @@ class Statement {
   sqlite3_stmt* statement_ = nullptr;
 };
 
-// A write transaction: taken at once, rolled back unless it was committed.
+// A write transaction. It takes the write lock at once, and is rolled back unless Commit succeeds.
 class Transaction {
  public:
   explicit Transaction(Database& database);
@@ -129,7 +129,7 @@ class Transaction {
   Transaction& operator=(const Transaction&) = delete;
   ~Transaction();
 
-  // What was written is durable when this returns.
+  // When this returns, the changes are on disk.
   void Commit();
 
  private:

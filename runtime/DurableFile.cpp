@@ -33,10 +33,10 @@ bool IsMissing(int error) {
   return error == ENOENT || error == ENOTDIR;
 }
 
-// The task and the reason, which errno tells.
+// Raises a failure for errno.
 [[noreturn]] void RefuseForSystem(const std::string& path, const char* task) {
   const int error = errno;
-  if (IsMissing(error)) Refuse(path, "doesn't exist", PathNotFound);
+  if (IsMissing(error)) Refuse(path, "doesn't exist; check the path", PathNotFound);
   const bool denied = error == EACCES || error == EPERM || error == EROFS;
   if (error == EEXIST) Refuse(path, "exists already; choose another name", AlreadyExists);
   Refuse(path, std::string(task) + ": " + SystemReason(error), denied ? PermissionDenied : DeviceFailed);
@@ -45,12 +45,12 @@ bool IsMissing(int error) {
 void RequireSmallFile(const std::string& path, const struct stat& status, std::size_t largest) {
   if (S_ISDIR(status.st_mode))
     Refuse(path, "is a folder; name the file in it", Platform::FailureNumber::RefusedInput);
-  if (!S_ISREG(status.st_mode)) Refuse(path, "is no ordinary file");
+  if (!S_ISREG(status.st_mode)) Refuse(path, "is no ordinary file; name another one");
   if (status.st_size < 0 || static_cast<std::uint64_t>(status.st_size) > largest)
     Refuse(path, "is too large: more than " + std::to_string(largest) + " bytes");
 }
 
-// Looked at before it is opened, since opening a device may do something.
+// Checks the file before opening it, since opening a device can have effects.
 Descriptor OpenSmallFile(const std::string& path, int flags, std::size_t largest) {
   struct stat status {};
   if (stat(path.c_str(), &status) != 0) RefuseForSystem(path, "can't be reached");
@@ -76,30 +76,30 @@ SmallFile ReadOpenFile(const Descriptor& file, const std::string& path, std::siz
   }
 }
 
-bool Sync(int descriptor) {
+bool SyncDescriptor(int descriptor) {
   while (fsync(descriptor) != 0) {
     if (errno != EINTR) return false;
   }
   return true;
 }
 
-void WaitForLock(const Descriptor& file, const std::string& path, std::chrono::milliseconds patience) {
-  const auto end = std::chrono::steady_clock::now() + patience;
+void WaitForLock(const Descriptor& file, const std::string& path, std::chrono::milliseconds timeout) {
+  const auto end = std::chrono::steady_clock::now() + timeout;
   while (flock(file.Number(), LOCK_EX | LOCK_NB) != 0) {
-    if (errno != EWOULDBLOCK && errno != EINTR) return;  // a file system without locks
+    if (errno != EWOULDBLOCK && errno != EINTR) return;  // the file system has no locks
     if (std::chrono::steady_clock::now() >= end)
-      Refuse(path, "is in use by another program, for more than " +
-                       std::to_string(std::chrono::duration_cast<std::chrono::seconds>(patience).count()) +
-                       " s; try again when that one has ended");
+      Refuse(path, "is in use by another program and was not released within " +
+                       std::to_string(std::chrono::duration_cast<std::chrono::seconds>(timeout).count()) +
+                       " s; try again when that program has ended");
     std::this_thread::sleep_for(std::chrono::milliseconds(5));
   }
 }
 
-// Whoever waited may have got the lock of a file that was replaced meanwhile, and opens again.
-Descriptor OpenLocked(const std::string& path, std::size_t largest, std::chrono::milliseconds patience) {
+// Opens the file again if it was replaced while this waited for the lock.
+Descriptor OpenLocked(const std::string& path, std::size_t largest, std::chrono::milliseconds timeout) {
   for (;;) {
     Descriptor file = OpenSmallFile(path, O_RDWR, largest);
-    WaitForLock(file, path, patience);
+    WaitForLock(file, path, timeout);
     struct stat locked {
     }, present{};
     if (fstat(file.Number(), &locked) == 0 && stat(path.c_str(), &present) == 0 &&
@@ -143,8 +143,8 @@ void CreateSmallFile(const std::string& path, std::string_view content) {
   file.Keep();
 }
 
-LockedFile::LockedFile(const std::string& path, std::size_t largest, std::chrono::milliseconds patience)
-    : path_(WithoutLinks(path)), largest_(largest), file_(OpenLocked(path_, largest, patience)) {}
+LockedFile::LockedFile(const std::string& path, std::size_t largest, std::chrono::milliseconds timeout)
+    : path_(WithoutLinks(path)), largest_(largest), file_(OpenLocked(path_, largest, timeout)) {}
 
 SmallFile LockedFile::Read() const {
   if (lseek(file_.Number(), 0, SEEK_SET) != 0) RefuseForSystem(path_, "can't be read");
@@ -157,7 +157,7 @@ void LockedFile::Replace(std::string_view content) const {
   try {
     if (content.size() > largest_)
       Refuse(path_, "would have more than " + std::to_string(largest_) + " bytes");
-    // The lock makes this name ours. What a killed predecessor left under it is removed.
+    // The lock keeps other programs from using this name. A file left by a killed program is removed.
     StagedFile file(folder + "/." + name + ".new", file_);
     file.Write(content);
     file.PublishOver(path_);
@@ -165,36 +165,37 @@ void LockedFile::Replace(std::string_view content) const {
   } catch (const Platform::Failure& failure) {
     throw Platform::Failure(
         failure.Number(), failure.Source(),
-        Platform::FromUtf8(path_ + " can't be saved and is as it was: ") + failure.Description());
+        Platform::FromUtf8(path_ + " can't be saved and is unchanged: ") + failure.Description());
   }
   try {
     SyncFolder(folder);
   } catch (const Platform::Failure& failure) {
-    Refuse(path_, std::string("was saved, but may be the old one after a power cut: ") + failure.what());
+    Refuse(path_,
+           std::string("was saved, but the old content may return after a power failure: ") + failure.what());
   }
 }
 
-FolderLock::FolderLock(const std::string& folder, std::chrono::milliseconds patience)
+FolderLock::FolderLock(const std::string& folder, std::chrono::milliseconds timeout)
     : folder_(open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC)) {
   if (!folder_) RefuseForSystem(folder, "can't be opened");
-  WaitForLock(folder_, folder, patience);
+  WaitForLock(folder_, folder, timeout);
 }
 
 StagedFile::StagedFile(const std::string& folder) : path_(folder + "/.talvane-XXXXXX") {
   file_ = Descriptor(mkostemp(path_.data(), O_CLOEXEC));
   if (!file_) {
     kept_ = true;
-    RefuseForSystem(folder, "takes no new file");
+    RefuseForSystem(folder, "can't hold a new file");
   }
 }
 
 StagedFile::StagedFile(const std::string& path, const Descriptor& modelOfOwnerAndMode) : path_(path) {
   unlink(path_.c_str());
   file_ = Descriptor(open(path_.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0600));
-  if (!file_) RefuseForSystem(path_, "can't be made");
+  if (!file_) RefuseForSystem(path_, "can't be created");
   struct stat status {};
   bool alike = fstat(modelOfOwnerAndMode.Number(), &status) == 0;
-  // A file of another owner keeps at least its group where the system doesn't let its owner be kept.
+  // Without the right to change the owner, the group is kept. Without that, the group loses its rights.
   if (alike && fchown(file_.Number(), status.st_uid, status.st_gid) != 0 &&
       fchown(file_.Number(), static_cast<uid_t>(-1), status.st_gid) != 0)
     status.st_mode &= ~static_cast<mode_t>(S_IRWXG | S_ISGID);
@@ -222,33 +223,34 @@ void StagedFile::Release() {
   if (!file_.Close()) RefuseForSystem(path_, "can't be written");
 }
 
-void StagedFile::BringToDisk() {
+void StagedFile::Sync() {
   if (!file_) file_ = Descriptor(open(path_.c_str(), O_RDWR | O_CLOEXEC | O_NOFOLLOW));
-  if (!file_ || !Sync(file_.Number())) RefuseForSystem(path_, "can't be brought to the disk");
+  if (!file_ || !SyncDescriptor(file_.Number())) RefuseForSystem(path_, "can't be synced");
   Release();
 }
 
 void StagedFile::Publish(const std::string& name) {
-  BringToDisk();
+  Sync();
   if (renameat2(AT_FDCWD, path_.c_str(), AT_FDCWD, name.c_str(), RENAME_NOREPLACE) != 0) {
-    // A file system that can't rename so makes a second name, and the first one is removed.
-    if (errno != EINVAL || link(path_.c_str(), name.c_str()) != 0) RefuseForSystem(name, "can't be made");
+    // On a file system without RENAME_NOREPLACE, link the new name and remove the old one.
+    if (errno != EINVAL || link(path_.c_str(), name.c_str()) != 0) RefuseForSystem(name, "can't be created");
     unlink(path_.c_str());
   }
   path_ = name;
 }
 
 void StagedFile::PublishOver(const std::string& name) {
-  BringToDisk();
+  Sync();
   if (rename(path_.c_str(), name.c_str()) != 0) RefuseForSystem(name, "can't be replaced");
   path_ = name;
 }
 
 void SyncFolder(const std::string& folder) {
   Descriptor opened(open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
-  if (!opened && (errno == EACCES || errno == EPERM)) return;  // may be written to, but not read
-  if (opened && (Sync(opened.Number()) || errno == EINVAL || errno == ENOTSUP || errno == ENOSYS)) return;
-  RefuseForSystem(folder, "can't be brought to the disk");
+  if (!opened && (errno == EACCES || errno == EPERM)) return;  // the folder is writable but not readable
+  if (opened && (SyncDescriptor(opened.Number()) || errno == EINVAL || errno == ENOTSUP || errno == ENOSYS))
+    return;
+  RefuseForSystem(folder, "can't be synced");
 }
 
 }  // namespace Runtime

@@ -1,13 +1,12 @@
-// DurableFile: small files that are read whole, made whole and replaced whole.
+// DurableFile: small files that are read, created and replaced as a whole.
 //
-// Whoever reads finds the old content or the new one, also after a crash: new content is written beside the
-// file, brought to the disk, and renamed into its place; then the folder is brought to the disk. A folder on
-// a file system that offers no such call is forgiven.
+// A reader finds the old content or the new one, also after a crash: new content is written to a temporary
+// file in the same folder, synced, and renamed to the file's name; then the folder is synced. An error of a
+// file system that can't sync folders is ignored.
 //
-// Paths are in the bytes that the system takes. Every refusal is a raised failure that begins with the path:
-// 76 for a file or folder that isn't there, 58 for a file that exists already, 70 where
-// permission is missing, 57 for everything else. Any
-// thread.
+// Paths are UTF-8. Every failure's description begins with the path: 76 for a file or folder that doesn't
+// exist, 58 for a file that exists already, 70 for a missing permission, 380 for a folder in the place of a
+// file, 57 for other reasons. Any thread.
 #pragma once
 
 #include <sys/types.h>
@@ -16,11 +15,11 @@
 #include <string>
 #include <string_view>
 
-#include "runtime/Patience.h"
+#include "runtime/BusyTimeout.h"
 
 namespace Runtime {
 
-// An open file, closed at the end.
+// Owns a file descriptor, and closes it.
 class Descriptor {
  public:
   explicit Descriptor(int number = -1) : number_(number) {}
@@ -31,7 +30,7 @@ class Descriptor {
   int Number() const { return number_; }
   explicit operator bool() const { return number_ >= 0; }
 
-  // False, with errno, where the system tells only now that something couldn't be written.
+  // False, with errno, if the system reports a write error.
   bool Close();
 
  private:
@@ -40,29 +39,29 @@ class Descriptor {
 
 struct SmallFile {
   std::string Content;
-  mode_t Mode = 0;  // with the rights that it had when it was read
+  mode_t Mode = 0;  // when it was read
 };
 
-// Refuses a folder, a device, and a file of more bytes than the largest.
+// The content of a file. Refuses a folder, a device, and a file of more than `largest` bytes.
 SmallFile ReadSmallFile(const std::string& path, std::size_t largest);
 
-// Makes a file of mode 0600, which nobody else may have made. After a failure there is none.
+// Creates a file of mode 0600. 58 if it exists. After a failure there is no new file.
 void CreateSmallFile(const std::string& path, std::string_view content);
 
-// An existing file, kept from all others that lock it so, as long as the object lives.
+// An existing file with an exclusive advisory lock (flock), which is released with the object.
 class LockedFile {
  public:
-  // Follows links. Raises 57 if another one still holds the lock when the patience is over. A file system
-  // without locks is taken as it is.
-  LockedFile(const std::string& path, std::size_t largest, std::chrono::milliseconds patience = Patience());
+  // Follows symbolic links. Raises 57 if the lock is not obtained within the timeout. On a file system
+  // without locks the file is used unlocked.
+  LockedFile(const std::string& path, std::size_t largest, std::chrono::milliseconds timeout = BusyTimeout());
 
-  // The path without links.
+  // The path with symbolic links resolved.
   const std::string& Path() const { return path_; }
 
   SmallFile Read() const;
 
-  // Puts the content into the file's place, durable when it returns; owner and mode stay. After a failure the
-  // old content is in place, unless the description says that the new one was saved. To be called once.
+  // Replaces the content; it is on disk when this returns. Owner and mode are kept. After a failure the file
+  // has its old content, unless the description says that the new one was saved. To be called once.
   void Replace(std::string_view content) const;
 
  private:
@@ -71,55 +70,55 @@ class LockedFile {
   Descriptor file_;
 };
 
-// A folder, kept from all others that lock it so, as long as the object lives.
+// An exclusive advisory lock (flock) on a folder, which is released with the object.
 class FolderLock {
  public:
-  // Raises 57 if another one still holds the lock when the patience is over.
-  explicit FolderLock(const std::string& folder, std::chrono::milliseconds patience = Patience());
+  // Raises 57 if the lock is not obtained within the timeout.
+  explicit FolderLock(const std::string& folder, std::chrono::milliseconds timeout = BusyTimeout());
 
  private:
   Descriptor folder_;
 };
 
-// A file on its way into its place: under a name of its own at first, removed with the object unless it was
-// kept.
+// A new file: it has a temporary name until it is published, and is removed with the object unless Keep was
+// called.
 class StagedFile {
  public:
-  // A new empty file of mode 0600 in the folder, under a name that nobody has.
+  // An empty file of mode 0600 in the folder, with a unique name.
   explicit StagedFile(const std::string& folder);
 
-  // Under the name given. Whoever calls it has made sure that no other one uses the name now.
+  // An empty file of that name, with the owner and mode of another file. A file that has the name is removed
+  // first: the caller must hold a lock that keeps other programs from using it.
   StagedFile(const std::string& path, const Descriptor& modelOfOwnerAndMode);
 
   StagedFile(const StagedFile&) = delete;
   StagedFile& operator=(const StagedFile&) = delete;
   ~StagedFile();
 
-  // Where it lies now.
+  // The present path.
   const std::string& Path() const { return path_; }
 
   void Write(std::string_view content);
 
-  // Closes the file, so that others may open and fill it.
+  // Closes the file, so that SQLite, for example, can open and fill it.
   void Release();
 
-  // Brings the content to the disk and gives it the name, which must be free, or the place of the file that
-  // has the name.
+  // Syncs the file and renames it. Publish raises 58 if the name exists; PublishOver replaces that file.
   void Publish(const std::string& name);
   void PublishOver(const std::string& name);
 
-  // From here on the file stays.
+  // The file is not removed with the object.
   void Keep() { kept_ = true; }
 
  private:
-  void BringToDisk();
+  void Sync();
 
   std::string path_;
   Descriptor file_;
   bool kept_ = false;
 };
 
-// Brings to the disk what was made, renamed or removed in the folder.
+// Syncs a folder, so that files created, renamed or removed in it are so after a crash.
 void SyncFolder(const std::string& folder);
 
 }  // namespace Runtime

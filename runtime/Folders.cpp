@@ -11,7 +11,6 @@
 #include <mutex>
 
 #include "platform/Failure.h"
-#include "runtime/Process.h"
 
 namespace Runtime {
 namespace {
@@ -32,8 +31,8 @@ std::string WithoutSeparatorAtEnd(std::string path) {
   return path;
 }
 
-// The full path of a library by the name that the loader knows. It is found once: later the working folder
-// may be another one, and links may lead elsewhere, but the library stays the one that was loaded.
+// The full path of a library by the loader's name for it. It is found once, since the working folder and
+// symbolic links may change afterwards.
 const std::string& PathOfLoaded(const char* name) {
   static auto& lock = *new std::mutex;
   static auto& paths = *new std::map<std::string, std::string, std::less<>>;
@@ -47,21 +46,21 @@ const std::string& PathOfLoaded(const char* name) {
 
 std::string HomePath() {
   if (const std::string home = Variable("TALVANE_HOME"); !home.empty()) {
-    // It would be another folder from each folder in which a program is started.
+    // A relative path would depend on the working folder.
     if (home.front() != '/')
       Platform::Raise(
           Platform::FailureNumber::PathNotFound,
-          u"TALVANE_HOME is " + Platform::FromUtf8(home) + u"; set it to a whole path, beginning with /");
+          u"TALVANE_HOME is " + Platform::FromUtf8(home) + u"; set it to an absolute path, beginning with /");
     return WithoutSeparatorAtEnd(home);
   }
   if (geteuid() == 0) return "/var/lib/talvane";
-  // A relative XDG_DATA_HOME is to be ignored, says its standard.
+  // The XDG Base Directory Specification says that a relative path is to be ignored.
   if (const std::string data = Variable("XDG_DATA_HOME"); data.starts_with('/'))
     return WithoutSeparatorAtEnd(data) + "/talvane";
   const std::string home = UserFolder();
   if (home.empty())
     Platform::Raise(Platform::FailureNumber::PathNotFound,
-                    u"no home folder is known; set TALVANE_HOME to a folder for the stores");
+                    u"the user has no home folder; set TALVANE_HOME to a folder for the stores");
   return WithoutSeparatorAtEnd(home) + "/.local/share/talvane";
 }
 
@@ -69,7 +68,7 @@ std::string FileOfAddress(const void* address) {
   Dl_info info{};
   link_map* map = nullptr;
   if (!dladdr1(address, &info, reinterpret_cast<void**>(&map), RTLD_DL_LINKMAP) || !map) return {};
-  // The program itself goes by the name that was typed, which may be relative.
+  // The loader's name of the program is empty.
   if (map->l_name[0] != '\0') return PathOfLoaded(map->l_name);
   std::error_code error;
   return std::filesystem::read_symlink("/proc/self/exe", error).string();
@@ -99,11 +98,11 @@ std::string DataPath() {
 }
 
 String HomeFolder() {
-  return FromUtf8(HomePath());
+  return Platform::FromUtf8(HomePath());
 }
 
 String LibraryFolder() {
-  return FromUtf8(LibraryPath());
+  return Platform::FromUtf8(LibraryPath());
 }
 
 }  // namespace Runtime

@@ -1,30 +1,38 @@
-// Folders: the places of files, in the bytes that the system takes.
+// Folders: where files are. Paths are UTF-8 or, in a String, UTF-16.
 //
-// The environment is read anew at each call; the path of a loaded library is found once. Any thread that
-// doesn't race with setenv.
+// The environment is read at each call; the path of a loaded library is found once. Any thread, but not
+// while another one calls setenv.
 #pragma once
 
 #include <string>
 
+#include "platform/Text.h"
+
 namespace Runtime {
 
-// HomeFolder in UTF-8. Raises 76 as it does.
+using Platform::String;
+
+// The folder of the stores: TALVANE_HOME if set; else /var/lib/talvane for the superuser, and
+// $XDG_DATA_HOME/talvane or ~/.local/share/talvane for a user. No separator at its end; it need not exist.
+// Raises 76 if TALVANE_HOME is not an absolute path, and if the user has no home folder.
 std::string HomePath();
+String HomeFolder();
 
-// LibraryFolder in UTF-8.
+// The folder of the run time's own file, which holds the other libraries.
 const std::string& LibraryPath();
+String LibraryFolder();
 
-// The folder of the installed data, which holds help/ and resources/. It need not exist: in a build, both lie
+// The folder of the installed data, which holds help/ and resources/. It need not exist: in a build, both are
 // in the library folder or in the source tree.
 std::string DataPath();
 
-// The full path of the library or program that holds the address, or the empty string if none does.
+// The full path of the library or program that holds the address; empty if none does.
 std::string FileOfAddress(const void* address);
 
-// The absolute path, its folder by its real name; a symbolic link at its end stays one.
+// The absolute path. Symbolic links in its folder are resolved, one at its end is not.
 std::string FullPath(const std::string& path);
 
-// The part of a path in front of its last separator: "/" for a file in the root, "." for a bare name.
+// The part of a path before its last separator: "/" for a file in the root, "." for a bare name.
 std::string FolderOfPath(const std::string& path);
 
 }  // namespace Runtime

@@ -24,7 +24,7 @@ std::optional<std::string> FindPage(const std::string& name) {
 }  // namespace
 
 std::vector<std::string> HelpFolders() {
-  // Beside the libraries, as in a build; or installed.
+  // The first two are for a build, the last one for an installation.
   return {LibraryPath() + "/help", FolderOfPath(LibraryPath()) + "/help", DataPath() + "/help"};
 }
 

@@ -1,5 +1,5 @@
-// HelpPages: where the pages on the dialogs lie, for every toolkit. A page in another language than English
-// lies in a sub folder that carries the language's name, such as "de".
+// HelpPages: finds the help pages of the dialogs, for every toolkit. A page in a language other than English
+// is in a sub folder with the language's name, such as "de". Any thread.
 #pragma once
 
 #include <cstdint>
@@ -13,12 +13,12 @@ namespace Runtime {
 
 using Platform::StringView;
 
-// The folders in which pages are searched, in this order, installed or not. Absolute, in UTF-8.
+// The folders that are searched, in this order, whether they exist or not. Absolute, in UTF-8.
 std::vector<std::string> HelpFolders();
 
-// The file of the page on a numbered context of a help file ("x/MailPump.hlp >(window)"), or on a topic by
-// its path ("x/r_topic.html"), whose folders don't count. In the user's language, or in English where that
-// has no such page; nothing where no folder holds it. Any thread.
+// The full path of the page for a numbered context of a help file ("x/MailPump.hlp >(window)"), or for a
+// topic ("x/r_topic.html"); folders in these names are ignored. The page is in the user's language if there
+// is one, otherwise in English. Nothing if no folder holds it.
 std::optional<std::string> FindHelpPage(const std::string& helpFile, std::uint32_t context);
 std::optional<std::string> FindHelpPage(StringView topic);
 

@@ -1,12 +1,12 @@
-// Language: the language in which the person in front of the program reads.
+// Language: the user's language.
 #pragma once
 
 #include <string>
 
 namespace Runtime {
 
-// The language of LC_ALL, LC_MESSAGES or LANG, the first that is set, in lower case, such as "de". "en" where
-// none names a language. Any thread that doesn't race with setenv.
+// The language part of LC_ALL, LC_MESSAGES or LANG, the first of them that is set, in lower case, such as
+// "de". "en" if none is set or it names no language. Any thread, but not while another one calls setenv.
 std::string UserLanguage();
 
 }  // namespace Runtime

@@ -10,14 +10,13 @@
 
 #include "platform/Failure.h"
 #include "runtime/Folders.h"
-#include "runtime/Process.h"
 
 namespace Runtime {
 namespace {
 
-// The path that RegisterComponent is registering, and why the last registration failed.
+// The path that RegisterComponent is registering, and the failure text of the last registration.
 thread_local std::string registering;
-thread_local String whyFailed;
+thread_local String registrationFailure;
 
 [[noreturn]] void RaiseCannotLoad(const std::string& path, const std::string& reason) {
   throw Failure(FailureNumber::CannotCreate, u"Runtime.Libraries",
@@ -27,17 +26,17 @@ thread_local String whyFailed;
 // The library's handle, or null and the reason in words.
 void* Open(const std::string& path, std::string& reason) {
   if (path.front() != '/') {
-    reason = "is named by a path from the present folder on; register it by its whole path";
+    reason = "has a relative path; register it with its absolute path";
     return nullptr;
   }
   if (access(path.c_str(), F_OK) != 0) {
-    reason = "is missing; put it back or run \"tvmail init\"";
+    reason = "is missing; install it again or run \"tvmail init\"";
     return nullptr;
   }
   void* handle = dlopen(path.c_str(), RTLD_NOW | RTLD_LOCAL);
   if (!handle) {
     const char* error = dlerror();
-    reason = std::string("can't be loaded: ") + (error ? error : "no reason is known");
+    reason = std::string("can't be loaded: ") + (error ? error : "unknown reason");
   }
   return handle;
 }
@@ -49,17 +48,17 @@ Function* Export(void* handle, const std::string& path, const char* name) {
   return function;
 }
 
-// The open libraries by their paths. None is ever closed.
+// The handle of a library, which is loaded once and never closed.
 void* Library(const std::string& path) {
   static std::mutex& lock = *new std::mutex;
   static auto& handles = *new std::map<std::string, void*>;
   {
     const std::lock_guard guard(lock);
-    // A file that was taken away counts as missing, though its code is still here.
+    // A library whose file was removed counts as missing, although it is still loaded.
     if (const auto found = handles.find(path); found != handles.end() && access(path.c_str(), F_OK) == 0)
       return found->second;
   }
-  // Not under the lock: a library's own start may load others.
+  // Without the lock, since the library's initialization may load other libraries.
   std::string reason;
   void* handle = Open(path, reason);
   if (!handle) RaiseCannotLoad(path, reason);
@@ -72,13 +71,13 @@ void RunRegistration(const String& file, const char* exportName) {
   const std::string path = LocateLibrary(file);
   auto* function = Export<RegisterServerFunction>(Library(path), path, exportName);
   registering = path;
-  whyFailed.clear();
+  registrationFailure.clear();
   const std::int32_t status = function();
   registering.clear();
   if (status == Status::Ok) return;
   throw Failure(FailureNumber::DeviceFailed, u"Runtime.RegisterComponent",
                 FromUtf8(path + ": " + exportName + " failed: ") +
-                    (whyFailed.empty() ? String(u"it gave no reason") : whyFailed));
+                    (registrationFailure.empty() ? String(u"no reason given") : registrationFailure));
 }
 
 }  // namespace
@@ -90,7 +89,7 @@ std::string LocateLibrary(const String& file) {
 }
 
 String FileToRegister(const void* codeAddress) {
-  // The loader knows a file that has several names by the first of them alone.
+  // If a file has several names, the loader knows only the first one with which it was loaded.
   std::error_code error;
   std::string path = FileOfAddress(codeAddress);
   if (!registering.empty() && std::filesystem::equivalent(path, registering, error)) path = registering;
@@ -98,12 +97,12 @@ String FileToRegister(const void* codeAddress) {
   return FromUtf8(ours ? path.substr(LibraryPath().size() + 1) : path);
 }
 
-std::int32_t TellingWhy(const std::function<void()>& work) {
+std::int32_t RegistrationStatus(const std::function<void()>& work) {
   try {
     work();
     return Status::Ok;
   } catch (...) {
-    whyFailed = CurrentFailure().Description();
+    registrationFailure = CurrentFailure().Description();
     return Status::RegistrationFailed;
   }
 }
@@ -135,7 +134,7 @@ std::shared_ptr<FormsToolkit> LoadToolkit(const String& file, String& reason) {
   }
   auto* create = reinterpret_cast<FormsToolkit* (*)(std::string&)>(dlsym(handle, "CreateFormsToolkit"));
   FormsToolkit* toolkit = create ? create(why) : nullptr;
-  if (!create) why = path + " is no forms toolkit";
+  if (!create) why = path + " is no forms toolkit; name another library";
   if (!toolkit) reason = FromUtf8(why);
   return std::shared_ptr<FormsToolkit>(toolkit);
 }

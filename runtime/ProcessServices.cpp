@@ -1,4 +1,3 @@
-// The platform services of a real process.
 #include <atomic>
 #include <chrono>
 #include <ctime>
@@ -11,7 +10,7 @@
 #include "platform/Services.h"
 #include "runtime/ClassLookup.h"
 #include "runtime/Folders.h"
-#include "runtime/Process.h"
+#include "runtime/ProcessServices.h"
 #include "runtime/SystemRandom.h"
 
 namespace Runtime {
@@ -31,7 +30,7 @@ class ProcessServices : public PlatformServices {
   ObjectRef CreateByClass(const Guid& classId) override { return FindFactory(classId).CreateInstance(); }
 
   String FolderOf(const void* codeAddress) override {
-    // Asked for each text. Libraries are never unloaded, so that an address keeps its folder.
+    // Cached, since it is asked for each text. The folder can't change: libraries are never unloaded.
     static auto& lock = *new std::mutex;
     static auto& folders = *new std::map<const void*, String>;
     const std::lock_guard guard(lock);
@@ -63,7 +62,8 @@ class ProcessServices : public PlatformServices {
   }
 
   FormsToolkit& Toolkit() override {
-    if (!InstalledToolkit()) Raise(FailureNumber::CannotCreate, u"this process has no forms toolkit");
+    if (!InstalledToolkit())
+      Raise(FailureNumber::CannotCreate, u"this process has no forms toolkit, so it can't show dialogs");
     return *InstalledToolkit();
   }
 };

@@ -32,7 +32,7 @@ void Put(RegistryFile& registry, const String& key, StringView name, StringView 
   registry.Write(key, name, {RegValue::StringType, text});
 }
 
-// Calls visit for each interface that the library itself declares.
+// Calls visit for each interface that the library declares.
 template <class Visit>
 void ForOwnInterfaces(const ComponentDescription& library, Visit visit) {
   const auto offer = [&](const InterfaceDescription& description) {

@@ -1,6 +1,6 @@
-// Registration: what the machine-wide hive knows of components, under Software\Classes.
+// Registration: the components in the machine-wide hive, under Software\Classes.
 //
-// Inside the run time alone. Every operation raises 57 where the registry does.
+// Inside the run time alone. Every operation raises 57 if the registry can't be read or written. Any thread.
 #pragma once
 
 #include <optional>
@@ -11,21 +11,20 @@ namespace Runtime {
 
 using namespace Platform;
 
-// A class as it was registered. A plain file name lies in the library folder.
 struct RegisteredClass {
   Guid Id;
-  String File;
+  String File;  // as LocateLibrary takes it
 };
 
+// Nothing if the class isn't registered.
 std::optional<RegisteredClass> FindClass(StringView programmaticName);
 std::optional<RegisteredClass> FindClass(const Guid& classId);
 
-// Writes all of a library's classes, the interfaces that it declares and its type library, in one
-// transaction.
+// Writes the library's classes, the interfaces that it declares and its type library, in one transaction.
 void WriteRegistration(const ComponentDescription& library, const String& file);
 
-// Removes what WriteRegistration wrote and nothing else: a programmatic name that another class has taken
-// over, and further versions of the type library, stay.
+// Removes what WriteRegistration wrote, in one transaction. A programmatic name that now belongs to another
+// class, and other versions of the type library, remain.
 void RemoveRegistration(const ComponentDescription& library);
 
 }  // namespace Runtime

@@ -19,15 +19,14 @@ namespace {
 
 std::atomic<std::int64_t> openings = 0;
 
-// "TvRg", and the version of the tables below.
-constexpr std::int64_t kApplicationId = 0x54765267;
-constexpr std::int64_t kFormat = 1;
+constexpr std::int64_t kApplicationId = 0x54765267;  // "TvRg"
+constexpr std::int64_t kFormat = 1;                  // version of the tables below
 
-// What is remembered of a store is dropped when it grows beyond these.
+// The cache is emptied when it has reached one of these sizes.
 constexpr std::size_t kMostKnownKeys = 256;
 constexpr std::size_t kMostKnownValues = 64;  // of one key
 
-// A key's path is folded, so that it matches in any case; its name keeps the spelling. Key 0 is the root.
+// A key's path is in folded case, for comparison; its name keeps the spelling. Key 0 is the root.
 constexpr const char* kTables = R"(
   CREATE TABLE key(id INTEGER PRIMARY KEY, parent INTEGER REFERENCES key(id), path TEXT NOT NULL UNIQUE,
                    name TEXT NOT NULL);
@@ -48,8 +47,8 @@ const std::string& RequireFile(const std::string& file) {
   struct stat status {};
   if (stat(file.c_str(), &status) != 0)
     RaiseAbout(file, std::string("can't be reached (") + std::strerror(errno) +
-                         "); run \"tvmail init\" to make the registry");
-  if (!S_ISREG(status.st_mode)) RaiseAbout(file, "is no file; move it away and run \"tvmail init\"");
+                         "); run \"tvmail init\" to create the registry");
+  if (!S_ISREG(status.st_mode)) RaiseAbout(file, "is no regular file; move it away and run \"tvmail init\"");
   RequireTrusted(FolderOfPath(file));
   RequireTrusted(file, status);
   return file;
@@ -62,7 +61,7 @@ bool IsUnfinished(Database& database) {
 
 void RequireFormat(Database& database) {
   if (IsUnfinished(database))
-    RaiseAbout(database.File(), "is empty; run \"tvmail init\" to make the registry");
+    RaiseAbout(database.File(), "is empty; run \"tvmail init\" to create the registry");
   if (database.Number("PRAGMA application_id") != kApplicationId)
     RaiseAbout(database.File(), "is a database of another kind; move it away and run \"tvmail init\"");
   if (const auto format = database.Number("PRAGMA user_version"); format != kFormat)
@@ -70,7 +69,7 @@ void RequireFormat(Database& database) {
                                     ", which this version can't read; use the version that made it");
 }
 
-// The database, fit for the statements that are prepared on it.
+// Returns the database after checking its format.
 Database& Opened(Database& database) {
   RequireFormat(database);
   return database;
@@ -80,7 +79,7 @@ std::string Folded(StringView text) {
   return ToUtf8(FoldCase(text));
 }
 
-// True if every name on the path is one that a key can have. The empty path is the root.
+// True if every name on the path is a valid key name.
 bool IsPath(StringView path) {
   while (!path.empty()) {
     const auto end = path.find(u'\\');
@@ -142,11 +141,11 @@ RegistryFile::RegistryFile(const std::string& file)
 
 void RegistryFile::Create(const std::string& file) {
   Database::RequireItsLog(file);
-  // Made here and not by SQLite, so that nobody else can read it at any time. One that exists isn't opened:
-  // closing it again would drop the locks that this process may have on it.
+  // Created here and not by SQLite, so that no other user can ever read it. An existing file isn't opened:
+  // closing it would release the POSIX locks that this process may have on it.
   const int made = open(file.c_str(), O_RDWR | O_CREAT | O_EXCL | O_CLOEXEC, 0600);
   if (made >= 0) close(made);
-  if (made < 0 && errno != EEXIST) RaiseAbout(file, std::string("can't be made: ") + std::strerror(errno));
+  if (made < 0 && errno != EEXIST) RaiseAbout(file, std::string("can't be created: ") + std::strerror(errno));
   Database database(RequireFile(file));
   if (IsUnfinished(database)) {
     database.Run("PRAGMA journal_mode=WAL");
@@ -202,7 +201,9 @@ std::optional<RegistryValue> RegistryFile::Read(StringView path, StringView name
 }
 
 void RegistryFile::CreateKey(StringView path) {
-  if (!IsPath(path)) Raise(FailureNumber::InvalidArgument, u"no path of a registry key");
+  if (!IsPath(path))
+    Raise(FailureNumber::InvalidArgument,
+          u"this is no path of a registry key: a name in it is empty or too long");
   std::int64_t parent = 0;
   for (std::size_t end = 0; end < path.size(); ++end) {
     const std::size_t begin = end;
@@ -230,7 +231,7 @@ std::vector<String> RegistryFile::SubKeys(StringView path) {
 bool RegistryFile::DeleteKey(StringView path) {
   if (path.empty()) Raise(FailureNumber::InvalidArgument, u"the root of the registry can't be deleted");
   if (!Find(path)) return false;
-  // All paths below begin with this one and a backslash, behind which "]" comes next.
+  // The paths below begin with this path and a backslash; "]" is the character after the backslash.
   const std::string folded = Folded(path);
   const std::string below = folded + "\\";
   const std::string behind = folded + "]";

@@ -1,6 +1,6 @@
 // RegistryFile: one open store of the registry, and the lock under which it is used.
 //
-// Inside the run time alone; others go through RegistryStore. Paths and names are those of RegistryStore.
+// Inside the run time alone; other code uses RegistryStore, which describes paths, names and failures.
 #pragma once
 
 #include <sys/types.h>
@@ -16,9 +16,9 @@
 
 namespace Runtime {
 
-// What tells whether a store has changed: equal states of one hive have equal content.
+// Identifies the content of a store: equal states of one hive mean equal content.
 struct RegistryState {
-  std::int64_t Opening = 0;       // which opening of a store in this process
+  std::int64_t Opening = 0;       // number of the opening of a store in this process
   std::int64_t OthersWrites = 0;  // as SQLite counts them for one connection
   std::int64_t OwnWrites = 0;
   friend bool operator==(const RegistryState&, const RegistryState&) = default;
@@ -27,21 +27,21 @@ struct RegistryState {
 // The keys and values of one file. Writes belong inside a Transaction of Store().
 class RegistryFile {
  public:
-  // Raises 57 where the file is missing, is no registry, or was made by a newer version.
+  // Raises 57 if the file is missing, is no registry, or has the format of another version.
   explicit RegistryFile(const std::string& file);
 
-  // Makes the file, or finishes one whose making was cut short. One that holds anything else is left alone
-  // and raises 57.
+  // Creates the file, or completes one whose creation was interrupted. Raises 57 for a file with any other
+  // content, which is not changed.
   static void Create(const std::string& file);
 
   Database& Store() { return database_; }
 
-  // False when the file was removed or replaced, or given other rights, since it was opened.
+  // False if the file was removed or replaced, or its mode or owner was changed, since it was opened.
   bool IsStillInPlace() const;
 
   RegistryState State();
 
-  // What was read is remembered as long as the state stays.
+  // Results are cached while State() is unchanged.
   bool KeyExists(StringView path);
   std::optional<RegistryValue> Read(StringView path, StringView name);
 
@@ -53,7 +53,7 @@ class RegistryFile {
  private:
   struct KnownKey {
     bool Exists = false;
-    std::map<String, std::optional<RegistryValue>, std::less<>> Values;  // by the names that were asked for
+    std::map<String, std::optional<RegistryValue>, std::less<>> Values;  // by the names as callers spell them
   };
 
   std::optional<std::int64_t> Find(StringView path);
@@ -68,13 +68,12 @@ class RegistryFile {
   uid_t owner_ = 0;
   Statement othersWrites_, find_, addKey_, subKeys_, deleteValues_, deleteKeys_, read_, write_;
 
-  std::map<String, KnownKey, std::less<>> known_;  // by the paths that were asked for
+  std::map<String, KnownKey, std::less<>> known_;  // by the paths as callers spell them
   RegistryState knownAt_;
 };
 
-// The store of a hive in the present home folder, locked for this thread as long as the object lives. Stores
-// stay open from one use to the next; one of another home folder, or one whose use ended in a failure, is
-// closed.
+// The store of a hive in the current home folder, locked for this thread while the object exists. Stores
+// remain open between uses. A store is closed if the home folder has changed, and after a failure.
 class RegistryAccess {
  public:
   explicit RegistryAccess(Hive hive);

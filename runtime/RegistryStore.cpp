@@ -21,15 +21,15 @@ constexpr std::size_t kLongestKeyName = 255;  // characters
 std::string PathOf(Hive hive) {
   if (hive == Hive::LocalMachine) return HomePath() + "/machine.registry";
   if (hive == Hive::CurrentUser) return HomePath() + "/user-" + std::to_string(geteuid()) + ".registry";
-  Raise(FailureNumber::InvalidArgument, u"no hive of the registry");
+  Raise(FailureNumber::InvalidArgument, u"there is no such hive of the registry");
 }
 
-// The stores that are open, one for each hive. An open database must not pass into a forked child, which
-// would share its memory without its locks; so all are closed in front of a fork.
+// The open stores, one for each hive. They are closed before a fork: SQLite doesn't allow a forked child to
+// use an open database.
 class OpenStores {
  public:
   static OpenStores& Of() {
-    static OpenStores& stores = *new OpenStores;  // never destroyed: the last use may come late
+    static OpenStores& stores = *new OpenStores;  // never destroyed: it may be used by static destructors
     return stores;
   }
 
@@ -51,7 +51,7 @@ class OpenStores {
     std::atexit(&AtExit);
   }
 
-  // A store that is closed has folded its log into its one file, which can then be copied as it is.
+  // Closing a store writes its log into the main file, which can then be copied alone.
   static void AtExit() {
     const std::unique_lock guard(Of().lock_, std::try_to_lock);
     if (!guard) return;
@@ -70,7 +70,7 @@ class OpenStores {
   std::array<std::unique_ptr<RegistryFile>, 2> stores_;
 };
 
-// One write in a transaction of its own.
+// Does the work in a transaction.
 template <class Work>
 auto Durably(Hive hive, Work work) {
   RegistryAccess registry(hive);
@@ -89,7 +89,7 @@ RegistryAccess::RegistryAccess(Hive hive)
       file_(&OpenStores::Of().Open(hive)) {}
 
 RegistryAccess::~RegistryAccess() {
-  // After a failure nothing that was remembered of the file can be trusted.
+  // After a failure the cache may not match the file.
   if (std::uncaught_exceptions() > exceptionsBefore_) OpenStores::Of().Close(hive_);
 }
 

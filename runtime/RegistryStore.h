@@ -1,9 +1,9 @@
 // RegistryStore: the registry's keys and values, one file for the machine-wide hive and one for each user.
 //
-// A path is key names joined by backslashes. Names match without regard to case and keep the spelling of
-// their creation. Every write is one durable transaction. Any thread may call. A store that is missing,
-// damaged, locked for longer than the patience, not writable or not to be trusted (StoreFolder.h) raises 57
-// with the file's name and the reason; nothing is ever emptied to repair it.
+// A path is key names joined by backslashes; the empty path is the root. Names are compared without regard to
+// case and keep the spelling of their creation. Every write is one durable transaction. Any thread. A store
+// that is missing, damaged, locked for longer than BusyTimeout, not writable or not to be trusted
+// (StoreFolder.h) raises 57 with the file's name and the reason; it is never repaired by emptying it.
 #pragma once
 
 #include <cstdint>
@@ -25,31 +25,32 @@ struct RegistryValue {
 
 class RegistryStore {
  public:
-  // Makes the store's file where it doesn't exist, mode 0600 in a folder of mode 0700. Safe to repeat.
+  // Creates the store's file, mode 0600 in a folder of mode 0700, if it doesn't exist. Safe to repeat.
   static void Create(Hive hive);
 
-  // The file of a hive, for messages.
+  // The path of the hive's file, for messages.
   static String FileOf(Hive hive);
 
-  // A name that a key can have: not empty, at most 255 characters, without a backslash and without a NUL. A
-  // path with any other name in it leads to no key.
+  // True for a valid key name: 1 to 255 characters without a backslash and a NUL. No key exists at a path
+  // with an invalid name.
   static bool IsKeyName(StringView name);
 
   static bool KeyExists(Hive hive, StringView path);
 
-  // Makes the key, and its parents, where they don't exist. Raises 5 for a path with a name that no key can
-  // have.
+  // Creates the key and its parents if they don't exist. Raises 5 for a path with an invalid name.
   static void CreateKey(Hive hive, StringView path);
 
-  // The names of the sub keys, ordered by name. Empty for a key that doesn't exist.
+  // The names of the sub keys, ordered by folded name. Empty if the key doesn't exist.
   static std::vector<String> SubKeys(Hive hive, StringView path);
 
-  // Removes the key with all its values and sub keys. False if there is none. Raises 5 for the root.
+  // Removes the key with its values and all keys below it. False if it doesn't exist. Raises 5 for the root.
   static bool DeleteKey(Hive hive, StringView path);
 
+  // Nothing if there is no such key or value. The empty name is the key's default value.
   static std::optional<RegistryValue> Read(Hive hive, StringView path, StringView name);
 
-  // False if the key doesn't exist.
+  // Creates or replaces a value. False if the key doesn't exist. Raises 5 for an unknown type, 13 for content
+  // that can't be converted to the type.
   static bool Write(Hive hive, StringView path, StringView name, const RegistryValue& value);
 };
 

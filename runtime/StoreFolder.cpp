@@ -19,20 +19,20 @@ namespace {
                           Platform::FromUtf8(path + " " + why));
 }
 
-// False where the folder's parent is missing.
+// False if the folder's parent is missing.
 bool Make(const std::string& folder, mode_t mode) {
   if (mkdir(folder.c_str(), mode) == 0) {
     SyncFolder(FolderOfPath(folder));
     return true;
   }
-  if (errno != EEXIST && errno != ENOENT) Refuse(folder, "can't be made: " + SystemReason(errno));
+  if (errno != EEXIST && errno != ENOENT) Refuse(folder, "can't be created: " + SystemReason(errno));
   return errno == EEXIST;
 }
 
 void MakeWithParents(const std::string& folder, mode_t mode) {
   if (Make(folder, mode)) return;
   MakeWithParents(FolderOfPath(folder), 0755);
-  if (!Make(folder, mode)) Refuse(folder, "can't be made: " + SystemReason(ENOENT));
+  if (!Make(folder, mode)) Refuse(folder, "can't be created: " + SystemReason(ENOENT));
 }
 
 std::string NameOfUser(uid_t user) {
@@ -49,14 +49,14 @@ void MakeStoreFolder(const std::string& folder) {
 void RequireTrusted(const std::string& path, const struct stat& status) {
   if ((status.st_mode & (S_IWGRP | S_IWOTH)) != 0)
     Refuse(path,
-           "may be written by others than its owner, and the registry decides which code is run: take "
-           "that right away (chmod go-w " +
-               path + ")");
+           "may be written by others than its owner, and the registry decides which code is run: remove "
+           "that right with \"chmod go-w " +
+               path + "\"");
   if (status.st_uid != geteuid() && status.st_uid != 0) {
     const std::string owner = NameOfUser(status.st_uid);
     Refuse(path, "belongs to the user " + owner +
-                     ", who decides by it which code is run: work as that user (sudo -u " + owner +
-                     "), or name a folder of your own in TALVANE_HOME");
+                     ", and the registry decides which code is run: run the program as that user (sudo -u " +
+                     owner + "), or set TALVANE_HOME to a folder of your own");
   }
 }
 

@@ -1,4 +1,4 @@
-// SystemRandom: a thread's source of random values.
+// SystemRandom: random values from the operating system. One object for each thread.
 #pragma once
 
 #include <array>
@@ -9,16 +9,15 @@
 
 namespace Runtime {
 
-// The system's own random bytes, drawn in small blocks. A Seed drops what is left of the block. Its number
-// decides nothing: nobody who guesses it, or who tries all the few that a caller may use, can tell the values
-// that follow. Raises 57 if the system gives no random bytes.
+// Random bytes are drawn in blocks. Seed discards the rest of the block; its number has no influence on the
+// values that follow, so that they can't be predicted from it. Raises 57 if the system gives no random bytes.
 class SystemRandom : public Platform::RandomSource {
  public:
   void Seed(double number) override;
   double Next() override;
 
  private:
-  std::array<std::uint64_t, 32> block_{};  // as many bytes as the system gives at once
+  std::array<std::uint64_t, 32> block_{};  // 256 bytes, the most that getentropy gives at once
   std::size_t used_ = block_.size();
 };
 

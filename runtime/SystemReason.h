@@ -1,12 +1,12 @@
-// SystemReason: why the system refused a call, in words for the person who has to act on it.
+// SystemReason: why a system call failed, in words for the user.
 #pragma once
 
 #include <string>
 
 namespace Runtime {
 
-// The system's text of an errno. Where the process's own limit on the size of files is the reason, the limit
-// is named with it. Any thread.
+// The text of an errno. If the process's limit on file sizes is the reason (EFBIG), the text names the limit
+// and says what to do. Any thread.
 std::string SystemReason(int error);
 
 }  // namespace Runtime

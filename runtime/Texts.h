@@ -1,4 +1,4 @@
-// Texts: what the programs and libraries around the component say to a person, in that person's language.
+// Texts: the texts of the programs and libraries around the component, in the user's language.
 #pragma once
 
 #include <cstdint>
@@ -10,9 +10,9 @@ namespace Runtime {
 using Platform::String;
 using Platform::StringView;
 
-// The text of one of TextNumber::kPrograms with its arguments in their places. Empty where the text
-// service or its catalogue is missing. Raises nothing. Any thread. Reads the registry, so that what reads the
-// registry doesn't ask for texts.
+// The text of one of TextNumber::kPrograms with its arguments. Empty if the text service or its catalogue
+// can't be loaded. Raises nothing. Any thread. It reads the registry, so the registry's own code must not
+// call it.
 String TextOf(std::int32_t number, StringView first = {}, StringView second = {});
 
 }  // namespace Runtime

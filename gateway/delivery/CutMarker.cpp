@@ -6,7 +6,7 @@
 #include "platform/Services.h"
 #include "platform/StoredNames.h"
 #include "platform/contracts/ResourceServices.h"
-#include "runtime/Process.h"
+#include "runtime/Folders.h"
 
 namespace Gateway {
 namespace {

@@ -10,7 +10,7 @@
 #include "gateway/sources/StopSignal.h"
 #include "mime/LimitCheck.h"
 #include "platform/Failure.h"
-#include "runtime/Process.h"
+#include "runtime/ClassLookup.h"
 
 namespace Gateway {
 

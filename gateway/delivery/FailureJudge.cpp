@@ -4,7 +4,7 @@
 #include "platform/StoredNames.h"
 #include "platform/contracts/FailureText.h"
 #include "platform/contracts/ResourceServices.h"
-#include "runtime/Process.h"
+#include "runtime/Folders.h"
 #include "runtime/Texts.h"
 
 namespace Gateway {

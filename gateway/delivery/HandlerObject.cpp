@@ -2,7 +2,7 @@
 
 #include "platform/Failure.h"
 #include "platform/Object.h"
-#include "runtime/Process.h"
+#include "runtime/Libraries.h"
 
 namespace Gateway {
 

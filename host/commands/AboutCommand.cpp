@@ -10,7 +10,8 @@
 #include "platform/TerminalText.h"
 #include "platform/contracts/GeneralServices.h"
 #include "platform/contracts/MailHandler.h"
-#include "runtime/Process.h"
+#include "runtime/Folders.h"
+#include "runtime/Libraries.h"
 #include "runtime/RegistryStore.h"
 
 namespace Host {

@@ -8,7 +8,7 @@
 #include "host/Mailboxes.h"
 #include "host/Stores.h"
 #include "host/commands/Command.h"
-#include "runtime/Process.h"
+#include "runtime/ProcessServices.h"
 
 namespace Host {
 namespace {

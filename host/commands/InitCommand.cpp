@@ -7,7 +7,8 @@
 #include "host/commands/Command.h"
 #include "platform/StoredNames.h"
 #include "platform/TerminalText.h"
-#include "runtime/Process.h"
+#include "runtime/Folders.h"
+#include "runtime/Libraries.h"
 #include "runtime/RegistryStore.h"
 
 namespace Host {

@@ -18,7 +18,7 @@
 #include "host/terminal/ToolkitChoice.h"
 #include "platform/Json.h"
 #include "platform/TerminalText.h"
-#include "runtime/Process.h"
+#include "runtime/ProcessServices.h"
 
 namespace Host {
 

@@ -14,7 +14,7 @@
 #include "platform/Json.h"
 #include "platform/StoredNames.h"
 #include "platform/TerminalText.h"
-#include "runtime/Process.h"
+#include "runtime/ProcessServices.h"
 #include "runtime/RegistryStore.h"
 
 namespace Host {

@@ -7,7 +7,9 @@
 #include "host/terminal/TerminalToolkit.h"
 #include "platform/TerminalText.h"
 #include "platform/Text.h"
-#include "runtime/Process.h"
+#include "runtime/Folders.h"
+#include "runtime/Libraries.h"
+#include "runtime/ProcessServices.h"
 
 namespace Host {
 

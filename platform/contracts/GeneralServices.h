@@ -18,8 +18,10 @@ class RegValue : public ObjectProxy {
  public:
   static constexpr std::int32_t StringType = 1;  // the others: 3 bytes, 4 a 32-bit number
   using ObjectProxy::ObjectProxy;
+  std::int32_t DataType() const { return Get(u"DataType").ToInt32(); }
   void SetDataType(std::int32_t type) const { Set(u"DataType", type); }
   // The empty name is the key's default value. At most 255 characters.
+  String ValueName() const { return Get(u"ValueName").ToString(); }
   void SetValueName(StringView name) const { Set(u"ValueName", name); }
   void SetValue(Platform::Value value) const { Set(u"Value", std::move(value)); }
   // What was set or read last; no value before that.
@@ -90,7 +92,8 @@ class ProjectFile : public ObjectProxy {
 class Files : public ObjectProxy {
  public:
   using ObjectProxy::ObjectProxy;
-  // Raises 57, with the reason, unless the path is absolute and names a readable project file.
+  // Raises a failure, with the reason, unless the path is absolute and names a readable project file: 76 if
+  // the file doesn't exist, 57 if it can't be read, 380 otherwise.
   void CheckTVSFilePath(StringView path) const { Call(u"CheckTVSFilePath", path); }
   // The project file, read once. Raises as above, but takes a relative path too. Callers allow for an empty
   // proxy.

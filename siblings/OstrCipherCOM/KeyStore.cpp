@@ -15,9 +15,8 @@ Value KeyStore::CreateKey(std::span<Value> arguments) {
   const KeyStoreFile file(arguments[0].ToString());
   const String password = arguments[1].ToString();
   const String label = arguments[2].ToString();
-  if (password.empty())
-    Refuse(u"A key store needs a password; an empty one would seal nothing.", FailureNumber::RefusedInput);
-  if (label.empty()) Refuse(u"A key needs a label; name one.", FailureNumber::RefusedInput);
+  if (password.empty()) Refuse(u"A key store needs a password; enter one.", FailureNumber::RefusedInput);
+  if (label.empty()) Refuse(u"A key needs a label; enter one.", FailureNumber::RefusedInput);
 
   file.Add(password, label, RandomBytes(kStoredKeySize));
   return {};

@@ -15,7 +15,7 @@ constexpr std::size_t kSaltSize = 16;
 constexpr std::size_t kLargestFile = std::size_t{16} << 20;
 constexpr int kAttempts = 8;
 
-// What a header may ask for, so that a changed one can't take all memory or time.
+// Limits of the cost in a header, so that a changed file can't take all memory or time.
 constexpr std::uint32_t kLowestLogarithmOfN = 10;
 constexpr std::uint32_t kHighestLogarithmOfN = 17;
 constexpr std::uint32_t kHighestParallelism = 16;
@@ -27,7 +27,7 @@ std::string CostLine(const ScryptCost& cost, const Bytes& salt) {
   return line.str();
 }
 
-// False unless the line is to the letter what CostLine writes for a bearable cost.
+// False unless the line is exactly what CostLine writes for a cost within the limits.
 bool ReadCostLine(const std::string& line, ScryptCost& cost, Bytes& salt) {
   std::istringstream words(line);
   std::string scheme, saltText;
@@ -81,9 +81,9 @@ std::string Sealed(const String& password, const StoredKeys& keys) {
 }  // namespace
 
 KeyStoreFile::KeyStoreFile(const String& path) : path_(path), name_(ToUtf8(path)) {
-  if (name_.empty()) Refuse(u"The key store's file isn't named.", FailureNumber::RefusedInput);
+  if (name_.empty()) Refuse(u"The key store has no file name; enter one.", FailureNumber::RefusedInput);
   if (name_.find('\0') != std::string::npos)
-    RefuseFile(u"the name holds a null character", FailureNumber::RefusedInput);
+    RefuseFile(u"its name holds a null character; enter another name", FailureNumber::RefusedInput);
 }
 
 StoredKeys KeyStoreFile::Read(const String& password) const {
@@ -91,14 +91,14 @@ StoredKeys KeyStoreFile::Read(const String& password) const {
 }
 
 void KeyStoreFile::Add(const String& password, const String& label, const Bytes& key) const {
-  // One that another program makes at this moment is there at the second try.
+  // If another program creates the file in between, the next attempt adds the key to it.
   for (int attempt = 1;; ++attempt) {
     try {
       const Runtime::LockedFile file(name_, kLargestFile);
       StoredKeys keys = Unseal(file.Read(), password);
       if (!keys.emplace(label, key).second)
         Refuse(u"The key store " + path_ + u" has a key with the label " + label +
-                   u" already. It was kept; name another label.",
+                   u" already; name another label.",
                FailureNumber::AlreadyExists);
       return file.Replace(Sealed(password, keys));
     } catch (const Failure& failure) {
@@ -114,21 +114,21 @@ void KeyStoreFile::Add(const String& password, const String& label, const Bytes&
 
 StoredKeys KeyStoreFile::Unseal(const Runtime::SmallFile& file, const String& password) const {
   if ((file.Mode & (S_IRWXG | S_IRWXO)) != 0)
-    RefuseFile(u"others than its owner can read or change it; allow its owner alone (chmod 600)");
+    RefuseFile(u"other users can read or change it; run \"chmod 600\" on it");
   const std::string& text = file.Content;
-  if (!text.starts_with(kFormatLine)) RefuseFile(u"it isn't a key store of this component");
+  if (!text.starts_with(kFormatLine)) RefuseFile(u"it isn't a key store; name another file");
   const std::size_t costEnd = text.find('\n', kFormatLine.size());
   ScryptCost cost;
   Bytes salt;
   if (costEnd == std::string::npos || !text.ends_with('\n') ||
       !ReadCostLine(text.substr(kFormatLine.size(), costEnd + 1 - kFormatLine.size()), cost, salt)) {
-    RefuseFile(u"it is damaged");
+    RefuseFile(u"it is damaged; restore it from a backup");
   }
   const std::string_view header = std::string_view(text).substr(0, costEnd + 1);
   std::string_view body = std::string_view(text).substr(header.size());
   if (!body.empty()) body.remove_suffix(1);
   const auto sealed = FromBase64(body);
-  if (!sealed) RefuseFile(u"it is damaged");
+  if (!sealed) RefuseFile(u"it is damaged; restore it from a backup");
   const auto packed = Open(KeyFromPassword(password, salt, cost), header, *sealed);
   StoredKeys keys;
   if (!packed || !Unpack(*packed, keys))

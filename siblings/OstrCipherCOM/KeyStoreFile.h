@@ -1,8 +1,8 @@
-// KeyStoreFile: the file of a key store, sealed with a password.
+// KeyStoreFile: the file of a key store, encrypted with a password. docs/formats.md describes the format.
 //
-// Three lines of text: the format's name, "scrypt" with its cost and salt, and base64 of the sealed keys,
-// with the first two lines bound to them. Each operation raises a failure with the file's name, the reason
-// and what to do: 419 for a wrong password, 57 for what isn't told below.
+// Every failure's description has the file's name, the reason and what to do: 419 for a wrong password or a
+// changed file, 76 for a missing file or folder, 70 for a missing permission, 380 for a folder in the place
+// of the file, 57 otherwise. Any thread.
 #pragma once
 
 #include <map>
@@ -25,11 +25,11 @@ class KeyStoreFile {
 
   const String& Path() const { return path_; }
 
-  // All keys. Refuses a file that others than its owner may read or write.
+  // All keys. Raises 57 if other users may read or write the file.
   StoredKeys Read(const String& password) const;
 
-  // Puts one more key into the file, which is made where it doesn't exist; durable when it returns. Raises 58
-  // if there is a key with the label. Others that add keys meanwhile lose none.
+  // Adds a key. A file that doesn't exist is created. The key is on disk when this returns. Raises 58 if the
+  // label is used. Several processes may add keys at the same time.
   void Add(const String& password, const String& label, const Bytes& key) const;
 
  private:
@@ -37,7 +37,7 @@ class KeyStoreFile {
   [[noreturn]] void RefuseFile(StringView reason, std::int32_t number = FailureNumber::DeviceFailed) const;
 
   String path_;
-  std::string name_;  // as the system calls want it
+  std::string name_;  // the path in UTF-8
 };
 
 }  // namespace OstrCipherCOM

@@ -8,11 +8,11 @@ namespace {
 
 constexpr std::string_view kPrefix = "OC1:";
 
-// The places of the arguments of the two string operations.
+// The positions of the arguments.
 enum StringArgument : std::size_t { Text, Length, Output, Reserved, Key, StringErrorText };
 enum KeyStoreArgument : std::size_t { File, Password, Label, Buffer, KeyStoreErrorText };
 
-// Runs an operation: 1, or 0 with the description of its failure as the error text.
+// Runs an operation. Returns 1, or 0 with the description of its failure in the error text.
 template <class Operation>
 Value Attempt(Value& errorText, Operation operation) {
   try {
@@ -27,7 +27,7 @@ Value Attempt(Value& errorText, Operation operation) {
 String TakeText(std::span<Value> arguments) {
   const String text = arguments[Text].ToString();
   if (arguments[Length].ToDouble() != 2.0 * static_cast<double>(text.size())) {
-    Refuse(u"The length in bytes isn't that of the text.");
+    Refuse(u"The length in bytes doesn't match the text; pass twice its number of characters.");
   }
   return text;
 }
@@ -61,10 +61,11 @@ Value OstrCipherCOM::AES128DecryptString(std::span<Value> arguments) {
   return Attempt(arguments[StringErrorText], [&] {
     const std::string text = ToUtf8(TakeText(arguments));
     const SealingKey key = KeyFromBytes(arguments[Key].ToBytes());
-    if (!text.starts_with(kPrefix)) Refuse(u"The text wasn't encrypted by this component.");
+    if (!text.starts_with(kPrefix))
+      Refuse(u"The text can't be decrypted: it wasn't encrypted by this component.");
     const auto sealed = FromBase64(std::string_view(text).substr(kPrefix.size()));
     const auto content = sealed ? Open(key, kPrefix, *sealed) : std::nullopt;
-    if (!content) Refuse(u"The text can't be decrypted: the key is another one, or the text was changed.");
+    if (!content) Refuse(u"The text can't be decrypted: the key is wrong, or the text was changed.");
     arguments[Output] = TextOf(*content);
   });
 }
@@ -72,14 +73,15 @@ Value OstrCipherCOM::AES128DecryptString(std::span<Value> arguments) {
 Value OstrCipherCOM::Keywell_GetKSKey(std::span<Value> arguments) {
   return Attempt(arguments[KeyStoreErrorText], [&] {
     if (arguments[Buffer].ToBytes().size() != kStoredKeySize) {
-      Refuse(u"The buffer for the key isn't 121 bytes long.");
+      Refuse(u"The buffer for the key has the wrong size; pass one of 121 bytes.");
     }
     const KeyStoreFile file(arguments[File].ToString());
     const StoredKeys keys = file.Read(arguments[Password].ToString());
     const String label = arguments[Label].ToString();
     const auto found = keys.find(label);
     if (found == keys.end())
-      Refuse(u"The key store " + file.Path() + u" has no key with the label " + label + u".");
+      Refuse(u"The key store " + file.Path() + u" has no key with the label " + label +
+             u"; name another label or store.");
     arguments[Buffer] = found->second;
   });
 }

@@ -135,7 +135,7 @@ std::optional<Bytes> FromBase64(std::string_view text) {
   const int decoded = EVP_DecodeBlock(bytes.data(), Octets(text), Narrow<int>(text.size()));
   if (decoded != Narrow<int>(bytes.size())) return {};
   for (int padding = 0; padding < 2 && text.ends_with(padding ? "==" : "="); ++padding) bytes.pop_back();
-  // EVP_DecodeBlock lets blanks and stray bits pass.
+  // EVP_DecodeBlock accepts blanks and unused bits.
   if (ToBase64(bytes) != text) return {};
   return bytes;
 }

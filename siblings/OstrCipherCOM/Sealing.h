@@ -1,7 +1,6 @@
-// Sealing: AES-128-GCM with a fresh random nonce for each sealing, and the derivation of its keys.
+// Sealing: authenticated encryption with AES-128-GCM and a random nonce, and the derivation of keys.
 //
-// The only file of this library that speaks to OpenSSL. Any thread. Raises 57, with the reason, where OpenSSL
-// itself fails.
+// The only file of this library that uses OpenSSL. Any thread. Raises 57, with the reason, if OpenSSL fails.
 #pragma once
 
 #include <array>
@@ -17,10 +16,10 @@ namespace OstrCipherCOM {
 
 using namespace Platform;
 
-// Raises the number with a description for the person who has to act on it.
+// Raises a failure with a description for the user.
 [[noreturn]] void Refuse(const String& description, std::int32_t number = FailureNumber::DeviceFailed);
 
-// A key, wiped from memory when it goes.
+// A key. The destructor erases it from memory.
 struct SealingKey {
   std::array<std::uint8_t, 16> Octets{};
   SealingKey() = default;
@@ -29,11 +28,11 @@ struct SealingKey {
   ~SealingKey();
 };
 
-// HKDF-SHA256 of a key of any length but 0, which it refuses.
+// HKDF-SHA256 (RFC 5869) of a key of any length. Raises 57 for an empty one.
 SealingKey KeyFromBytes(const Bytes& bytes);
 
-// What one derivation by scrypt costs: 2^LogarithmOfN * BlockSize * 128 bytes of memory, and time in
-// proportion.
+// The cost of scrypt (RFC 7914): 2^LogarithmOfN * BlockSize * 128 bytes of memory; the time is proportional
+// to that and to Parallelism.
 struct ScryptCost {
   std::uint32_t LogarithmOfN = 15;
   std::uint32_t BlockSize = 8;
@@ -44,13 +43,14 @@ SealingKey KeyFromPassword(const String& password, const Bytes& salt, const Scry
 
 Bytes RandomBytes(std::size_t count);
 
-// Nonce, sealed content and tag. The associated text isn't sealed in, but Open wants the same one.
+// Nonce, encrypted content and tag. The associated text is authenticated but not encrypted or stored: Open
+// needs the same text.
 Bytes Seal(const SealingKey& key, std::string_view associated, const Bytes& content);
 
-// The content, or nothing if the key or the associated text is another or a single bit was changed.
+// The content; nothing if the key or the associated text is wrong, or any bit was changed.
 std::optional<Bytes> Open(const SealingKey& key, std::string_view associated, const Bytes& sealed);
 
-// Base64 in one line. Back only what ToBase64 writes, to the bit; nothing for anything else.
+// Base64 in one line. FromBase64 accepts only what ToBase64 writes, and gives nothing for other text.
 std::string ToBase64(const Bytes& bytes);
 std::optional<Bytes> FromBase64(std::string_view text);
 

@@ -2,7 +2,7 @@
 
 #include "siblings/Talvane40/OpenedProject.h"
 #include "siblings/Talvane40/PasswordHash.h"
-#include "siblings/Talvane40/ProjectFile.h"
+#include "siblings/Talvane40/ProjectLocation.h"
 
 namespace Talvane40 {
 namespace {
@@ -43,14 +43,14 @@ std::shared_ptr<Project> Application::OpenProject(const Value& path, std::int32_
     if (mode != 1 || options != 0 || access != 3) {
       Refuse(u"A project can be opened with mode 1, options 0 and access 3 only.");
     }
-    ProjectFile file = ReadProjectFile(path.ToString());
-    const auto state = std::make_shared<OpenState>(file.Database.string());
+    ProjectLocation project = ReadProjectLocation(path.ToString());
+    const auto state = std::make_shared<OpenState>(project.Database.string());
     const auto logon = state->Database.FindLogon(Trim(userId));
     if (!MatchesHash(password, logon ? logon->PasswordHash : std::nullopt)) {
       Refuse(u"The user name or the password is wrong.", FailureNumber::WrongPassword);
     }
     state->Author = logon->UserKey;
-    return std::make_shared<OpenedProject>(state, std::move(file.Name), logonText_);
+    return std::make_shared<OpenedProject>(state, std::move(project.Name), logonText_);
   } catch (...) {
     failureText_ = CurrentFailure().Description();
     return nullptr;

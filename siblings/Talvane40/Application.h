@@ -1,6 +1,5 @@
-// Application: what opens projects, the factory that makes it, and what both classes of the library register.
-//
-// Made by the run time on the thread that uses it.
+// Application: opens projects; and the factory of applications. platform/contracts/ProjectLibrary.h is the
+// contract.
 #pragma once
 
 #include "platform/Component.h"
@@ -17,18 +16,17 @@ class Application : public Object, public TalvaneApplication {
  public:
   Application();
 
-  // Opens the project file at path: mode 1 (an existing project), options 0 and access 3 (reading and
-  // writing) are all that there is. Blanks around the path and the user's name don't count. Gives nothing,
-  // and never raises, whatever is wrong; the status tells it. An unknown user and a wrong password give one
-  // text after the same time.
+  // Blanks around the path and the user's name are ignored. Never raises: after a failure the result is null
+  // and GetStatus has the reason. An unknown user and a wrong password give the same text after the same
+  // time. mode 1 means an existing project, access 3 reading and writing.
   std::shared_ptr<Project> OpenProject(const Value& path, std::int32_t mode, const String& userId,
                                        const String& password, std::int32_t options,
                                        std::int32_t access) override;
 
-  // The outcome of the last OpenProject, as it was when this was called; an empty text after a success.
+  // A snapshot of the outcome of the last OpenProject. The text is empty after a success.
   std::shared_ptr<ApplicationStatus> GetStatus() override;
 
-  // The text is a secret that each application draws for itself. Its projects alone take it.
+  // The text is a random secret of this application. Only its projects accept it.
   std::shared_ptr<ApplicationLogon> GetLogon() override;
 
  private:
@@ -39,7 +37,7 @@ class Application : public Object, public TalvaneApplication {
 
 class ApplicationFactory : public Object, public TalvaneApplicationFactory {
  public:
-  // A new application. Nothing is shared with others of the process, so shared comes back as false.
+  // A new application, which shares nothing with others: shared is set to false.
   std::shared_ptr<TalvaneApplication> CreateApplication(Boolean& shared) override;
 
  private:

@@ -1,4 +1,4 @@
-// What the library says of itself, and its exports.
+// The description of the library and its exports.
 #include "siblings/Talvane40/Application.h"
 #include "siblings/Talvane40/ProjectAdministration.h"
 

@@ -9,9 +9,7 @@ namespace {
 
 class SnapshotUser : public ProjectUser {
  public:
-  // The address is kept as it was typed, and given in the spelling by which a mail's sender is compared with
-  // it.
-  explicit SnapshotUser(User user) : user_(std::move(user)) {
+  explicit SnapshotUser(DescribedUser user) : user_(std::move(user)) {
     user_.Address = Platform::CanonicalAddress(user_.Address);
   }
   StringView GetEMailAddress() override { return user_.Address; }
@@ -19,15 +17,15 @@ class SnapshotUser : public ProjectUser {
   std::int32_t GetUserKey() override { return user_.Key; }
 
  private:
-  User user_;
+  DescribedUser user_;
 };
 
-// The users that it gives share its life, so that a walk over many costs no allocation for each.
+// A user that Item returns shares the ownership of the snapshot, which saves an allocation for each user.
 class Snapshot : public ProjectUsers, public std::enable_shared_from_this<Snapshot> {
  public:
-  explicit Snapshot(std::vector<User> users) {
+  explicit Snapshot(std::vector<DescribedUser> users) {
     users_.reserve(users.size());
-    for (User& user : users) users_.emplace_back(std::move(user));
+    for (DescribedUser& user : users) users_.emplace_back(std::move(user));
   }
 
   std::int32_t Count() override { return static_cast<std::int32_t>(users_.size()); }
@@ -83,7 +81,7 @@ Boolean OpenedProject::IsMailBoxAllowed() {
 }
 
 ObjectRef OpenedProject::GetDiscussion(std::int32_t number) {
-  if (!state_->Database.DiscussionTitle(number)) return nullptr;
+  if (!state_->Database.HasDiscussion(number)) return nullptr;
   return std::make_shared<OpenedDiscussion>(state_, number);
 }
 

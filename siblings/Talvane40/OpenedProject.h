@@ -1,7 +1,6 @@
-// OpenedProject: a project that a user has opened, with its users and its discussions.
-//
-// Used on the thread of the application that opened it. The database stays open until the project and all
-// that it gave are dropped.
+// OpenedProject: a project that a user has opened, with its users and discussions.
+// platform/contracts/ProjectLibrary.h is the contract. The database is closed when the project and its
+// discussions are destroyed.
 #pragma once
 
 #include <memory>
@@ -14,32 +13,29 @@ namespace Talvane40 {
 
 extern std::atomic<long> liveObjects;
 
-// What a project and its discussions share.
+// Shared by a project and its discussions.
 struct OpenState {
   explicit OpenState(const std::string& database) : Database(database) {}
   ProjectDatabase Database;
-  std::int32_t Author = 0;  // of the replies that follow
+  std::int32_t Author = 0;  // of new replies
 };
 
 class OpenedProject : public Project {
  public:
-  // logonText is what the application gives as its own.
+  // logonText is the one of the application that opens the project.
   OpenedProject(std::shared_ptr<OpenState> state, String name, String logonText);
 
-  // A snapshot, which is read anew only after a user was added or changed.
+  // A snapshot. It is read again only after a user was added or changed.
   std::shared_ptr<ProjectUsers> GetUsers() override;
 
   String GetName() override { return name_; }
 
-  // True for the owner, the user who was named when the project was created.
+  // True for the owner of the project.
   Boolean IsMailBoxAllowed() override;
 
-  // An object with the method Reply(subject, body): one durable transaction, which is done when the call
-  // comes back and undone when it raises.
   ObjectRef GetDiscussion(std::int32_t number) override;
 
-  // True if kind is 1, the logon text is this application's own, and the user exists and accepts mail;
-  // anything else changes nothing.
+  // True if kind is 1, the logon text is that of the application, and mail of the user is accepted.
   Boolean SetActingUser(const Value& userKey, std::int32_t kind, const Value& logonText) override;
 
  private:

@@ -15,7 +15,7 @@
 namespace Talvane40 {
 namespace {
 
-constexpr std::uint64_t kMemoryLimit = 64 << 20;  // bytes that a stored hash may make scrypt use
+constexpr std::uint64_t kMemoryLimit = 64 << 20;  // bytes of memory for the costs in a stored hash
 constexpr std::size_t kSaltLength = 16;
 constexpr std::size_t kKeyLength = 32;
 
@@ -33,11 +33,11 @@ struct Costs {
 
 ByteString RandomBytes(std::size_t count) {
   ByteString bytes(count);
-  if (RAND_bytes(bytes.data(), static_cast<int>(count)) != 1) Fail(u"No random numbers can be had.");
+  if (RAND_bytes(bytes.data(), static_cast<int>(count)) != 1) Fail(u"OpenSSL gives no random numbers.");
   return bytes;
 }
 
-// The letters of a stored hash are lower-case: it is compared as text.
+// A stored hash has lower-case letters, and is compared as text.
 String HashDigits(const ByteString& bytes) {
   return HexText(bytes, HexCase::Lower);
 }
@@ -48,7 +48,8 @@ ByteString Derive(StringView password, const ByteString& salt, const Costs& cost
   const bool good = EVP_PBE_scrypt(bytes.data(), bytes.size(), salt.data(), salt.size(), costs.N, costs.R,
                                    costs.P, kMemoryLimit, key.data(), key.size()) == 1;
   OPENSSL_cleanse(bytes.data(), bytes.size());
-  if (!good) Fail(u"A password of the project can't be checked: its stored form is damaged.");
+  if (!good)
+    Fail(u"The password can't be checked: its stored form is damaged. Restore the project from a backup.");
   return key;
 }
 

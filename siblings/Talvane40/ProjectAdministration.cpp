@@ -5,14 +5,14 @@
 #include "platform/MailAddress.h"
 #include "platform/contracts/ProjectAdministration.h"
 #include "siblings/Talvane40/ProjectCreation.h"
-#include "siblings/Talvane40/ProjectFile.h"
+#include "siblings/Talvane40/ProjectLocation.h"
 
 namespace Talvane40 {
 namespace {
 
 constexpr std::size_t kLongest = 255;  // characters of a name or a title
 
-// What a mailbox's record can hold of a password: so many characters, and these codes.
+// The longest password, and the character codes, that a mailbox record can hold.
 constexpr std::size_t kLongestPassword = 97;
 constexpr char16_t kLowestCode = 14, kHighestCode = 124;
 
@@ -20,7 +20,7 @@ constexpr char16_t kLowestCode = 14, kHighestCode = 124;
   throw Failure(FailureNumber::RefusedInput, u"Talvane40.ProjectAdministration", what);
 }
 
-// The text without blanks at its ends, if it can be the name of what is told.
+// The text without blanks at its ends. Raises 380 unless it is a valid name; `what` begins the description.
 String VettedName(const Value& value, const String& what) {
   String name = Trim(value.ToString());
   if (name.empty()) Refuse(what + u" must not be empty.");
@@ -29,7 +29,7 @@ String VettedName(const Value& value, const String& what) {
   return name;
 }
 
-// The name becomes that of a registry key, whose separator is the backslash.
+// A project's name becomes the name of a registry key, which can't hold a backslash.
 String VettedProjectName(const Value& value) {
   String name = VettedName(value, u"The project's name");
   if (name.find(u'\\') != String::npos) Refuse(u"The project's name must not hold a backslash.");
@@ -43,7 +43,7 @@ String VettedAddress(const Value& value) {
   return address;
 }
 
-// The password of a user who may bind a mailbox, which stores it and takes blanks from its ends.
+// The password of an owner, who may bind a mailbox. The mailbox stores it without blanks at its ends.
 String VettedPassword(const Value& value) {
   String password = value.ToString();
   if (password.empty()) Refuse(u"The password must not be empty.");
@@ -59,7 +59,7 @@ String VettedPassword(const Value& value) {
 }
 
 ProjectDatabase OpenDatabase(const Value& path) {
-  return ProjectDatabase(ReadProjectFile(path.ToString()).Database.string());
+  return ProjectDatabase(ReadProjectLocation(path.ToString()).Database.string());
 }
 
 }  // namespace
@@ -74,7 +74,7 @@ const ProjectAdministration::Table& ProjectAdministration::Members() {
 
 Value ProjectAdministration::CreateProject(std::span<Value> arguments) {
   const String name = VettedProjectName(arguments[1]);
-  User owner{
+  DescribedUser owner{
       .Key = 0, .Name = VettedName(arguments[2], u"The user's name"), .Address = {}, .MailAccepted = false};
   if (!arguments[3].ToString().empty()) {
     owner.Address = VettedAddress(arguments[3]);
@@ -85,10 +85,10 @@ Value ProjectAdministration::CreateProject(std::span<Value> arguments) {
 }
 
 Value ProjectAdministration::AddUser(std::span<Value> arguments) {
-  const User user{.Key = 0,
-                  .Name = VettedName(arguments[1], u"The user's name"),
-                  .Address = VettedAddress(arguments[2]),
-                  .MailAccepted = arguments[3].ToBool()};
+  const DescribedUser user{.Key = 0,
+                           .Name = VettedName(arguments[1], u"The user's name"),
+                           .Address = VettedAddress(arguments[2]),
+                           .MailAccepted = arguments[3].ToBool()};
   return OpenDatabase(arguments[0]).AddUser(user);
 }
 
@@ -98,19 +98,12 @@ Value ProjectAdministration::AddDiscussion(std::span<Value> arguments) {
 }
 
 Value ProjectAdministration::Describe(std::span<Value> arguments) {
-  const ProjectFile file = ReadProjectFile(arguments[0].ToString());
-  ProjectDatabase database(file.Database.string());
+  const ProjectLocation project = ReadProjectLocation(arguments[0].ToString());
+  ProjectDatabase database(project.Database.string());
   std::int64_t version = 0;
-  ProjectDescription project{.Name = file.Name, .Users = {}, .Discussions = {}};
-  for (const User& user : database.Users(version))
-    project.Users.push_back({user.Key, user.Name, user.Address, user.MailAccepted});
-  for (const Discussion& discussion : database.Discussions()) {
-    DescribedDiscussion& described =
-        project.Discussions.emplace_back(DescribedDiscussion{discussion.Number, discussion.Title, {}});
-    for (const Reply& reply : database.Replies(discussion.Number))
-      described.Replies.push_back({reply.Subject, reply.Body, reply.UserName, reply.At});
-  }
-  return project.ToValue();
+  const ProjectDescription description{
+      .Name = project.Name, .Users = database.Users(version), .Discussions = database.Discussions()};
+  return description.ToValue();
 }
 
 }  // namespace Talvane40

@@ -1,7 +1,5 @@
-// ProjectAdministration: what sets projects up, for programs that administer them.
-//
-// An object known by its members' names. platform/contracts/ProjectAdministration.h tells what each gives and
-// refuses.
+// ProjectAdministration: creates and describes projects. platform/contracts/ProjectAdministration.h is the
+// contract.
 #pragma once
 
 #include "platform/Component.h"

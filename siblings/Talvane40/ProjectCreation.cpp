@@ -6,7 +6,7 @@
 #include "platform/Failure.h"
 #include "runtime/DurableFile.h"
 #include "siblings/Talvane40/PasswordHash.h"
-#include "siblings/Talvane40/ProjectFile.h"
+#include "siblings/Talvane40/ProjectLocation.h"
 
 namespace Talvane40 {
 namespace {
@@ -24,8 +24,8 @@ bool Exists(const fs::path& path) {
 
 constexpr const char* kEndsOfADatabase[] = {"", "-wal", "-shm", "-journal"};
 
-// Fills the file, and leaves nothing beside it.
-void FillDatabase(const std::string& file, StringView name, const User& owner, StringView password) {
+// Fills the database. After a failure no file of SQLite is left.
+void FillDatabase(const std::string& file, StringView name, const DescribedUser& owner, StringView password) {
   try {
     ProjectDatabase::Create(file, name, owner, HashPassword(password));
   } catch (...) {
@@ -35,8 +35,7 @@ void FillDatabase(const std::string& file, StringView name, const User& owner, S
   }
 }
 
-// A file name for the database, as it can stand in the project file, that neither a database nor what one
-// leaves behind has.
+// A valid file name for the database that neither a file nor a log of a former database has.
 std::string FreeDatabaseName(const fs::path& projectFile) {
   const bool plain = EqualsIgnoreCase(FromUtf8(projectFile.extension().string()), u".TVS");
   std::string stem = (plain ? projectFile.stem() : projectFile.filename()).string();
@@ -54,14 +53,14 @@ std::string FreeDatabaseName(const fs::path& projectFile) {
 
 }  // namespace
 
-void CreateProject(StringView path, StringView name, const User& owner, StringView password) {
+void CreateProject(StringView path, StringView name, const DescribedUser& owner, StringView password) {
   const fs::path file = PathOf(path);
   const fs::path folder = file.parent_path();
   if (Exists(file))
     Refuse("The file " + file.string() + " exists already. Choose another name for the project.",
            FailureNumber::AlreadyExists);
   if (!fs::is_directory(folder))
-    Refuse("The folder " + folder.string() + " doesn't exist. Make it first.", FailureNumber::PathNotFound);
+    Refuse("The folder " + folder.string() + " doesn't exist. Create it first.", FailureNumber::PathNotFound);
 
   const std::string databaseName = FreeDatabaseName(file);
   Runtime::StagedFile database(folder.string());

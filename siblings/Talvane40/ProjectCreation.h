@@ -1,14 +1,13 @@
-// ProjectCreation: makes a project, its file and its database, all or nothing.
+// ProjectCreation: creates a project: its file and its database.
 #pragma once
 
 #include "siblings/Talvane40/ProjectDatabase.h"
 
 namespace Talvane40 {
 
-// Makes the project file, as it is named, and beside it a database of a name that is free. Both have mode
-// 0600 and are on the disk when this comes back. A file that exists is left untouched. Raises 57 with the
-// reason in words; then nothing is left behind, but for a database without a project file after the process
-// was killed.
-void CreateProject(StringView path, StringView name, const User& owner, StringView password);
+// Creates the project file and, in its folder, a database with an unused name. Both have mode 0600 and are on
+// disk when this returns. Raises 58 if the file exists, 76 if its folder doesn't, 57 with the reason
+// otherwise; no file is left then. If the process is killed, a database without a project file may be left.
+void CreateProject(StringView path, StringView name, const DescribedUser& owner, StringView password);
 
 }  // namespace Talvane40

@@ -8,7 +8,7 @@
 namespace Talvane40 {
 namespace {
 
-// The triggers keep the version of the users, by which those who hold a copy see that it is stale.
+// The triggers increment users_version, by which a program detects that its copy of the users is stale.
 constexpr const char* kTables = R"(
   PRAGMA application_id = 1414943540;
   PRAGMA user_version = 1;
@@ -53,7 +53,7 @@ constexpr std::int64_t kVersion = 1;
   Refuse(FromUtf8("The project database " + file + " " + why));
 }
 
-// The number that the last insertion gave.
+// The key of the row that was inserted last.
 std::int32_t NewNumber(Runtime::Database& database) {
   return Narrow<std::int32_t>(database.Number("SELECT last_insert_rowid()"));
 }
@@ -68,13 +68,12 @@ String TextAt(const Runtime::Rows& row, int column) {
 
 const std::string& Existing(const std::string& file) {
   Runtime::Database::RequireItsLog(file);
-  if (!std::filesystem::exists(file))
-    RefuseFile(file, "is missing. Put it back, or restore it from a backup.");
-  if (!std::filesystem::is_regular_file(file)) RefuseFile(file, "is not a file.");
+  if (!std::filesystem::exists(file)) RefuseFile(file, "is missing. Restore it from a backup.");
+  if (!std::filesystem::is_regular_file(file)) RefuseFile(file, "is not a file. Restore it from a backup.");
   return file;
 }
 
-// The database, once it has turned out to be a project's.
+// Returns the database after checking that it belongs to a project.
 Runtime::Database& Vetted(Runtime::Database& database) {
   const std::string& file = database.File();
   if (database.Number("PRAGMA application_id") != kApplicationId) {
@@ -88,7 +87,7 @@ Runtime::Database& Vetted(Runtime::Database& database) {
 
 }  // namespace
 
-void ProjectDatabase::Create(const std::string& file, StringView name, const User& owner,
+void ProjectDatabase::Create(const std::string& file, StringView name, const DescribedUser& owner,
                              StringView passwordHash) {
   Runtime::Database database(file);
   Runtime::Transaction transaction(database);
@@ -105,7 +104,7 @@ ProjectDatabase::ProjectDatabase(const std::string& file)
       role_(database_, "SELECT role FROM users WHERE key = ?"),
       mailAccepted_(database_, "SELECT mail_accepted FROM users WHERE key = ?"),
       usersVersion_(database_, "SELECT users_version FROM project"),
-      discussionTitle_(database_, "SELECT title FROM discussions WHERE number = ?"),
+      discussion_(database_, "SELECT 1 FROM discussions WHERE number = ?"),
       addReply_(database_,
                 "INSERT INTO replies (discussion, subject, body, user, at) "
                 "VALUES (?, ?, ?, ?, strftime('%Y-%m-%dT%H:%M:%fZ', 'now'))") {
@@ -136,9 +135,9 @@ std::int64_t ProjectDatabase::UsersVersion() {
   return row.Next() ? row.Integer(0) : 0;
 }
 
-// One statement reads the version with the users, so that the two belong together.
-std::vector<User> ProjectDatabase::Users(std::int64_t& version) {
-  std::vector<User> users;
+// One statement reads users and version, so that they match.
+std::vector<DescribedUser> ProjectDatabase::Users(std::int64_t& version) {
+  std::vector<DescribedUser> users;
   Runtime::Statement statement(database_,
                                "SELECT key, name, email, mail_accepted, (SELECT users_version FROM project) "
                                "FROM users ORDER BY key");
@@ -149,28 +148,22 @@ std::vector<User> ProjectDatabase::Users(std::int64_t& version) {
   return users;
 }
 
-std::optional<String> ProjectDatabase::DiscussionTitle(std::int32_t number) {
-  auto row = discussionTitle_({number});
-  if (!row.Next()) return std::nullopt;
-  return TextAt(row, 0);
+bool ProjectDatabase::HasDiscussion(std::int32_t number) {
+  return discussion_({number}).Next();
 }
 
-std::vector<Discussion> ProjectDatabase::Discussions() {
-  std::vector<Discussion> discussions;
-  Runtime::Statement statement(database_, "SELECT number, title FROM discussions ORDER BY number");
-  for (auto row = statement({}); row.Next();) discussions.push_back({NumberAt(row, 0), TextAt(row, 1)});
-  return discussions;
-}
-
-std::vector<Reply> ProjectDatabase::Replies(std::int32_t discussion) {
-  std::vector<Reply> replies;
-  Runtime::Statement statement(database_,
-                               "SELECT subject, body, users.name, at FROM replies "
-                               "JOIN users ON users.key = user WHERE discussion = ? ORDER BY id");
-  for (auto row = statement({discussion}); row.Next();) {
-    replies.push_back({TextAt(row, 0), TextAt(row, 1), TextAt(row, 2), TextAt(row, 3)});
+std::vector<DescribedDiscussion> ProjectDatabase::Discussions() {
+  std::vector<DescribedDiscussion> discussions;
+  Runtime::Statement select(database_, "SELECT number, title FROM discussions ORDER BY number");
+  Runtime::Statement selectReplies(database_,
+                                   "SELECT subject, body, users.name, at FROM replies "
+                                   "JOIN users ON users.key = user WHERE discussion = ? ORDER BY id");
+  for (auto row = select({}); row.Next();) {
+    auto& discussion = discussions.emplace_back(DescribedDiscussion{NumberAt(row, 0), TextAt(row, 1), {}});
+    for (auto reply = selectReplies({discussion.Number}); reply.Next();)
+      discussion.Replies.push_back({TextAt(reply, 0), TextAt(reply, 1), TextAt(reply, 2), TextAt(reply, 3)});
   }
-  return replies;
+  return discussions;
 }
 
 void ProjectDatabase::AddReply(std::int32_t discussion, StringView subject, StringView body,
@@ -180,8 +173,8 @@ void ProjectDatabase::AddReply(std::int32_t discussion, StringView subject, Stri
   transaction.Commit();
 }
 
-void ProjectDatabase::InsertUser(Runtime::Database& database, const User& user, std::string_view role,
-                                 std::optional<StringView> passwordHash) {
+void ProjectDatabase::InsertUser(Runtime::Database& database, const DescribedUser& user,
+                                 std::string_view role, std::optional<StringView> passwordHash) {
   const std::string hash = ToUtf8(passwordHash.value_or(StringView()));
   Runtime::Statement(database,
                      "INSERT INTO users (name, folded_name, email, mail_accepted, role, password_hash) "
@@ -191,7 +184,7 @@ void ProjectDatabase::InsertUser(Runtime::Database& database, const User& user, 
             passwordHash ? Runtime::Parameter(std::string_view(hash)) : Runtime::Parameter(nullptr)});
 }
 
-std::int32_t ProjectDatabase::AddUser(const User& user) {
+std::int32_t ProjectDatabase::AddUser(const DescribedUser& user) {
   Runtime::Transaction transaction(database_);
   if (FindLogon(user.Name))
     throw Failure(FailureNumber::AlreadyExists, u"Talvane40",

@@ -1,6 +1,5 @@
-// Help: shows help topics in the viewer of the process's forms toolkit.
-//
-// An object known by its members' names, used on the thread that created it.
+// Help: shows help topics with the forms toolkit of the process. platform/contracts/ResourceServices.h is the
+// contract.
 #pragma once
 
 #include "platform/Component.h"
@@ -17,8 +16,6 @@ class Help : public ObjectWithMembers<Help> {
   static const Table& Members();
 
  private:
-  // DisplayHelpTopic(topic). Raises 57 with the topic's name if the viewer can't open it, 429 where the
-  // process has no toolkit.
   Value DisplayHelpTopic(std::span<Value> arguments);
 
   LiveObject live_{liveObjects};

@@ -1,7 +1,7 @@
 #include "siblings/TvGeneralServices/Files.h"
 
 #include "siblings/TvGeneralServices/PathReason.h"
-#include "siblings/TvGeneralServices/ProjectFile.h"
+#include "siblings/TvGeneralServices/ProjectFileObject.h"
 
 namespace TvGeneralServices {
 
@@ -15,27 +15,26 @@ const Files::Table& Files::Members() {
 
 namespace {
 
-// Blanks around a path are no part of it: what is typed with them is stored without them.
+// The path without blanks at its ends. Raises 380 if it is empty or holds a NUL.
 std::string VettedPath(const Value& typed) {
   const std::string path = ToUtf8(Trim(typed.ToString()));
   const auto end = path.find('\0');
   if (path.empty() || end != std::string::npos)
     throw Failure(FailureNumber::RefusedInput, u"TvGeneralServices.Files",
-                  path.empty()
-                      ? ReasonAgainstPath(path)
-                      : FromUtf8(path.substr(0, end)) + u" is followed by a NUL, which no path can hold");
+                  path.empty() ? ReasonAgainstPath(path)
+                               : FromUtf8(path.substr(0, end)) +
+                                     u" is followed by a NUL, which no path can hold; remove it");
   return path;
 }
 
 }  // namespace
 
-// The path was typed by a person, who reads why it is refused.
 Value Files::CheckTVSFilePath(std::span<Value> arguments) {
   const std::string path = VettedPath(arguments[0]);
   try {
-    // A path from the present folder on would name another file, or none, from another one.
-    if (!path.starts_with('/')) Raise(FailureNumber::RefusedInput, FromUtf8(path));
-    const ProjectFile readable(path);
+    if (!path.starts_with('/'))
+      Raise(FailureNumber::RefusedInput, FromUtf8(path) + u" is a relative path; enter the absolute path");
+    const ProjectFileObject readable(path);
   } catch (const Failure& failure) {
     const String reason = ReasonAgainstPath(path);
     if (reason.empty()) throw;
@@ -45,7 +44,7 @@ Value Files::CheckTVSFilePath(std::span<Value> arguments) {
 }
 
 Value Files::RetrieveTVSFile(std::span<Value> arguments) {
-  return ObjectRef(std::make_shared<ProjectFile>(VettedPath(arguments[0])));
+  return ObjectRef(std::make_shared<ProjectFileObject>(VettedPath(arguments[0])));
 }
 
 }  // namespace TvGeneralServices

@@ -1,4 +1,4 @@
-// Files: the door to project files.
+// Files: gives access to project files. platform/contracts/GeneralServices.h is the contract.
 #pragma once
 
 #include "platform/Component.h"
@@ -14,12 +14,11 @@ class Files : public ObjectWithMembers<Files> {
   static const Table& Members();
 
  private:
-  // Returns if the path is whole, which a mailbox's record needs, and names a readable project file;
-  // otherwise raises a failure that says what it is.
+  // The path must be absolute, since a mailbox record is read with any working folder.
   Value CheckTVSFilePath(std::span<Value> arguments);
 
-  // The project file object. Raises the same failures, but takes a path from the present folder on, too, so
-  // that what an old record names can be read and taken out.
+  // A ProjectFileObject. A relative path is accepted, so that the file that an old record names can be
+  // cleaned up.
   Value RetrieveTVSFile(std::span<Value> arguments);
   LiveObject live_{liveObjects};
 };

@@ -9,7 +9,7 @@
 namespace TvGeneralServices {
 namespace {
 
-// The lines NAME=value of the system's own description; a value may stand in quotes.
+// The fields NAME=value of os-release(5); a value may be quoted.
 std::map<std::string, std::string> ReadRelease() {
   std::map<std::string, std::string> fields;
   for (const char* file : {"/etc/os-release", "/usr/lib/os-release"}) {

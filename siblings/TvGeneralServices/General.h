@@ -1,4 +1,4 @@
-// General: what the system says of itself.
+// General: facts about the operating system. platform/contracts/GeneralServices.h is the contract.
 #pragma once
 
 #include "platform/Component.h"
@@ -14,9 +14,6 @@ class General : public ObjectWithMembers<General> {
   static const Table& Members();
 
  private:
-  // Fills six strings: the system's name with its version, the name of its maker's series, its version, the
-  // kernel's release, the machine's architecture, and the platform ("Linux"). What the system doesn't tell
-  // stays empty. Gives true.
   Value SystemInfo(std::span<Value> arguments);
   LiveObject live_{liveObjects};
 };

@@ -1,4 +1,4 @@
-// LiveObjects: the count of this library's objects that are alive.
+// LiveObjects: the number of objects of this library.
 #pragma once
 
 #include <atomic>

@@ -6,9 +6,9 @@
 #include <cerrno>
 
 #include "platform/StoredNames.h"
+#include "runtime/ProjectText.h"
 #include "runtime/SystemReason.h"
 #include "runtime/Texts.h"
-#include "siblings/TvGeneralServices/ProjectFile.h"
 
 namespace TvGeneralServices {
 
@@ -29,7 +29,7 @@ Platform::String ReasonAgainstPath(const std::string& path) {
   }
   if (S_ISDIR(status.st_mode)) return reason(TextNumber::kFileIsFolder);
   if (!S_ISREG(status.st_mode)) return reason(TextNumber::kFileNotOrdinary);
-  if (static_cast<std::uint64_t>(status.st_size) > kLargestProjectFile)
+  if (static_cast<std::uint64_t>(status.st_size) > Runtime::ProjectText::kLargestFile)
     return reason(TextNumber::kFileTooLarge);
   if (access(path.c_str(), R_OK) != 0) return reason(TextNumber::kFileUnreadable, errno);
   return {};

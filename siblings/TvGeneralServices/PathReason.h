@@ -1,4 +1,4 @@
-// PathReason: why a path can't be that of a project file, for the person who typed it.
+// PathReason: why a path isn't accepted as that of a project file, in the user's language.
 #pragma once
 
 #include <string>
@@ -7,8 +7,8 @@
 
 namespace TvGeneralServices {
 
-// The reason in the user's language, told from what is at the path now. Empty where a readable file is there,
-// whose content is then at fault, and where the texts are missing. Raises nothing.
+// The reason, from the path and the present state of the file. Empty if the file is readable, so that the
+// fault is in its content, and if the texts can't be loaded. Raises nothing. Any thread.
 Platform::String ReasonAgainstPath(const std::string& path);
 
 }  // namespace TvGeneralServices

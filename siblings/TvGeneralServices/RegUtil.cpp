@@ -7,10 +7,10 @@ namespace {
 
 using Runtime::RegistryStore;
 
-Object& Required(const Value& argument) {
-  const ObjectRef object = argument.ToObject();
-  if (!object) Raise(FailureNumber::ObjectNotSet, u"the RegValue argument");
-  return *object;
+RegValue Required(const Value& argument) {
+  RegValue value(argument.ToObject());
+  if (!value) Raise(FailureNumber::ObjectNotSet, u"the RegValue argument");
+  return value;
 }
 
 }  // namespace
@@ -35,7 +35,7 @@ std::optional<String> RegUtil::Below(const String& name) const {
 }
 
 Value RegUtil::SetCurrHive(std::span<Value> arguments) {
-  // The numbers of hives have their highest bit set: as a 32-bit integer they come negative.
+  // The highest bit of a hive's number is set, so a caller with 32-bit integers passes a negative number.
   const double number = arguments[0].ToDouble();
   for (const Hive hive : {Hive::CurrentUser, Hive::LocalMachine}) {
     const auto wanted = static_cast<std::uint32_t>(hive);
@@ -56,7 +56,7 @@ Value RegUtil::SetCurrPath(std::span<Value> arguments) {
 
 Value RegUtil::AddKey(std::span<Value> arguments) {
   const auto path = Below(arguments[0].ToString());
-  // A key that was deleted under the cursor doesn't come back as the parent of a new one.
+  // If the cursor's key was deleted, it is not created again.
   if (!path || !RegistryStore::KeyExists(*hive_, path_)) return false;
   RegistryStore::CreateKey(*hive_, *path);
   return true;
@@ -85,20 +85,19 @@ Value RegUtil::DeleteKey(std::span<Value> arguments) {
 }
 
 Value RegUtil::GetValue(std::span<Value> arguments) {
-  Object& holder = Required(arguments[0]);
+  const RegValue holder = Required(arguments[0]);
   if (!hive_) return false;
-  auto found = RegistryStore::Read(*hive_, path_, holder.Get(u"ValueName").ToString());
+  auto found = RegistryStore::Read(*hive_, path_, holder.ValueName());
   if (!found) return false;
-  holder.Set(u"DataType", found->Type);
-  holder.Set(u"Value", std::move(found->Content));
+  holder.SetDataType(found->Type);
+  holder.SetValue(std::move(found->Content));
   return true;
 }
 
 Value RegUtil::AddOrUpdateValue(std::span<Value> arguments) {
-  Object& holder = Required(arguments[0]);
+  const RegValue holder = Required(arguments[0]);
   if (!hive_) return false;
-  return RegistryStore::Write(*hive_, path_, holder.Get(u"ValueName").ToString(),
-                              {holder.Get(u"DataType").ToInt32(), holder.Get(u"Value")});
+  return RegistryStore::Write(*hive_, path_, holder.ValueName(), {holder.DataType(), holder.Value()});
 }
 
 }  // namespace TvGeneralServices

@@ -1,4 +1,4 @@
-// RegValue: the holder of one registry value, filled in by its user or by RegUtil.
+// RegValue: holds one registry value. platform/contracts/GeneralServices.h is the contract.
 #pragma once
 
 #include "platform/Component.h"
@@ -15,7 +15,7 @@ class RegValue : public ObjectWithMembers<RegValue> {
 
  private:
   Value GetDataType() { return dataType_; }
-  // The member table hands setters their value to keep.  NOLINTBEGIN(performance-unnecessary-value-param)
+  // The member table passes setters a value to keep.  NOLINTBEGIN(performance-unnecessary-value-param)
   void SetDataType(Value type) { dataType_ = type.ToInt32(); }
   Value GetValueName() { return valueName_; }
   void SetValueName(Value name) { valueName_ = name.ToString(); }

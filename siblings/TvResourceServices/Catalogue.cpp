@@ -38,7 +38,7 @@ String Unescaped(StringView text) {
     }
     const char16_t mark = ++i < text.size() ? text[i] : u'\0';
     const auto kind = StringView(u"nrts\\").find(mark);
-    if (kind == StringView::npos) Damaged(u"a backslash stands without n, r, t, s or another one behind it");
+    if (kind == StringView::npos) Damaged(u"a backslash must be followed by n, r, t, s or a backslash");
     result += u"\n\r\t \\"[kind];
   }
   return result;
@@ -48,13 +48,13 @@ std::string ReadBytes(const fs::path& file) {
   std::ifstream stream(file, std::ios::binary);
   std::string bytes{std::istreambuf_iterator<char>(stream), {}};
   if (!stream.is_open() || stream.bad() || fs::is_directory(file)) {
-    Raise(FailureNumber::PathNotFound, FromUtf8(file.string() + " can't be read"));
+    Raise(FailureNumber::PathNotFound, FromUtf8(file.string() + " can't be read; install it again"));
   }
   return bytes;
 }
 
-// The path of a resource file's catalogues up to their languages. Those of an installed component lie in the
-// data folder, unless they lie beside its resource file.
+// The common part of the paths of a resource file's catalogues: in the data folder if they are installed
+// there, otherwise beside the resource file.
 std::string StemOf(StringView resourceFile) {
   const auto separator = resourceFile.find_last_of(u"\\/");
   fs::path file(ToUtf8(resourceFile.substr(separator == StringView::npos ? 0 : separator + 1)));
@@ -68,7 +68,7 @@ std::string StemOf(StringView resourceFile) {
   return (folder / file).string();
 }
 
-// Reads a file once in the process. A file that is missing or damaged is tried again at the next call.
+// The catalogue of a file, which is read once in the process. After a failure the next call tries again.
 std::shared_ptr<const Catalogue> Shared(const std::string& file) {
   static std::mutex mutex;
   static std::map<std::string, std::shared_ptr<const Catalogue>> loaded;
@@ -90,7 +90,7 @@ Catalogue::Catalogue(const fs::path& file) {
     if (line.ends_with('\r')) line.remove_suffix(1);
     ++lineNumber;
     try {
-      if (!IsUtf8(line)) Damaged(u"there are bytes that are no UTF-8");
+      if (!IsUtf8(line)) Damaged(u"the line is not UTF-8");
       ReadLine(FromUtf8(line));
     } catch (const Failure& failure) {
       Damaged(FromUtf8(file.string() + ", line " + std::to_string(lineNumber) + ": ") +
@@ -104,7 +104,7 @@ void Catalogue::ReadLine(StringView line) {
   line = Trimmed(line);
   if (line.empty() || line.front() == u'#') return;
   const auto equals = line.find(u'=');
-  if (equals == StringView::npos) Damaged(u"a line is \"NUMBER = text\", and this one has no \"=\"");
+  if (equals == StringView::npos) Damaged(u"the line has no \"=\"; write \"NUMBER = text\"");
   const std::string name = ToUtf8(Trimmed(line.substr(0, equals)));
   const String text = Unescaped(Trimmed(line.substr(equals + 1)));
   if (name == "font") {
@@ -116,9 +116,8 @@ void Catalogue::ReadLine(StringView line) {
   if (error != std::errc{} || end != name.data() + name.size()) {
     Damaged(u"\"" + FromUtf8(name) + u"\" is no number");
   }
-  if (!IsTemplate(text)) Damaged(u"a percent sign stands without a digit or another one behind it");
-  if (!texts_.emplace(number, text).second)
-    Damaged(u"the number " + FromUtf8(name) + u" comes a second time");
+  if (!IsTemplate(text)) Damaged(u"a percent sign must be followed by a digit from 1 to 9 or a percent sign");
+  if (!texts_.emplace(number, text).second) Damaged(u"the number " + FromUtf8(name) + u" is used twice");
 }
 
 const String* Catalogue::Find(std::int32_t number) const {

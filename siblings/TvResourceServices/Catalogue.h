@@ -1,10 +1,8 @@
-// Catalogue: the numbered texts of one resource file in the user's language, with English behind them.
+// Catalogue: the numbered texts of one resource file in one language. docs/formats.md describes the files.
 //
-// The file of a language lies beside the resource file that a caller names: "/x/lib\TvComRes.dll" stands for
-// "/x/lib/TvComRes.de.txt". Where the library folder holds none, it is resources/TvComRes.de.txt in the
-// folder of the installed data. Each line is "NUMBER = text", "font = name", a comment behind "#", or empty;
-// the text's escapes are "\n", "\r", "\t", "\\" and "\s" for a blank at an end. Read once in a process and
-// shared from then on; a catalogue never changes. Any thread may call.
+// The catalogues of the resource file "/x/lib\TvComRes.dll" are "/x/lib/TvComRes.LANGUAGE.txt" or, if the
+// library folder holds none, resources/TvComRes.LANGUAGE.txt in the folder of the installed data. They are
+// read once in a process and then shared; a catalogue never changes. Any thread.
 #pragma once
 
 #include <cstdint>
@@ -20,14 +18,14 @@ using namespace Platform;
 
 class Catalogue {
  public:
-  // Raises 57, with the file and the line, for a line that is no text, a number that comes twice and bytes
-  // that are no UTF-8; 76 for a file that can't be read.
+  // Raises 57, with the file and the line, for an invalid line, a duplicate number or bytes that are not
+  // UTF-8; 76 for a file that can't be read.
   explicit Catalogue(const std::filesystem::path& file);
 
-  // The text of a number, which holds as long as the catalogue, or null.
+  // The text of a number, owned by the catalogue; null if there is none.
   const String* Find(std::int32_t number) const;
 
-  // The font that the dialogs are to have; empty for the toolkit's own.
+  // The font of the dialogs; empty for the default font.
   const String& FontName() const { return fontName_; }
 
  private:
@@ -37,16 +35,15 @@ class Catalogue {
   String fontName_;
 };
 
-// What a resource file gives: the user's language where it has a catalogue, and English.
+// The catalogues of a resource file.
 struct Languages {
-  std::shared_ptr<const Catalogue> Own;  // null where there is none
+  std::shared_ptr<const Catalogue> Own;  // in the user's language; null if there is none
   std::shared_ptr<const Catalogue> English;
 };
 
-// The catalogues for a resource file. English is the user's language where LC_ALL, LC_MESSAGES and LANG name
-// none. A catalogue in another language that isn't there is no failure. What is damaged stays null in
-// languages and raises as the constructor does, after all the rest has been put in. Found once in a process; a
-// failure is tried again at the next call.
+// Loads the catalogues for a resource file. A missing catalogue in the user's language is no failure. If a
+// catalogue is damaged or English is missing, the other one is loaded before the failure of the constructor
+// is raised. After a failure the next call tries again.
 void LoadLanguages(StringView resourceFile, Languages& languages);
 
 }  // namespace TvResourceServices

@@ -1,4 +1,4 @@
-// What the library says of itself, and its exports.
+// The description of the library and its exports.
 #include "siblings/TvResourceServices/Resource.h"
 
 namespace TvResourceServices {

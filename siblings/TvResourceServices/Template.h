@@ -1,6 +1,5 @@
-// Template: a text with places for arguments.
-//
-// "%1" to "%9" are the places and "%%" is a percent sign. Pure; any thread.
+// Template: a text with placeholders: "%1" to "%9" for arguments, "%%" for a percent sign. Pure functions;
+// any thread.
 #pragma once
 
 #include <span>
@@ -11,12 +10,12 @@ namespace TvResourceServices {
 
 using namespace Platform;
 
-// True if every percent sign of the text is part of a place or of "%%".
+// True if every percent sign of the text belongs to a placeholder.
 bool IsTemplate(StringView text);
 
-// The text with the arguments at their places. An argument is put in as it is: a percent sign in it means
-// nothing. A place whose argument is empty or not given takes the blank in front of it along, so that a text
-// reads well without the argument too.
+// The text with the arguments in the place of the placeholders. A percent sign in an argument has no meaning.
+// If an argument is empty or missing, the blank before its placeholder is removed too, so that no double
+// blank is left.
 String Expand(StringView text, std::span<const String> arguments);
 
 }  // namespace TvResourceServices

@@ -6,7 +6,7 @@
 #include <future>
 #include <thread>
 
-#include "runtime/Process.h"
+#include "runtime/Libraries.h"
 #include "src/mail/EMailManager.h"
 #include "tests/desktop/DesktopUser.h"
 #include "tests/mailbox/MailBoxWorld.h"

@@ -1,4 +1,4 @@
-// Project files through the real library: what is kept, what is refused, and what a failed save leaves.
+// Project files through the real library: content, refused input, and failed saves.
 #include <sys/stat.h>
 
 #include "platform/contracts/GeneralServices.h"
@@ -23,7 +23,7 @@ class ProjectFiles : public testing::Test {
   static Files NewFiles() { return Files(Services().CreateByName(u"TvGeneralServices.Files")); }
   ProjectFile Open() const { return NewFiles().RetrieveTVSFile(FromUtf8(path_.string())); }
 
-  // What CheckTVSFilePath says of a path; RetrieveTVSFile must refuse the same ones.
+  // The failure text of CheckTVSFilePath for a path; RetrieveTVSFile must refuse the same paths.
   static std::string Refusal(const String& path) {
     const std::string check = FailureText([&] { NewFiles().CheckTVSFilePath(path); });
     EXPECT_EQ(check.empty(), FailureText([&] { NewFiles().RetrieveTVSFile(path); }).empty());
@@ -78,7 +78,7 @@ TEST_F(ProjectFiles, APathThatIsNoProjectFileIsRefusedWithWhatItIs) {
             0);
 }
 
-TEST_F(ProjectFiles, APathFromThePresentFolderOnCanBeReadButIsNotGoodForARecord) {
+TEST_F(ProjectFiles, ARelativePathCanBeReadButNotStoredInARecord) {
   const fs::path before = fs::current_path();
   fs::current_path(folder_.Path());
   EXPECT_NO_THROW(NewFiles().RetrieveTVSFile(u"Apollo.TVS"));

@@ -5,7 +5,8 @@
 
 #include "platform/StoredNames.h"
 #include "platform/contracts/ProjectAdministration.h"
-#include "runtime/Process.h"
+#include "runtime/Folders.h"
+#include "runtime/Libraries.h"
 #include "runtime/RegistryStore.h"
 #include "src/dialogs/modCfgIn.h"
 #include "src/mail/EMailManager.h"

@@ -78,13 +78,13 @@ TEST_F(Resources, ACatalogueIsReadOnceInAProcess) {
   EXPECT_TEXT(u"first", Load("D").ResourceString(1));
 }
 
-TEST_F(Resources, AMissingOrDamagedCatalogueIsRaisedByFileAndLineAndFoundOnceItIsMended) {
+TEST_F(Resources, AMissingOrDamagedCatalogueIsRaisedByFileAndLineAndReadAfterItsRepair) {
   const std::pair<const char*, const char*> damages[] = {
-      {"1 = a\n1 = b\n", "line 2: the number 1 comes a second time"},
+      {"1 = a\n1 = b\n", "line 2: the number 1 is used twice"},
       {"1 = a\n\nhello\n", "line 3"},
       {"x = a\n", "line 1: \"x\" is no number"},
       {"99999999999 = a\n", "line 1"},
-      {"1 = \xFF\n", "line 1: there are bytes that are no UTF-8"},
+      {"1 = \xFF\n", "line 1: the line is not UTF-8"},
       {"1 = 50%\n", "line 1: a percent sign"},
       {"1 = a\\x\n", "line 1: a backslash"},
       {"1 = a\\\n", "line 1: a backslash"}};

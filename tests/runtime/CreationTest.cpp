@@ -1,4 +1,4 @@
-// Creation by name: from the registry to an object of a loaded library, and what happens without the library.
+// Creation by name: registration, loading of libraries, and their failures.
 #include <sys/stat.h>
 
 #include <set>
@@ -6,8 +6,10 @@
 
 #include "platform/Component.h"
 #include "platform/contracts/GeneralServices.h"
+#include "runtime/ClassLookup.h"
 #include "runtime/Database.h"
-#include "runtime/Process.h"
+#include "runtime/Folders.h"
+#include "runtime/Libraries.h"
 #include "runtime/RegistryStore.h"
 #include "tests/support/World.h"
 
@@ -21,7 +23,7 @@ constexpr Hive kMachine = Hive::LocalMachine;
 constexpr const char16_t* kName = u"TvGeneralServices.RegUtil";
 constexpr const char16_t* kLibrary = u"TvGeneralServices.so";
 
-// A home of its own in which the libraries of the build aren't registered yet.
+// A new home folder in which no library is registered.
 class Creation : public testing::Test {
  protected:
   Creation() {
@@ -29,8 +31,8 @@ class Creation : public testing::Test {
     RegistryStore::Create(kMachine);
   }
 
-  // What stands in the way of an object of the name; empty if nothing does.
-  static std::string Obstacle(StringView name = kName) {
+  // The text of the failure 429 to create an object of the name; empty if it is created.
+  static std::string CreationFailure(StringView name = kName) {
     try {
       EXPECT_NE(Services().CreateByName(name), nullptr);
       return "";
@@ -39,9 +41,9 @@ class Creation : public testing::Test {
     }
   }
 
-  static void ExpectObstacle(std::initializer_list<std::string> parts, StringView name = kName) {
-    const std::string obstacle = Obstacle(name);
-    for (const std::string& part : parts) EXPECT_PRED2(Holds, obstacle, part);
+  static void ExpectFailure(std::initializer_list<std::string> parts, StringView name = kName) {
+    const std::string failure = CreationFailure(name);
+    for (const std::string& part : parts) EXPECT_PRED2(Holds, failure, part);
   }
 
   static const ClassFactory& Factory() { return Runtime::LoadClassFactory(kLibrary, ClassId()); }
@@ -61,18 +63,18 @@ class Creation : public testing::Test {
 };
 
 TEST_F(Creation, ARegisteredNameGivesANewObjectInAnyCaseAndByItsClass) {
-  ExpectObstacle({"TvGeneralServices.RegUtil", "tvmail init"});
+  ExpectFailure({"TvGeneralServices.RegUtil", "tvmail init"});
   Runtime::RegisterComponent(kLibrary);
-  EXPECT_EQ(Obstacle(), "");
-  EXPECT_EQ(Obstacle(u"tvgeneralservices.REGUTIL"), "");
+  EXPECT_EQ(CreationFailure(), "");
+  EXPECT_EQ(CreationFailure(u"tvgeneralservices.REGUTIL"), "");
   EXPECT_NE(Services().CreateByName(kName), Services().CreateByClass(ClassId()));
   EXPECT_EQ(RegisteredFile(), "TvGeneralServices.so");
   for (const StringView wrong :
        {u"", u"RegUtil", u"TvGeneralServices.RegUtil\\CLSID", u"TvGeneralServices.Nothing"})
-    ExpectObstacle({"isn't registered"}, wrong);
+    ExpectFailure({"isn't registered"}, wrong);
 }
 
-TEST_F(Creation, ALibraryThatIsTakenAwayIsMissedAtOnceAndFoundAgainWhenItIsBack) {
+TEST_F(Creation, ARemovedLibraryIsMissingAtOnceAndARestoredOneIsFound) {
   const fs::path copy = folder_.Path() / "copy.so";
   const fs::path link = folder_.Path() / "link.so";
   const fs::path built = fs::path(ToUtf8(Runtime::LibraryFolder())) / Utf8(kLibrary);
@@ -81,16 +83,16 @@ TEST_F(Creation, ALibraryThatIsTakenAwayIsMissedAtOnceAndFoundAgainWhenItIsBack)
   for (const fs::path& library : {copy, link}) {
     Runtime::RegisterComponent(FromUtf8(library.string()));
     EXPECT_EQ(RegisteredFile(), library.string());
-    EXPECT_EQ(Obstacle(), "");
+    EXPECT_EQ(CreationFailure(), "");
     {
       const Runtime::ClassLookupScope scope, inner;
-      EXPECT_EQ(Obstacle(), "");
+      EXPECT_EQ(CreationFailure(), "");
       fs::rename(library, folder_.Path() / "away");
-      EXPECT_EQ(Obstacle(), "");
+      EXPECT_EQ(CreationFailure(), "");
     }
-    ExpectObstacle({"TvGeneralServices.RegUtil", library.string(), "is missing", "tvmail init"});
+    ExpectFailure({"TvGeneralServices.RegUtil", library.string(), "is missing", "tvmail init"});
     fs::rename(folder_.Path() / "away", library);
-    EXPECT_EQ(Obstacle(), "");
+    EXPECT_EQ(CreationFailure(), "");
   }
 }
 
@@ -101,7 +103,7 @@ TEST_F(Creation, AFileThatIsNoComponentIsRefusedWithItsName) {
   const fs::path runtime = fs::path(ToUtf8(Runtime::LibraryFolder())) / "libTalvaneRuntime.so";
   for (const fs::path& file : {folder_.Path() / "text.so", runtime}) {
     RegistryStore::Write(kMachine, key, {}, {1, FromUtf8(file.string())});
-    ExpectObstacle({file.string()});
+    ExpectFailure({file.string()});
     EXPECT_THROW(Runtime::RegisterComponent(FromUtf8(file.string())), Failure);
     String reason;
     EXPECT_EQ(Runtime::LoadToolkit(FromUtf8(file.string()), reason), nullptr);
@@ -109,25 +111,25 @@ TEST_F(Creation, AFileThatIsNoComponentIsRefusedWithItsName) {
   }
 }
 
-TEST_F(Creation, ALibraryIsLoadedFromTheLibraryFolderOrByItsWholePathAlone) {
+TEST_F(Creation, ALibraryIsLoadedOnlyFromTheLibraryFolderOrByItsAbsolutePath) {
   Runtime::RegisterComponent(kLibrary);
   const String key = u"Software\\Classes\\CLSID\\" + ToText(ClassId()) + u"\\InprocServer32";
   const fs::path before = fs::current_path();
   fs::copy_file(fs::path(ToUtf8(Runtime::LibraryFolder())) / Utf8(kLibrary), folder_.Path() / "planted.so");
   fs::current_path(folder_.Path());
   const std::pair<const char16_t*, const char*> files[] = {
-      {u"planted.so", "planted.so is missing"}, {u"./planted.so", "whole path"}, {u"", "can't be loaded"}};
+      {u"planted.so", "planted.so is missing"}, {u"./planted.so", "absolute path"}, {u"", "can't be loaded"}};
   for (const auto& [file, why] : files) {
     RegistryStore::Write(kMachine, key, {}, {1, file});
-    ExpectObstacle({why});
+    ExpectFailure({why});
   }
   String reason;
   EXPECT_EQ(Runtime::LoadToolkit(u"./planted.so", reason), nullptr);
-  EXPECT_PRED2(Holds, Utf8(reason), "whole path");
+  EXPECT_PRED2(Holds, Utf8(reason), "absolute path");
   fs::current_path(before);
 }
 
-TEST_F(Creation, ARegistrationHoldsAllThatTheLibraryDescribes) {
+TEST_F(Creation, ARegistrationContainsTheDescriptionOfTheLibrary) {
   Runtime::RegisterComponent(u"TvEmailServices.so");
   const std::string library = "{3C5B41E6-0C1B-4B57-8D6A-7E2F0E9A1000}";
   const std::string own = "{3C5B41E6-0C1B-4B57-8D6A-7E2F0E9A1001}";
@@ -157,24 +159,24 @@ TEST_F(Creation, ARegistrationHoldsAllThatTheLibraryDescribes) {
   EXPECT_EQ(RegistryStore::SubKeys(kMachine, u"Software\\Classes\\Interface").size(), 1U);
 }
 
-TEST_F(Creation, AChangedOrLostRegistrationCountsFromTheNextCreation) {
+TEST_F(Creation, AChangedOrLostRegistrationTakesEffectAtTheNextCreation) {
   Runtime::RegisterComponent(kLibrary);
-  EXPECT_EQ(Obstacle(), "");
+  EXPECT_EQ(CreationFailure(), "");
   Runtime::UnregisterComponent(kLibrary);
-  ExpectObstacle({"isn't registered"});
+  ExpectFailure({"isn't registered"});
   Runtime::RegisterComponent(kLibrary);
-  EXPECT_EQ(Obstacle(), "");
+  EXPECT_EQ(CreationFailure(), "");
   Runtime::Database(ToUtf8(RegistryStore::FileOf(kMachine)))
       .Run(
           "DELETE FROM value WHERE key=(SELECT id FROM key WHERE path LIKE "
           "'%tvgeneralservices.regutil\\clsid')");
-  ExpectObstacle({"isn't registered"});
+  ExpectFailure({"isn't registered"});
   fs::remove(folder_.Path() / "home/machine.registry");
-  ExpectObstacle({"machine.registry", "put a copy"});
+  ExpectFailure({"machine.registry", "restore both"});
   EXPECT_PRED2(Holds, FailureText([] { Runtime::RegisterComponent(kLibrary); }), "machine.registry");
 }
 
-TEST_F(Creation, UnregisteringLeavesWhatItFound) {
+TEST_F(Creation, UnregisteringRemovesOnlyWhatRegisteringAdded) {
   const auto all = [] {
     std::set<std::string> paths;
     const std::function<void(const String&)> visit = [&](const String& path) {
@@ -198,7 +200,7 @@ TEST_F(Creation, UnregisteringLeavesWhatItFound) {
   }
 }
 
-TEST_F(Creation, ALibraryKnowsWhichOfItsObjectsAreAlive) {
+TEST_F(Creation, ALibraryCountsItsObjects) {
   Runtime::RegisterComponent(kLibrary);
   const ComponentDescription& library = Factory().Library();
   EXPECT_EQ(ComponentRuntime::CanUnloadNow(library), Status::Ok);
@@ -213,7 +215,7 @@ TEST_F(Creation, ALibraryKnowsWhichOfItsObjectsAreAlive) {
   EXPECT_EQ(ComponentRuntime::CanUnloadNow(library), Status::Ok);
 }
 
-TEST_F(Creation, AFactoryIsGivenForItsClassAndInterfaceAlone) {
+TEST_F(Creation, AFactoryIsReturnedOnlyForItsClassAndInterface) {
   Runtime::RegisterComponent(kLibrary);
   const ComponentDescription& library = Factory().Library();
   const void* object = &library;
@@ -239,7 +241,7 @@ TEST_F(Creation, TheSameSeedNeverGivesTheSameValues) {
   EXPECT_NE(other, &Services().Random());
 }
 
-TEST_F(Creation, AHomeFolderIsItsOwnersAloneAndItsParentsAreWritableByNobodyElse) {
+TEST_F(Creation, OnlyTheOwnerMayUseAHomeFolderAndWriteItsParents) {
   setenv("TALVANE_HOME", (folder_.Path() / "a/b/home").c_str(), 1);
   const mode_t before = umask(0);
   RegistryStore::Create(kMachine);
@@ -259,7 +261,7 @@ TEST_F(Creation, TheHomeFolderIsWhereTheEnvironmentSays) {
   EXPECT_TEXT(u"/somewhere", Runtime::HomeFolder());
   for (const char* relative : {"home", "./home", "~/home"}) {
     setenv("TALVANE_HOME", relative, 1);
-    EXPECT_PRED2(Holds, FailureText([] { Runtime::HomeFolder(); }), "whole path");
+    EXPECT_PRED2(Holds, FailureText([] { Runtime::HomeFolder(); }), "absolute path");
   }
   setenv("TALVANE_HOME", "", 1);
   if (geteuid() == 0) {

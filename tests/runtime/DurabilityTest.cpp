@@ -1,8 +1,9 @@
-// What the stores promise of the disk: what was told done is on it, and a fault of any one call leaves the
-// old state or the new one and nothing beside it.
+// Durability of the stores: a completed change is on disk, and after a fault of any system call a store has
+// its old or its new state, and no other file is left.
 #include "platform/contracts/Cipher.h"
 #include "runtime/DurableFile.h"
 #include "runtime/RegistryStore.h"
+#include "tests/cipher/CheapKeyStore.h"
 #include "tests/runtime/SystemCalls.h"
 #include "tests/support/Processes.h"
 #include "tests/talvane40/Projects.h"
@@ -13,11 +14,11 @@ namespace {
 namespace fs = std::filesystem;
 using Runtime::RegistryStore;
 
-// Something that changes a store, and what tells whether it did.
+// An operation that changes a store.
 struct Act {
   const char* Name;
-  std::function<void(int)> Do;            // with a number that no other run has
-  std::function<std::string(int)> State;  // after that run: as it was, or as it became
+  std::function<void(int)> Do;            // with a unique number
+  std::function<std::string(int)> State;  // after that run: "old" or "new"
   int FilesMade = 0;
 };
 
@@ -36,7 +37,7 @@ class Durability : public testing::Test {
   }
   std::string FreshPath(const char* name, int number) const { return name + std::to_string(number); }
 
-  // Without what SQLite keeps beside an open database.
+  // Without the log and index of an open database.
   int CountFiles() const {
     int count = 0;
     for (const auto& entry : fs::directory_iterator(world_.Home.Path())) {
@@ -49,7 +50,7 @@ class Durability : public testing::Test {
   std::vector<Act> Acts() {
     const auto present = [](bool is) { return std::string(is ? "new" : "old"); };
     const String keys = world_.PathOf("keys");
-    CreateKey(keys, u"first");
+    WriteCheapKeyStore(world_.Home.Path() / "keys");
     const auto projectFile = [this] {
       return Files(Platform::Services().CreateByName(u"TvGeneralServices.Files"))
           .RetrieveTVSFile(world_.Path);
@@ -74,7 +75,7 @@ class Durability : public testing::Test {
            return present(fs::exists(ToUtf8(path)) && world_.Open(path, u"Ann", u"pw"));
          },
          2},
-        {"make a key store", [=, this](int n) { CreateKey(world_.PathOf(FreshPath("k", n)), u"mail"); },
+        {"create a key store", [=, this](int n) { CreateKey(world_.PathOf(FreshPath("k", n)), u"mail"); },
          [=, this](int n) { return ReadKey(world_.PathOf(FreshPath("k", n)), u"mail"); }, 1},
         {"add a key", [=](int n) { CreateKey(keys, Numbered(u"label", n)); },
          [=](int n) { return ReadKey(keys, Numbered(u"label", n)); }},
@@ -91,7 +92,7 @@ class Durability : public testing::Test {
   ProjectWorld world_;
 };
 
-TEST_F(Durability, WhatWasToldDoneIsOnTheDisk) {
+TEST_F(Durability, ACompletedChangeIsOnDisk) {
   for (const Act& act : Acts()) {
     SystemCalls calls(world_.Home.Path());
     act.Do(1);
@@ -100,7 +101,7 @@ TEST_F(Durability, WhatWasToldDoneIsOnTheDisk) {
   }
 }
 
-TEST_F(Durability, AFaultOfAnyCallLeavesTheOldStateOrTheNewAndNothingBesideIt) {
+TEST_F(Durability, AFaultOfAnyCallLeavesTheOldStateOrTheNewAndNoOtherFile) {
   for (const Act& act : Acts()) {
     int raised = 0;
     for (int number = 1;; ++number) {
@@ -118,7 +119,7 @@ TEST_F(Durability, AFaultOfAnyCallLeavesTheOldStateOrTheNewAndNothingBesideIt) {
       EXPECT_EQ(act.State(number), isDone ? "new" : "old") << act.Name << " " << number << ": " << failure;
       EXPECT_EQ(CountFiles(), before + (isDone ? act.FilesMade : 0)) << act.Name << " " << number;
       EXPECT_FALSE(ofNewContent && isDone)
-          << act.Name << " " << number << ": a fault of its own file, unseen";
+          << act.Name << " " << number << ": a fault of the temporary file was ignored";
       raised += failure.empty() ? 0 : 1;
       if (!reached) break;
     }
@@ -126,7 +127,7 @@ TEST_F(Durability, AFaultOfAnyCallLeavesTheOldStateOrTheNewAndNothingBesideIt) {
   }
 }
 
-TEST_F(Durability, AFileSystemThatOffersLessIsForgivenUnlessTheDiskIsAtFault) {
+TEST_F(Durability, AnUnsupportedCallIsToleratedAndADiskErrorIsNot) {
   for (const Act& act : Acts()) {
     const int before = CountFiles();
     SystemCalls calls(world_.Home.Path());
@@ -136,8 +137,8 @@ TEST_F(Durability, AFileSystemThatOffersLessIsForgivenUnlessTheDiskIsAtFault) {
     EXPECT_EQ(CountFiles(), before + act.FilesMade) << act.Name;
     EXPECT_EQ(act.State(1), "new") << act.Name;
     calls.FailSyncsOfFolders(EIO);
-    const bool usesFacility = StringView(u"reply") != FromUtf8(act.Name) && !Holds(act.Name, "registry");
-    EXPECT_EQ(FailureText([&] { act.Do(2); }).empty(), !usesFacility) << act.Name;
+    const bool syncsFolder = StringView(u"reply") != FromUtf8(act.Name) && !Holds(act.Name, "registry");
+    EXPECT_EQ(FailureText([&] { act.Do(2); }).empty(), !syncsFolder) << act.Name;
   }
 }
 
@@ -161,17 +162,17 @@ TEST_F(Durability, AFileSizeLimitIsAWriteFailureThatNamesTheLimit) {
   EXPECT_TRUE(world_.Replies().empty());
 }
 
-TEST_F(Durability, ALockThatIsntGivenBackEndsTheWaitWithAReason) {
+TEST_F(Durability, AWaitForALockEndsWithAReasonAfterTheTimeout) {
   const std::string folder = world_.Home.Path().string(), path = folder + "/apollo.TVS";
   const std::chrono::milliseconds none(0);
   const Runtime::LockedFile file(path, 1000, none);
   const Runtime::FolderLock held(folder, none);
   EXPECT_PRED2(Holds, FailureText([&] { Runtime::LockedFile(path, 1000, none); }), path + " is in use by");
   EXPECT_PRED2(Holds, FailureText([&] { Runtime::FolderLock(folder, none); }), folder + " is in use by");
-  EXPECT_EQ(Runtime::Patience(), std::chrono::seconds(10));
+  EXPECT_EQ(Runtime::BusyTimeout(), std::chrono::seconds(10));
 }
 
-TEST_F(Durability, TwoProcessesThatMakeKeysAtOnceLoseNone) {
+TEST_F(Durability, TwoProcessesThatAddKeysAtTheSameTimeLoseNone) {
   const String keys = world_.PathOf("together");
   const auto maker = [&](char16_t name) {
     return [&keys, name] {

@@ -1,4 +1,4 @@
-// The registry store: what it keeps, what it refuses, and that nothing is lost on the way.
+// The registry store: content, refused input, and durability.
 #include "runtime/RegistryStore.h"
 
 #include <thread>
@@ -30,7 +30,7 @@ class Registry : public testing::Test {
   TemporaryFolder home_;
 };
 
-// The description of the failure of number 57 that the act raises; anything else in words.
+// The description of the failure 57 that the work raises; another result in parentheses or as its number.
 std::string RefusalOf(const std::function<void()>& act) {
   try {
     act();
@@ -115,7 +115,7 @@ TEST_F(Registry, DeletingAKeyTakesAllBelowItAndNothingBeside) {
   EXPECT_THROW(RegistryStore::DeleteKey(kMachine, u""), Failure);
 }
 
-TEST_F(Registry, APathThatIsNoneLeadsNowhereAndIsNeverMade) {
+TEST_F(Registry, AnInvalidPathHasNoKeyAndCanNotBeCreated) {
   for (const String& path : {String(u"\\"), String(u"A\\"), String(u"\\A"), String(u"A\\\\B"),
                              String(u"A\0", 2), String(256, u'x')}) {
     EXPECT_FALSE(RegistryStore::KeyExists(kMachine, path)) << Utf8(path);
@@ -125,15 +125,15 @@ TEST_F(Registry, APathThatIsNoneLeadsNowhereAndIsNeverMade) {
   EXPECT_EQ(RegistryStore::SubKeys(kMachine, u"").size(), 2U);
 }
 
-TEST_F(Registry, TheFilesAreTheirOwnersAlone) {
+TEST_F(Registry, OnlyTheOwnerMayUseTheFiles) {
   for (const auto& entry : std::filesystem::directory_iterator(home_.Path()))
     EXPECT_EQ(entry.status().permissions(), std::filesystem::perms(0600)) << entry.path();
 }
 
-TEST_F(Registry, AMissingStoreSaysWhatToDoAndOneThatComesBackIsRead) {
+TEST_F(Registry, AMissingStoreIsReportedAndARestoredOneIsRead) {
   WriteText(u"A", u"v", u"kept");
   const auto away = home_.Path() / "away";
-  ASSERT_EQ(InAnotherProcess([] {}), 0);  // a fork closes the store, so that its file is whole
+  ASSERT_EQ(InAnotherProcess([] {}), 0);  // a fork closes the store, so that its file is complete
   std::filesystem::rename(File(), away);
   for (const auto& refusal : {RefusalOf([] { RegistryStore::KeyExists(kMachine, u"A"); }),
                               RefusalOf([] { WriteText(u"A", u"v", u"lost"); })}) {
@@ -145,7 +145,7 @@ TEST_F(Registry, AMissingStoreSaysWhatToDoAndOneThatComesBackIsRead) {
   EXPECT_EQ(TextAt(u"A", u"v"), "kept");
 }
 
-TEST_F(Registry, AFileThatIsNoWholeStoreOfThisFormatIsRefusedAndLeftAsItIs) {
+TEST_F(Registry, AnInvalidStoreIsRefusedAndNotChanged) {
   for (int i = 0; i < 80; ++i)
     RegistryStore::CreateKey(kMachine, u"Many\\" + String(200, u'k') + FromUtf8(std::to_string(i)));
   ASSERT_EQ(InAnotherProcess([] {}), 0);
@@ -173,8 +173,8 @@ TEST_F(Registry, AFileThatIsNoWholeStoreOfThisFormatIsRefusedAndLeftAsItIs) {
   EXPECT_EQ(RegistryStore::SubKeys(kMachine, u"Many").size(), 80U);
 }
 
-TEST_F(Registry, AStoreThatIsLostBesideItsLogIsNotMadeAnew) {
-  // The writer ends without closing, so that what it wrote lies in the log alone.
+TEST_F(Registry, AMissingOrEmptyStoreWithALogIsNotCreatedAgain) {
+  // The writer ends without closing, so that its changes are only in the log.
   ASSERT_EQ(InAnotherProcess([] { WriteText(u"A", u"v", u"kept"); }), 0);
   const std::string main = ReadFile(File());
   const std::string log = ReadFile(File().string() + "-wal");
@@ -189,7 +189,7 @@ TEST_F(Registry, AStoreThatIsLostBesideItsLogIsNotMadeAnew) {
   EXPECT_EQ(TextAt(u"A", u"v"), "kept");
 }
 
-TEST_F(Registry, AMakingThatWasCutShortIsFinishedByTheNext) {
+TEST_F(Registry, AnInterruptedCreationIsCompletedByTheNext) {
   std::filesystem::remove_all(home_.Path());
   std::filesystem::create_directory(home_.Path());
   WriteFile(File(), "");
@@ -259,7 +259,7 @@ TEST_F(Registry, AStoreThatMayNotBeWrittenRefusesWritesWithAReason) {
             0);
 }
 
-TEST_F(Registry, AStoreOrFolderThatSomebodyElseMayHaveWrittenIsRefusedAlsoWhileItIsOpen) {
+TEST_F(Registry, AStoreOrFolderThatAnotherUserMayWriteIsRefusedAlsoWhileItIsOpen) {
   namespace fs = std::filesystem;
   WriteText(u"A", u"v", u"kept");
   const auto read = [] { return RefusalOf([] { RegistryStore::KeyExists(kMachine, u"A"); }); };
@@ -274,7 +274,7 @@ TEST_F(Registry, AStoreOrFolderThatSomebodyElseMayHaveWrittenIsRefusedAlsoWhileI
     for (const int mode : {modes.first, modes.second}) {
       fs::permissions(path, static_cast<fs::perms>(mode));
       ASSERT_EQ(InAnotherProcess([] {}),
-                0);  // closes the store, since its folder is looked at when it is opened
+                0);  // closes the store, since its folder is checked when it is opened
       expectRefusal(path, "chmod go-w");
       fs::permissions(path, before);
       EXPECT_EQ(TextAt(u"A", u"v"), "kept");

@@ -1,8 +1,8 @@
-// SystemCalls: the calls that write files and bring them to the disk, watched and made to fail.
+// SystemCalls: records the system calls that write, rename and sync files, and makes them fail.
 //
-// The program's own functions stand in front of the system's for every library of the process, SQLite
-// included. Calls on files outside the folder, and on the memory that processes share beside a database, are
-// neither counted nor failed.
+// The program defines these functions itself, which replaces those of the C library for all libraries of the
+// process, including SQLite. Calls on files outside the folder, and on the shared memory of a database
+// (-shm), are neither counted nor failed.
 #pragma once
 
 #include <sys/types.h>
@@ -16,14 +16,14 @@ namespace Tests {
 
 class SystemCalls {
  public:
-  // One at a time, as long as it lives, on one thread.
+  // Records until it is destroyed. One object at a time, on one thread.
   explicit SystemCalls(const std::filesystem::path& folder);
   ~SystemCalls();
   SystemCalls(const SystemCalls&) = delete;
   SystemCalls& operator=(const SystemCalls&) = delete;
 
-  // The call of that number, counted from 1, fails with the error and does nothing, but a file is closed. On
-  // a disk that is full (ENOSPC) all that follow fail too.
+  // The call of that number, counted from 1, fails with the error and has no effect, except that close closes
+  // the file. With ENOSPC (disk full) all later calls fail too.
   void Fail(int number, int error) { failing_ = number, error_ = error; }
   void FailSyncsOfFolders(int error) { folderError_ = error; }
   void FailRenamesThatReplaceNothing(int error) { renameError_ = error; }
@@ -32,11 +32,11 @@ class SystemCalls {
   bool HasFailed() const { return failing_ != 0 && count_ >= failing_; }
   const std::string& FailedPath() const { return failedPath_; }  // of the file or folder
 
-  // The files that were written, and the folders in which names were given, since they were brought to the
-  // disk last; and files that were renamed before they were.
+  // The files that were written and the folders in which files were renamed since their last sync, and the
+  // files that were renamed before they were synced.
   std::string NotOnDisk() const;
 
-  // For the functions: true if the call must fail, with errno set.
+  // For the replaced functions: true, with errno set, if the call must fail.
   bool OnCall(int descriptor, bool isSync);
   bool OnRename(const char* from, const char* to, bool mayReplace);
   void OnWritten(int descriptor);

@@ -11,7 +11,7 @@ failed=0
 for library in "$1"/*.so; do
   name=$(basename "$library")
   exported=$(nm -D --defined-only --format=posix "$library" | cut -d ' ' -f 1 | LC_ALL=C sort)
-  # The run time is linked, and a forms toolkit has an entry of its own.
+  # The run time is no component, and a forms toolkit exports another function.
   case "$name:$exported" in lib*:* | *CreateFormsToolkit*) continue ;; esac
   seen=$((seen + 1))
   if [ "$exported" != "$expected" ]; then

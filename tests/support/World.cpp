@@ -5,7 +5,8 @@
 #include <fstream>
 #include <sstream>
 
-#include "runtime/Process.h"
+#include "runtime/Folders.h"
+#include "runtime/Libraries.h"
 #include "runtime/RegistryStore.h"
 
 namespace Tests {

@@ -1,4 +1,4 @@
-// Projects: a project made through the loaded library, and the windows through which tests use it.
+// Projects: a project created through the loaded library, and shortcuts for tests.
 #pragma once
 
 #include "platform/contracts/ProjectAdministration.h"
@@ -20,6 +20,10 @@ class ProjectWorld : public World {
     Ben = Administer.AddUser(Path, u"ben", u"ben@example.org", true);
     Administer.AddDiscussion(Path, u"Release plan");
     App = NewApplication();
+    // The hash of "secret" at the lowest cost: most tests open the project, and the cost doesn't matter.
+    Sql("UPDATE users SET password_hash = "
+        "'scrypt$2$8$1$00000000000000000000000000000000$"
+        "06412461a921be0185a718bc456182c5fe6c93abbdf78b840bfc1b4eeb51e6d2' WHERE name = 'Ann'");
   }
 
   static std::shared_ptr<TalvaneApplication> NewApplication() {
@@ -40,7 +44,7 @@ class ProjectWorld : public World {
 
   std::vector<DescribedReply> Replies() const { return Administer.Describe(Path).Discussions.at(0).Replies; }
 
-  // Works on the database from outside.
+  // Runs SQL on the database with a connection of its own.
   void Sql(const char* sql) const { Runtime::Database(Database().string()).Run(sql); }
 
   std::filesystem::path Database() const { return Home.Path() / "apollo.db"; }

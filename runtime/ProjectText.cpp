@@ -1,19 +1,18 @@
-#include "siblings/TvGeneralServices/ProjectText.h"
+#include "runtime/ProjectText.h"
 
 #include <algorithm>
 
 #include "platform/Failure.h"
 #include "platform/Hex.h"
 
-namespace TvGeneralServices {
+namespace Runtime {
 namespace {
 
-constexpr StringView kProjectSection = u"Project";
 constexpr StringView kFormat = u"1";
 constexpr char16_t kByteOrderMark = 0xFEFF;
 
 [[noreturn]] void Refuse(StringView why) {
-  throw Failure(FailureNumber::RefusedInput, u"TvGeneralServices.Files", String(why));
+  throw Failure(FailureNumber::RefusedInput, u"Runtime.ProjectText", String(why));
 }
 
 bool IsBlank(char16_t c) {
@@ -35,8 +34,7 @@ bool IsPair(StringView text, std::size_t i) {
          text[i + 1] <= 0xDFFF;
 }
 
-// The text so that it stands on one line and reads back the same. What marks the end of a name, or makes a
-// line a comment or a section, is special besides.
+// The text in one line, with escape sequences. The special characters are escaped too.
 String Escape(StringView text, StringView special) {
   String escaped;
   for (std::size_t i = 0; i < text.size(); ++i) {
@@ -69,7 +67,7 @@ std::optional<char16_t> ReadCode(StringView digits) {
   return static_cast<char16_t>((*bytes)[0] << 8 | (*bytes)[1]);
 }
 
-// What was escaped. A backslash in front of anything else stands for itself, as in a path typed by hand.
+// The text without escape sequences. Any other backslash is kept, as in a path that a user typed.
 String Unescape(StringView text) {
   String plain;
   for (std::size_t i = 0; i < text.size(); ++i) {
@@ -128,18 +126,18 @@ ProjectText::ProjectText(std::string_view bytes) {
     rest.remove_prefix(next);
   }
   if (!lines_.empty() && !lines_[0].End.empty()) lineEnd_ = lines_[0].End;
-  RequireProject();
 }
 
 void ProjectText::RequireProject() const {
   std::size_t first = 0;
   while (first < lines_.size() && lines_[first].Kind == LineKind::Comment) ++first;
   if (first == lines_.size() || FindSection(kProjectSection) != first)
-    Refuse(u"isn't a project file: it doesn't begin with a section [Project]");
+    Refuse(u"isn't a project file: its first section isn't [Project]");
   const auto format = KeyValue(kProjectSection, u"Format");
   if (!format) Refuse(u"isn't a project file: its section [Project] has no key Format");
   if (*format != kFormat)
-    Refuse(u"is a project file of format " + format->substr(0, 20) + u", which this version can't read");
+    Refuse(u"is a project file of format " + format->substr(0, 20) +
+           u", which this version can't read; use the version that made it");
 }
 
 std::string ProjectText::ToBytes() const {
@@ -157,7 +155,7 @@ std::size_t ProjectText::FindSection(StringView section) const {
   return i;
 }
 
-// The position behind the section's last line that isn't a comment or blank.
+// The position after the section's last line that isn't a comment or blank.
 std::size_t ProjectText::EndOfSection(std::size_t header) const {
   std::size_t end = header + 1;
   for (std::size_t i = end; i < lines_.size() && lines_[i].Kind != LineKind::Section; ++i) {
@@ -182,6 +180,12 @@ const ProjectText::Line* ProjectText::FindKey(StringView section, StringView key
 std::optional<String> ProjectText::KeyValue(StringView section, StringView key) const {
   const Line* line = FindKey(section, key);
   return line ? std::optional(line->Value) : std::nullopt;
+}
+
+std::optional<String> ProjectText::LiteralValue(StringView section, StringView key) const {
+  const Line* line = FindKey(section, key);
+  if (!line) return {};
+  return String(WithoutBlanks(StringView(line->Text).substr(line->Text.find(u'=') + 1)));
 }
 
 void ProjectText::Insert(std::size_t position, String text) {
@@ -212,4 +216,4 @@ void ProjectText::RemoveSection(StringView section) {
   }
 }
 
-}  // namespace TvGeneralServices
+}  // namespace Runtime

@@ -1,4 +1,4 @@
-#include "runtime/Patience.h"
+#include "runtime/BusyTimeout.h"
 
 #include <atomic>
 
@@ -9,12 +9,12 @@ std::atomic<std::chrono::milliseconds::rep> milliseconds = 10'000;
 
 }  // namespace
 
-std::chrono::milliseconds Patience() {
+std::chrono::milliseconds BusyTimeout() {
   return std::chrono::milliseconds(milliseconds);
 }
 
-void SetPatience(std::chrono::milliseconds patience) {
-  milliseconds = patience.count();
+void SetBusyTimeout(std::chrono::milliseconds timeout) {
+  milliseconds = timeout.count();
 }
 
 }  // namespace Runtime

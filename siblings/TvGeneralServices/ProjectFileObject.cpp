@@ -1,4 +1,4 @@
-#include "siblings/TvGeneralServices/ProjectFile.h"
+#include "siblings/TvGeneralServices/ProjectFileObject.h"
 
 #include <utility>
 
@@ -25,7 +25,9 @@ class ProjectSection : public ObjectWithMembers<ProjectSection> {
 
 ProjectText Parse(const std::string& path, const std::string& content) {
   try {
-    return ProjectText(content);
+    ProjectText text(content);
+    text.RequireProject();
+    return text;
   } catch (const Failure& failure) {
     throw Failure(failure.Number(), failure.Source(), FromUtf8(path) + u" " + failure.Description());
   }
@@ -33,56 +35,56 @@ ProjectText Parse(const std::string& path, const std::string& content) {
 
 }  // namespace
 
-ProjectFile::ProjectFile(std::string path)
+ProjectFileObject::ProjectFileObject(std::string path)
     : path_(std::move(path)),
-      text_(Parse(path_, Runtime::ReadSmallFile(path_, kLargestProjectFile).Content)) {}
+      text_(Parse(path_, Runtime::ReadSmallFile(path_, ProjectText::kLargestFile).Content)) {}
 
-const ProjectFile::Table& ProjectFile::Members() {
+const ProjectFileObject::Table& ProjectFileObject::Members() {
   static const Table table = {
-      Method(u"KeyValue", 2, &ProjectFile::KeyValue),
-      Method(u"CreateKey", 3, &ProjectFile::CreateKey),
-      Method(u"Section", 1, &ProjectFile::Section),
-      Method(u"DeleteSection", 1, &ProjectFile::DeleteSection),
-      Method(u"Save", 0, &ProjectFile::Save),
+      Method(u"KeyValue", 2, &ProjectFileObject::KeyValue),
+      Method(u"CreateKey", 3, &ProjectFileObject::CreateKey),
+      Method(u"Section", 1, &ProjectFileObject::Section),
+      Method(u"DeleteSection", 1, &ProjectFileObject::DeleteSection),
+      Method(u"Save", 0, &ProjectFileObject::Save),
   };
   return table;
 }
 
-void ProjectFile::Apply(const Change& change, ProjectText& text) {
+void ProjectFileObject::Apply(const Change& change, ProjectText& text) {
   if (change.NewValue)
     text.SetKey(change.Section, change.Key, *change.NewValue);
   else
     text.RemoveSection(change.Section);
 }
 
-Value ProjectFile::KeyValue(std::span<Value> arguments) {
+Value ProjectFileObject::KeyValue(std::span<Value> arguments) {
   auto value = text_.KeyValue(arguments[0].ToString(), arguments[1].ToString());
   return value ? Value(std::move(*value)) : Value();
 }
 
-Value ProjectFile::CreateKey(std::span<Value> arguments) {
+Value ProjectFileObject::CreateKey(std::span<Value> arguments) {
   changes_.push_back({arguments[0].ToString(), arguments[1].ToString(), arguments[2].ToString()});
   Apply(changes_.back(), text_);
   return {};
 }
 
-Value ProjectFile::Section(std::span<Value> arguments) {
+Value ProjectFileObject::Section(std::span<Value> arguments) {
   String name = arguments[0].ToString();
   if (!text_.HasSection(name)) return ObjectRef();
   return ObjectRef(std::make_shared<ProjectSection>(std::move(name)));
 }
 
-Value ProjectFile::DeleteSection(std::span<Value> arguments) {
+Value ProjectFileObject::DeleteSection(std::span<Value> arguments) {
   const String name = arguments[0].ToString();
-  if (EqualsIgnoreCase(name, u"Project")) return false;
+  if (EqualsIgnoreCase(name, ProjectText::kProjectSection)) return false;
   changes_.push_back({name, {}, {}});
   Apply(changes_.back(), text_);
   return true;
 }
 
-Value ProjectFile::Save(std::span<Value>) {
+Value ProjectFileObject::Save(std::span<Value>) {
   if (changes_.empty()) return {};
-  const Runtime::LockedFile file(path_, kLargestProjectFile);
+  const Runtime::LockedFile file(path_, ProjectText::kLargestFile);
   const std::string before = file.Read().Content;
   ProjectText present = Parse(path_, before);
   for (const Change& change : changes_) Apply(change, present);
