@@ -5,6 +5,8 @@
 #include "bench/HomeFolder.h"
 #include "platform/Services.h"
 #include "platform/StoredNames.h"
+#include "runtime/ClassLookup.h"
+#include "runtime/Folders.h"
 #include "src/services/modMain.h"
 #include "src/services/modResource.h"
 

@@ -93,7 +93,7 @@ class Files : public ObjectProxy {
  public:
   using ObjectProxy::ObjectProxy;
   // Raises a failure, with the reason, unless the path is absolute and names a readable project file: 76 if
-  // the file doesn't exist, 57 if it can't be read, 380 otherwise.
+  // the file doesn't exist, 70 without permission to read it, 380 for other content, 57 otherwise.
   void CheckTVSFilePath(StringView path) const { Call(u"CheckTVSFilePath", path); }
   // The project file, read once. Raises as above, but takes a relative path too. Callers allow for an empty
   // proxy.
