@@ -11,6 +11,11 @@ namespace {
 
 using Platform::StringView;
 
+// True for what the parser takes for an address where a whole field was encoded: "=?utf-8?Q?ann@x.org?=".
+bool IsEncodedWord(std::string_view address) {
+  return address.starts_with("=?") && address.ends_with("?=");
+}
+
 // The first mailbox of an address list, groups included, whose address has an "@" or, without withAt, is not
 // empty.
 const char* FirstAddress(InternetAddressList* list, bool withAt) {
@@ -21,7 +26,8 @@ const char* FirstAddress(InternetAddressList* list, bool withAt) {
         INTERNET_ADDRESS_IS_MAILBOX(address)
             ? internet_address_mailbox_get_addr(INTERNET_ADDRESS_MAILBOX(address))
             : FirstAddress(internet_address_group_get_members(INTERNET_ADDRESS_GROUP(address)), withAt);
-    if (found && *found && (!withAt || std::string_view(found).find('@') != std::string_view::npos))
+    if (found && *found &&
+        (!withAt || (std::string_view(found).find('@') != std::string_view::npos && !IsEncodedWord(found))))
       return found;
   }
   return nullptr;
@@ -55,15 +61,19 @@ StringView OnlyWordWithAt(StringView field) {
   return found;
 }
 
-// Takes off what is written around an address: blanks, quotes of either kind and "mailto:".
+// Takes off what is written around an address: blanks, quotes of all kinds, characters without width and
+// "mailto:". A straight quote can be part of an address, so it has to stand on both sides.
 StringView Bare(StringView address) {
   constexpr StringView kMailto = u"mailto:";
+  constexpr StringView kAround =
+      u" \u00A0\u200B\u200C\u200D\u200E\u200F\u2060\uFEFF\u2018\u2019\u201A\u201C\u201D\u201E\u00AB\u00BB";
   for (;;) {
     const StringView before = address;
-    while (address.starts_with(u' ')) address.remove_prefix(1);
-    while (address.ends_with(u' ')) address.remove_suffix(1);
-    const bool quoted = address.size() > 1 && (address.front() == u'\'' || address.front() == u'"') &&
-                        address.front() == address.back();
+    address.remove_prefix(std::min(address.find_first_not_of(kAround), address.size()));
+    address = address.substr(0, address.find_last_not_of(kAround) + 1);
+    const char16_t last = address.empty() ? u'\0' : address.back();
+    const bool quoted = address.size() > 1 && (last == u'\'' || last == u'"') &&
+                        (address.front() == last || (address.front() == u'`' && last == u'\''));
     if (quoted) address = address.substr(1, address.size() - 2);
     if (Platform::EqualsIgnoreCase(address.substr(0, kMailto.size()), kMailto))
       address.remove_prefix(kMailto.size());

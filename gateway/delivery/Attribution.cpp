@@ -77,7 +77,9 @@ std::size_t SentenceLength(LastLines& lines, std::size_t at) {
       const bool ended = i > at && !words.empty() && IsOneOf(words.back(), u".!?");
       if (words.empty() || ended || words.size() > kLongestLine) break;
       sentence = sentence.empty() ? words : words + u" " + sentence;
-      if (IsAttributionSentence(sentence, begin)) return i + 1 - at;
+      // Without a time, the first of several lines could be the writer's own: "On 2 Nov 2026 I come".
+      const bool sure = i == at || begin == SentenceBegin::Name || HoldsTime(sentence);
+      if (sure && IsAttributionSentence(sentence, begin)) return i + 1 - at;
     }
   }
   return 0;
@@ -116,14 +118,20 @@ unsigned KindOf(StringView name, const AttributionLanguage& language) {
 struct HeaderBlock {
   std::size_t Length = 0;  // in lines
   unsigned Names = 0;      // the kinds that were found
+  bool Dated = false;      // a date is the value of one of them
 };
+
+// True if the line above a line without a name was so full that its value had to go on there.
+bool IsWrapped(StringView above, StringView words) {
+  constexpr std::size_t kNarrowest = 65, kWidest = 80;
+  return above.size() <= kWidest && above.size() + 1 + std::min(words.find(u' '), words.size()) > kNarrowest;
+}
 
 // The header lines of one language from at on, upwards. A value that is too long for its line is continued on
 // lines without a name; a blank line may stand between two header lines. A name that comes a second time is
 // not part of the block. Without colons, a line's first word is its name.
 HeaderBlock HeaderLines(LastLines& lines, std::size_t at, const AttributionLanguage& language, bool colons) {
   constexpr std::size_t kMostContinuations = 20;
-  constexpr std::size_t kShortestWrapped = 50;
   HeaderBlock block;
   std::size_t continuations = 0;
   for (std::size_t i = at; lines.Has(i) && continuations <= kMostContinuations; ++i) {
@@ -131,12 +139,12 @@ HeaderBlock HeaderLines(LastLines& lines, std::size_t at, const AttributionLangu
     const unsigned kind = KindOf(colons ? HeaderName(words) : words.substr(0, words.find(u' ')), language);
     if (kind != 0) {
       if (kind != kMore && (block.Names & kind) != 0) break;
-      block = {i + 1 - at, block.Names | kind};
+      block = {i + 1 - at, block.Names | kind, block.Dated || (kind == kDate && HoldsDate(words))};
       continuations = 0;
     } else if (words.empty()) {
       if (continuations > 0) break;
     } else {
-      if (!lines.Has(i + 1) || lines[i + 1].Words.size() < kShortestWrapped) break;
+      if (!lines.Has(i + 1) || !IsWrapped(lines[i + 1].Words, words)) break;
       ++continuations;
     }
   }
@@ -167,17 +175,17 @@ std::size_t PassHeading(LastLines& lines, std::size_t at, bool aboveHeaders) {
   return lines.Has(heading) && IsHeading(lines[heading].Words, aboveHeaders) ? heading + 1 : at;
 }
 
-// The place behind the header lines and their heading. Without a heading they need their colons and more
-// names, since such lines could be the writer's own.
+// The place behind the header lines and their heading. Without a heading in words they need their colons, a
+// date and a subject, since such lines could be the writer's own.
 std::size_t PassHeaders(LastLines& lines, std::size_t at) {
   for (const bool colons : {true, false}) {
     for (const AttributionLanguage& language : AttributionLanguages()) {
       const HeaderBlock block = HeaderLines(lines, at, language, colons);
       if (!(block.Names & kFrom) || !(block.Names & (kDate | kTo | kSubject))) continue;
       const std::size_t end = at + block.Length;
-      const std::size_t behind = PassHeading(lines, end, colons);
-      const bool certain = colons && (block.Names & kSubject) && (block.Names & (kDate | kTo));
-      if (behind > end || certain) return behind;
+      if (const std::size_t behind = PassHeading(lines, end, false); behind > end) return behind;
+      const bool certain = colons && block.Dated && (block.Names & kSubject);
+      if (certain) return PassHeading(lines, end, true);
     }
   }
   return at;

@@ -1,6 +1,7 @@
 #include "gateway/delivery/AttributionSentence.h"
 
 #include <algorithm>
+#include <optional>
 
 #include "gateway/delivery/AttributionLanguages.h"
 #include "gateway/delivery/MailCharacters.h"
@@ -37,28 +38,9 @@ bool TakeDateSign(StringView& text) {
   return true;
 }
 
-// True if a year of four digits stands in the text, or a date of numbers with a year of two, as in
-// "02.11.26".
-bool HasDate(StringView text) {
-  while (!text.empty()) {
-    if (!IsDigit(text[0])) {
-      text.remove_prefix(1);
-      continue;
-    }
-    int number = 0;
-    const std::size_t digits = TakeNumber(text, number);
-    if (digits == 4 && number >= 1970 && number < 2100) return true;
-    StringView rest = text;
-    if (digits > 2 || !TakeDateSign(rest)) continue;
-    const std::size_t second = TakeNumber(rest, number);
-    if (second >= 1 && second <= 2 && TakeDateSign(rest) && TakeNumber(rest, number) == 2) return true;
-  }
-  return false;
-}
-
 bool BeginsWithDate(StringView text, std::ptrdiff_t mostWords) {
   const auto digit = std::find_if(text.begin(), text.end(), IsDigit);
-  return digit != text.end() && std::count(text.begin(), digit, u' ') <= mostWords && HasDate(text);
+  return digit != text.end() && std::count(text.begin(), digit, u' ') <= mostWords && HoldsDate(text);
 }
 
 // False for the end of a sentence whose beginning is on the line above.
@@ -66,12 +48,43 @@ bool HasWholeBrackets(StringView text) {
   return std::count(text.begin(), text.end(), u'<') == std::count(text.begin(), text.end(), u'>');
 }
 
-bool HasAddress(StringView text) {
+// The first mail address of a text, with the brackets around it.
+struct Address {
+  StringView Front, Behind;  // what stands before and after it
+  bool Bracketed = false;
+};
+
+std::optional<Address> FindAddress(StringView text) {
   const auto isPart = [](char16_t c) { return !IsOneOf(c, u" <>()[]\"@,;:"); };
   for (auto sign = text.find(u'@', 1); sign < text.size() - 1; sign = text.find(u'@', sign + 1)) {
-    if (isPart(text[sign - 1]) && isPart(text[sign + 1])) return HasWholeBrackets(text);
+    if (!isPart(text[sign - 1]) || !isPart(text[sign + 1])) continue;
+    std::size_t begin = sign, end = sign + 1;
+    while (begin > 0 && isPart(text[begin - 1])) --begin;
+    while (end < text.size() && isPart(text[end])) ++end;
+    const bool bracketed =
+        begin > 0 && IsOneOf(text[begin - 1], u"<([:") && end < text.size() && IsOneOf(text[end], u">)]");
+    while (bracketed && end < text.size() && IsOneOf(text[end], u">)]")) ++end;
+    return Address{text.substr(0, begin), TrimmedView(text.substr(end)), bracketed};
   }
-  return false;
+  return std::nullopt;
+}
+
+// True for a sender as a program writes it: a name with an address in brackets, or the address and then maybe
+// the name in brackets. A date may follow; other words are a person's.
+bool IsSender(StringView text) {
+  const auto address = FindAddress(text);
+  if (!address || !HasWholeBrackets(text)) return false;
+  if (!address->Bracketed && !address->Front.empty()) return false;
+  return address->Behind.empty() || address->Behind.starts_with(u'(') || HoldsDate(address->Behind);
+}
+
+// True for a date with the sender behind it. Of what stands in front of the first digit, a weekday and its
+// comma are known.
+bool IsDateAndSender(StringView text) {
+  const auto address = FindAddress(text);
+  const StringView weekday = TrimmedView(text.substr(0, text.find_first_of(u"0123456789")));
+  return address && address->Bracketed && address->Behind.empty() && HasWholeBrackets(text) &&
+         BeginsWithDate(text, 1) && (weekday.empty() || IsOneOf(weekday.back(), u",."));
 }
 
 // Whether a part of a sentence is what its place is for.
@@ -79,9 +92,9 @@ bool Fits(StringView part, StringView place, bool first) {
   part = TrimmedView(part);
   if (part.empty()) return false;
   if (place == u"date") return BeginsWithDate(part, first ? 1 : 3);
-  if (place == u"address") return HasAddress(part);
+  if (place == u"address") return IsSender(part);
   if (place == u"name") return HasWholeBrackets(part);
-  return BeginsWithDate(part, 1) && HasAddress(part.substr(part.rfind(u' ') + 1));
+  return IsDateAndSender(part);
 }
 
 // Compares sentence with one of the table, both without their colon.
@@ -107,6 +120,42 @@ bool Matches(StringView sentence, StringView pattern) {
 
 }  // namespace
 
+bool HoldsDate(StringView text) {
+  while (!text.empty()) {
+    if (!IsDigit(text[0])) {
+      text.remove_prefix(1);
+      continue;
+    }
+    int number = 0;
+    const std::size_t digits = TakeNumber(text, number);
+    if (digits == 4 && number >= 1970 && number < 2100) return true;
+    StringView rest = text;
+    if (digits > 2 || !TakeDateSign(rest)) continue;
+    const std::size_t second = TakeNumber(rest, number);
+    if (second >= 1 && second <= 2 && TakeDateSign(rest) && TakeNumber(rest, number) == 2) return true;
+  }
+  return false;
+}
+
+bool HoldsTime(StringView text) {
+  bool inNumber = false;  // or in a date of numbers
+  while (!text.empty()) {
+    int number = 0;
+    const std::size_t digits = TakeNumber(text, number);
+    if (digits > 0 && digits <= 2 && !inNumber && !text.empty() && IsOneOf(text[0], u":.h")) {
+      const char16_t sign = text[0];
+      StringView rest = text.substr(1);
+      const bool dateGoesOn = TakeNumber(rest, number) != 2 ||
+                              (sign == u'.' && rest.size() > 1 && rest[0] == u'.' && IsDigit(rest[1]));
+      if (!dateGoesOn) return true;
+    }
+    if (text.empty()) break;
+    inNumber = digits > 0 && IsOneOf(text[0], u"./-");
+    text.remove_prefix(1);
+  }
+  return false;
+}
+
 bool IsAttributionSentence(StringView sentence, SentenceBegin begin) {
   const std::size_t whole = sentence.size();
   while (!sentence.empty() && IsDash(sentence.front())) sentence.remove_prefix(1);
@@ -115,6 +164,9 @@ bool IsAttributionSentence(StringView sentence, SentenceBegin begin) {
   const bool colon = sentence.ends_with(u':') || sentence.ends_with(u'\uFF1A');
   if (!colon && !dashed) return false;
   sentence = TrimmedView(sentence.substr(0, sentence.size() - (colon ? 1 : 0)));
+  // Without a time of day and an address it could be a person's: "On 2 Nov 2026 the customer wrote:".
+  const auto address = FindAddress(sentence);
+  if (!HoldsTime(sentence) && !(address && (address->Bracketed || address->Front.empty()))) return false;
   for (const AttributionLanguage& language : AttributionLanguages()) {
     for (StringView rest = language.Sentences; !rest.empty();) {
       const StringView pattern = rest.substr(0, rest.find(u'|'));

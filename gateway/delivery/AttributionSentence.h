@@ -11,8 +11,16 @@ using Platform::StringView;
 // does; one that begins with a name has no sure beginning, since the line above may belong to the name.
 enum class SentenceBegin { Sure, Name };
 
+// True if a year of four digits stands in the text, or a date of numbers with a year of two, as in
+// "02.11.26". Pure; any thread.
+bool HoldsDate(StringView text);
+
+// True if a time of day stands in the text: "9:14", "09.14" or "9h14". Pure; any thread.
+bool HoldsTime(StringView text);
+
 // True if the whole of sentence has the shape of one in the table of languages that begins so. Blanks are
-// single space characters. Dashes may stand around it, and then its colon may be missing. Pure; any thread.
+// single space characters. A time of day or an address in brackets has to be part of it.
+// Dashes may stand around it, and then its colon may be missing. Pure; any thread.
 bool IsAttributionSentence(StringView sentence, SentenceBegin begin);
 
 }  // namespace Gateway

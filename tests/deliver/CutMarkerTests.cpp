@@ -139,33 +139,40 @@ TEST_F(CutMarker, LosesTheAttributionAboveItInEveryLanguageAndProgram) {
       "Alice <a@x.org> 於 2026年11月2日 週一 上午9:14寫道：\n",
       "2026년 11월 2일 (월) 오전 9:14, Alice <a@x.org>님이 작성:\n",
       "---- On Mon, 02 Nov 2026 09:14:03 +0100 Alice <a@x.org> wrote ---\n\n",
+      "Am Montag, 2. November 2026 um 09:14:03 MEZ hat Alice <a@x.org> Folgendes geschrieben:\n",
+      "> Alice <a@x.org> şunları yazdı (2 Kas 2026 09:14):\n> \n",
+      "pon, 2. stu 2026. u 09:14 Alice <a@x.org> napisao je:\n",
+      "Pada tanggal Sen, 2 Nov 2026 pukul 09.14 Alice <a@x.org> menulis:\n",
+      "בתאריך יום ב׳, 2 בנוב׳ 2026 ב-9:14 מאת Alice <\u202Aa@x.org\u202C\u200F>:\u202C\n",
       // Outlook on a desk, in a browser and on a phone, and other programs with header lines
       "-----Original Message-----\nFrom: Alice\nSent: Monday, November 2, 2026 8:55 AM\nTo: Bob\nSubject: "
       "Plan\n\n",
-      "________________________________\nFrom: Alice <a@x.org>\nSent: Monday\nTo: Bob\nCc: Carol\nSubject: "
+      "________________________________\nFrom: Alice <a@x.org>\nSent: Monday 2.11.2026\nTo: Bob\nCc: "
+      "Carol\nSubject: "
       "Plan\n\n",
-      "From: Alice\nSent: Monday\nTo: Bob <b@x.org>; Carol <c@x.org>; Dave <d@x.org>; Eve <e@x.org>;\n"
+      "From: Alice\nSent: Monday 2.11.2026\nTo: Bob <b@x.org>; Carol <c@x.org>; Dave <d@x.org>; Eve "
+      "<e@x.org>;\n"
       "Frank <f@x.org>\nSubject: A plan whose title is long (Ostrand Talvane Project Apollo, Ostrand\n"
       "Talvane Discussion 1)\nImportance: High\n\n",
-      "*From:* Alice\n*Date:* Monday\n\n*To:* Bob\n*Subject:* Plan\n\n> ",
+      "*From:* Alice\n*Date:* Monday 2.11.2026\n\n*To:* Bob\n*Subject:* Plan\n\n> ",
       "-------- Original message --------\nFrom: Alice <a@x.org>\nDate: 02/11/2026 09:14\n\n",
       "------ Original Message ------\nFrom \"Alice\" <a@x.org>\nTo Bob\nDate 02/11/2026 09:14\nSubject "
       "Plan\n\n",
       "-----Alice Archer/Apollo wrote: -----\nTo: Bob\nFrom: Alice\nDate: 11/02/2026\nSubject: Plan\n\n",
       "Gesendet: Montag, 02. November 2026 um 09:14 Uhr\nVon: \"Alice\" <a@x.org>\nAn: Bob\nBetreff: Plan\n",
       "-----Ursprüngliche Nachricht-----\nVon: Alice\nGesendet: Montag\nAn: Bob\nBetreff: Plan\n\n",
-      "De\u00A0: Alice\nEnvoyé\u00A0: lundi\nÀ\u00A0: Bob\nObjet\u00A0: Plan\n\n",
-      "De: Alice\nEnviado: lunes\nPara: Bob\nAsunto: Plan\n\n",
-      "Da: Alice\nInviato: lunedì\nA: Bob\nOggetto: Plan\n\n",
-      "De: Alice\nEnviada em: segunda-feira\nPara: Bob\nAssunto: Plan\n\n",
-      "Van: Alice\nVerzonden: maandag\nAan: Bob\nOnderwerp: Plan\n\n",
-      "Från: Alice\nSkickat: måndag\nTill: Bob\nÄmne: Plan\n\n",
-      "Fra: Alice\nSendt: mandag\nTil: Bob\nEmne: Plan\n\n",
-      "Lähettäjä: Alice\nLähetetty: maanantai\nVastaanottaja: Bob\nAihe: Plan\n\n",
-      "Od: Alice\nWysłano: poniedziałek\nDo: Bob\nTemat: Plan\n\n",
+      "De\u00A0: Alice\nEnvoyé\u00A0: lundi 2.11.2026\nÀ\u00A0: Bob\nObjet\u00A0: Plan\n\n",
+      "De: Alice\nEnviado: lunes 2.11.2026\nPara: Bob\nAsunto: Plan\n\n",
+      "Da: Alice\nInviato: lunedì 2.11.2026\nA: Bob\nOggetto: Plan\n\n",
+      "De: Alice\nEnviada em: segunda-feira 2.11.2026\nPara: Bob\nAssunto: Plan\n\n",
+      "Van: Alice\nVerzonden: maandag 2.11.2026\nAan: Bob\nOnderwerp: Plan\n\n",
+      "Från: Alice\nSkickat: måndag 2.11.2026\nTill: Bob\nÄmne: Plan\n\n",
+      "Fra: Alice\nSendt: mandag 2.11.2026\nTil: Bob\nEmne: Plan\n\n",
+      "Lähettäjä: Alice\nLähetetty: maanantai 2.11.2026\nVastaanottaja: Bob\nAihe: Plan\n\n",
+      "Od: Alice\nWysłano: poniedziałek 2.11.2026\nDo: Bob\nTemat: Plan\n\n",
       "---------- Původní e-mail ----------\nOd: Alice\nKomu: Bob\nDatum: 2. 11. 2026\n",
       "От: Alice\nОтправлено: "
-      "2\nКому: Bob\nТема: Plan\n\n",
+      "2.11.2026\nКому: Bob\nТема: Plan\n\n",
       "差出人: Alice\n送信日時: 2026\n宛先: Bob\n件名: Plan\n\n",
       "------------------ 原始邮件 ------------------\n发件人: "
       "\"Alice\"<a@x.org>;\n"
@@ -193,6 +200,14 @@ TEST_F(CutMarker, LeavesTheWritersOwnWordsAboveIt) {
       "Meet on 2.11.2026: a@x.org",
       "From: Berlin\nTo: Paris\nDate: 5 Nov",
       "From: Berlin\nSubject: travel",
+      "From: team\nTo: client\nDate: tomorrow\nSubject: Delay",
+      "Trip\n________________\nFrom: Berlin\nTo: Paris",
+      "From: A\nDate: 2 Nov 2026\nTo: C\nSubject: A subject that fills its line but is not as long as "
+      "that\nMy answer.",
+      "On 2.11.2026 I wrote to bob@x.org:",
+      "On 2.11.26 the customer wrote:",
+      "Som jag skrev den 2 nov 2026:",
+      "Yesterday I mailed Bob <bob@x.org> and he wrote:",
       "From: A\nDate: B\nTo: C\nSubject: D\nand my own line",
       "From: A\nDate: B\n\nSubject: D\n\nmy paragraph",
       "________________________________",
@@ -204,8 +219,7 @@ TEST_F(CutMarker, LeavesTheWritersOwnWordsAboveIt) {
   for (const std::string text : own)
     EXPECT_EQ(Written(text + "\n|[M]"), Repaired(text + "\n\n> [M]")) << text;
   EXPECT_EQ(Written("On time!\n|[M]"), Repaired("On time!\nAm 02.11.26 um 09:14 schrieb Al:\n[M]"));
-  EXPECT_EQ(Written("On 2 Nov 2026 I come.\n|[M]"),
-            Repaired("On 2 Nov 2026 I come.\nA <a@x.org> wrote:\n[M]"));
+  EXPECT_EQ(Written("On 2 Nov 2026 I come\n|[M]"), Repaired("On 2 Nov 2026 I come\nA <a@x.org> wrote:\n[M]"));
 }
 
 TEST_F(CutMarker, TellsWhyNothingIsAboveIt) {
