@@ -35,13 +35,29 @@ StringView Core(StringView address) {
   return address;
 }
 
+// A web address keeps its blanks in their escaped form; in a mail address or a telephone number they say
+// nothing.
+String WithoutBlanks(StringView address) {
+  const bool ofWeb = !BeginsWith(address, kMailTo) && !BeginsWith(address, u"tel:");
+  String escaped;
+  for (const char16_t c : address) {
+    if (c != u' ') {
+      escaped += c;
+    } else if (ofWeb) {
+      escaped += u"%20";
+    }
+  }
+  return escaped;
+}
+
 }  // namespace
 
 String LinkAddress(StringView href) {
   if (href.size() > kLongestAddress) return {};
   String address = DecodeHtmlAttribute(href);
   // As a browser does it; and a line end could begin a line of its own in the text.
-  std::erase_if(address, [](char16_t c) { return c <= 0x20 || c == 0x7F || c == u'<' || c == u'>'; });
+  std::erase_if(address, [](char16_t c) { return c < 0x20 || c == 0x7F || c == u'<' || c == u'>'; });
+  address = WithoutBlanks(Platform::Trim(address));
   if (address.empty() || address.front() == u'#') return {};
   if (BeginsWith(address, kMailTo)) {
     address.erase(0, kMailTo.size());

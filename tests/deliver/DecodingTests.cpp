@@ -147,8 +147,9 @@ TEST(HtmlText, ReadsLikeTheScreen) {
       {"<table><tr style='display:none'><td>x<tr><td>a<td hidden>x<td>b</table>", "a b"},
       {"<div style='display:none;display:block'>a</div><select><option>x</select><template>x</template>b",
        "a\nb"},
-      {"<a href='http://a.b/c'>click</a> <a href='https://a.b/'>a.b</a> <a href='mailto:x@y?subject=z'>X</a>",
-       "click <http://a.b/c> a.b X <x@y>"},
+      {"<a href=' http://a.b/c d\n'>click</a> <a href='https://a.b/'>a.b</a> <a "
+       "href='mailto:x@y?subject=z'>X</a>",
+       "click <http://a.b/c%20d> a.b X <x@y>"},
       {"<a href=#top>a</a> <a href='java\tscript:x'>b</a> <a href='cid:x'>c</a> <a href=x@y><img></a>",
        "a b c"},
       {"a&nbsp;&nbsp;&nbsp;<a href=//h/><br></a>b<pre>c     <a href=//h/>\n</a></pre>", "a\nb\n\nc"},
