@@ -41,9 +41,9 @@ class ButtonWidget : public ControlWidget {
     Button()->setDefault(state.Default);
     QObject::connect(Button(), &QPushButton::clicked, Button(), [this] {
       if (!state_.Default || Button()->window()->focusWidget() == Button()) {
-        report_([](UserHand& hand, Control& button) { hand.Press(button); }, Changing({}));
+        report_([](UserInput& input, Control& button) { input.Press(button); }, Changing({}));
       } else {  // the Enter key, which doesn't move the focus
-        report_([](UserHand& hand, Control&) { hand.Enter(); }, {});
+        report_([](UserInput& input, Control&) { input.Enter(); }, {});
       }
     });
   }
@@ -62,7 +62,7 @@ class CheckWidget : public ControlWidget {
   CheckWidget(const ControlState& state, QWidget* window, Report report)
       : ControlWidget(state, new QCheckBox(window), std::move(report)) {
     QObject::connect(Check(), &QCheckBox::toggled, Check(), [this](bool on) {
-      report_([on](UserHand& hand, Control& check) { hand.Check(check, on); },
+      report_([on](UserInput& input, Control& check) { input.Check(check, on); },
               Changing(ControlProperty::Value, {}, on ? 1 : 0));
     });
   }
@@ -82,11 +82,17 @@ class TextWidget : public ControlWidget {
   TextWidget(const ControlState& state, QWidget* window, Report report)
       : ControlWidget(state, new TextBox(state.PasswordChar, window), std::move(report)) {
     if (state.ImeMode == 3) Box()->setAttribute(Qt::WA_InputMethodEnabled, false);
-    Box()->OnMouseDown = [this] { report_([](UserHand& hand, Control& box) { hand.MouseDown(box); }, {}); };
-    Box()->OnMouseMove = [this] { report_([](UserHand& hand, Control& box) { hand.MouseMove(box); }, {}); };
-    Box()->OnFocus = [this] { report_([](UserHand& hand, Control& box) { hand.Focus(box); }, Changing({})); };
+    Box()->OnMouseDown = [this] {
+      report_([](UserInput& input, Control& box) { input.MouseDown(box); }, {});
+    };
+    Box()->OnMouseMove = [this] {
+      report_([](UserInput& input, Control& box) { input.MouseMove(box); }, {});
+    };
+    Box()->OnFocus = [this] {
+      report_([](UserInput& input, Control& box) { input.Focus(box); }, Changing({}));
+    };
     QObject::connect(Box(), &QLineEdit::textEdited, Box(), [this](const QString& text) {
-      report_([text = FromQt(text)](UserHand& hand, Control& box) { hand.Type(box, text); },
+      report_([text = FromQt(text)](UserInput& input, Control& box) { input.Type(box, text); },
               Changing(ControlProperty::Text, FromQt(text)));
     });
   }
@@ -125,14 +131,14 @@ class ListWidget : public ControlWidget {
   ListWidget(const ControlState& state, QWidget* window, Report report)
       : ControlWidget(state, new KeyedList(window), std::move(report)) {
     static_cast<KeyedList*>(widget_)->OnKeyUp = [this](std::int32_t code) {
-      report_([code](UserHand& hand, Control& list) { hand.KeyUp(list, code); }, {});
+      report_([code](UserInput& input, Control& list) { input.KeyUp(list, code); }, {});
     };
     QObject::connect(List(), &QComboBox::activated, List(), [this](int position) {
-      report_([position](UserHand& hand, Control& list) { hand.Choose(list, position); },
+      report_([position](UserInput& input, Control& list) { input.Choose(list, position); },
               Changing(ControlProperty::ListIndex, {}, position));
     });
     QObject::connect(List()->view()->verticalScrollBar(), &QScrollBar::valueChanged, List(),
-                     [this] { report_([](UserHand& hand, Control& list) { hand.Scroll(list); }, {}); });
+                     [this] { report_([](UserInput& input, Control& list) { input.Scroll(list); }, {}); });
   }
   void Apply(const ControlState& state, ControlProperty property) override {
     ControlWidget::Apply(state, property);

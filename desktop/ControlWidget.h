@@ -16,7 +16,7 @@ namespace Desktop {
 
 class ControlWidget {
  public:
-  using Act = std::function<void(Platform::UserHand&, Platform::Control&)>;
+  using Act = std::function<void(Platform::UserInput&, Platform::Control&)>;
 
   // Puts an act of the user on the control, and the change that it is expected to make, into the form's
   // queue.

@@ -8,7 +8,7 @@
 #include <optional>
 
 #include "desktop/GuiThread.h"
-#include "platform/Forms/UserHand.h"
+#include "platform/Forms/UserInput.h"
 
 namespace Desktop {
 
@@ -23,7 +23,7 @@ struct Echo {
 };
 
 struct UserAct {
-  std::function<void(Platform::UserHand&)> Run;
+  std::function<void(Platform::UserInput&)> Run;
   std::optional<Echo> Expected = {};
 };
 

@@ -53,11 +53,11 @@ void FormSession::Show(FormsToolkit& toolkit) {
   OpenWindow();
   form_.SetObserver(this);
   shown_ = true;
-  UserHand hand(form_, toolkit);
+  UserInput input(form_, toolkit);
   while (form_.IsShown()) {
     const UserAct act = queue_->Take();
     expected_ = act.Expected;
-    act.Run(hand);
+    act.Run(input);
     if (const auto refused = std::exchange(expected_, std::nullopt)) TakeBack(*refused);
     queue_->Done();
   }

@@ -18,7 +18,7 @@ class FormSession : public Platform::FormObserver {
   ~FormSession() override;
 
   // Shows the window and runs the user's acts on this thread until the form isn't shown any more. A failure
-  // in an act is shown by UserHand.
+  // in an act is shown by UserInput.
   void Show(Platform::FormsToolkit& toolkit);
 
   void SetZOrder(Platform::ZOrder order);

@@ -59,8 +59,8 @@ FormWindow::FormWindow(const FormState& state, std::shared_ptr<EventQueue> queue
 
 ControlWidget::Report FormWindow::ReportFor(const String& name) {
   return [this, name](ControlWidget::Act act, std::optional<Echo> expected) {
-    queue_->Put({[name, act = std::move(act)](UserHand& hand) {
-                   if (Control* control = hand.Find(name)) act(hand, *control);
+    queue_->Put({[name, act = std::move(act)](UserInput& input) {
+                   if (Control* control = input.Find(name)) act(input, *control);
                  },
                  std::move(expected)});
   };
@@ -144,7 +144,7 @@ void FormWindow::SetZOrder(ZOrder order) {
 
 bool FormWindow::event(QEvent* event) {
   if (event->type() == QEvent::WindowActivate) {
-    queue_->Put({[](UserHand& hand) { hand.Activate(); }});
+    queue_->Put({[](UserInput& input) { input.Activate(); }});
   }
   return QDialog::event(event);
 }
@@ -167,14 +167,14 @@ bool FormWindow::eventFilter(QObject* watched, QEvent* event) {
 
 void FormWindow::ReportKey(int key) {
   const std::int32_t code = KeyCodeOf(key);
-  if (code != 0) queue_->Put({[code](UserHand& hand) { hand.KeyDown(code); }});
+  if (code != 0) queue_->Put({[code](UserInput& input) { input.KeyDown(code); }});
 }
 
 // A window that comes to the front gives the focus back to the control that had it: for the form nothing
 // changed.
 void FormWindow::ReportFocus(const String& control, Qt::FocusReason reason) {
   if (reason == Qt::ActiveWindowFocusReason || reason == Qt::PopupFocusReason) return;
-  ReportFor(control)([](UserHand& hand, Control& target) { hand.Focus(target); }, Echo{control, {}});
+  ReportFor(control)([](UserInput& input, Control& target) { input.Focus(target); }, Echo{control, {}});
 }
 
 void FormWindow::changeEvent(QEvent* event) {
@@ -185,11 +185,11 @@ void FormWindow::changeEvent(QEvent* event) {
 
 void FormWindow::closeEvent(QCloseEvent* event) {
   event->ignore();  // the form decides; Ended hides the window
-  queue_->Put({[](UserHand& hand) { hand.Close(); }});
+  queue_->Put({[](UserInput& input) { input.Close(); }});
 }
 
 void FormWindow::reject() {
-  queue_->Put({[](UserHand& hand) { hand.Escape(); }});
+  queue_->Put({[](UserInput& input) { input.Escape(); }});
 }
 
 }  // namespace Desktop

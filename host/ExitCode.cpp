@@ -8,17 +8,14 @@ namespace {
 
 namespace Number = Platform::FailureNumber;
 
-// What the component's password encoder raises for a password that a mailbox can't store.
-constexpr std::int32_t kNotEncrypted = 10006;
-
 constexpr struct {
   std::int32_t Failure;
   ExitCode Code;
 } kCodes[] = {
-    {Number::RefusedInput, DataRefused},  {Number::AlreadyExists, DataRefused},
-    {Number::WrongPassword, DataRefused}, {Number::PathNotFound, DataRefused},
-    {kNotEncrypted, DataRefused},         {Number::DeviceFailed, TryAgain},
-    {Number::CannotCreate, TryAgain},     {Number::PermissionDenied, CannotCreate},
+    {Number::RefusedInput, DataRefused},      {Number::AlreadyExists, DataRefused},
+    {Number::WrongPassword, DataRefused},     {Number::PathNotFound, DataRefused},
+    {Number::DeviceFailed, TryAgain},         {Number::CannotCreate, TryAgain},
+    {Number::PermissionDenied, CannotCreate}, {Platform::SecurityFailure::kNotEncrypted, DataRefused},
 };
 
 std::optional<ExitCode> Find(std::int32_t failureNumber) {

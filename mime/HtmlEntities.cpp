@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "mime/HtmlEntityTable.h"
+#include "platform/Hex.h"
 
 namespace Mime {
 namespace {
@@ -55,26 +56,17 @@ const Entity* FindEntity(std::string_view name) {
   return found != entities.end() && found->Name == name ? &*found : nullptr;
 }
 
-void AppendCharacter(String& text, char32_t c) {
-  if (c < 0x10000) {
-    text += static_cast<char16_t>(c);
-  } else {
-    text += static_cast<char16_t>(0xD800 + ((c - 0x10000) >> 10));
-    text += static_cast<char16_t>(0xDC00 + ((c - 0x10000) & 0x3FF));
-  }
-}
-
 HtmlReference Found(const Entity& entity, std::size_t length) {
   HtmlReference reference{{}, length};
-  AppendCharacter(reference.Characters, entity.Characters[0]);
-  if (entity.Characters[1] != 0) AppendCharacter(reference.Characters, entity.Characters[1]);
+  Platform::AppendCodePoint(reference.Characters, entity.Characters[0]);
+  if (entity.Characters[1] != 0) Platform::AppendCodePoint(reference.Characters, entity.Characters[1]);
   return reference;
 }
 
+// The value of a digit, or -1.
 int DigitOf(char16_t c, std::uint32_t base) {
-  if (c >= u'0' && c <= u'9') return c - u'0';
-  const int lower = c | 0x20;
-  return base == 16 && lower >= 'a' && lower <= 'f' ? lower - 'a' + 10 : -1;
+  const int digit = Platform::HexDigit(c);
+  return digit < static_cast<int>(base) ? digit : -1;
 }
 
 bool IsAlphanumeric(char16_t c) {
@@ -94,8 +86,9 @@ HtmlReference ReadNumber(StringView text) {
   if (at == first) return {};
   if (at < text.size() && text[at] == u';') ++at;
   HtmlReference reference{{}, at};
-  const bool noCharacter = code == 0 || code >= kBeyondUnicode || (code >= 0xD800 && code < 0xE000);
-  AppendCharacter(reference.Characters, noCharacter ? kReplacement : code);
+  const bool noCharacter = code == 0 || code >= kBeyondUnicode ||
+                           (code < 0x10000 && Platform::IsSurrogate(static_cast<char16_t>(code)));
+  Platform::AppendCodePoint(reference.Characters, noCharacter ? kReplacement : code);
   return reference;
 }
 

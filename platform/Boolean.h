@@ -1,4 +1,4 @@
-// Boolean: the 16-bit truth word of everything that crosses the host, a form or a sibling component.
+// Boolean: the 16-bit truth value at the interfaces of the host, the forms and the sibling components.
 #pragma once
 
 #include <concepts>
@@ -6,7 +6,7 @@
 
 namespace Platform {
 
-// True is -1 and False is 0. A word that came from outside may hold anything; all but 0 counts as true.
+// True is -1 and False is 0. A word from outside may hold any number; each but 0 is true.
 struct Boolean {
   std::int16_t Word = 0;
 

@@ -1,4 +1,4 @@
-// CheckedArithmetic: whole numbers of a fixed width that raise failure 6 where they would overflow.
+// CheckedArithmetic: arithmetic of whole numbers that raises failure 6 on overflow.
 //
 // Pure; any thread.
 #pragma once
@@ -10,7 +10,7 @@
 
 namespace Platform {
 
-// The number in the narrower (or other) type T. Raises 6 if it doesn't fit.
+// The number in the type T. Raises 6 if it doesn't fit.
 template <std::integral T, std::integral From>
 constexpr T Narrow(From number) {
   T result{};

@@ -1,9 +1,9 @@
-// Component: what a loadable library says of itself, and the four functions that it exports.
+// Component: the description of a loadable library, and the four functions that it exports.
 //
-// A component is a shared library that exports DllCanUnloadNow, DllGetClassObject, DllRegisterServer and
-// DllUnregisterServer and nothing else. Each forwards to the run time together with the library's one static
-// ComponentDescription; PLATFORM_COMPONENT_EXPORTS writes the four. The descriptions are constants: they may
-// be read on any thread, at any time while the library is loaded.
+// A component is a shared library that exports only DllCanUnloadNow, DllGetClassObject, DllRegisterServer and
+// DllUnregisterServer. Each calls the run time with the library's one ComponentDescription;
+// PLATFORM_COMPONENT_EXPORTS defines the four. Descriptions are constants, which any thread may read as long
+// as the library is loaded.
 #pragma once
 
 #include <array>
@@ -31,13 +31,12 @@ struct MemberDescription {
   ArgumentType Result;
 };
 
-// The members stand in the order of their slots.
 struct InterfaceDescription {
   StringView Name;
   Guid Id;
-  StringView Library;     // the type library that declares it
-  StringView Attributes;  // in words, separated by ", "
-  std::span<const MemberDescription> Members;
+  StringView Library;                          // the type library that declares it
+  StringView Attributes;                       // in words, separated by ", "
+  std::span<const MemberDescription> Members;  // in the order of their slots
 };
 
 struct ClassDescription {
@@ -46,11 +45,11 @@ struct ClassDescription {
   StringView Version;
   StringView Attributes;
   ObjectRef (*Create)();
-  const InterfaceDescription* DefaultInterface;  // null for a class known by its members' names
+  const InterfaceDescription* DefaultInterface;  // null for a class whose members are called by name
   std::span<const InterfaceDescription* const> MoreInterfaces;
 };
 
-// A class of a sibling, which is known by its members' names alone.
+// The description of a sibling's class, whose members are called by name.
 template <class T>
 constexpr ClassDescription NamedClass(StringView name, const Guid& id, StringView version) {
   return {name, id, version, {}, []() -> ObjectRef { return std::make_shared<T>(); }, nullptr, {}};
@@ -62,11 +61,11 @@ struct ImportedLibrary {
   StringView Version;
 };
 
-// A piece of data that the library carries under a type and a number, as its platform files such things.
+// Data that the library contains under a type and a number.
 struct EmbeddedResource {
   StringView Type;
   std::uint16_t Number;
-  std::span<const std::uint8_t> Content;  // empty where the description itself tells the content
+  std::span<const std::uint8_t> Content;  // empty where the description itself is the content
 };
 
 struct TypeLibraryDescription {
@@ -96,26 +95,26 @@ struct VersionRecord {
   std::span<const VersionField> Texts;
 };
 
-// What registration, creation and a curious host need to know of a library.
+// What registration, creation and `tvmail about` need to know of a library.
 struct ComponentDescription {
   StringView ProjectName;  // programmatic names are "ProjectName.ClassName"
   StringView ProjectDescription;
   StringView HelpDirectory;
   StringView ThreadingModel;
   std::span<const ClassDescription> Classes;
-  const TypeLibraryDescription* TypeLibrary;  // null where a library has none
-  const VersionRecord* Version;               // null where a library has none
-  std::atomic<long>* LiveObjects;             // counts the objects of this library that are alive
+  const TypeLibraryDescription* TypeLibrary;  // null: none
+  const VersionRecord* Version;               // null: none
+  std::atomic<long>* LiveObjects;             // the number of this library's living objects
 };
 
-// A library of such classes, without a type library and a version record of its own.
+// The description of a sibling: no type library and no version record.
 constexpr ComponentDescription NamedClasses(StringView projectName, StringView projectDescription,
                                             std::span<const ClassDescription> classes,
                                             std::atomic<long>& liveObjects) {
   return {projectName, projectDescription, {}, u"Apartment", classes, nullptr, nullptr, &liveObjects};
 }
 
-// A member of every object that a library hands out: it makes the object count among the library's live ones.
+// A member of every object that a library gives to others: counts the object in LiveObjects.
 class LiveObject {
  public:
   explicit LiveObject(std::atomic<long>& count) : count_(count) { ++count_; }
@@ -127,22 +126,22 @@ class LiveObject {
   std::atomic<long>& count_;
 };
 
-// Makes objects of one class. A factory lives as long as its library is loaded; any thread.
+// Creates objects of one class. Valid as long as its library is loaded; any thread.
 class ClassFactory {
  public:
   virtual ~ClassFactory();
 
-  // A new object, which belongs to the calling thread. A failure of its constructor passes.
+  // A new object, for use on the calling thread. Raises what its constructor raises.
   virtual ObjectRef CreateInstance() const = 0;
 
-  // The library and the class that this factory serves.
+  // The library and the class of the objects.
   virtual const ComponentDescription& Library() const = 0;
   virtual const ClassDescription& Class() const = 0;
 };
 
 inline constexpr Guid ClassFactoryInterface = "{6D0B2C5E-95F1-4C0B-8E57-1A35B7F0C901}"_guid;
 
-// What the exports give back.
+// The results of the exports.
 namespace Status {
 inline constexpr std::int32_t Ok = 0;
 inline constexpr std::int32_t No = 1;
@@ -151,13 +150,15 @@ inline constexpr std::int32_t NoClass = static_cast<std::int32_t>(0x80040111);
 inline constexpr std::int32_t RegistrationFailed = static_cast<std::int32_t>(0x80040200);
 }  // namespace Status
 
-// The signatures of the exports. DllGetClassObject stores a `const ClassFactory*` behind object, or null.
+// The signatures of the exports. DllGetClassObject sets object to a `const ClassFactory*`, which the library
+// owns, or to null.
 using CanUnloadNowFunction = std::int32_t();
 using GetClassObjectFunction = std::int32_t(const Guid& classId, const Guid& interfaceId,
                                             const void** object);
 using RegisterServerFunction = std::int32_t();
 
-// The run time's side of the exports. They raise nothing; codeAddress is any address inside the library.
+// The run time's implementation of the exports. They raise nothing; codeAddress is any address in the
+// library.
 namespace ComponentRuntime {
 std::int32_t CanUnloadNow(const ComponentDescription& library);
 std::int32_t GetClassObject(const ComponentDescription& library, const Guid& classId, const Guid& interfaceId,

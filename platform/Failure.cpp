@@ -17,7 +17,7 @@ StringView StandardDescription(std::int32_t number) {
     case FailureNumber::TypeMismatch:
       return u"Type mismatch: the value can't be used here";
     case FailureNumber::AlreadyExists:
-      return u"It exists already";
+      return u"Already exists";
     case FailureNumber::PathNotFound:
       return u"Path not found";
     case FailureNumber::ObjectNotSet:
@@ -39,7 +39,7 @@ StringView StandardDescription(std::int32_t number) {
   }
 }
 
-thread_local FailureWatch* watchInForce = nullptr;
+thread_local FailureWatch* innermostWatch = nullptr;
 
 }  // namespace
 
@@ -48,21 +48,21 @@ Failure::Failure(std::int32_t number, String source, String description)
       source_(std::move(source)),
       description_(std::move(description)),
       what_(ToUtf8(description_)) {
-  FailureWatch::Note(number);
+  FailureWatch::Record(number);
 }
 
 Failure::~Failure() = default;
 
-FailureWatch::FailureWatch() : outer_(std::exchange(watchInForce, this)) {}
+FailureWatch::FailureWatch() : outer_(std::exchange(innermostWatch, this)) {}
 
 FailureWatch::~FailureWatch() {
-  watchInForce = outer_;
+  innermostWatch = outer_;
 }
 
-void FailureWatch::Note(std::int32_t number) noexcept try {
-  if (watchInForce) watchInForce->numbers_.push_back(number);
+void FailureWatch::Record(std::int32_t number) noexcept try {
+  if (innermostWatch) innermostWatch->numbers_.push_back(number);
 } catch (const std::bad_alloc&) {
-  // The failure itself matters more than its note.
+  // The failure itself is raised all the same.
 }
 
 void Raise(std::int32_t number, StringView detail) {

@@ -1,5 +1,4 @@
-// Failure: what is raised when an operation can't do its work, and what passes upward until someone catches
-// it.
+// Failure: the exception that an operation raises when it can't do its work.
 #pragma once
 
 #include <cstdint>
@@ -11,28 +10,35 @@
 
 namespace Platform {
 
-// The numbers of failures that the run time and the siblings raise. A caller decides by them; the description
-// is for people.
+// The numbers of failures that the run time and the siblings raise. A caller decides by the number; the
+// description, in English, is for the user.
 namespace FailureNumber {
 inline constexpr std::int32_t InvalidArgument = 5;
 inline constexpr std::int32_t Overflow = 6;
 inline constexpr std::int32_t Subscript = 9;
 inline constexpr std::int32_t TypeMismatch = 13;
-inline constexpr std::int32_t DeviceFailed = 57;
+inline constexpr std::int32_t DeviceFailed = 57;  // input or output failed, or a store is damaged
 inline constexpr std::int32_t AlreadyExists = 58;
-inline constexpr std::int32_t PermissionDenied = 70;  // this user may not read or write a file or folder
+inline constexpr std::int32_t PermissionDenied = 70;  // to read or write a file or folder
 inline constexpr std::int32_t PathNotFound = 76;
 inline constexpr std::int32_t ObjectNotSet = 91;
-inline constexpr std::int32_t RefusedInput = 380;   // what was entered can't be taken; another entry can
-inline constexpr std::int32_t WrongPassword = 419;  // also of a sealed file that was changed
+inline constexpr std::int32_t RefusedInput = 380;   // another entry is needed
+inline constexpr std::int32_t WrongPassword = 419;  // or a sealed file was changed
 inline constexpr std::int32_t CannotCreate = 429;
 inline constexpr std::int32_t NoSuchMember = 438;
 inline constexpr std::int32_t WrongArguments = 450;
 inline constexpr std::int32_t FileDialogCancelled = 32755;
 }  // namespace FailureNumber
 
-// A raised failure. Its destructor lives in the run-time library, so that one raised in a loaded library can
-// be caught anywhere.
+// The numbers of the failures that the component's ComponentSecurity raises. They are no numbers of texts.
+namespace SecurityFailure {
+inline constexpr std::int32_t kCipher = 10005;        // a text can't be decoded, or the cipher failed
+inline constexpr std::int32_t kNotEncrypted = 10006;  // the password encoder refused the password, or failed
+inline constexpr std::int32_t kNoKeyStore = 10007;    // no file name of a key store is set
+}  // namespace SecurityFailure
+
+// A raised failure. Its key function is in the run-time library, so that a failure raised in one library can
+// be caught in another.
 class Failure : public std::exception {
  public:
   Failure(std::int32_t number, String source, String description);
@@ -54,9 +60,9 @@ class Failure : public std::exception {
   std::string what_;
 };
 
-// The numbers of the failures that were raised on this thread since it was made, also of those that a caller
-// below turned into False or a message. For a host that has to tell why an act of the component failed, whose
-// interface gives only that. Watches may be nested; the innermost notes. Used on one thread.
+// Records the number of each Failure created on this thread during its life, also of those that were caught.
+// A host uses it to find out why an operation of the component failed whose result is only False. Watches may
+// be nested; only the innermost one records. Created, used and destroyed on one thread.
 class FailureWatch {
  public:
   FailureWatch();
@@ -64,22 +70,23 @@ class FailureWatch {
   FailureWatch(const FailureWatch&) = delete;
   FailureWatch& operator=(const FailureWatch&) = delete;
 
+  // In the order of creation; a number is missing if there was no memory for it.
   const std::vector<std::int32_t>& Numbers() const { return numbers_; }
 
  private:
   friend class Failure;
-  static void Note(std::int32_t number) noexcept;
+  static void Record(std::int32_t number) noexcept;
 
   FailureWatch* outer_;
   std::vector<std::int32_t> numbers_;
 };
 
-// Raises one of FailureNumber with its standard description; detail, where there is one, names the culprit
-// and follows behind a colon.
+// Raises a Failure with one of FailureNumber and its standard description, followed by a colon and the
+// detail, if there is one. The source is empty.
 [[noreturn]] void Raise(std::int32_t number, StringView detail = {});
 
-// The failure being handled, whatever its C++ type: to be called in a catch block alone. An exception that is
-// no Failure comes as number 57 with what() as its description.
+// The exception being handled; to be called in a catch block only. An exception of another type becomes a
+// Failure with number 57 and what() as its description.
 Failure CurrentFailure();
 
 }  // namespace Platform

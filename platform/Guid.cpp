@@ -12,14 +12,10 @@ constexpr StringView kPattern = u"{00000000-0000-0000-0000-000000000000}";
 
 }  // namespace
 
-String ToText(const Guid& identity) {
-  const String digits = HexText(identity.Bytes);
-  String text(kPattern);
-  std::size_t next = 0;
-  for (char16_t& c : text) {
-    if (c == u'0') c = digits[next++];
-  }
-  return text;
+String ToText(const Guid& id) {
+  String text = HexText(id.Bytes);
+  for (const std::size_t dash : {8U, 13U, 18U, 23U}) text.insert(dash, 1, u'-');
+  return u"{" + text + u"}";
 }
 
 Guid ParseGuid(StringView text) {
@@ -33,9 +29,9 @@ Guid ParseGuid(StringView text) {
   }
   const auto bytes = ParseHex(digits);
   if (!bytes) Raise(FailureNumber::TypeMismatch, text);
-  Guid identity;
-  std::copy(bytes->begin(), bytes->end(), identity.Bytes.begin());
-  return identity;
+  Guid id;
+  std::copy(bytes->begin(), bytes->end(), id.Bytes.begin());
+  return id;
 }
 
 }  // namespace Platform

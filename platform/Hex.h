@@ -1,4 +1,4 @@
-// Hex: bytes and 16-bit codes as hexadecimal digits.
+// Hex: bytes and 16-bit codes as hexadecimal digits. Pure; any thread.
 #pragma once
 
 #include <cstdint>
@@ -18,7 +18,7 @@ String HexText(std::span<const std::uint8_t> bytes, HexCase letters = HexCase::U
 // Four digits.
 String HexText(char16_t code);
 
-// The bytes of such digits, letters in any case. Nothing if their number is odd or one is no digit.
+// The bytes of such digits, letters in any case; nullopt if their number is odd or one is no digit.
 std::optional<std::vector<std::uint8_t>> ParseHex(StringView digits);
 
 // The value of one digit, letters in any case; -1 if it is none.

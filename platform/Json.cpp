@@ -6,17 +6,6 @@ namespace Platform {
 
 namespace {
 
-bool IsHighSurrogate(char16_t c) {
-  return c >= 0xD800 && c < 0xDC00;
-}
-bool IsLowSurrogate(char16_t c) {
-  return c >= 0xDC00 && c < 0xE000;
-}
-
-void AppendEscape(std::string& out, char16_t c) {
-  out += "\\u" + ToUtf8(HexText(c));
-}
-
 std::string Quoted(StringView text) {
   std::string out = "\"";
   for (std::size_t i = 0; i < text.size(); ++i) {
@@ -26,14 +15,12 @@ std::string Quoted(StringView text) {
       out += static_cast<char>(c);
     } else if (c == u'\n') {
       out += "\\n";
-    } else if (IsControl(c)) {
-      AppendEscape(out, c);
+    } else if (IsSurrogatePair(text, i)) {
+      out += ToUtf8(text.substr(i++, 2));
+    } else if (IsControl(c) || IsSurrogate(c)) {
+      out += "\\u" + ToUtf8(HexText(c));
     } else if (c < 0x80) {
       out += static_cast<char>(c);
-    } else if (IsHighSurrogate(c) && i + 1 < text.size() && IsLowSurrogate(text[i + 1])) {
-      out += ToUtf8(text.substr(i++, 2));
-    } else if (IsHighSurrogate(c) || IsLowSurrogate(c)) {
-      AppendEscape(out, c);
     } else {
       out += ToUtf8(text.substr(i, 1));
     }

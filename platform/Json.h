@@ -4,8 +4,9 @@
 //   users.Add(JsonObject().Add("key", 1).Add("name", name));
 //   std::cout << JsonObject().Add("users", users).Text() << '\n';
 //
-// Names keep the order in which they were added. Control characters, which could steer a terminal, and lone
-// surrogates are written as \uXXXX; a reader gets the text back unchanged. Nothing here fails; any thread.
+// Names keep the order in which they were added. Control characters and lone surrogates are written as
+// \uXXXX, so that the output is safe on a terminal; a reader gets the text back unchanged. No failure; any
+// thread.
 #pragma once
 
 #include <concepts>

@@ -12,7 +12,7 @@
 namespace Platform {
 namespace {
 
-// RFC 5321 section 4.5.3.1, in octets. A path has two more, its brackets.
+// RFC 5321 section 4.5.3.1, in octets. Its limit for a path includes two brackets.
 constexpr std::size_t kLongestLocalPart = 64;
 constexpr std::size_t kLongestDomain = 255;
 constexpr std::size_t kLongestAddress = 254;
@@ -24,7 +24,7 @@ struct Parts {
   StringView Domain;
 };
 
-// The sign between both parts is the last one, since a quoted local part may hold more.
+// The last @ separates both parts: a quoted local part may hold others.
 Parts Split(StringView address) {
   const std::size_t at = address.rfind(u'@');
   return at == StringView::npos ? Parts{address, {}} : Parts{address.substr(0, at), address.substr(at + 1)};
@@ -45,7 +45,7 @@ bool IsDotString(StringView local) {
          std::ranges::all_of(local, [](char16_t c) { return c == u'.' || IsAtomCharacter(c); });
 }
 
-// The text within the quotes without its backslashes; stops at a quote that has none, which whole tells.
+// The text within the quotes, without its backslashes. It ends at a quote without one; whole is then false.
 String Unquoted(StringView local, bool& whole) {
   String text;
   const StringView inner = local.substr(1, local.size() - 2);
@@ -61,12 +61,12 @@ String Unquoted(StringView local, bool& whole) {
   return text;
 }
 
-// Controls of all sorts, the two line separators, lone surrogates, and marks that turn the direction of the
-// text around them, since an address that shows itself as another one is a way to deceive.
+// Control characters, the two line separators, lone surrogates, and characters that change the writing
+// direction: they can make an address look like another one.
 bool HasUnseenCharacter(StringView text) {
   constexpr StringView kTurning = u"\u061C\u200E\u200F\u202A\u202B\u202C\u202D\u202E\u2066\u2067\u2068\u2069";
   for (std::size_t i = 0; i < text.size(); ++i) {
-    const bool pair = i + 1 < text.size() && U16_IS_LEAD(text[i]) && U16_IS_TRAIL(text[i + 1]);
+    const bool pair = IsSurrogatePair(text, i);
     const auto category = pair ? U_UNASSIGNED : static_cast<UCharCategory>(u_charType(text[i]));
     if (category == U_CONTROL_CHAR || category == U_LINE_SEPARATOR || category == U_PARAGRAPH_SEPARATOR ||
         category == U_SURROGATE || kTurning.find(text[i]) != StringView::npos)
@@ -97,7 +97,7 @@ String ConvertDomain(StringView domain, Convert convert) {
   const std::int32_t length =
       convert(Idna(), domain.data(), static_cast<std::int32_t>(domain.size()), buffer.data(),
               static_cast<std::int32_t>(buffer.size()), &info, &status);
-  // Hyphens in the third and fourth place are no fault: hosts have such names.
+  // Hyphens in the third and fourth place are allowed: hosts have such names.
   const auto faults = info.errors & ~static_cast<std::uint32_t>(UIDNA_ERROR_HYPHEN_3_4);
   if (U_FAILURE(status) || faults != 0) return {};
   return {buffer.data(), static_cast<std::size_t>(length)};
@@ -128,24 +128,24 @@ bool IsLiteral(StringView domain) {
 }
 
 String LocalPartFault(StringView local) {
-  if (local.empty()) return u"the part in front of the @ is missing";
-  if (ToUtf8(local).size() > kLongestLocalPart) return u"the part in front of the @ is longer than 64 bytes";
+  if (local.empty()) return u"the part before the @ is missing";
+  if (ToUtf8(local).size() > kLongestLocalPart) return u"the part before the @ is longer than 64 bytes";
   if (IsQuoted(local)) {
     bool whole = false;
     Unquoted(local, whole);
-    return whole ? u"" : u"a quote or backslash in the quoted part needs a backslash in front of it";
+    return whole ? u"" : u"a quote or backslash in the quoted part needs a backslash before it";
   }
   return IsDotString(local) ? u""
-                            : u"the part in front of the @ holds blanks or signs that need quotes around it, "
-                              u"or a point at its edge or beside another one";
+                            : u"the part before the @ holds blanks or signs that need quotes around it, "
+                              u"or a point at its start, at its end or after another point";
 }
 
 String DomainFault(StringView domain) {
-  if (domain.empty()) return u"the domain behind the @ is missing";
+  if (domain.empty()) return u"the domain after the @ is missing";
   if (domain.front() == u'[')
     return IsLiteral(domain) && IsAddressLiteral(domain) ? u"" : u"the brackets hold no network address";
   const String ascii = ConvertDomain(domain, uidna_nameToASCII);
-  return !ascii.empty() && ascii.back() != u'.' ? u"" : u"what stands behind the @ is no domain";
+  return !ascii.empty() && ascii.back() != u'.' ? u"" : u"the text after the @ is no domain";
 }
 
 bool IsAscii(StringView text) {

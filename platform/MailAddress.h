@@ -1,22 +1,21 @@
-// MailAddress: what a valid e-mail address is (RFC 5321 section 4.1.2 with RFC 6531 section 3.3), and when
-// two spellings name one mailbox.
+// MailAddress: the validity of e-mail addresses (RFC 5321 section 4.1.2 with RFC 6531 section 3.3), and their
+// comparison.
 //
-// All functions are pure and may be called on any thread.
+// All functions are pure, raise no failure and may be called on any thread.
 #pragma once
 
 #include "platform/Text.h"
 
 namespace Platform {
 
-// The reason in English, as in "the domain is missing", why the text can't be an address; empty for a valid
-// one. Valid are local parts of ASCII or UTF-8, bare or quoted, and domains of any script or in brackets as
-// an address of IPv4, IPv6 or a tagged one. No control character is valid anywhere.
+// The reason why the text is no address, in English, such as "the domain is missing"; empty for an address. A
+// local part may be ASCII or UTF-8, quoted or not; a domain may be of any script, or an address of IPv4, IPv6
+// or of another tag in brackets. Control characters are never valid.
 String AddressFault(StringView address);
 
-// The spelling by which addresses are compared: the domain in Unicode, however it was encoded, without a
-// point at its end; quotes around a local part that needs none are gone; composed characters (NFC). Letters
-// keep their case in the local part. What is no address is given back as it is. Addresses that name one
-// mailbox become equal but for case.
+// The form in which addresses are compared: the domain in Unicode, without a point at its end; no quotes
+// around a local part that needs none; composed characters (NFC). The local part keeps its case. Two
+// addresses of one mailbox become equal but for case. A text that is no address is returned unchanged.
 String CanonicalAddress(StringView address);
 
 }  // namespace Platform

@@ -15,8 +15,8 @@ bool IsDigit(char16_t c) {
   return c >= u'0' && c <= u'9';
 }
 
-// The digits in front of the point, without their commas, moved from text into plain. False if a comma stands
-// where no group of three ends.
+// Moves the digits before the point from text into plain, without their commas. False if a comma separates no
+// group of three.
 bool TakeWholeDigits(StringView& text, std::string& plain) {
   std::size_t group = 0;
   bool grouped = false;
@@ -69,10 +69,10 @@ Integer Round(double value) {
   return static_cast<Integer>(whole);
 }
 
-// A number as its text has it.
+// A number as written in its text.
 struct Decimal {
   bool Negative = false;
-  std::string Plain;  // digits, a point between digits, and an exponent behind "e", as far as there are any
+  std::string Plain;  // digits, with the point and with the exponent after "e", if there are any
 };
 
 std::optional<Decimal> ParseDecimal(StringView text) {
@@ -108,7 +108,7 @@ std::optional<Decimal> ParseDecimal(StringView text) {
   return decimal;
 }
 
-// Rounds on the digits, since a double takes 0.5000000000000000000001 for a tie.
+// Rounds the digits themselves: a double would take 0.5000000000000000000001 for a tie.
 std::int64_t Round(const Decimal& decimal) {
   constexpr long kMostDigits = 10;  // of a 32-bit number
   const std::string_view plain = decimal.Plain;
@@ -149,7 +149,7 @@ std::optional<double> ReadNumber(StringView text) {
   double value = 0;
   const auto result = std::from_chars(plain.data(), plain.data() + plain.size(), value);
   if (result.ec == std::errc::result_out_of_range) {
-    // from_chars doesn't tell which end of the range was left.
+    // from_chars gives the same error for a value that is too large and for one too near 0.
     value = DecimalExponent(plain) < 0 ? 0.0 : std::numeric_limits<double>::infinity();
   }
   return decimal->Negative ? -value : value;

@@ -1,9 +1,8 @@
-// NumberReader: the one place that takes a text for a number.
+// NumberReader: conversion of a text to a number, for the whole system.
 //
-// A number is digits with an optional sign in front, an optional fraction behind a point, an optional
-// exponent (E, sign, digits), and blanks at either end. Digits in front of the point may be grouped by
-// commas, in threes: "1,234" is a number, and "1,5", which half of the world reads otherwise, is none. Pure;
-// any thread.
+// A number is an optional sign, digits, an optional point with digits after it, an optional exponent (E,
+// sign, digits), and blanks at both ends. Digits before the point may be grouped in threes by commas: "1,234"
+// is a number, "1,5" isn't. Pure; any thread.
 #pragma once
 
 #include <cstdint>
@@ -13,19 +12,17 @@
 
 namespace Platform {
 
-// The value of the text, or nothing if it isn't numeric. A value beyond a double's range comes as infinity:
-// it is numeric, and its conversion overflows.
+// The value of the text; nullopt if it isn't numeric; infinity for a value beyond a double's range.
 std::optional<double> ReadNumber(StringView text);
 
 bool IsNumeric(StringView text);
 
-// The nearest whole number; a value exactly between two goes to the even one. Raises 6 if it doesn't fit.
+// The nearest whole number; a tie goes to the even one. Raises 6 if it doesn't fit, and for NaN.
 std::int16_t RoundToInt16(double value);
 std::int32_t RoundToInt32(double value);
 
-// The whole number that is nearest to the number in the text, rounded on its decimal digits, so that no digit
-// is lost, however many there are; a value exactly between two goes to the even one. Raises 13 if the text
-// isn't numeric, 6 if its value doesn't fit.
+// The whole number nearest to the number in the text; a tie goes to the even one. All decimal digits count,
+// also those that a double can't hold. Raises 13 if the text isn't numeric, 6 if its value doesn't fit.
 std::int16_t ReadInt16(StringView text);
 std::int32_t ReadInt32(StringView text);
 

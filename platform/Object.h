@@ -1,7 +1,7 @@
-// Object: something that is known only by the names of its members.
+// Object: an object whose members are called by their names.
 //
-// Everything that is created by name and all that a host hands in is one. An object is called on the thread
-// that created it. Member names are matched to the letter.
+// Objects that are created by name, and those of the host, are of this type. An object is called on the
+// thread that created it. Names of members are case-sensitive.
 #pragma once
 
 #include <initializer_list>
@@ -19,19 +19,19 @@ class Object {
   Object& operator=(const Object&) = delete;
   virtual ~Object();
 
-  // A property's value. Raises 438 for a member that the object lacks; any failure of the member passes.
+  // Reads or writes a property. Raises 438 if there is no such property, and what the property raises.
   virtual Value Get(StringView member);
   virtual void Set(StringView member, Value value);
 
-  // A method. Arguments are passed by reference: what the method writes into them stands there afterwards.
-  // Raises 438 as above, 450 for a wrong number of arguments. The result is no value where there is none.
+  // Calls a method, which may write into its arguments. The result is no value for a method without one.
+  // Raises 438 if there is no such method, 450 for a wrong number of arguments, and what the method raises.
   virtual Value Call(StringView member, std::span<Value> arguments);
 };
 
-// Call for arguments that nobody reads afterwards.
+// Calls a method with copies of the arguments.
 Value CallWith(Object& object, StringView member, std::initializer_list<Value> arguments);
 
-// The base of an object whose members are written down as one table:
+// The base of an object whose members are listed in one table:
 //
 //   const ObjectWithMembers<Files>::Table& Files::Members() {
 //     static const Table table = {

@@ -1,7 +1,7 @@
-// Services: what a process gives to the components in it, through one object that it installs.
+// Services: what the process provides to the components in it.
 //
-// The run time brings the real object and a test installs its own. Nothing in the component reads a clock, an
-// environment variable or a file by any other road.
+// The run time has the real object; a test installs its own. The component creates objects and reads the
+// clock, random numbers and its own folder only through these services.
 #pragma once
 
 #include <cstdint>
@@ -24,10 +24,11 @@ struct Moment {
   std::int32_t Millisecond = 0;
 };
 
-// A source of random values, one for each thread.
+// A source of random values, not for secrets. Each thread has its own. Raises no failure.
 class RandomSource {
  public:
   virtual ~RandomSource();
+  // Starts the sequence that belongs to the number.
   virtual void Seed(double number) = 0;
   // A uniform value, at least 0 and below 1.
   virtual double Next() = 0;
@@ -38,30 +39,33 @@ class PlatformServices {
  public:
   virtual ~PlatformServices();
 
-  // A new object of the class registered under a programmatic name. Raises 429 if the name isn't registered
-  // or its library can't be had; a failure of the object's own creation passes.
+  // A new object of the class registered under a programmatic name, for use on this thread. Raises 429 if the
+  // name isn't registered or its library can't be loaded, 57 if the registry can't be read, and what the
+  // object's constructor raises.
   virtual ObjectRef CreateByName(StringView programmaticName) = 0;
 
-  // The same by class identity.
+  // The same by class identifier.
   virtual ObjectRef CreateByClass(const Guid& classId) = 0;
 
-  // The folder of the library that holds the address, without a separator at its end. Raises 76 if none does.
+  // The folder of the library or program that contains the address, without a separator at its end. Raises 76
+  // if there is none.
   virtual String FolderOf(const void* codeAddress) = 0;
 
+  // The present local time.
   virtual Moment Now() = 0;
 
-  // The source of the calling thread.
+  // The source of the calling thread, valid until the thread ends.
   virtual RandomSource& Random() = 0;
 
-  // The toolkit in force. Raises 429 where the process has none.
+  // The process's toolkit, valid as long as it is installed. Raises 429 if there is none.
   virtual FormsToolkit& Toolkit() = 0;
 };
 
-// The services in force: those installed, otherwise the run time's own.
+// The installed services; if there are none, those of the run time. Any thread.
 PlatformServices& Services();
 
-// Puts others in place and gives those that were; null brings back the run time's own. They must outlive
-// their use. To be called while no component is at work.
+// Installs services and returns the former ones; null means those of the run time. The caller keeps ownership
+// and must keep them alive while they are installed. Not to be called while a component is in use.
 PlatformServices* InstallServices(PlatformServices* services);
 
 }  // namespace Platform

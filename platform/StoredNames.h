@@ -1,7 +1,7 @@
-// StoredNames: the names and numbers that stores, mails and catalogues hold.
+// StoredNames: the names and numbers in stores, mails and catalogues.
 //
-// They are formats: a change makes existing stores, mails or catalogues unreadable. Spellings that differ
-// (Email, EMail) are the formats' own.
+// They are formats: a change makes existing stores, mails or catalogues unreadable. That spellings differ
+// (Email, EMail) is part of the formats.
 #pragma once
 
 #include <cstdint>
@@ -29,9 +29,9 @@ inline constexpr StringView kUserId = u"DBUID";
 inline constexpr StringView kPassword = u"DBPWD";  // as the encoder of ComponentSecurity writes it
 }  // namespace MailBoxValue
 
-// Values that tell how mail is sent: of RegistryPath::kOutbound and of the section of a project file.
+// The settings of sent mail: values of RegistryPath::kOutbound and keys of a project file's section.
 namespace SendingValue {
-inline constexpr StringView kEnabled = u"DiscussionEmailEnabled";  // "True" or "False"; in the registry alone
+inline constexpr StringView kEnabled = u"DiscussionEmailEnabled";  // "True" or "False"; only in the registry
 inline constexpr StringView kTransportId = u"TransportID";         // a TransportId in decimal
 inline constexpr StringView kMapiProfile = u"MAPIProfile";
 inline constexpr StringView kHostName = u"SMTPHostName";
@@ -44,14 +44,14 @@ inline constexpr std::int32_t kMapi = 1;
 inline constexpr std::int32_t kSmtp = 2;
 }  // namespace TransportId
 
-// The section of a project file with the project's e-mail settings. The names of sections match in any case.
+// The section of a project file with the project's e-mail settings. Names of sections match in any case.
 namespace ProjectSection {
 inline constexpr StringView kWritten = u"EMail";
 inline constexpr StringView kRead = u"Email";
 }  // namespace ProjectSection
 
-// The texts of the catalogues by number. A reason follows kSettingsRefused; kSectionNotRemoved and
-// kRecordNotRemoved follow kNotDeleted.
+// The numbers of the catalogues' texts. Other texts are appended to some: a reason to kSettingsRefused,
+// kSectionNotRemoved and kRecordNotRemoved to kNotDeleted.
 namespace TextNumber {
 inline constexpr std::int32_t kHostCaption = 1000;
 inline constexpr std::int32_t kProfileCaption = 1001;
@@ -68,7 +68,7 @@ inline constexpr std::int32_t kOkCaption = 8000;
 inline constexpr std::int32_t kCancelCaption = 8001;
 inline constexpr std::int32_t kHelpCaption = 8002;
 inline constexpr std::int32_t kBrowseCaption = 8003;
-inline constexpr std::int32_t kBoxTitle = 9000;  // of message boxes and of the outbound dialog
+inline constexpr std::int32_t kBoxTitle = 9000;  // title of message boxes and of the outbound dialog
 inline constexpr std::int32_t kFileDialogTitle = 9001;
 inline constexpr std::int32_t kInboundTitle = 9002;
 inline constexpr std::int32_t kMapiName = 9100;
@@ -77,7 +77,7 @@ inline constexpr std::int32_t kOutboundSmtpName = 9102;
 inline constexpr std::int32_t kMailBoxNotAllowed = 10000;
 inline constexpr std::int32_t kLogonRefused = 10001;
 inline constexpr std::int32_t kNoDiscussionSubject = 10005;
-inline constexpr std::int32_t kMailNotice = 10006;  // goes with every failure text of a mail
+inline constexpr std::int32_t kMailNotice = 10006;  // in every failure text of a mail
 inline constexpr std::int32_t kNoSuchDiscussion = 10007;
 inline constexpr std::int32_t kRecordNotStored = 10011;
 inline constexpr std::int32_t kRecordNotEntered = 10012;
@@ -128,7 +128,7 @@ inline constexpr std::int32_t kNoDisplay = 12004;
 inline constexpr std::int32_t kProbeNotRun = 12005;
 inline constexpr std::int32_t kDisplayRefused = 12006;
 
-// Of the programs and libraries around the component.
+// Texts of the programs and libraries around the component.
 inline constexpr std::int32_t kFormIntroduction = 20000;
 inline constexpr std::int32_t kAsTyped = 20001;
 inline constexpr std::int32_t kFixedField = 20002;
@@ -153,108 +153,108 @@ inline constexpr std::int32_t kFileTooLarge = 20034;
 inline constexpr std::int32_t kFileUnreadable = 20035;
 inline constexpr std::int32_t kPathEmpty = 20038;
 
-// Every number that a catalogue must have, and how many places for arguments its text has at least.
-struct Listed {
+// A text of a catalogue, and the number of its places for arguments.
+struct CatalogueText {
   std::int32_t Number;
   int Arguments = 0;
 };
 
-inline constexpr Listed kPrograms[] = {{kFormIntroduction},
-                                       {kAsTyped},
-                                       {kFixedField},
-                                       {kDisabledField},
-                                       {kTextCut, 1},
-                                       {kYes},
-                                       {kNo},
-                                       {kAnswerYesOrNo, 2},
-                                       {kEmptyList},
-                                       {kNumberPrompt},
-                                       {kAnswerFromList},
-                                       {kEditAgain},
-                                       {kNotUtf8},
-                                       {kHelpMissing},
-                                       {kSubjectOfNoReply},
-                                       {kReplyTooLarge},
-                                       {kPathNotWhole, 1},
-                                       {kFileMissing, 1},
-                                       {kFileIsFolder, 1},
-                                       {kFileNotOrdinary, 1},
-                                       {kFileTooLarge, 1},
-                                       {kFileUnreadable, 2},
-                                       {kPathEmpty}};
+inline constexpr CatalogueText kProgramTexts[] = {{kFormIntroduction},
+                                                  {kAsTyped},
+                                                  {kFixedField},
+                                                  {kDisabledField},
+                                                  {kTextCut, 1},
+                                                  {kYes},
+                                                  {kNo},
+                                                  {kAnswerYesOrNo, 2},
+                                                  {kEmptyList},
+                                                  {kNumberPrompt},
+                                                  {kAnswerFromList},
+                                                  {kEditAgain},
+                                                  {kNotUtf8},
+                                                  {kHelpMissing},
+                                                  {kSubjectOfNoReply},
+                                                  {kReplyTooLarge},
+                                                  {kPathNotWhole, 1},
+                                                  {kFileMissing, 1},
+                                                  {kFileIsFolder, 1},
+                                                  {kFileNotOrdinary, 1},
+                                                  {kFileTooLarge, 1},
+                                                  {kFileUnreadable, 2},
+                                                  {kPathEmpty}};
 
-inline constexpr Listed kShared[] = {{kCutMarker}};
+inline constexpr CatalogueText kSharedTexts[] = {{kCutMarker}};
 
-inline constexpr Listed kDesktop[] = {{kHelpTitle, 1},     {kHelpPageMissing, 2}, {kAllFiles},
-                                      {kFilesOfKind, 1},   {kNoDisplay},          {kProbeNotRun, 1},
-                                      {kDisplayRefused, 1}};
+inline constexpr CatalogueText kDesktopTexts[] = {
+    {kHelpTitle, 1}, {kHelpPageMissing, 2}, {kAllFiles},         {kFilesOfKind, 1},
+    {kNoDisplay},    {kProbeNotRun, 1},     {kDisplayRefused, 1}};
 
-inline constexpr Listed kOwn[] = {{kHostCaption},
-                                  {kProfileCaption},
-                                  {kTransportCaption},
-                                  {kAddressCaption},
-                                  {kRealNameCaption},
-                                  {kEnableCaption},
-                                  {kPasswordCaption},
-                                  {kProjectPathCaption},
-                                  {kUserNameCaption},
-                                  {kValueMissing},
-                                  {kOkCaption},
-                                  {kCancelCaption},
-                                  {kHelpCaption},
-                                  {kBrowseCaption},
-                                  {kBoxTitle},
-                                  {kFileDialogTitle},
-                                  {kInboundTitle},
-                                  {kMapiName},
-                                  {kSmtpName},
-                                  {kOutboundSmtpName},
-                                  {kMailBoxNotAllowed},
-                                  {kLogonRefused},
-                                  {kNoDiscussionSubject},
-                                  {kMailNotice},
-                                  {kNoSuchDiscussion},
-                                  {kRecordNotStored},
-                                  {kRecordNotEntered, 1},
-                                  {kKeyNotAdded, 1},
-                                  {kHiveRefused, 1},
-                                  {kKeyNotReached},
-                                  {kPathRefused, 1},
-                                  {kMailBoxWithoutProfile},
-                                  {kSettingsRefused},
-                                  {kMailBoxWithoutAddress},
-                                  {kMailBoxWithoutHost},
-                                  {kTransportUnknown},
-                                  {kNoRegValue},
-                                  {kRecordUnreadable},
-                                  {kProjectNotOpened, 1},
-                                  {kSenderUnknown},
-                                  {kActingUserRefused},
-                                  {kValueNotWritten},
-                                  {kMailBoxesNotListed},
-                                  {kMailBoxExists},
-                                  {kNoUserId},
-                                  {kNoProfile},
-                                  {kNoAddress},
-                                  {kNoHostName},
-                                  {kNoProfilesOnMachine},
-                                  {kComponentMissing, 1},
-                                  {kConfiguringFailed},
-                                  {kNoSessionGiven},
-                                  {kNotDeleted},
-                                  {kProjectFileUnreadable},
-                                  {kKeyNotDeleted, 1},
-                                  {kSettingsUnreadable, 1},
-                                  {kNoUserInSession},
-                                  {kNoSendLogon},
-                                  {kNoSession},
-                                  {kRecordNotRestored},
-                                  {kSettingsNotRestored},
-                                  {kSectionNotRemoved},
-                                  {kRecordNotRemoved},
-                                  {kNoSender},
-                                  {kNoUsers},
-                                  {kMailNotAccepted}};
+inline constexpr CatalogueText kComponentTexts[] = {{kHostCaption},
+                                                    {kProfileCaption},
+                                                    {kTransportCaption},
+                                                    {kAddressCaption},
+                                                    {kRealNameCaption},
+                                                    {kEnableCaption},
+                                                    {kPasswordCaption},
+                                                    {kProjectPathCaption},
+                                                    {kUserNameCaption},
+                                                    {kValueMissing},
+                                                    {kOkCaption},
+                                                    {kCancelCaption},
+                                                    {kHelpCaption},
+                                                    {kBrowseCaption},
+                                                    {kBoxTitle},
+                                                    {kFileDialogTitle},
+                                                    {kInboundTitle},
+                                                    {kMapiName},
+                                                    {kSmtpName},
+                                                    {kOutboundSmtpName},
+                                                    {kMailBoxNotAllowed},
+                                                    {kLogonRefused},
+                                                    {kNoDiscussionSubject},
+                                                    {kMailNotice},
+                                                    {kNoSuchDiscussion},
+                                                    {kRecordNotStored},
+                                                    {kRecordNotEntered, 1},
+                                                    {kKeyNotAdded, 1},
+                                                    {kHiveRefused, 1},
+                                                    {kKeyNotReached},
+                                                    {kPathRefused, 1},
+                                                    {kMailBoxWithoutProfile},
+                                                    {kSettingsRefused},
+                                                    {kMailBoxWithoutAddress},
+                                                    {kMailBoxWithoutHost},
+                                                    {kTransportUnknown},
+                                                    {kNoRegValue},
+                                                    {kRecordUnreadable},
+                                                    {kProjectNotOpened, 1},
+                                                    {kSenderUnknown},
+                                                    {kActingUserRefused},
+                                                    {kValueNotWritten},
+                                                    {kMailBoxesNotListed},
+                                                    {kMailBoxExists},
+                                                    {kNoUserId},
+                                                    {kNoProfile},
+                                                    {kNoAddress},
+                                                    {kNoHostName},
+                                                    {kNoProfilesOnMachine},
+                                                    {kComponentMissing, 1},
+                                                    {kConfiguringFailed},
+                                                    {kNoSessionGiven},
+                                                    {kNotDeleted},
+                                                    {kProjectFileUnreadable},
+                                                    {kKeyNotDeleted, 1},
+                                                    {kSettingsUnreadable, 1},
+                                                    {kNoUserInSession},
+                                                    {kNoSendLogon},
+                                                    {kNoSession},
+                                                    {kRecordNotRestored},
+                                                    {kSettingsNotRestored},
+                                                    {kSectionNotRemoved},
+                                                    {kRecordNotRemoved},
+                                                    {kNoSender},
+                                                    {kNoUsers},
+                                                    {kMailNotAccepted}};
 }  // namespace TextNumber
 
 }  // namespace Platform

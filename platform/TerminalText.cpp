@@ -6,22 +6,18 @@ namespace Platform {
 
 namespace {
 
-// Controls, marks that turn the writing direction, and characters that nobody sees.
-bool IsDangerous(char16_t c) {
-  return c < 0x20 || (c >= 0x7F && c < 0xA0) || c == 0x061C || (c >= 0x200B && c <= 0x200F) ||
-         (c >= 0x2028 && c <= 0x202E) || (c >= 0x2060 && c <= 0x206F) || c == 0xFEFF;
-}
-
-bool IsPair(StringView text) {
-  return text.size() > 1 && text[0] >= 0xD800 && text[0] < 0xDC00 && text[1] >= 0xDC00 && text[1] < 0xE000;
+// Control characters, characters that change the writing direction, and invisible ones.
+bool IsUnsafe(char16_t c) {
+  return IsControl(c) || c == 0x061C || (c >= 0x200B && c <= 0x200F) || (c >= 0x2028 && c <= 0x202E) ||
+         (c >= 0x2060 && c <= 0x206F) || c == 0xFEFF;
 }
 
 void AppendVisibly(String& visible, char16_t c) {
-  if (!IsDangerous(c) && (c < 0xD800 || c >= 0xE000)) {
+  if (IsUnsafe(c) || IsSurrogate(c)) {
+    visible += u"\\u" + HexText(c);
+  } else {
     visible += c;
-    return;
   }
-  visible += u"\\u" + HexText(c);
 }
 
 }  // namespace
@@ -29,7 +25,7 @@ void AppendVisibly(String& visible, char16_t c) {
 std::string TerminalText(StringView text) {
   String visible;
   for (std::size_t i = 0; i < text.size(); ++i) {
-    if (IsPair(text.substr(i))) {
+    if (IsSurrogatePair(text, i)) {
       visible += text.substr(i++, 2);
     } else if (text[i] == u'\r') {
       if (i + 1 == text.size() || text[i + 1] != u'\n') visible += u'\n';
@@ -49,7 +45,7 @@ std::string TerminalText(const std::string& utf8) {
 std::string TerminalLine(StringView text) {
   String visible;
   for (std::size_t i = 0; i < text.size(); ++i) {
-    if (IsPair(text.substr(i))) {
+    if (IsSurrogatePair(text, i)) {
       visible += text.substr(i++, 2);
     } else if (text[i] == u'\r' || text[i] == u'\n' || text[i] == u'\t') {
       if (!visible.ends_with(u' ')) visible += u' ';

@@ -1,4 +1,4 @@
-// TerminalText: texts that came from outside, made safe for a person's terminal.
+// TerminalText: makes texts from outside safe for output on a terminal. Pure; any thread.
 #pragma once
 
 #include <string>
@@ -7,9 +7,9 @@
 
 namespace Platform {
 
-// The text in UTF-8. Control characters, with which a stranger's mail could steer the terminal, lone surrogates,
-// marks that turn the writing direction and other invisible characters are written as \uXXXX. Tabs and line
-// ends stay, and CR LF or CR alone becomes LF.
+// The text in UTF-8. Control characters, which could be commands to the terminal, lone surrogates, characters
+// that change the writing direction and other invisible ones are written as \uXXXX. Tabs and line ends stay;
+// CR LF and CR become LF.
 std::string TerminalText(StringView text);
 std::string TerminalText(const std::string& utf8);
 

@@ -12,24 +12,8 @@ namespace {
 
 constexpr char32_t kReplacement = 0xFFFD;
 
-bool IsHighSurrogate(char16_t c) {
-  return c >= 0xD800 && c <= 0xDBFF;
-}
-bool IsLowSurrogate(char16_t c) {
-  return c >= 0xDC00 && c <= 0xDFFF;
-}
-
 char32_t Join(char16_t high, char16_t low) {
   return 0x10000 + ((static_cast<char32_t>(high) - 0xD800) << 10) + (low - 0xDC00);
-}
-
-void AppendUtf16(String& text, char32_t code) {
-  if (code < 0x10000) {
-    text += static_cast<char16_t>(code);
-  } else {
-    text += static_cast<char16_t>(0xD800 + ((code - 0x10000) >> 10));
-    text += static_cast<char16_t>(0xDC00 + ((code - 0x10000) & 0x3FF));
-  }
 }
 
 char32_t FoldCode(char32_t code) {
@@ -42,15 +26,15 @@ char32_t FoldCode(char32_t code) {
   return locale ? static_cast<char32_t>(towlower_l(static_cast<wint_t>(code), locale)) : code;
 }
 
-// The code point at position i, which moves behind it. A lone surrogate is a code point of its own.
+// The code point at position i, which is moved past it. A lone surrogate is a code point of its own.
 char32_t NextCode(StringView text, std::size_t& i) {
+  const bool pair = IsSurrogatePair(text, i);
   const char16_t c = text[i++];
-  if (IsHighSurrogate(c) && i < text.size() && IsLowSurrogate(text[i])) return Join(c, text[i++]);
-  return c;
+  return pair ? Join(c, text[i++]) : c;
 }
 
-// The code point at bytes[i], which moves behind it; a stray byte gives kReplacement, moves by one and clears
-// good. A surrogate in three bytes counts as good.
+// The code point at bytes[i]; i is moved past it. A byte that begins no character gives kReplacement, moves i
+// by one and clears good. A surrogate in three bytes is good.
 char32_t NextUtf8(std::string_view bytes, std::size_t& i, bool& good) {
   const auto at = [&](std::size_t k) { return static_cast<std::uint8_t>(bytes[k]); };
   const std::uint8_t lead = at(i);
@@ -98,7 +82,7 @@ bool EqualsIgnoreCase(StringView left, StringView right) {
 String FoldCase(StringView text) {
   String folded;
   folded.reserve(text.size());
-  for (std::size_t i = 0; i < text.size();) AppendUtf16(folded, FoldCode(NextCode(text, i)));
+  for (std::size_t i = 0; i < text.size();) AppendCodePoint(folded, FoldCode(NextCode(text, i)));
   return folded;
 }
 
@@ -130,7 +114,7 @@ String FromUtf8(std::string_view bytes) {
   String text;
   text.reserve(bytes.size());
   bool good = true;
-  for (std::size_t i = 0; i < bytes.size();) AppendUtf16(text, NextUtf8(bytes, i, good));
+  for (std::size_t i = 0; i < bytes.size();) AppendCodePoint(text, NextUtf8(bytes, i, good));
   return text;
 }
 
@@ -142,6 +126,15 @@ bool IsUtf8(std::string_view bytes) {
 
 bool HasControl(StringView text) {
   return std::ranges::any_of(text, [](char16_t c) { return IsControl(c) || c == 0x2028 || c == 0x2029; });
+}
+
+void AppendCodePoint(String& text, char32_t code) {
+  if (code < 0x10000) {
+    text += static_cast<char16_t>(code);
+  } else {
+    text += static_cast<char16_t>(0xD800 + ((code - 0x10000) >> 10));
+    text += static_cast<char16_t>(0xDC00 + ((code - 0x10000) & 0x3FF));
+  }
 }
 
 }  // namespace Platform

@@ -1,8 +1,8 @@
-// Value: the tagged value in which everything that is called by name takes and gives its arguments.
+// Value: the type of all arguments and results of objects known by name.
 //
-// A value belongs to one thread at a time. Every conversion raises 13 where the content can't be taken so,
-// and 6 where a number doesn't fit. No value counts as 0, false and the empty string, as an unset value does
-// everywhere in this field.
+// A value is used on one thread at a time and owns its content. Conversions raise 13 for content that can't
+// be converted, 6 for a number that doesn't fit. The empty value ("no value") converts to 0, false, the empty
+// string and the null reference.
 #pragma once
 
 #include <cstdint>
@@ -16,10 +16,10 @@
 namespace Platform {
 
 class Object;
-using ObjectRef = std::shared_ptr<Object>;  // an empty reference is "nothing"
+using ObjectRef = std::shared_ptr<Object>;  // null: "nothing"
 
 class Value;
-using Array = std::vector<Value>;  // element 0 is position 1 of those who count from 1
+using Array = std::vector<Value>;
 using Bytes = std::vector<std::uint8_t>;
 
 class Value {
@@ -49,24 +49,24 @@ class Value {
   bool IsArray() const { return std::holds_alternative<Array>(content_); }
   bool IsBytes() const { return std::holds_alternative<Bytes>(content_); }
 
-  // Numbers and their texts; a text also as "True" and "False" in any case.
+  // From numbers and from texts of numbers. ToBool also from "True" and "False" in any case.
   bool ToBool() const;
   std::int16_t ToInt16() const;
   std::int32_t ToInt32() const;
   double ToDouble() const;
 
-  // A number in decimal, a truth value as "True" or "False".
+  // A number in decimal, a truth value as "True" or "False". Raises 13 for objects, arrays and bytes.
   String ToString() const;
 
-  // An object reference, which may be nothing. No value gives nothing.
+  // The object reference, which may be null. Raises 13 for anything but a reference and no value.
   ObjectRef ToObject() const;
 
   // The array itself. Raises 13 for anything else.
   const Array& ToArray() const;
   Array& ToArray();
 
-  // Bytes as they are, an array of numbers from 0 to 255, or the two bytes (low one first) of each character
-  // of a string. Raises 13 for anything else.
+  // From bytes, from an array of numbers 0 to 255, or from a string: two bytes a character, the low one
+  // first.
   Bytes ToBytes() const;
 
  private:

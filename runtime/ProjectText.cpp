@@ -25,15 +25,6 @@ StringView WithoutBlanks(StringView text) {
   return text;
 }
 
-bool IsSurrogate(char16_t c) {
-  return c >= 0xD800 && c <= 0xDFFF;
-}
-
-bool IsPair(StringView text, std::size_t i) {
-  return i + 1 < text.size() && text[i] >= 0xD800 && text[i] <= 0xDBFF && text[i + 1] >= 0xDC00 &&
-         text[i + 1] <= 0xDFFF;
-}
-
 // The text in one line, with escape sequences. The special characters are escaped too.
 String Escape(StringView text, StringView special) {
   String escaped;
@@ -50,7 +41,7 @@ String Escape(StringView text, StringView special) {
       escaped += u"\\t";
     } else if (c == u' ' && atAnEnd) {
       escaped += u"\\s";
-    } else if (IsPair(text, i)) {
+    } else if (IsSurrogatePair(text, i)) {
       escaped += text.substr(i++, 2);
     } else if (c < 0x20 || c == kByteOrderMark || IsSurrogate(c) || special.find(c) != StringView::npos) {
       escaped += u"\\u" + HexText(c);

@@ -10,7 +10,7 @@ namespace Runtime {
 using Platform::String;
 using Platform::StringView;
 
-// The text of one of TextNumber::kPrograms with its arguments. Empty if the text service or its catalogue
+// The text of one of TextNumber::kProgramTexts with its arguments. Empty if the text service or its catalogue
 // can't be loaded. Raises nothing. Any thread. It reads the registry, so the registry's own code must not
 // call it.
 String TextOf(std::int32_t number, StringView first = {}, StringView second = {});

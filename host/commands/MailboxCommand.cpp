@@ -74,15 +74,15 @@ Logon ReadLogon(const MailboxOptions& options, const std::optional<MailboxRecord
 }
 
 std::shared_ptr<OptionToolkit> MakeHand(std::optional<Logon> logon) {
-  return std::make_shared<OptionToolkit>([logon](Form& form, UserHand& hand) {
+  return std::make_shared<OptionToolkit>([logon](Form& form, UserInput& input) {
     if (!logon) {
-      hand.Escape();
+      input.Escape();
       return;
     }
-    if (logon->ProjectPath) TypeOption(form, hand, u"txtTVSFileName", "--project", *logon->ProjectPath);
-    TypeOption(form, hand, u"txtUID", "--user", logon->UserId);
-    TypeOption(form, hand, u"txtPwd", "--password-file", logon->Password);
-    hand.Enter();
+    if (logon->ProjectPath) TypeOption(form, input, u"txtTVSFileName", "--project", *logon->ProjectPath);
+    TypeOption(form, input, u"txtUID", "--user", logon->UserId);
+    TypeOption(form, input, u"txtPwd", "--password-file", logon->Password);
+    input.Enter();
   });
 }
 
@@ -169,7 +169,7 @@ int Store(const MailboxOptions& options, bool add) {
 
 int Delete(const std::string& typedName, bool force) {
   const MailboxRecord mailbox = RequireMailbox(ArgumentText(typedName));
-  const auto boxes = std::make_shared<OptionToolkit>([](Form&, UserHand&) {});
+  const auto boxes = std::make_shared<OptionToolkit>([](Form&, UserInput&) {});
   Runtime::InstallToolkit(boxes);
   const Gateway::HandlerObject handler;
   handler.Mail().MailHandler_MboxDelete(mailbox.Name);

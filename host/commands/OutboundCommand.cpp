@@ -32,10 +32,10 @@ struct OutboundOptions {
 constexpr std::int32_t kMapi = 0;
 constexpr std::int32_t kSmtp = 1;
 
-void ChooseTransport(Form& form, UserHand& hand, const std::string& transport) {
+void ChooseTransport(Form& form, UserInput& input, const std::string& transport) {
   Control& list = form[u"cmbProvider"];
   const std::int32_t wanted = EqualsIgnoreCase(ArgumentText(transport), u"mapi") ? kMapi : kSmtp;
-  hand.Choose(list, wanted);
+  input.Choose(list, wanted);
   // Without a MAPI profile the dialog says so and goes back to SMTP.
   if (list.ListIndex() != wanted)
     throw CommandError(DataRefused,
@@ -43,13 +43,13 @@ void ChooseTransport(Form& form, UserHand& hand, const std::string& transport) {
                        "add-profile");
 }
 
-void ChooseProfile(Form& form, UserHand& hand, const String& profile) {
+void ChooseProfile(Form& form, UserInput& input, const String& profile) {
   Control& list = form[u"cmbProfile"];
   if (!list.Visible()) throw CommandError(WrongUse, "--profile belongs to MAPI: add --transport mapi");
   String known;
   for (std::size_t i = 0; i < list.List().size(); ++i) {
     if (EqualsIgnoreCase(list.List()[i], profile)) {
-      hand.Choose(list, static_cast<std::int32_t>(i));
+      input.Choose(list, static_cast<std::int32_t>(i));
       return;
     }
     known += (known.empty() ? u"" : u", ") + list.List()[i];
@@ -58,11 +58,11 @@ void ChooseProfile(Form& form, UserHand& hand, const String& profile) {
                                       u", or add it by tvmail outbound add-profile");
 }
 
-void TypeSmtp(Form& form, UserHand& hand, StringView box, const std::string& option,
+void TypeSmtp(Form& form, UserInput& input, StringView box, const std::string& option,
               const std::optional<std::string>& text) {
   if (!text) return;
   if (!form[box].Visible()) throw CommandError(WrongUse, option + " belongs to SMTP: add --transport smtp");
-  TypeOption(form, hand, box, option, ArgumentText(*text));
+  TypeOption(form, input, box, option, ArgumentText(*text));
 }
 
 // The dialog shows the stored address and name only where a host is stored with them, and saves what it
@@ -85,19 +85,19 @@ void RequireSmtpShown(Form& form, const SendOptions& given) {
   }
 }
 
-void Fill(const OutboundOptions& options, Form& form, UserHand& hand) {
+void Fill(const OutboundOptions& options, Form& form, UserInput& input) {
   Control& enabled = form[u"chkEnableEmail"];
-  if (options.Enable || options.Disable) hand.Check(enabled, options.Enable);
+  if (options.Enable || options.Disable) input.Check(enabled, options.Enable);
   if (options.Send.Any() && enabled.Value() == 0)
     throw CommandError(WrongUse, "outbound e-mail is off, and then no transport is saved: add --enable");
   const SendOptions& send = options.Send;
-  if (send.Transport) ChooseTransport(form, hand, *send.Transport);
-  if (send.Profile) ChooseProfile(form, hand, ArgumentText(*send.Profile));
-  TypeSmtp(form, hand, u"txtHost", "--host", send.HostName);
-  TypeSmtp(form, hand, u"txtEMailAddress", "--address", send.Address);
-  TypeSmtp(form, hand, u"txtRealName", "--real-name", send.RealName);
+  if (send.Transport) ChooseTransport(form, input, *send.Transport);
+  if (send.Profile) ChooseProfile(form, input, ArgumentText(*send.Profile));
+  TypeSmtp(form, input, u"txtHost", "--host", send.HostName);
+  TypeSmtp(form, input, u"txtEMailAddress", "--address", send.Address);
+  TypeSmtp(form, input, u"txtRealName", "--real-name", send.RealName);
   RequireSmtpShown(form, send);
-  hand.Enter();
+  input.Enter();
 }
 
 struct OutboundSettings {
@@ -162,7 +162,7 @@ int Configure(const OutboundOptions& options) {
   std::shared_ptr<DialogToolkit> dialog;
   if (options.Any()) {
     hand = std::make_shared<OptionToolkit>(
-        [&options](Form& form, UserHand& user) { Fill(options, form, user); });
+        [&options](Form& form, UserInput& user) { Fill(options, form, user); });
     Runtime::InstallToolkit(hand);
   } else {
     dialog = InstallDialogToolkit();

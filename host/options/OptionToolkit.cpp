@@ -12,15 +12,15 @@ void OptionToolkit::Load(Form& form) {
 }
 
 void OptionToolkit::ShowModal(Form& form) {
-  UserHand hand(form, *this);
-  hand.Activate();
+  UserInput input(form, *this);
+  input.Activate();
   try {
-    act_(form, hand);
+    act_(form, input);
     accepted_ = !form.IsShown();
   } catch (const CommandError&) {
     complaint_ = std::current_exception();
   }
-  if (form.IsShown()) hand.Close();
+  if (form.IsShown()) input.Close();
   if (form.IsShown()) form.Hide();
 }
 
@@ -33,14 +33,14 @@ void OptionToolkit::Finish() const {
   if (complaint_) std::rethrow_exception(complaint_);
 }
 
-void TypeOption(Form& form, UserHand& hand, StringView box, const std::string& option, const String& text) {
+void TypeOption(Form& form, UserInput& input, StringView box, const std::string& option, const String& text) {
   Control& control = form[box];
   const std::int32_t limit = control.MaxLength();
   if (limit > 0 && text.size() > static_cast<std::size_t>(limit))
     throw CommandError(DataRefused,
                        option + " takes at most " + std::to_string(limit) + " characters: shorten it");
-  hand.Focus(control);
-  if (!hand.Type(control, text))
+  input.Focus(control);
+  if (!input.Type(control, text))
     throw CommandError(WrongUse,
                        option + " can't be changed now: leave it out, or change the setting that locks it");
 }

@@ -7,7 +7,7 @@
 #include <functional>
 
 #include "platform/Forms/FormsToolkit.h"
-#include "platform/Forms/UserHand.h"
+#include "platform/Forms/UserInput.h"
 
 namespace Host {
 
@@ -16,7 +16,7 @@ using namespace Platform;
 class OptionToolkit : public FormsToolkit {
  public:
   // What to do to the dialog, up to the button. A CommandError that leaves it waits in Finish.
-  using Act = std::function<void(Form& form, UserHand& hand)>;
+  using Act = std::function<void(Form& form, UserInput& input)>;
 
   explicit OptionToolkit(Act act) : act_(std::move(act)) {}
 
@@ -49,6 +49,6 @@ class OptionToolkit : public FormsToolkit {
 
 // Types a text given as an option. Raises a CommandError where the box, as the dialog stands, doesn't take it
 // whole; option is its name, as in "--host".
-void TypeOption(Form& form, UserHand& hand, StringView box, const std::string& option, const String& text);
+void TypeOption(Form& form, UserInput& input, StringView box, const std::string& option, const String& text);
 
 }  // namespace Host

@@ -59,10 +59,10 @@ String PlainCaption(StringView caption) {
 void FormQuestions::Ask() {
   Say(u"== " + PlainCaption(form_.Caption()) + u" ==");
   Say(TextOf(TextNumber::kFormIntroduction));
-  hand_.Activate();
+  input_.Activate();
   while (form_.IsShown()) {
     if (!AskFields() || !AskButtons()) {
-      hand_.Close();
+      input_.Close();
       // A form whose Unload handler failed isn't hidden by it, and there is no input left to ask for more.
       if (form_.IsShown()) form_.Hide();
     }
@@ -98,7 +98,7 @@ bool FormQuestions::AskField(Control& control, const String& name) {
         TextOf(control.Enabled() ? TextNumber::kFixedField : TextNumber::kDisabledField));
     return true;
   }
-  hand_.Focus(control);
+  input_.Focus(control);
   switch (control.Kind()) {
     case ControlKind::TextBox:
       return AskText(control, name);
@@ -116,7 +116,7 @@ bool FormQuestions::AskText(Control& box, const String& name) {
   if (!answer) return false;
   if (answer->empty()) return true;
   const String text = *answer == u"-" && !secret ? String() : *answer;
-  hand_.Type(box, text);
+  input_.Type(box, text);
   if (box.Text().size() < text.size()) Say(TextOf(TextNumber::kTextCut, Number(box.Text().size())));
   return true;
 }
@@ -132,7 +132,7 @@ bool FormQuestions::AskCheck(Control& box, const String& name) {
     auto choice = FindChoice(choices, *answer);
     if (!choice) choice = FindChoice({u"yes", u"no"}, *answer);
     if (choice) {
-      hand_.Check(box, *choice == 0);
+      input_.Check(box, *choice == 0);
       return true;
     }
     Say(TextOf(TextNumber::kAnswerYesOrNo, choices[0], choices[1]));
@@ -154,7 +154,7 @@ bool FormQuestions::AskList(Control& list, const String& name) {
     if (!answer) return false;
     if (answer->empty()) return true;
     if (const auto choice = FindChoice(list.List(), *answer)) {
-      hand_.Choose(list, static_cast<std::int32_t>(*choice));
+      input_.Choose(list, static_cast<std::int32_t>(*choice));
       return true;
     }
     Say(TextOf(TextNumber::kAnswerFromList));
@@ -180,7 +180,7 @@ bool FormQuestions::AskButtons() {
     const auto answer = Answer(prompt + u": ");
     if (!answer) return false;
     if (answer->empty()) {
-      if (hand_.Enter()) return true;
+      if (input_.Enter()) return true;
       continue;
     }
     const auto choice = FindChoice(captions, *answer);
@@ -189,7 +189,7 @@ bool FormQuestions::AskButtons() {
       continue;
     }
     if (*choice == buttons.size()) return true;
-    hand_.Press(*buttons[*choice]);
+    input_.Press(*buttons[*choice]);
     // What was refused is to be corrected in the fields; every other button leads back to the buttons.
     if (buttons[*choice]->IsDefault()) return true;
   }
@@ -200,7 +200,7 @@ std::optional<String> FormQuestions::Answer(const String& prompt, bool hidden) {
   for (;;) {
     auto answer = hidden ? terminal_.ReadHidden(prompt) : terminal_.ReadLine(prompt);
     if (!answer || *answer != u"?" || hidden) return answer;
-    hand_.KeyDown(KeyF1);
+    input_.KeyDown(KeyF1);
   }
 }
 

@@ -6,7 +6,7 @@
 
 #include "host/terminal/Terminal.h"
 #include "platform/Forms/FormsToolkit.h"
-#include "platform/Forms/UserHand.h"
+#include "platform/Forms/UserInput.h"
 
 namespace Host {
 
@@ -18,7 +18,7 @@ String PlainCaption(StringView caption);
 class FormQuestions {
  public:
   FormQuestions(Form& form, FormsToolkit& toolkit, const Terminal& terminal)
-      : form_(form), hand_(form, toolkit), terminal_(terminal) {}
+      : form_(form), input_(form, toolkit), terminal_(terminal) {}
 
   // Asks until the form isn't shown any more.
   void Ask();
@@ -36,7 +36,7 @@ class FormQuestions {
   void Say(const String& text) { terminal_.Write(text + u"\n"); }
 
   Form& form_;
-  UserHand hand_;
+  UserInput input_;
   const Terminal& terminal_;
 };
 

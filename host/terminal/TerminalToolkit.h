@@ -9,7 +9,7 @@
 
 #include "host/terminal/Terminal.h"
 #include "platform/Forms/FormsToolkit.h"
-#include "platform/Forms/UserHand.h"
+#include "platform/Forms/UserInput.h"
 
 namespace Host {
 

@@ -1,7 +1,8 @@
 // Control: one control of a form's model.
 //
-// A control belongs to its form and is used on the thread that uses the form. Setters tell the form's
-// observer; setting a check box's value or a list's position fires Click, as a user's hand would.
+// A control belongs to its form, is valid as long as it, and is used on the form's thread. Each setter calls
+// the form's observer. Setting a check box's value or a list's position fires Click, as a user's input does.
+// Setters raise what the observer or a handler raises; the new value is then set.
 #pragma once
 
 #include <cstdint>
@@ -32,11 +33,11 @@ enum class ControlProperty {
   Selection
 };
 
-// System colours, as the platform numbers them.
+// System colours by their numbers.
 inline constexpr std::uint32_t WindowBackground = 0x80000005;
 inline constexpr std::uint32_t ButtonFace = 0x8000000F;
 
-// A place in twips, 1440 to the inch, inside the form's client area.
+// A rectangle in twips (1440 to the inch). A control's is relative to the form's client area.
 struct Place {
   float Left = 0, Top = 0, Width = 0, Height = 0;
 };
@@ -49,10 +50,10 @@ struct ControlDesign {
   String Tag = {};
   Platform::Place Place = {};
   bool Visible = true;
-  char16_t PasswordChar = 0;  // the echo of every character; 0: the text itself
+  char16_t PasswordChar = 0;  // shown for every character; 0: the text is shown
   std::int32_t ImeMode = 0;   // 3: input methods switched off
-  bool Default = false;       // the button that answers Enter
-  bool Cancel = false;        // the button that answers Escape
+  bool Default = false;       // the button pressed by Enter
+  bool Cancel = false;        // the button pressed by Escape
 };
 
 class Control {
@@ -74,8 +75,8 @@ class Control {
   const String& Caption() const { return design_.Caption; }
   void SetCaption(String caption);
 
-  // A text box's text, cut at MaxLength; of a drop-down list the entry at its position, or the empty string.
-  // Locked binds the user alone.
+  // A text box's text, cut at MaxLength. A drop-down list gives the entry at its position, or the empty
+  // string. Code can set the text of a locked box, too.
   String Text() const;
   void SetText(String text);
 
@@ -83,8 +84,8 @@ class Control {
   std::int16_t Value() const { return value_; }
   void SetValue(std::int16_t value);
 
-  // A drop-down list. Its position counts from 0; -1 is none. Every setting fires Click, also of the position
-  // that it has; one outside the list raises 5.
+  // A drop-down list. Positions count from 0; -1 is none. Each setting fires Click, also for the present
+  // position. Raises 5 for a position outside the list; the old one is kept.
   const std::vector<String>& List() const { return list_; }
   void AddItem(String text);
   std::int32_t ListIndex() const { return listIndex_; }
@@ -94,27 +95,27 @@ class Control {
   void SetEnabled(bool enabled);
   bool Visible() const { return design_.Visible; }
   void SetVisible(bool visible);
-  bool Locked() const { return locked_; }  // read-only, and still focusable
+  bool Locked() const { return locked_; }  // the user can't change the text, but can focus the box
   void SetLocked(bool locked);
   std::uint32_t BackColor() const { return backColor_; }
   void SetBackColor(std::uint32_t color);
-  std::int32_t MaxLength() const { return maxLength_; }  // 0: no limit
+  std::int32_t MaxLength() const { return maxLength_; }  // UTF-16 code units; 0: no limit
   void SetMaxLength(std::int32_t length);
 
-  // What is selected, in characters from 0.
+  // The selection, in UTF-16 code units from 0.
   std::int32_t SelStart() const { return selStart_; }
   std::int32_t SelLength() const { return selLength_; }
   void SetSelStart(std::int32_t start);
   void SetSelLength(std::int32_t length);
 
-  // Raises 438 for a control without a font, such as a common dialog.
+  // Both raise 438 for a common dialog, which has no font.
   const Platform::Font& Font() const;
   void SetFont(Platform::Font font);
 
-  // Moves the focus here; fires GotFocus unless the focus is here already.
+  // Moves the focus to this control and fires GotFocus, unless it has the focus already.
   void SetFocus();
 
-  // A visible, enabled control that can hold the focus.
+  // True for a visible, enabled control other than a label or a common dialog.
   bool CanFocus() const;
 
  private:

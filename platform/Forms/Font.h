@@ -1,4 +1,4 @@
-// Font: how a form or a control wants its text drawn.
+// Font: the font of a form or a control.
 #pragma once
 
 #include <cstdint>
@@ -8,9 +8,9 @@
 namespace Platform {
 
 struct Font {
-  String Name;               // empty: the toolkit's own
+  String Name;               // empty: the toolkit's default
   double Size = 8.25;        // points
-  std::int32_t Charset = 0;  // the platform's number of a character set; 0 is Western, 128 Shift-JIS
+  std::int32_t Charset = 0;  // the number of a character set: 0 Western, 128 Shift-JIS
   friend bool operator==(const Font&, const Font&) = default;
 };
 

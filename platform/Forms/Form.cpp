@@ -20,13 +20,13 @@ Form::~Form() {
   try {
     Services().Toolkit().Unload(*this);
   } catch (const std::exception&) {
-    // A process that has no toolkit any more has nothing to forget.
+    // The process has no toolkit any more.
   }
 }
 
-void Form::Touch() {
+void Form::LoadOnce() {
   if (loaded_) return;
-  loaded_ = true;  // the toolkit may look at the form
+  loaded_ = true;  // so that the toolkit can read the form
   try {
     Services().Toolkit().Load(*this);
   } catch (...) {
@@ -37,46 +37,46 @@ void Form::Touch() {
 }
 
 const String& Form::Caption() {
-  Touch();
+  LoadOnce();
   return design_.Caption;
 }
 
 void Form::SetCaption(String caption) {
-  Touch();
+  LoadOnce();
   design_.Caption = std::move(caption);
   if (observer_) observer_->FormChanged(FormProperty::Caption);
 }
 
 const Font& Form::Font() {
-  Touch();
+  LoadOnce();
   return font_;
 }
 
 void Form::SetFont(Platform::Font font) {
-  Touch();
+  LoadOnce();
   font_ = std::move(font);
   if (observer_) observer_->FormChanged(FormProperty::Font);
 }
 
 Place Form::Place() {
-  Touch();
+  LoadOnce();
   return window_;
 }
 
 void Form::Move(float left, float top) {
-  Touch();
+  LoadOnce();
   window_.Left = left;
   window_.Top = top;
   if (observer_) observer_->FormChanged(FormProperty::Place);
 }
 
 std::span<const std::unique_ptr<Control>> Form::Controls() {
-  Touch();
+  LoadOnce();
   return controls_;
 }
 
 Control& Form::operator[](StringView name) {
-  Touch();
+  LoadOnce();
   for (const auto& control : controls_) {
     if (control->Name() == name) return *control;
   }
@@ -84,18 +84,18 @@ Control& Form::operator[](StringView name) {
 }
 
 void Form::SetKeyPreview(bool preview) {
-  Touch();
+  LoadOnce();
   keyPreview_ = preview;
 }
 
 void Form::ClearIcon() {
-  Touch();
+  LoadOnce();
   icon_ = false;
   if (observer_) observer_->FormChanged(FormProperty::Icon);
 }
 
 std::intptr_t Form::WindowHandle() {
-  Touch();
+  LoadOnce();
   return windowHandle_;
 }
 
@@ -106,7 +106,7 @@ void Form::TakeWindow(std::intptr_t handle, float width, float height) {
 }
 
 void Form::ShowModal() {
-  Touch();
+  LoadOnce();
   shown_ = true;
   try {
     Services().Toolkit().ShowModal(*this);

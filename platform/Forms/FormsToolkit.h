@@ -1,7 +1,7 @@
-// FormsToolkit: what shows forms, boxes and help to a person. The terminal, the desktop and the tests bring
-// one.
+// FormsToolkit: the interface of what shows forms, boxes and help to a user: terminal, desktop, tests.
 //
-// Every operation is called on the thread that uses the form, by any number of threads, and comes back on it.
+// Each form is used on one thread, and several threads may use a toolkit at once. An operation returns on the
+// thread that called it. Unless said otherwise it raises 57, with the reason, where it can't do its work.
 #pragma once
 
 #include <cstdint>
@@ -22,7 +22,7 @@ enum class ZOrder : std::int32_t { Topmost = -1, NotTopmost = -2 };
 
 struct OpenFileRequest {
   String Title;
-  String FileName;  // what stands in the box at first
+  String FileName;  // the name shown at first; may be empty
   String Filter;    // pairs of a name and a pattern, all separated by "|"
 };
 
@@ -30,42 +30,44 @@ class FormsToolkit {
  public:
   virtual ~FormsToolkit();
 
-  // Gets to know a form before its Load fires. May give it a window by Form::TakeWindow.
+  // Called before the form's event Load. May set the form's window by Form::TakeWindow. The toolkit must not
+  // use the form after Unload.
   virtual void Load(Form& form) = 0;
 
-  // Lets the user work on a loaded form and returns as soon as it isn't shown any more. Raises a failure if
-  // it can't be shown. All acts of the user go through a UserHand.
+  // Shows a loaded form and returns when Form::IsShown is false. All input of the user goes through a
+  // UserInput.
   virtual void ShowModal(Form& form) = 0;
 
-  // Forgets a form that is being unloaded or destroyed.
+  // Called when a form is unloaded or destroyed: ends the toolkit's use of it.
   virtual void Unload(Form& form) = 0;
 
-  // Shows a text with one OK button and returns when it is pressed. No title: the toolkit's own default.
+  // Shows a text with one OK button and returns when it is pressed. No title: the toolkit's default.
   virtual void MessageBox(StringView text, const std::optional<String>& title) = 0;
 
-  // The path that the user chose, or nothing after a cancel.
+  // The path that the user chose; nullopt after a cancel.
   virtual std::optional<String> OpenFile(const OpenFileRequest& request) = 0;
 
   virtual ScreenSize Screen() = 0;
   virtual void SetMousePointer(MousePointer pointer) = 0;
   virtual void SetZOrder(Form& form, ZOrder order) = 0;
 
-  // The help viewer: a file (8-bit text), which may name a window behind ">", a command word and its number.
-  // False: the page can't be shown and the user hasn't been told so.
+  // Opens the help viewer for a file (UTF-8; a window's name may follow ">"), a command and its number.
+  // False: the page can't be shown, and no message has been shown.
   virtual bool ShowHelp(std::intptr_t window, const std::string& file, std::uint32_t command,
                         std::uint32_t number) = 0;
 
-  // A help topic by its name, for the help component. The result is that of ShowHelp.
+  // Opens a help topic by its name, for the help component. Result as for ShowHelp.
   virtual bool ShowTopic(StringView topic) = 0;
 };
 
-// The open-file dialog as forms use it.
+// The open-file dialog of a form. Used on the form's thread.
 class CommonDialog {
  public:
   bool CancelError = false;
   OpenFileRequest Request;
 
-  // Request.FileName becomes the chosen path. After a cancel it stays; failure 32755 if CancelError is set.
+  // Shows the dialog and sets Request.FileName to the chosen path. A cancel keeps it, and raises 32755 if
+  // CancelError is true.
   void ShowOpen();
 };
 

@@ -1,7 +1,8 @@
 // Cipher: typed proxies for the crypto component OstrCipherCOM, its key stores, and the provider of key store
 // settings.
 //
-// See ObjectProxy for what every operation may raise.
+// See ObjectProxy for what every operation may raise, and for threads and ownership. An operation that gives
+// a CipherResult reports all other failures in it.
 #pragma once
 
 #include <cstdint>
@@ -11,8 +12,7 @@
 
 namespace Platform {
 
-// What an operation of the crypto component gives: 1 or more on success with the output, otherwise a number
-// below 1 with the reason.
+// The result of the crypto component: Number is 1 or more on success; otherwise ErrorText says why.
 struct CipherResult {
   std::int32_t Number = 0;
   String Output;
@@ -24,18 +24,19 @@ class Cipher : public ObjectProxy {
   static constexpr std::size_t KeyBufferSize = 121;  // bytes
   using ObjectProxy::ObjectProxy;
 
-  // AES-128 with the first 16 bytes of the key. The output is another one at each call.
+  // Encrypts by AES-128-GCM under a key that is derived from all bytes of the given one (HKDF, SHA-256). The
+  // output differs at each call. Fails for an empty key.
   CipherResult AES128EncryptString(const String& text, const Bytes& key) const {
     return Run(u"AES128EncryptString", text, key);
   }
-  // Number 0 for another key, and for a text that was changed or isn't such an output.
+  // Fails for another key, and for a text that was changed or isn't such an output.
   CipherResult AES128DecryptString(const String& text, const Bytes& key) const {
     return Run(u"AES128DecryptString", text, key);
   }
 
-  // Fills the buffer, which has KeyBufferSize bytes on entry, with the key of a label. Number 0, and the
-  // buffer unchanged, where there is no such key, the password is wrong, or the file is missing, damaged or
-  // open to others.
+  // Reads the key of a label into the buffer, which must have KeyBufferSize bytes. Fails, with the buffer
+  // unchanged, if there is no such key, the password is wrong, or the file is missing, damaged or accessible
+  // to others.
   CipherResult Keywell_GetKSKey(const String& fileName, const String& password, const String& label,
                                 Bytes& buffer) const {
     Value arguments[] = {fileName, password, label, buffer, String()};
@@ -53,22 +54,22 @@ class Cipher : public ObjectProxy {
   }
 };
 
-// Makes key stores. Created by KeyStore::kName.
+// Creates keys in key stores.
 class KeyStore : public ObjectProxy {
  public:
-  static constexpr StringView kName = u"OstrCipherCOM.KeyStore";
+  static constexpr StringView kName = u"OstrCipherCOM.KeyStore";  // the programmatic name
   using ObjectProxy::ObjectProxy;
 
-  // Puts a new random key under a label into the store. A store that doesn't exist is created, mode 0600,
-  // sealed with the password. The key is on disk when this returns. A failure leaves the store as it was: 380 for
-  // refused input, 58 for a label that exists, 419 for a wrong password, 57 for a store that is damaged, open
-  // to others or can't be written.
+  // Adds a new random key under a label. Creates a store that doesn't exist, mode 0600, encrypted with the
+  // password. The key is on disk when this returns. Raises 380 for refused input, 58 for a label that exists,
+  // 419 for a wrong password, 57 for a store that is damaged, accessible to others or can't be written; then
+  // the store is as before.
   void CreateKey(const String& file, const String& password, const String& label) const {
     Call(u"CreateKey", file, password, label);
   }
 };
 
-// Where the key of the AES-128 encoder lies. A member may raise; see ComponentSecurity.
+// The caller's settings of the key store that ComponentSecurity reads its AES-128 key from.
 class KeyStoreProvider : public ObjectProxy {
  public:
   using ObjectProxy::ObjectProxy;

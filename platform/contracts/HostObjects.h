@@ -1,7 +1,8 @@
-// HostObjects: typed proxies for the objects that the mail-reader host hands in.
+// HostObjects: typed proxies for the objects that the mail-reader host passes to the component.
 //
-// See ObjectProxy for what every operation may raise: 91 where a part on the way is absent. Each member is
-// asked for again at every call; nothing is kept. Used on the thread that handed the object in.
+// See ObjectProxy for what every operation may raise; 91 also if a parent object (Message, From, SendLogon,
+// User) is nothing. Nothing is cached: each operation reads the members again. Used on the thread of the
+// call.
 #pragma once
 
 #include "platform/contracts/ObjectProxy.h"
@@ -12,7 +13,7 @@ namespace Platform {
 class MailMessage : public ObjectProxy {
  public:
   using ObjectProxy::ObjectProxy;
-  // False where the mail names no sender.
+  // False if the mail has no sender.
   bool HasFrom() const { return From() != nullptr; }
   String FromAddress() const { return Part(From()).Text(u"Address"); }
   String Subject() const { return Part(Message()).Text(u"subject"); }
@@ -29,13 +30,13 @@ class MailMessage : public ObjectProxy {
   ObjectRef From() const { return Part(Message()).Child(u"From"); }
 };
 
-// The host's settings of one mailbox: how the project's mail is sent.
+// The host's settings for sending a project's mail.
 class Session : public ObjectProxy {
  public:
   using ObjectProxy::ObjectProxy;
   bool HasSendLogon() const { return Get(u"SendLogon").ToObject() != nullptr; }
   bool HasUser() const { return Get(u"User").ToObject() != nullptr; }
-  // The name of the transport: the text TextNumber::kMapiName or kSmtpName.
+  // The text TextNumber::kMapiName or kSmtpName, if the host knows the transport.
   String Transport() const { return Part(Get(u"SendLogon").ToObject()).Text(u"Transport"); }
   String MAPIProfile() const { return Get(u"MAPIProfile").ToString(); }
   String HostName() const { return Part(Get(u"SendLogon").ToObject()).Text(u"HostName"); }

@@ -1,4 +1,4 @@
-// The key functions of the interfaces, so that each has one identity in the process.
+// The key functions of the interfaces: each has one type information in the process.
 #include "platform/Component.h"
 #include "platform/Services.h"
 #include "platform/contracts/MailHandler.h"

@@ -1,7 +1,7 @@
-// MailHandler: the two interfaces through which the handler object is called.
+// MailHandler: the two interfaces of the component's handler object.
 //
-// The component implements both on one object; the mail-reader host calls MailHandler, the project tool calls
-// EMailManagerInterface, each on the thread that created the object.
+// The mail-reader host calls MailHandler, the project tool EMailManagerInterface, on the thread that created
+// the object. No operation raises a failure that a mail, a store or a dialog causes.
 #pragma once
 
 #include <cstdint>
@@ -11,35 +11,40 @@
 
 namespace Platform {
 
-// The host's interface, in slot order. Order of calls for messages: Initialize, HandleMessage for each,
-// Finalize. For configuring: Configure, then MboxUpdate on the same object. MboxDelete stands alone.
+// The host's interface, in slot order. Calls for messages: Initialize, HandleMessage for each, Finalize. For
+// configuring: Configure, then MboxUpdate on the same object. MboxDelete needs no other call.
 class MailHandler {
  public:
   virtual ~MailHandler();
 
+  // Sets the mailbox; blanks around its name are ignored. MBUser isn't used.
   virtual void MailHandler_Initialize(const String& arg, const ObjectRef& MBUser) = 0;
 
-  // The empty string when the message was handled without complaint, otherwise a failure text.
+  // Stores a mail as a reply. The empty string on success, otherwise a failure text (see FailureText.h). With
+  // a text the reply may have been stored all the same: a sender who isn't known doesn't end the work.
   virtual String MailHandler_HandleMessage(const ObjectRef& mess) = 0;
 
+  // Closes the project; the next message opens it again. Safe to repeat.
   virtual void MailHandler_Finalize() = 0;
 
-  // Shows the mailbox dialog; AddMode is non-zero for a new mailbox. True: MboxUpdate may follow.
+  // Shows the mailbox dialog; AddMode is non-zero for a new mailbox. True: MboxUpdate may follow. Sets
+  // ProductName, and MailBoxName to the project's name. Failures are shown in message boxes.
   virtual Boolean MailHandler_Configure(std::int16_t AddMode, String& MailBoxName, String& ProductName,
                                         const ObjectRef& Sess) = 0;
 
-  // True when the mailbox was stored.
+  // Stores the mailbox. False after a message box if it can't be stored completely.
   virtual Boolean MailHandler_MboxUpdate(const String& MailBoxName, const ObjectRef& Sess) = 0;
 
+  // Removes the e-mail settings from the mailbox's project, and keeps its record. Failures are shown.
   virtual void MailHandler_MboxDelete(const String& MailBoxName) = 0;
 };
 
-// The default interface of the class; its published name is "_EMailManager", which C++ keeps to itself.
+// The default interface of the class. Its published name is "_EMailManager", a reserved name in C++.
 class EMailManagerInterface {
  public:
   virtual ~EMailManagerInterface();
 
-  // Shows the outbound dialog. True when the user has configured outbound e-mail in it.
+  // Shows the outbound dialog. True if the user has saved outbound settings in it. Failures are shown.
   virtual Boolean ConfigureOutBoundEmail() = 0;
 };
 

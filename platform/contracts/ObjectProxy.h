@@ -1,10 +1,11 @@
-// ObjectProxy: the base of the typed proxies for objects that are known by the names of their members.
+// ObjectProxy: the base of the typed proxies for objects whose members are called by name.
 //
-// A proxy has one operation for each member, so that no caller spells a member's name. It holds a shared
-// reference and is called on the thread that created the object. What an operation's comment doesn't say:
-//   - it raises 91 if the proxy is empty, 438 if the object lacks the member, 13 if a result is of another
-//     type than the operation gives, and whatever the member itself raises;
-//   - it gives a new value, which belongs to the caller.
+// A proxy has one operation for each member, so that callers spell no names. It shares ownership of the
+// object and is used on the thread that created the object. For every operation:
+//   - it raises 91 if the proxy is empty, 438 if the object has no such member,
+//     13 for a result of another type,
+//     and what the member raises;
+//   - its result is a copy that belongs to the caller.
 #pragma once
 
 #include <utility>
@@ -13,7 +14,7 @@
 
 namespace Platform {
 
-// An empty proxy stands for "no object".
+// An empty proxy means "no object".
 class ObjectProxy {
  public:
   ObjectProxy() = default;
@@ -31,7 +32,7 @@ class ObjectProxy {
     return CallWith(Target(), member, {Value(std::forward<Arguments>(arguments))...});
   }
 
-  // For methods that write into their arguments.
+  // Calls a method that writes into its arguments.
   Value CallByReference(StringView member, std::span<Value> arguments) const {
     return Target().Call(member, arguments);
   }

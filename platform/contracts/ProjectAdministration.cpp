@@ -3,7 +3,7 @@
 namespace Platform {
 namespace {
 
-// Each element of an array, given by the function that makes it.
+// An array with the value that make gives for each element.
 template <class Element, class Make>
 Array ArrayOf(const std::vector<Element>& elements, Make make) {
   Array array;

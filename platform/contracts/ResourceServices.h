@@ -1,6 +1,7 @@
-// ResourceServices: typed proxies for the siblings that give numbered texts and show help topics.
+// ResourceServices: typed proxies for the siblings TvResourceServices (numbered texts) and
+// TvGeneralGuiServices (help).
 //
-// See ObjectProxy for what every operation may raise.
+// See ObjectProxy for what every operation may raise, and for threads and ownership.
 #pragma once
 
 #include <cstdint>
@@ -9,19 +10,20 @@
 
 namespace Platform {
 
-// The numbered texts of one resource file, in the user's language with English as the fallback. A new object
-// has no texts.
+// The numbered texts of one resource file, in the user's language, with English as the fallback. A new object
+// has none.
 class Resource : public ObjectProxy {
  public:
   using ObjectProxy::ObjectProxy;
-  // Reads the catalogues that belong to a resource file ("...\TvComRes.dll" is TvComRes.LANGUAGE.txt); name
-  // is that of the component whose texts they are. 57 where a catalogue is missing or damaged; the languages
-  // that could be read are in use all the same.
+  // Loads the catalogues of a resource file: for "...\TvComRes.dll" the files TvComRes.LANGUAGE.txt. name is
+  // the component's, for information only. Raises 76 if a catalogue can't be read, 57 if it is damaged;
+  // catalogues that could be read are loaded all the same. A missing one of the user's language is no
+  // failure.
   void LoadResources(StringView path, StringView name) const { Call(u"LoadResources", path, name); }
-  // The text of a number. For a number without a text: "(no text for message NUMBER)".
+  // The text of a number; "(no text for message NUMBER)" if there is none.
   String ResourceString(std::int32_t number) const { return Call(u"ResourceString", number).ToString(); }
-  // The same with the elements of the array put into the places %1 to %9. A missing element is empty. 13 for
-  // an element that is no text or number.
+  // The same with the elements of the array in the places %1 to %9; missing ones are empty. Raises 13 for an
+  // element that is no text or number.
   String ResourceStringV(std::int32_t number, const Array& arguments) const {
     return Call(u"ResourceStringV", number, arguments).ToString();
   }
@@ -29,16 +31,16 @@ class Resource : public ObjectProxy {
   String ResourceStrings(std::int32_t number, StringView first, StringView second) const {
     return Call(u"ResourceStrings", number, first, second).ToString();
   }
-  // The name of the font for dialogs; empty for the font of the desktop.
+  // The name of the font for dialogs; empty: the toolkit's default.
   String GetFontName() const { return Call(u"GetFontName").ToString(); }
 };
 
-// Shows help.
+// Shows help topics.
 class Help : public ObjectProxy {
  public:
   using ObjectProxy::ObjectProxy;
-  // Opens a help page in the viewer of the process's forms toolkit. 57 if the viewer can't open it, 429
-  // where the process has no toolkit. The thread whose user is to see it.
+  // Opens a help page by FormsToolkit::ShowTopic. Raises 57 if it can't be shown, 429 if the process has no
+  // toolkit.
   void DisplayHelpTopic(StringView topic) const { Call(u"DisplayHelpTopic", topic); }
 };
 

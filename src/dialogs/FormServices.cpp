@@ -6,7 +6,7 @@
 #include "platform/Forms/FormsToolkit.h"
 #include "platform/NumberReader.h"
 #include "platform/Services.h"
-#include "src/services/PassOver.h"
+#include "src/services/IgnoreFailure.h"
 #include "src/services/modComponents.h"
 #include "src/services/modMain.h"
 #include "src/services/modResource.h"
@@ -20,26 +20,26 @@ constexpr std::int32_t kShiftJisCharset = 128;
 thread_local String CachedFormFontName;
 thread_local Boolean FormFontNameLoaded;
 
-// Fonts are an ornament: a control that can't take one keeps its own, and nobody is told.
+// A control whose font can't be changed keeps its own, without a message.
 template <class Change>
 void ChangeFont(Control& control, const Change& change) {
-  PassOver([&] {
+  IgnoreFailure([&] {
     Font font = control.Font();
     change(font);
     control.SetFont(std::move(font));
   });
 }
 
-// One of the six strings that SystemInfo fills; what it wrote before a failure counts too.
+// One of the six strings of SystemInfo, also if it failed after writing it.
 String AskSystem(const General& general, std::size_t position) {
   Value strings[] = {String(), String(), String(), String(), String(), String()};
-  PassOver([&] { general.SystemInfo(strings); });
+  IgnoreFailure([&] { general.SystemInfo(strings); });
   String answer;
-  PassOver([&] { answer = strings[position].ToString(); });
+  IgnoreFailure([&] { answer = strings[position].ToString(); });
   return answer;
 }
 
-// True on the one platform whose Western fonts don't reach beyond their own character set.
+// True on the one platform whose Western fonts show no other character sets.
 bool NeedsShiftJis() {
   const General general = GetGeneral(false);
   if (!general) return false;
@@ -75,7 +75,7 @@ String CaptionTag(std::int32_t textNumber) {
 }
 
 void LocalizeForm(Form& form) try {
-  const auto controls = form.Controls();  // where this is the form's first touch, it loads the form
+  const auto controls = form.Controls();  // loads the form on first access
   if (IsNumeric(form.Tag())) form.SetCaption(LoadTvResourceString(ReadInt32(form.Tag())));
   for (const auto& control : controls) {
     if (!IsLocalized(*control)) continue;
@@ -96,10 +96,10 @@ String GetFormFontName() {
 
 void ApplyFormFont(Form& form) {
   String name;
-  PassOver([&] { name = GetFormFontName(); });
+  IgnoreFailure([&] { name = GetFormFontName(); });
   if (name.empty()) return;
 
-  PassOver([&] {
+  IgnoreFailure([&] {
     Font font = form.Font();
     font.Name = name;
     form.SetFont(std::move(font));

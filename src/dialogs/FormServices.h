@@ -1,7 +1,6 @@
-// FormServices: what both dialogs share: a form's language, font and place, and the rule of selecting on
-// focus.
+// FormServices: language, font and place of a form, and the selection on focus. Both dialogs use it.
 //
-// All of it works on any form, on the thread that shows it. The font's name is asked for once in each thread.
+// Called on the form's thread. The name of the font is read once in each thread.
 #pragma once
 
 #include "platform/Boolean.h"
@@ -11,28 +10,31 @@ namespace TvEmailServices {
 
 using namespace Platform;
 
-// Puts the form into the middle of the screen, its size unchanged; null does nothing. A failure passes.
+// Moves the form to the middle of the screen; null: does nothing. Raises what the form or the toolkit raises,
+// and 6 for a size that is too large.
 void CenterForm(Form* form);
 
-// The tag of a form or control whose caption is the text of that number.
+// The caption tag: the number of the text that LocalizeForm uses as the caption.
 String CaptionTag(std::int32_t textNumber);
 
-// Captions of the form and of its labels, buttons and check boxes become the texts of their caption tags.
-// One of these controls without a number ends without a caption. A failure is shown; captions not reached
-// stay.
+// Sets the captions of the form and of its labels, buttons and check boxes to the texts of their caption
+// tags. Such a control without a tag gets an empty caption. A failure is shown; the captions after it stay as
+// they are.
 void LocalizeForm(Form& form);
 
-// Gives the form and its controls the font of the resource service. A step that fails is skipped.
+// Sets the font of the form and its controls to that of the resource service. Controls that fail are left
+// out.
 void ApplyFormFont(Form& form);
 
-// The name of that font, which may be empty. A failure passes.
+// The name of that font; empty: the toolkit's default. Raises what the resource service raises, and 91
+// without it.
 String GetFormFontName();
 
-// Every control that has a font to this size in points; one without is skipped.
+// Sets the font size, in points, of every control that has a font.
 void SetFontSizes(Form& form, double points);
 
-// The handlers of a text box: on gaining the focus all of its text is selected, unless the pointer brought
-// it. The flag is the dialog's one FocusByMouse, and either way it is false afterwards.
+// For a text box's GotFocus: selects all of its text unless focusByMouse is true, and then clears
+// focusByMouse. A dialog has one such flag for all its boxes.
 void SelectOnFocus(Control& textBox, Boolean& focusByMouse);
 
 }  // namespace TvEmailServices

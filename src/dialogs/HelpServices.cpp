@@ -6,7 +6,7 @@
 namespace TvEmailServices {
 namespace {
 
-// The help system takes all of this as one name: what stands behind ">" is its window.
+// The help system's syntax: the name of its window follows ">".
 constexpr StringView kHelpFile = u"MailPump.hlp >(w95sec)";
 
 constexpr std::uint32_t kShowContextCommand = 1;
@@ -46,7 +46,7 @@ String GetHelpFolder() {
 void ShowHelpContext(std::int32_t context, std::intptr_t window) {
   String file = GetHelpFolder();
   EnsureTrailingSeparator(file) += kHelpFile;
-  // The 8-bit text of this platform is UTF-8, so that a folder of any name reaches the viewer.
+  // The 8-bit text of this platform is UTF-8.
   Services().Toolkit().ShowHelp(window, ToUtf8(file), kShowContextCommand,
                                 static_cast<std::uint32_t>(context));
 }

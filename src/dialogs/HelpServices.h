@@ -1,4 +1,4 @@
-// HelpServices: the road from a dialog to the help viewer and the help component.
+// HelpServices: opens help for a dialog. Called on the dialog's thread.
 #pragma once
 
 #include <cstdint>
@@ -10,23 +10,24 @@ namespace TvEmailServices {
 
 using namespace Platform;
 
-// Opens a context number of the component's help file for the window. Whether it opened isn't looked at; any
-// other failure passes.
+// Opens the component's help file at a context number, for the window. The viewer's result is ignored; raises
+// what the toolkit raises.
 void ShowHelpContext(std::int32_t context, std::intptr_t window);
 
-// Shows a topic through the thread's help object. The window isn't used. A failure passes.
+// Shows a topic by the thread's help object. The window isn't used. Raises as GetHelpObject and the object
+// do.
 void ShowHelpTopic(const String& topic, std::intptr_t window);
 
 // The folder of the help file, with a separator at its end.
 String GetHelpFolder();
 
-// The same for a given folder of the component.
+// The help folder that belongs to a folder of the component.
 String HelpFolderFor(const String& componentFolder);
 
-// The path with a separator of its own kind at its end, blanks at either end gone. Changes and gives path.
+// Trims path and appends a separator of the kind that it uses, if there is none at its end. Returns path.
 String& EnsureTrailingSeparator(String& path);
 
-// The thread's help object, created at its first use and kept. A failed creation passes.
+// The thread's help object, created on first use and kept. Raises 429 if it can't be created.
 Help GetHelpObject();
 
 }  // namespace TvEmailServices

@@ -16,7 +16,7 @@ namespace {
 constexpr std::int32_t kHelpContext = 160;
 constexpr double kFontSize = 9;
 
-// Tags are the numbers of the captions that replace the stored ones.
+// Tags are caption tags (FormServices.h).
 FormDesign Window() {
   return {.Name = u"frmCfgInb",
           .Caption = u"Talvane E-mail Setup",

@@ -1,7 +1,7 @@
 // frmCfgInb: the dialog that binds a mailbox to a project.
 //
-// It stores nothing: OK proves what was typed and keeps the accepted entries until the handler object takes
-// them. Made, shown and dropped on the calling thread within one call of MailHandler_Configure.
+// OK checks the entries and keeps the accepted ones for the handler object; nothing is stored. Created, shown
+// and destroyed within one call of MailHandler_Configure, on its thread.
 #pragma once
 
 #include "platform/Boolean.h"
@@ -19,7 +19,7 @@ class frmCfgInb : public Form {
   void SetMailBoxName(const String& name) { mailBoxName_ = name; }
   String MailBoxName() const { return mailBoxName_; }
 
-  // The host's session object; unloading drops it.
+  // The host's session object. Unloading releases it.
   void SetInboundServerConfig(const ObjectRef& session) { inboundServerConfig_ = session; }
   ObjectRef InboundServerConfig() const { return inboundServerConfig_; }
 

@@ -1,7 +1,7 @@
-// modCfgIn: the word that carries the inbound dialog's outcome from one call to the next.
+// modCfgIn: the inbound dialog's last result.
 //
-// It exists once in each thread and is shared by all handler objects of that thread. Nothing puts it back to
-// 0 but the creation of a handler object.
+// There is one in each thread, for all handler objects of that thread. Only the creation of a handler object
+// resets it to 0.
 #pragma once
 
 #include <cstdint>

@@ -1,4 +1,4 @@
-// What the library says of itself: its type library, its one class, its version record and its registration.
+// The description of the library: its type library, its one class, its version record and its registration.
 #include <algorithm>
 #include <array>
 
@@ -98,7 +98,7 @@ constexpr VersionRecord kVersionRecord = {kVersion,     kVersion, 0,      kWindo
 
 }  // namespace
 
-// Constant initialised, so that it can be asked before any code of the library has run.
+// Constant-initialized: it can be read before any code of the library has run.
 constinit const ComponentDescription ThisComponent = {
     kLibraryName, kHelpString, {}, u"Apartment", kClasses, &kTypeLibrary, &kVersionRecord, &LiveHandlers};
 

@@ -1,4 +1,4 @@
-// The flow of MailHandler_Configure around the inbound dialog: what goes into it, and what is taken from it.
+// MailHandler_Configure: fills the inbound dialog, shows it, and takes its entries.
 #include "platform/Forms/FormsToolkit.h"
 #include "platform/Services.h"
 #include "platform/StoredNames.h"
@@ -52,7 +52,7 @@ Boolean EMailManager::MailHandler_Configure(std::int16_t AddMode, String& MailBo
   try {
     ShowPointer(MousePointer::Default);
   } catch (...) {
-    // A process without a toolkit has no pointer, and has been told so by the first step.
+    // Without a toolkit the first step has failed already.
   }
   return result;
 }
@@ -72,7 +72,7 @@ bool EMailManager::FillInboundForm(frmCfgInb& form, const String& mailBoxName, s
   String projectPath = ProjectPath();
   String userId = UserID();
   if (projectPath.empty() || userId.empty()) {
-    // Boxes of what can't be read stay empty; the password is typed anew each time.
+    // What can't be read stays empty. The password must be entered each time.
     String encodedPassword;
     projectPath.clear();
     userId.clear();

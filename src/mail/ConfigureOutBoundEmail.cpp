@@ -1,4 +1,4 @@
-// The road of the project tool: the dialog for a user's outbound settings.
+// ConfigureOutBoundEmail: the project tool's call for the dialog of a user's outbound settings.
 #include "src/mail/EMailManager.h"
 #include "src/outbound/frmCfgOut.h"
 #include "src/outbound/modCgfOut.h"

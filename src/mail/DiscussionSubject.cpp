@@ -12,28 +12,28 @@ constexpr StringView kDiscussionMarker = u"Ostrand Talvane Discussion ";
 constexpr StringView kDiscussionWord = u"Discussion";
 constexpr StringView kProjectMarker = u"(Ostrand Talvane Project ";
 
-// A folded or tabbed line in one piece: what folds it goes and leaves no blank.
+// The line without its tabs and line ends.
 String Unfold(StringView line) {
   String unfolded(line);
   std::erase_if(unfolded, [](char16_t c) { return c == u'\t' || c == u'\r' || c == u'\n'; });
   return unfolded;
 }
 
-// The text from the first occurrence on, or the whole text where there is none.
+// The text from the first occurrence on; the whole text if there is none.
 StringView From(StringView text, StringView wanted) {
   const auto found = text.find(wanted);
   return found == StringView::npos ? text : text.substr(found);
 }
 
-// The text in front of the first occurrence. Raises 5 where there is none.
+// The text before the first occurrence. Raises 5 if there is none.
 StringView Before(StringView text, StringView wanted) {
   const auto found = text.find(wanted);
   if (found == StringView::npos) Raise(FailureNumber::InvalidArgument);
   return text.substr(0, found);
 }
 
-// What stands between the first blank and the first closing bracket, or all in front of the bracket in a text
-// without a blank. Raises 5 if there is no bracket, or only blanks behind it.
+// The text between the first blank and the first closing bracket; in a text without a blank all before the
+// bracket. Raises 5 if there is no bracket, or if the first blank is after it.
 StringView NumberText(StringView text) {
   const StringView head = Before(text, u")");
   const auto blank = text.find(u' ');

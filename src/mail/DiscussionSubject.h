@@ -1,8 +1,8 @@
-// DiscussionSubject: what the subject line of an answer tells of the discussion that it answers.
+// DiscussionSubject: reads the discussion's number from the subject line of a reply.
 //
-// A good line holds, anywhere and in any order, "(Ostrand Talvane Project " and the word "Discussion"
-// followed by a blank, a number and a closing bracket; "Ostrand Talvane Discussion " is the preferred place
-// of that word. Letters count in their case. Keeps nothing; called on the thread of the message.
+// A valid line contains, anywhere and in any order, "(Ostrand Talvane Project " and the word "Discussion"
+// followed by a blank, a number and a closing bracket; "Ostrand Talvane Discussion " is preferred to the word
+// alone. Case counts. Any thread; no state.
 #pragma once
 
 #include <cstdint>
@@ -13,11 +13,10 @@ namespace TvEmailServices {
 
 using namespace Platform;
 
-// Gives the discussion's number and the text in front of the project marker, untrimmed. False: errorText
-// holds the text of 10005 for a number that is none or is below 1, and the failure's description for a line
-// without its markers or with a number beyond 32 bits; otherwise errorText stays untouched. The subject text
-// is stored as soon as it is found, also for a line whose number is refused; number is stored for a good line
-// alone.
+// Sets number, and subjectText to the text before the project marker, untrimmed. False with errorText: the
+// text kNoDiscussionSubject if the number isn't numeric or below 1, a failure's description for a missing
+// marker or a number beyond 32 bits. subjectText is set also for a refused number; number only on true,
+// errorText only on false.
 bool ParseDiscussionSubject(StringView line, std::int32_t& number, String& subjectText, String& errorText);
 
 }  // namespace TvEmailServices

@@ -5,8 +5,6 @@
 #include "src/services/modMain.h"
 
 namespace TvEmailServices {
-namespace {}  // namespace
-
 EMailManager::EMailManager() {
   ResetConfigureState();
 }
@@ -49,7 +47,7 @@ bool EMailManager::ApplyMailBoxUpdate(const String& mailBoxName, const ObjectRef
   }
 }
 
-// A project needs its application to the last, so it goes first.
+// The project is released first, since it uses the application.
 void EMailManager::ReleaseSession() {
   project_.reset();
   application_.reset();

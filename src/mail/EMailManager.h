@@ -1,8 +1,8 @@
-// EMailManager: the handler object that a mail-reader host creates, one for each mailbox that it serves.
+// EMailManager: the handler object that a mail-reader host creates for each mailbox.
 //
-// It keeps what lives between calls: the project library's application and the project, which stay open from
-// message to message until MailHandler_Finalize or the object's end, and what the inbound dialog left for
-// MailHandler_MboxUpdate. Created and called on one thread.
+// Between calls it keeps the project library's application and the project, which stay open until
+// MailHandler_Finalize or the object's end, and the inbound dialog's accepted entries for
+// MailHandler_MboxUpdate. Created and called on one thread. See contracts/MailHandler.h for the operations.
 #pragma once
 
 #include <atomic>
@@ -20,7 +20,7 @@ using namespace Platform;
 
 class frmCfgInb;
 
-// How many handler objects of the process are alive.
+// The number of living handler objects in the process.
 extern std::atomic<long> LiveHandlers;
 
 class EMailManager : public Object, public EMailManagerInterface, public MailHandler {
@@ -28,7 +28,7 @@ class EMailManager : public Object, public EMailManagerInterface, public MailHan
   EMailManager();
   ~EMailManager() override;
 
-  // The members of the default interface by their names.
+  // Calls a member of the default interface by its name.
   Value Call(StringView member, std::span<Value> arguments) override;
 
   Boolean ConfigureOutBoundEmail() override;
@@ -55,21 +55,21 @@ class EMailManager : public Object, public EMailManagerInterface, public MailHan
   void SetUserID(const String& userId) { userID_ = Trim(userId); }
   String UserID() const { return userID_; }
 
-  // Gives UpdateMailBox what the inbound dialog left. A raised failure is shown as it is and gives false.
+  // Calls UpdateMailBox with the dialog's entries. A raised failure is shown and gives false.
   bool ApplyMailBoxUpdate(const String& mailBoxName, const ObjectRef& sess);
 
-  // Steps of MailHandler_HandleMessage, in their order. False: the message ends here. errorText tells what
-  // went wrong.
+  // The steps of MailHandler_HandleMessage, in their order. False ends the message. errorText is set to what
+  // failed.
   bool OpenSession(String& errorText);
   bool ActForSender(const MailMessage& message, String& errorText);
   void AnswerDiscussion(const MailMessage& message, ObjectRef& discussion, String& errorText);
 
-  // The key of the first user with the address, compared without regard to case. False: errorText holds the
-  // complaint, unless it held one before. A failure ends it with false and the failure's description.
+  // Sets userKey to the key of the first user with the address, in any case. False with errorText if there is
+  // none (an earlier errorText is kept), if mail from the user isn't accepted, or after a failure.
   bool FindSenderKey(const std::shared_ptr<ProjectUsers>& users, const String& address, std::int32_t& userKey,
                      String& errorText);
 
-  // Steps of MailHandler_Configure. Each shows its own failure, with the text of 10045, and gives false.
+  // The steps of MailHandler_Configure. Each shows its failure, with kConfiguringFailed, and gives false.
   bool SetConfigureMode(std::int16_t addMode, const String& mailBoxName);
   bool FillInboundForm(frmCfgInb& form, const String& mailBoxName, std::int16_t addMode);
   bool CollectInboundForm(frmCfgInb& form, String& productName, String& mailBoxName);

@@ -1,8 +1,7 @@
-// The road of one message, from the mailbox's logon to the reply in the project.
+// MailHandler_HandleMessage: from the mailbox's logon to the reply in the project.
 //
-// It runs unattended, and its result is all that it reports. What fails on the way is noted in the error
-// text, where a later complaint replaces an earlier one; nothing that fails drops the application or the
-// project.
+// It runs unattended and reports failures only in its result. A step that fails sets errorText, which
+// replaces the text of an earlier step. The application and the project stay open after a failure.
 #include "platform/StoredNames.h"
 #include "platform/contracts/FailureText.h"
 #include "src/mail/DiscussionSubject.h"
@@ -16,13 +15,13 @@
 namespace TvEmailServices {
 namespace {
 
-// What OpenProject and SetActingUser take beside their data.
+// The fixed arguments of OpenProject and SetActingUser.
 constexpr std::int32_t kOpenMode = 1;
 constexpr std::int32_t kOpenOptions = 0;
 constexpr std::int32_t kOpenAccess = 3;
 constexpr std::int32_t kActingKind = 1;
 
-// The object behind a reference that has to be there. Raises 91 for nothing.
+// The object of a reference. Raises 91 for nothing.
 template <class T>
 T& Existing(const std::shared_ptr<T>& reference) {
   if (!reference) Raise(FailureNumber::ObjectNotSet);
@@ -33,7 +32,7 @@ T& Existing(const std::shared_ptr<T>& reference) {
 
 String EMailManager::MailHandler_HandleMessage(const ObjectRef& mess) {
   String errorText;
-  ObjectRef discussion;  // held until the result is built
+  ObjectRef discussion;  // released after the result is composed
   try {
     const MailMessage message(mess);
     if (OpenSession(errorText) && ActForSender(message, errorText)) {
@@ -47,7 +46,7 @@ String EMailManager::MailHandler_HandleMessage(const ObjectRef& mess) {
   return NotedFailureText(LoadTvResourceString(TextNumber::kMailNotice), errorText);
 }
 
-// The record is read and its password decoded for every message, also when the project is open.
+// Reads the record and decodes its password for every message, also if the project is open.
 bool EMailManager::OpenSession(String& errorText) {
   if (!application_) application_ = GetTalvaneApplication(false);
   if (!application_) {
@@ -72,7 +71,7 @@ bool EMailManager::OpenSession(String& errorText) {
   return true;
 }
 
-// A sender who can't be identified leaves a complaint, and the message goes on with whoever acted before.
+// A sender who isn't found sets errorText, and the message goes on with the acting user of before.
 bool EMailManager::ActForSender(const MailMessage& message, String& errorText) {
   if (!message.HasFrom()) {
     errorText = LoadTvResourceString(TextNumber::kNoSender);

@@ -10,11 +10,11 @@
 namespace TvEmailServices {
 namespace {
 
-// Positions and lengths are 16-bit numbers, and so is the position behind the last character of the body.
+// Positions and lengths are 16-bit numbers, also the position after the last character of the body.
 constexpr std::size_t kLastPosition = std::numeric_limits<std::int16_t>::max();
 
-// The first position from begin on for which holds gives true; end if there is none. Whole blocks are looked
-// at without a branch inside, so that the compiler tests many characters at once.
+// The first position from begin on for which holds gives true; end if there is none. A block is tested
+// without a branch, so that the compiler can test many characters at once.
 template <class Test>
 std::size_t FindFirst(std::size_t begin, std::size_t end, Test holds) {
   constexpr std::size_t kBlock = 64;
@@ -26,7 +26,7 @@ std::size_t FindFirst(std::size_t begin, std::size_t end, Test holds) {
   return begin;
 }
 
-// The place of the marker, or npos.
+// The position of the marker, or npos.
 std::size_t Find(StringView text, StringView marker) {
   if (marker.empty()) return 0;
   if (marker.size() > text.size()) return StringView::npos;
@@ -38,10 +38,10 @@ std::size_t Find(StringView text, StringView marker) {
   return at < end ? at : StringView::npos;
 }
 
-// The text with CR LF in the place of every bare CR and every bare LF.
+// The text with each single CR and each single LF replaced by CR LF.
 String WithWholeLineEnds(const String& text) {
-  // Between two neighbours a half is missing if one of them is its half of a pair and the other isn't. The
-  // character behind the last one is NUL.
+  // True if a LF is missing after the character at i, or a CR before the next one. The character after the
+  // last one is NUL.
   const auto halfMissing = [text = text.data()](std::size_t i) {
     return (text[i] == u'\r') != (text[i + 1] == u'\n');
   };

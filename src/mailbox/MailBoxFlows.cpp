@@ -11,11 +11,6 @@
 namespace TvEmailServices {
 namespace {
 
-bool Refuse(std::int32_t number) {
-  ShowResourceMessage(number, {});
-  return false;
-}
-
 bool IsComplete(const Session& session) {
   if (!session) return Refuse(TextNumber::kNoSession);
   if (!session.HasSendLogon()) return Refuse(TextNumber::kNoSendLogon);
@@ -23,7 +18,7 @@ bool IsComplete(const Session& session) {
   return true;
 }
 
-// Reads all five strings of the session, in this order, whatever its transport needs of them.
+// Reads all five strings of the session, in this order, also those that its transport doesn't need.
 bool WriteSessionSettings(const String& projectPath, const Session& session) {
   const String transport = session.Transport();
   const String mapiProfile = session.MAPIProfile();
@@ -55,8 +50,8 @@ bool AddMailBox(const String& mailBoxName, const ObjectRef& sess, const String& 
                 const String& userId, const String& password) try {
   const Session session(sess);
   if (!IsComplete(session)) return false;
-  // A section that stood before is not the add's to take out: not from this project, and not from another
-  // that the key may still name.
+  // If the add fails, only a section that it has made may be deleted: none of a project that already had one,
+  // and none of another project that the key may still name.
   const String mayDeleteFrom = MayHoldEmailSettings(projectPath) ? String() : projectPath;
   if (WriteMailBoxRecord(projectPath, userId, password, mailBoxName) &&
       WriteSessionSettings(projectPath, session)) {
@@ -115,8 +110,7 @@ bool DeleteMailBox(const String& mailBoxName, bool removeRecord, const std::opti
     sectionText = LoadTvResourceString(TextNumber::kSectionNotRemoved);
     done = false;
   }
-  if (removeRecord &&
-      !DeleteRegKey(String(RegistryPath::kMailBoxes), Hive::LocalMachine, mailBoxName, false)) {
+  if (removeRecord && !DeleteRegKey(RegistryPath::kMailBoxes, Hive::LocalMachine, mailBoxName, false)) {
     keyText = LoadTvResourceString(TextNumber::kRecordNotRemoved);
     done = false;
   }

@@ -1,8 +1,9 @@
 // MailBoxFlows: adding, changing and deleting a mailbox, whose record and project section are kept together.
 //
-// Every failure is shown to the user, and a flow then gives false. A flow whose second write fails puts back
-// what it can and says what it couldn't (10055, 10056, 10047). A raised failure ends a flow at once and
-// undoes nothing.
+// Every failure is shown, and the flow then gives false. A flow whose second write fails restores the former
+// state as far as it can, and shows what it couldn't restore (kRecordNotRestored, kSettingsNotRestored,
+// kNotDeleted). A raised failure ends a flow at once, without restoring anything. Called on the thread of the
+// user's forms.
 #pragma once
 
 #include <optional>
@@ -13,13 +14,12 @@ namespace TvEmailServices {
 
 using namespace Platform;
 
-// Adds (addMode), changes, or, without a project path or user id, brings the project's settings up to date
-// alone.
+// Adds the mailbox (addMode) or changes it. A change without a project path or user id updates only the
+// settings in the project file.
 bool UpdateMailBox(const String& mailBoxName, const ObjectRef& sess, const String& projectPath,
                    const String& userId, const String& password, bool addMode);
 
-// A failed add takes the mailbox out again with its key. A section that the add can't have made stays in its
-// project: others may have written it, and nobody could bring it back.
+// A failed add deletes the mailbox with its key again, but no section that was in its project before.
 bool AddMailBox(const String& mailBoxName, const ObjectRef& sess, const String& projectPath,
                 const String& userId, const String& password);
 
@@ -27,9 +27,8 @@ bool ChangeMailBox(const String& mailBoxName, const ObjectRef& sess, const Strin
                    const String& userId, const String& password);
 bool ResaveMailBoxSettings(const String& mailBoxName, const ObjectRef& sess);
 
-// Takes the section out of the project and, if removeRecord is on, the record out of the registry. Message
-// 10047 says which of the two couldn't be removed. Where onlyFrom is given, a section of any other project is
-// left alone.
+// Deletes the project's section and, if removeRecord is true, the record in the registry. kNotDeleted shows
+// which of the two failed. If onlyFrom is given, a section of any other project is kept.
 bool DeleteMailBox(const String& mailBoxName, bool removeRecord, const std::optional<String>& onlyFrom = {});
 
 }  // namespace TvEmailServices

@@ -16,12 +16,11 @@ String RecordKey(const String& mailBoxName) {
   return String(RegistryPath::kMailBoxes) + u"\\" + mailBoxName;
 }
 
-// Takes what goes to DBPWD from a function, so that a password is encoded only when the other two values
-// stand.
+// Calls encodedPassword for the value of DBPWD only after the other two values are written.
 template <class EncodedPassword>
 bool StoreRecord(const String& projectPath, const String& userId, EncodedPassword encodedPassword,
                  const String& mailBoxName) try {
-  const RegUtil registry = GetRegUtil(Hive::LocalMachine, String(RegistryPath::kMailBoxes), true);
+  const RegUtil registry = GetRegUtil(Hive::LocalMachine, RegistryPath::kMailBoxes, true);
   if (!registry) return false;
   if (!registry.AddKey(mailBoxName)) {
     ShowResourceMessageV(TextNumber::kKeyNotAdded, {mailBoxName});
@@ -42,7 +41,7 @@ bool StoreRecord(const String& projectPath, const String& userId, EncodedPasswor
   return ReportFailure();
 }
 
-// The values of a record that has been reached, as they are stored.
+// Reads the values of the record at the cursor, as they are stored.
 bool ReadStoredLogon(const RegUtil& registry, String& projectPath, String& userId, String& encodedPassword,
                      String& errorText) try {
   const RegValue holder = GetRegValue(true);
@@ -110,7 +109,7 @@ bool ReadMailBoxLogon(const String& mailBoxName, String& projectPath, String& us
 }
 
 String GetMailBoxProjectPath(const String& mailBoxName, bool report) try {
-  // A key that can't be reached is reported twice: as the key, and as the value that is missed in it.
+  // A missing key is reported twice: as a path, and as a missing value.
   const RegUtil registry = OpenMailBoxKey(mailBoxName, report);
   Value path;
   return GetRegStringValue(registry, MailBoxValue::kProjectPath, path, report) ? Trim(path.ToString())

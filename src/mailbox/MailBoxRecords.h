@@ -1,8 +1,10 @@
-// MailBoxRecords: the registry record that ties a mailbox to its project.
+// MailBoxRecords: the registry record that binds a mailbox to its project.
 //
-// A record is a key named after the mailbox below RegistryPath::kMailBoxes of the machine-wide hive, with
-// three string values: TVSFilePath, DBUID, and DBPWD, the encoded password, which only ComponentSecurity can
-// read. The parent key has to exist. No routine undoes a partial write.
+// A record is a key with the mailbox's name below RegistryPath::kMailBoxes of the machine-wide hive. It has
+// three string values (MailBoxValue): the project's path, the user id, and the password, encoded by
+// ComponentSecurity. The parent key must exist. A partial write isn't undone. Only ReadMailBoxLogon is for
+// unattended use; the other functions are called on the thread of the user's forms. No function raises a
+// failure.
 #pragma once
 
 #include "platform/contracts/GeneralServices.h"
@@ -11,30 +13,28 @@ namespace TvEmailServices {
 
 using namespace Platform;
 
-// Writes path, user id and the encoded password, in this order; true when all three stand. What fails is
-// shown: 10013, 10012 (with the mailbox's name), 10011, or the failure itself. Values written before it
-// stand.
+// Writes path, user id and the encoded password, in this order. False after a message (kKeyNotAdded,
+// kRecordNotEntered, kRecordNotStored or the raised failure); the values written before are kept.
 bool WriteMailBoxRecord(const String& projectPath, const String& userId, const String& password,
                         const String& mailBoxName);
 
-// The same with a password that is encoded already and is stored as it is.
+// The same with an encoded password.
 bool RestoreMailBoxRecord(const String& projectPath, const String& userId, const String& encodedPassword,
                           const String& mailBoxName);
 
-// Reads the three values, trimmed; true when none is missing or empty. Out values that were read before the
-// first missing one stay filled. Reports nothing of its own.
+// Reads the three values, trimmed. False if one is missing or empty; then those before it have been read.
 bool ReadMailBoxRecord(String& projectPath, String& userId, String& encodedPassword,
                        const String& mailBoxName);
 
-// Reads the three values as stored, empty ones too. False: errorText says why. Never raises; shows nothing
-// but the message of a RegValue that can't be created.
+// Reads the three values as stored, also empty ones. False with errorText if one is missing. Shows no
+// message, except if RegValue can't be created.
 bool ReadMailBoxLogon(const String& mailBoxName, String& projectPath, String& userId, String& encodedPassword,
                       String& errorText);
 
-// The record's project path, trimmed, or the empty string.
+// The record's project path, trimmed; empty if it is missing, with a message if report is true.
 String GetMailBoxProjectPath(const String& mailBoxName, bool report);
 
-// A RegUtil that stands on the record's key, or nothing.
+// A RegUtil at the record's key; empty if there is no such key, with a message if report is true.
 RegUtil OpenMailBoxKey(const String& mailBoxName, bool report);
 
 }  // namespace TvEmailServices

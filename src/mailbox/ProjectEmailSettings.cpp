@@ -9,11 +9,6 @@
 namespace TvEmailServices {
 namespace {
 
-// A project file takes both spellings for the one section; reads use the first, everything else the second.
-
-constexpr std::int32_t kMapi = 1;
-constexpr std::int32_t kSmtp = 2;
-
 bool RefuseSettings(std::int32_t reason) {
   ShowResourceMessage(TextNumber::kSettingsRefused, LoadTvResourceString(reason));
   return false;
@@ -26,11 +21,11 @@ bool ReadProjectEmailSettings(const String& projectPath, ProjectEmailSettings& s
   if (!file) return false;
   settings.TransportNumber = file.KeyValue(ProjectSection::kRead, SendingValue::kTransportId).ToInt32();
   switch (settings.TransportNumber) {
-    case kMapi:
+    case TransportId::kMapi:
       settings.TransportName = LoadTvResourceString(TextNumber::kMapiName);
       settings.MAPIProfile = file.KeyValue(ProjectSection::kRead, SendingValue::kMapiProfile).ToString();
       return !settings.MAPIProfile.empty();
-    case kSmtp:
+    case TransportId::kSmtp:
       settings.TransportName = LoadTvResourceString(TextNumber::kSmtpName);
       settings.RealName = file.KeyValue(ProjectSection::kRead, SendingValue::kRealName).ToString();
       settings.EMailAddress = file.KeyValue(ProjectSection::kRead, SendingValue::kAddress).ToString();
@@ -51,12 +46,14 @@ bool WriteProjectEmailSettings(const String& projectPath, const String& transpor
   if (!file) return RefuseSettings(TextNumber::kProjectFileUnreadable);
   if (EqualsIgnoreCase(transportName, LoadTvResourceString(TextNumber::kMapiName))) {
     if (mapiProfile.empty()) return RefuseSettings(TextNumber::kMailBoxWithoutProfile);
-    file.CreateKey(ProjectSection::kWritten, SendingValue::kTransportId, u"1");
+    file.CreateKey(ProjectSection::kWritten, SendingValue::kTransportId,
+                   Value(TransportId::kMapi).ToString());
     file.CreateKey(ProjectSection::kWritten, SendingValue::kMapiProfile, mapiProfile);
   } else if (EqualsIgnoreCase(transportName, LoadTvResourceString(TextNumber::kSmtpName))) {
     if (hostName.empty()) return RefuseSettings(TextNumber::kMailBoxWithoutHost);
     if (eMailAddress.empty()) return RefuseSettings(TextNumber::kMailBoxWithoutAddress);
-    file.CreateKey(ProjectSection::kWritten, SendingValue::kTransportId, u"2");
+    file.CreateKey(ProjectSection::kWritten, SendingValue::kTransportId,
+                   Value(TransportId::kSmtp).ToString());
     file.CreateKey(ProjectSection::kWritten, SendingValue::kHostName, hostName);
     file.CreateKey(ProjectSection::kWritten, SendingValue::kRealName, realName);
     file.CreateKey(ProjectSection::kWritten, SendingValue::kAddress, eMailAddress);

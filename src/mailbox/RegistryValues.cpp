@@ -33,8 +33,8 @@ bool GetRegStringValue(const RegUtil& registry, StringView name, Value& value, b
   return ReportFailure();
 }
 
-bool DeleteRegKey(const String& parentPath, Hive hive, const String& keyName, bool report) try {
-  if (!GetRegUtil(hive, parentPath + u"\\" + keyName, false)) return true;
+bool DeleteRegKey(StringView parentPath, Hive hive, const String& keyName, bool report) try {
+  if (!GetRegUtil(hive, String(parentPath).append(u"\\").append(keyName), false)) return true;
   const RegUtil parent = GetRegUtil(hive, parentPath, report);
   return parent && parent.DeleteKey(keyName);
 } catch (...) {

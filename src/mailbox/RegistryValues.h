@@ -1,4 +1,5 @@
-// RegistryValues: single values and keys of the registry, for whoever keeps something there.
+// RegistryValues: reads and writes single values of the registry, and deletes keys. No function raises a
+// failure.
 #pragma once
 
 #include "platform/contracts/GeneralServices.h"
@@ -7,17 +8,16 @@ namespace TvEmailServices {
 
 using namespace Platform;
 
-// Stores a string value at the position of registry. False without a report of its own where either object is
-// missing or the value isn't taken; a raised failure is shown with message 10034.
+// Writes a string value to the key of the cursor. False without a message if there is no registry or the
+// value isn't written; a raised failure is shown with kValueNotWritten.
 bool SetRegStringValue(const RegUtil& registry, StringView name, const String& value);
 
-// Reads a string value. True only for a string that isn't empty; the content of any other value that could be
-// read stands in value all the same. On false, message 2057 with the name if report is on. A raised failure
-// is shown whatever report says.
+// Reads a value. True only for a string that isn't empty; value is also set to other content that could be
+// read. Shows kValueMissing with the name on false if report is true, and a raised failure in any case.
 bool GetRegStringValue(const RegUtil& registry, StringView name, Value& value, bool report);
 
-// True when the key is gone, also if it never was. A raised failure is shown with message 10050 if report is
-// on.
-bool DeleteRegKey(const String& parentPath, Hive hive, const String& keyName, bool report);
+// Deletes a key. True also if there was none. A raised failure is shown with kKeyNotDeleted if report is
+// true.
+bool DeleteRegKey(StringView parentPath, Hive hive, const String& keyName, bool report);
 
 }  // namespace TvEmailServices

@@ -8,7 +8,7 @@
 namespace TvEmailServices {
 namespace {
 
-// The key whose sub keys are the profiles; one family of platforms keeps it a level deeper.
+// The key whose sub keys are the profiles. It depends on the platform.
 StringView ProfilesPath(StringView platform) {
   return platform == u"NT" ? RegistryPath::kMapiProfilesOfNt : RegistryPath::kMapiProfiles;
 }
@@ -21,7 +21,7 @@ bool GetMAPIProfiles(Value& collection) try {
   Value strings[] = {String(), String(), String(), String(), String(), String()};
   if (!general.SystemInfo(strings)) return false;
   const String platform = strings[General::PlatformString].ToString();
-  const RegUtil registry = GetRegUtil(Hive::CurrentUser, String(ProfilesPath(platform)), false);
+  const RegUtil registry = GetRegUtil(Hive::CurrentUser, ProfilesPath(platform), false);
   return collection.IsArray() && registry && registry.EnumKeys(collection);
 } catch (...) {
   return ReportFailure();

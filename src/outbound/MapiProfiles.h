@@ -1,4 +1,4 @@
-// MapiProfiles: the MAPI profiles of the current user, as the operating system keeps them.
+// MapiProfiles: the MAPI profiles of the current user, in the registry.
 #pragma once
 
 #include "platform/Value.h"
@@ -7,8 +7,9 @@ namespace TvEmailServices {
 
 using namespace Platform;
 
-// Puts the profiles' names into collection, an array. False where there are none to be had: no collection, no
-// general services, or no such key on this machine, all without a word; a raised failure is shown.
+// Sets the elements of collection, an array, to the profiles' names. False without a message if collection is
+// no array, the general services are missing, or there is no such key; a raised failure is shown. Raises
+// nothing.
 bool GetMAPIProfiles(Value& collection);
 
 }  // namespace TvEmailServices

@@ -16,18 +16,15 @@ bool SetTransport(const RegUtil& registry, std::int32_t transport) {
 }  // namespace
 
 bool OpenOutboundKey(RegUtil& registry) try {
-  registry = GetRegUtil(Hive::CurrentUser, String(RegistryPath::kTalvane), true);
-  if (!registry) {
-    ShowResourceMessage(TextNumber::kKeyNotReached, {});
-    return false;
-  }
+  registry = GetRegUtil(Hive::CurrentUser, RegistryPath::kTalvane, true);
+  if (!registry) return Refuse(TextNumber::kKeyNotReached);
   if (registry.DropToSubKey(RegistryPath::kOutboundKey)) return true;
   if (!registry.AddKey(RegistryPath::kOutboundKey)) {
     ShowResourceMessageV(TextNumber::kKeyNotAdded, {RegistryPath::kOutboundKey});
     return false;
   }
   if (!registry.DropToSubKey(RegistryPath::kOutboundKey)) {
-    ShowResourceMessageV(TextNumber::kPathRefused, {String(RegistryPath::kOutbound)});
+    ShowResourceMessageV(TextNumber::kPathRefused, {RegistryPath::kOutbound});
     return false;
   }
   return true;
@@ -36,10 +33,7 @@ bool OpenOutboundKey(RegUtil& registry) try {
 }
 
 bool SaveMapiOutbound(const String& profile) try {
-  if (profile.empty()) {
-    ShowResourceMessage(TextNumber::kNoProfile, {});
-    return false;
-  }
+  if (profile.empty()) return Refuse(TextNumber::kNoProfile);
   RegUtil registry;
   return OpenOutboundKey(registry) && SetRegStringValue(registry, SendingValue::kMapiProfile, profile) &&
          SetTransport(registry, TransportId::kMapi);
@@ -48,14 +42,8 @@ bool SaveMapiOutbound(const String& profile) try {
 }
 
 bool SaveSmtpOutbound(const String& hostName, const String& emailAddress, const String& realName) try {
-  if (hostName.empty()) {
-    ShowResourceMessage(TextNumber::kNoHostName, {});
-    return false;
-  }
-  if (emailAddress.empty()) {
-    ShowResourceMessage(TextNumber::kNoAddress, {});
-    return false;
-  }
+  if (hostName.empty()) return Refuse(TextNumber::kNoHostName);
+  if (emailAddress.empty()) return Refuse(TextNumber::kNoAddress);
   RegUtil registry;
   return OpenOutboundKey(registry) && SetRegStringValue(registry, SendingValue::kHostName, hostName) &&
          SetRegStringValue(registry, SendingValue::kAddress, emailAddress) &&
@@ -66,14 +54,14 @@ bool SaveSmtpOutbound(const String& hostName, const String& emailAddress, const 
 }
 
 bool SetDiscussionEmailEnabled(bool enabled) try {
-  const RegUtil registry = GetRegUtil(Hive::CurrentUser, String(RegistryPath::kTalvane), true);
+  const RegUtil registry = GetRegUtil(Hive::CurrentUser, RegistryPath::kTalvane, true);
   if (!registry) return false;
-  if (!registry.SetCurrPath(String(RegistryPath::kOutbound))) {
+  if (!registry.SetCurrPath(RegistryPath::kOutbound)) {
     if (!registry.AddKey(RegistryPath::kOutboundKey)) {
-      ShowResourceMessage(TextNumber::kKeyNotAdded,
-                          {});  // names no key, and the value then goes to the version key
+      // Without the key's name; the value then goes to the version key.
+      ShowResourceMessage(TextNumber::kKeyNotAdded, {});
     } else if (!registry.DropToSubKey(RegistryPath::kOutboundKey)) {
-      ShowResourceMessageV(TextNumber::kPathRefused, {String(RegistryPath::kOutbound)});
+      ShowResourceMessageV(TextNumber::kPathRefused, {RegistryPath::kOutbound});
     }
   }
   SetRegStringValue(registry, SendingValue::kEnabled, enabled ? u"True" : u"False");

@@ -1,10 +1,9 @@
-// OutboundStore: where a user's outbound e-mail settings lie, and how they are saved.
+// OutboundStore: saves a user's settings for outbound e-mail in the registry.
 //
-// They belong to the user, not to a project or a mailbox: string values of RegistryPath::kOutbound in the
-// user's hive, whose key is created on demand; the key above it has to exist.
-// Nothing in this component sends mail by them. A save touches only the values of its own transport and
-// writes TransportID last, so that one that stops half way leaves the former transport in force; nothing is
-// undone. Called on the thread whose user is to see the messages.
+// They are string values of RegistryPath::kOutbound in the user's hive. The key is created on demand; its
+// parent, the version key, must exist. This component doesn't send mail itself. A save writes only the values
+// of its transport, and TransportID last, so that the former transport stays selected if the save fails;
+// nothing is undone. No function raises a failure. Called on the thread of the user's forms.
 #pragma once
 
 #include "platform/contracts/GeneralServices.h"
@@ -13,20 +12,20 @@ namespace TvEmailServices {
 
 using namespace Platform;
 
-// Puts registry onto the outbound key, which is created if need be. False after a message: 10015 without the
-// version key, 10013 or 10016 where the key can't be made or entered; a raised failure is shown as it is.
+// Sets registry to a cursor at the outbound key. False after a message: kKeyNotReached without the version
+// key, kKeyNotAdded or kPathRefused if the key can't be created or entered, or the raised failure.
 bool OpenOutboundKey(RegUtil& registry);
 
-// Makes MAPI the transport. An empty profile is refused with 10040, and nothing is written.
+// Selects MAPI. An empty profile is refused with kNoProfile, and nothing is written.
 bool SaveMapiOutbound(const String& profile);
 
-// Makes SMTP the transport. An empty host is refused with 10042, an empty address with 10041, and nothing is
+// Selects SMTP. An empty host is refused with kNoHostName, an empty address with kNoAddress, and nothing is
 // written; the real name may be empty. All three are stored as given.
 bool SaveSmtpOutbound(const String& hostName, const String& emailAddress, const String& realName);
 
-// Says whether discussions send mail. False without the version key, and, without a report, after a raised
-// failure. Otherwise true: a key that can't be made or entered is told by 10013 or 10016, the value goes to
-// where the registry stands then, and whether it was taken isn't looked at.
+// Stores whether discussions send mail. False without the version key, and, without a message, after a raised
+// failure. Otherwise true: if the outbound key can't be created or entered, kKeyNotAdded or kPathRefused is
+// shown and the value goes to the version key; the result of the write is ignored.
 bool SetDiscussionEmailEnabled(bool enabled);
 
 }  // namespace TvEmailServices

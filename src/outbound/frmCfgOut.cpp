@@ -16,8 +16,8 @@ namespace {
 constexpr double kFontPoints = 9;
 constexpr StringView kHelpTopic = u"com.kestrin.talvane.help/reference/r_email_setup_dialog_box.html";
 
-// A fixed dialog border without minimise and maximise buttons, and no place in the task bar, are what every
-// toolkit gives a modal form. The stored position never shows, since loading centres the form.
+// Toolkits show a modal form with a fixed border, without minimise and maximise buttons, and not in the task
+// bar. The position isn't used, since loading centres the form.
 FormDesign Window() {
   return {.Name = u"frmCfgOut",
           .Caption = u"E-mail Configuration",
@@ -25,7 +25,7 @@ FormDesign Window() {
           .Place = {3135, 2085, 4950, 3120}};
 }
 
-// In tab order; places in twips. The two lists and boxes of the third row share one place: one of them shows.
+// In tab order; places in twips. txtHost and cmbProfile have the same place: only one of them is visible.
 std::vector<ControlDesign> Controls() {
   using enum ControlKind;
   return {
@@ -151,7 +151,7 @@ void frmCfgOut::cmdOK_Click() try {
   ShowErrorMessage(CurrentFailure(), 0, {});
 }
 
-// What can't be saved, for want of a known transport, counts as saved.
+// True also without a selected transport, when there is nothing to save.
 bool frmCfgOut::SaveTransport() {
   switch ((*this)[u"cmbProvider"].ListIndex()) {
     case kMapiPosition:
@@ -180,7 +180,7 @@ void frmCfgOut::cmdCancel_Click() {
   Unload();
 }
 
-// A failure of the help component leaves the handler: the toolkit shows it, and the dialog stays usable.
+// A failure of the help component is shown by UserInput; the dialog stays usable.
 void frmCfgOut::cmdHelp_Click() {
   Services().Toolkit().SetZOrder(*this, ZOrder::NotTopmost);
   ShowHelpTopic(String(kHelpTopic), WindowHandle());
@@ -201,7 +201,7 @@ bool frmCfgOut::SetOutboundControlsEnabled(bool enabled) try {
 void frmCfgOut::ShowOutboundProvider(std::int32_t position) try {
   if (position == kMapiPosition && !areMAPIProfilesDefined_) {
     ShowResourceMessage(TextNumber::kNoProfilesOnMachine, {});
-    (*this)[u"cmbProvider"].SetListIndex(kSmtpPosition);  // its Click brings the SMTP layout
+    (*this)[u"cmbProvider"].SetListIndex(kSmtpPosition);  // its Click shows the SMTP layout
     return;
   }
   if (position != kMapiPosition && position != kSmtpPosition) return;
@@ -227,14 +227,14 @@ void frmCfgOut::txtEMailAddress_MouseDown() {
 void frmCfgOut::txtHost_GotFocus() {
   SelectOnFocus((*this)[u"txtHost"], focusByMouse_);
 }
-// Clears the flag, unlike its neighbours: a click into the host selects all of it.
+// Clears the flag, unlike the other boxes: a click into this box selects all of its text.
 void frmCfgOut::txtHost_MouseDown() {
   focusByMouse_ = False;
 }
 void frmCfgOut::txtRealName_GotFocus() {
   SelectOnFocus((*this)[u"txtRealName"], focusByMouse_);
 }
-// The pointer's mere passing marks the next focus gain of any of the three boxes.
+// Moving the pointer over this box sets the flag for the next focus of any of the three boxes.
 void frmCfgOut::txtRealName_MouseMove() {
   focusByMouse_ = True;
 }

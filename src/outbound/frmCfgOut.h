@@ -1,8 +1,8 @@
-// frmCfgOut: the dialog in which a user says whether discussions send e-mail, and by which transport.
+// frmCfgOut: the dialog in which a user chooses whether discussions send e-mail, and the transport.
 //
-// Which fields show follows the transport list, which are enabled follows the check box, and neither touches
-// the other. OK saves the transport first and the enabling value last; a refusal leaves the dialog open with
-// all its entries. Made, shown and dropped on the calling thread within one call of ConfigureOutBoundEmail.
+// The transport list decides which fields are visible, the check box which are enabled. OK saves the
+// transport first and the enabling value last; if a save fails the dialog stays open with all entries.
+// Created, shown and destroyed within one call of ConfigureOutBoundEmail, on its thread.
 #pragma once
 
 #include "platform/Boolean.h"
@@ -20,12 +20,12 @@ class frmCfgOut : public Form {
 
   frmCfgOut();
 
-  // True once a profile stands in cmbProfile. Neither pair touches the form, so what was set outlives its
-  // unloading.
+  // True if cmbProfile has an entry. This and the next property don't load the form, and keep their values
+  // when it is unloaded.
   void SetAreMAPIProfilesDefined(Boolean defined) { areMAPIProfilesDefined_ = defined; }
   Boolean AreMAPIProfilesDefined() const { return areMAPIProfilesDefined_; }
 
-  // True only after OK has saved everything.
+  // True only after OK has saved all settings.
   void SetWasOutBoundConfigured(Boolean configured) { wasOutBoundConfigured_ = configured; }
   Boolean WasOutBoundConfigured() const { return wasOutBoundConfigured_; }
 
@@ -51,7 +51,7 @@ class frmCfgOut : public Form {
   bool SaveTransport();
   void FocusEmptyField();
 
-  // Both show a failure; the controls behind the one that failed keep their state.
+  // Both show a failure; the controls after the one that failed keep their state.
   bool SetOutboundControlsEnabled(bool enabled);
   void ShowOutboundProvider(std::int32_t position);
 

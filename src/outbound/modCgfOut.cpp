@@ -17,7 +17,7 @@ namespace {
 
 constexpr std::int32_t kLongestEntry = 255;  // characters that a user may type
 
-// A stored value that isn't empty, or nothing.
+// A stored string; nullopt if it is missing or empty.
 std::optional<String> ReadSetting(const RegUtil& registry, StringView name) {
   Value value;
   if (!GetRegStringValue(registry, name, value, false)) return {};
@@ -72,7 +72,7 @@ bool PrepareOutboundForm(frmCfgOut& form) try {
 }
 
 void LoadOutboundSettings(frmCfgOut& form, const Value& profiles) try {
-  const RegUtil registry = GetRegUtil(Hive::CurrentUser, String(RegistryPath::kOutbound), false);
+  const RegUtil registry = GetRegUtil(Hive::CurrentUser, RegistryPath::kOutbound, false);
   if (!registry) return;
 
   const auto enabled = ReadSetting(registry, SendingValue::kEnabled);

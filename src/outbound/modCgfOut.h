@@ -1,4 +1,4 @@
-// modCgfOut: what stands in the outbound dialog when it opens.
+// modCgfOut: fills the outbound dialog. Called on the dialog's thread.
 #pragma once
 
 #include "platform/Value.h"
@@ -9,13 +9,13 @@ using namespace Platform;
 
 class frmCfgOut;
 
-// Localizes the form, fills its lists and puts the stored settings into it. False, after a report, on a
-// raised failure: the form isn't fit to be shown. Loads the form.
+// Loads and localizes the form, fills its lists and calls LoadOutboundSettings. False after a raised failure,
+// which is shown: the form must not be shown then.
 bool PrepareOutboundForm(frmCfgOut& form);
 
-// Puts the stored settings into a form whose lists are filled; profiles is the array that cmbProfile was
-// filled from. Missing settings end it early without a word, and what was read until then stands. A raised
-// failure is shown.
+// Sets the stored settings in a form whose lists are filled; profiles is the array of cmbProfile's entries.
+// Ends at the first missing setting, without a message; a raised failure is shown. The settings before it are
+// then set.
 void LoadOutboundSettings(frmCfgOut& form, const Value& profiles);
 
 }  // namespace TvEmailServices

@@ -79,7 +79,7 @@ char16_t CodeScheme::Shift(std::int16_t code, std::int32_t by) const {
   return static_cast<char16_t>(Add(std::int32_t{code}, by) % Modulus + Offset);
 }
 
-// The remainder keeps the sign of the difference, so that the result may lie below the lowest code.
+// The remainder has the sign of the difference, so that the result may be below the lowest code.
 std::int16_t CodeScheme::Unshift(std::int16_t code, std::int16_t by) const {
   return Narrow<std::int16_t>((code - by) % Modulus - Offset);
 }

@@ -1,10 +1,10 @@
-// CodeScheme: the layout and the arithmetic that both reversible encoders share.
+// CodeScheme: the layout and the arithmetic of both reversible encoders.
 //
 // An encoded string is a start character, a length character, leading filler, the body and trailing filler.
-// The start character is the table's at the start position S; S mod 8 tells the count of leading fillers, and
-// each body character is shifted by a table character whose place depends on S and on its own position.
-// Positions count from 1. Pure; any thread. Raises 5 for a position outside a string and for a character
-// without a single-byte code, 6 for a code or position beyond 16 bits.
+// The start character is the table's at the start position S. There are S mod 8 leading filler characters.
+// Each body character is shifted by a character of the table, which depends on S and on the position in the
+// string. Positions count from 1. Pure; any thread. Raises 5 for a position outside a string and for a
+// character without a single-byte code, 6 for a code or position beyond 16 bits.
 #pragma once
 
 #include <cstdint>
@@ -18,10 +18,10 @@ using namespace Platform;
 // The single-byte code of the character at a position.
 std::int16_t CodeAt(StringView text, std::int32_t position);
 
-// Puts one code in the place of another throughout the text, from the first position on.
+// Replaces each occurrence of a code by another one.
 void Substitute(String& text, char16_t code, char16_t by);
 
-// How many filler characters stand in front of the body, and how many fill the string up behind it.
+// The number of filler characters before the body, and after it (0 or less: none).
 std::int32_t LeadingFillers(std::int32_t start);
 std::int32_t TrailingFillers(std::int32_t start, std::size_t length);
 
@@ -33,11 +33,11 @@ struct CodeScheme {
   // The start character and the length character.
   String Begin(StringView table, std::int32_t start, std::size_t length) const;
 
-  // The body, behind what the output holds so far.
+  // Appends the encoded body.
   void AppendBody(String& output, StringView table, std::int32_t start, StringView text) const;
 
-  // The text that an encoded string carries, its substitutions undone before. Raises 5 where the string or
-  // the table ends too early.
+  // The decoded text of a string whose substitutions have been undone. Raises 5 if the string or the table
+  // ends too early.
   String Read(StringView encoded, StringView table) const;
 
  private:

@@ -1,16 +1,17 @@
-// ComponentSecurity: the encoders that keep a project password out of a mailbox record in plain form.
+// ComponentSecurity: the encoders of passwords, so that a mailbox record doesn't hold a project's password in
+// plain form.
 //
-// Three schemes that know nothing of each other: the password encoder (Encrypt, Decrypt), an older reversible
-// encoder, and AES-128 through the crypto component. No encoded string says which scheme made it; the caller
-// selects it by the operation. The first two are an obfuscation with a fixed table, not a cipher: who has
-// this library can read what they write.
+// There are three independent schemes, each in a file of its own:
+//   - PasswordEncoder.cpp: Encrypt and Decrypt, for the passwords of mailbox records;
+//   - OldEncoder.cpp: EncryptOld and DecryptOld, an older reversible encoder;
+//   - ComponentSecurity.cpp: AES-128 by the crypto component, and the key tables of the two encoders.
+// An encoded string doesn't contain its scheme: the caller selects it by the operation. The first two are an
+// obfuscation with a fixed table, not a cipher: anyone who has this library can decode their strings.
 //
-// A caller makes an object for one use, on the thread that uses it. What an object keeps is the settings of
-// the key store and the crypto component's object, which is created at its first use and dropped with this
-// one.
+// An object is created for one use, and used on one thread. It keeps the settings of the key store and the
+// crypto component's object, which is created on its first use and released with this object.
 //
-// A single-byte code is that of ISO 8859-1: codes 0 to 255 are the first 256 characters, and a character
-// above them has none.
+// A single-byte code is a code of ISO 8859-1, 0 to 255; other characters have none.
 #pragma once
 
 #include "platform/contracts/Cipher.h"
@@ -19,49 +20,40 @@ namespace TvEmailServices {
 
 using namespace Platform;
 
-// The numbers of the failures that ComponentSecurity raises. They name no texts.
-namespace SecurityFailure {
-inline constexpr std::int32_t kCipher = 10005;  // a text can't be decoded, or the cipher failed
-inline constexpr std::int32_t kNotEncrypted = 10006;
-inline constexpr std::int32_t kNoKeyStore = 10007;  // no file name of a key store is set
-}  // namespace SecurityFailure
-
 class ComponentSecurity {
  public:
   ComponentSecurity() = default;
   ComponentSecurity(const ComponentSecurity&) = delete;
   ComponentSecurity& operator=(const ComponentSecurity&) = delete;
 
-  // The encoded password string, drawn anew at each call: 30 characters up to a password of 21, no vertical
-  // bar and no semicolon. Raises 10006 for a character outside the codes 14 to 124, for a password of more
-  // than 97 characters, whose length couldn't be read back after every draw, and for anything else that
-  // fails.
+  // The encoded password string, different at each call, without vertical bars and semicolons; 30 characters
+  // for a password of up to 21. Raises SecurityFailure::kNotEncrypted for a character outside the codes 14 to
+  // 124, for more than 97 characters, whose number could not always be decoded, and for any other failure.
   String Encrypt(const String& password);
 
-  // The password of an encoded password string; empty for an empty one. Codes 127 and 126 of the argument
-  // stand as 124 and 59 afterwards, also after a failure. A damaged string that reads to its end gives a
-  // wrong password; raises 10005 where one can't be read.
+  // The password of an encoded password string; empty for an empty one. Replaces codes 127 and 126 of the
+  // argument by 124 and 59, also if it fails. A damaged string may give a wrong password; raises
+  // SecurityFailure::kCipher if it can't be decoded.
   String Decrypt(String& encoded);
 
-  // The older scheme. Raises nothing: whatever fails gives the empty string. A text reads back if it has at
-  // most 252 characters of the codes 1 to 253; a character above code 255 is a failure. DecryptOld leaves
-  // code 255 of its argument as 124.
+  // The older encoder. Both give the empty string on failure and raise nothing. A text can be decoded if it
+  // has at most 252 characters of the codes 1 to 253; a character above code 255 is a failure. DecryptOld
+  // replaces code 255 of its argument by 124.
   String EncryptOld(const String& text);
   String DecryptOld(String& encoded);
 
-  // With useCipher false, Encrypt and Decrypt, and the key isn't looked at. Otherwise AES-128; the key is
-  // taken as bytes, or from the key store where it is no value or an object reference to nothing. An empty
-  // text gives the empty string. Every failure is raised as 10005, with the description of what failed
-  // beneath.
+  // Without useCipher: Encrypt and Decrypt; the key is ignored. Otherwise AES-128; the key is converted to
+  // bytes, or read from the key store if it is no value or nothing. An empty text gives the empty string.
+  // Every failure is raised as SecurityFailure::kCipher with the original description.
   String Encrypt71(const String& text, const Value& key, Boolean useCipher);
   String Decrypt71(const Value& encoded, const Value& key, Boolean useCipher);
 
-  // AES-128 with the key that the key table holds.
+  // AES-128 with the fixed key, which is part of the key table.
   String EncryptFixed(const String& text);
   String DecryptFixed(const Value& encoded);
 
-  // Reads KeyDBFileName, KeyDBPassword and KeyLabel of the provider; a failure of one passes, with those read
-  // before it kept.
+  // Reads KeyDBFileName, KeyDBPassword and KeyLabel, in this order, from a KeyStoreProvider. Raises what it
+  // raises; the settings read before that are kept.
   void TakeKeyStoreSettings(const ObjectRef& provider);
 
  private:
@@ -71,13 +63,14 @@ class ComponentSecurity {
   static String GetOldKeyTable();
   static Bytes GetFixedKey();
 
-  // The 21 bytes of the key store's key. Raises 10007 without a file name, 1 with the key store's own text.
+  // The 21 bytes of the key in the key store. Raises SecurityFailure::kNoKeyStore without a file name, 1 with
+  // the crypto component's description if the key can't be read.
   Bytes PWKeyFIPS();
 
-  // The key that a caller handed in, or the key store's.
+  // The caller's key, or the key store's.
   Bytes KeyBytesOf(const Value& key);
 
-  // Raises 10005, or the platform's own failure, if the crypto component can't be had.
+  // Raises SecurityFailure::kCipher, or the failure of its creation, if there is no crypto component.
   Cipher GetOstrCipherCOM();
 
   String keyDBFileName_;

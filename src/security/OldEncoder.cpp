@@ -12,7 +12,7 @@ constexpr std::int32_t kStartOffset = 1;
 constexpr char16_t kLeadingFiller = u'P';
 constexpr char16_t kTrailingFiller = u'S';
 
-// What may not stand in an encoded string, and what stands for it there.
+// A vertical bar isn't allowed in an encoded string, and is replaced.
 constexpr char16_t kVerticalBar = 124;
 constexpr char16_t kForVerticalBar = 255;
 
@@ -22,8 +22,8 @@ void AppendFiller(String& output, std::int32_t count, char16_t filler) {
 
 }  // namespace
 
-// No character is tested and no length is refused: codes 254 and 255 and texts of more than 252 characters
-// don't read back. A character above code 255 has no code to encode, and that ends in the empty string.
+// Neither characters nor the length are checked: codes 254 and 255 and texts of more than 252 characters
+// can't be decoded.
 String ComponentSecurity::EncryptOld(const String& text) {
   try {
     SeedFromHourMonthAndSecond();

@@ -15,16 +15,16 @@ constexpr char16_t kHighestCode = 124;
 constexpr std::int32_t kStartScale = 80;
 constexpr std::int32_t kStartOffset = 1;
 
-// The longest password whose length reads back at every start position. The length travels modulo 111.
+// The longest password whose length can be decoded for every start position. The length is encoded modulo
+// 111.
 constexpr std::size_t kLongestPassword = 97;
 
-// What may not stand in a stored string, and what stands for it there.
+// Characters that aren't allowed in a stored string, and those that replace them.
 constexpr char16_t kVerticalBar = 124;
 constexpr char16_t kForVerticalBar = 127;
 constexpr char16_t kSemicolon = 59;
 constexpr char16_t kForSemicolon = 126;
 
-// A character without a single-byte code is as illegal as one with a code that is too high.
 bool HasIllegalCharacter(const String& password) {
   for (std::int16_t i = 1; std::cmp_less_equal(i, password.size()); i = Add(i, 1)) {
     const char16_t character = password[static_cast<std::size_t>(i) - 1];

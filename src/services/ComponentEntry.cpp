@@ -1,9 +1,9 @@
-// The library's start procedure and its four exports, each of which hands straight over to the run time.
+// The library's start procedure and its four exports, each of which calls the run time.
 #include "src/services/ComponentEntry.h"
 
 namespace {
 
-// Loading the library runs none of its logic.
+// Nothing is to be done when the library is loaded.
 [[gnu::constructor]] void StartLibrary() {}
 
 }  // namespace

@@ -1,6 +1,6 @@
-// ComponentEntry: what the library's entry needs to know of the component, which is this one constant.
+// ComponentEntry: the description of the component, which its exports need.
 //
-// The entry knows no class. Whoever owns the classes that can be created from outside defines the constant.
+// It is defined in mail/ComponentDescription.cpp, with the classes that can be created from outside.
 #pragma once
 
 #include "platform/Component.h"

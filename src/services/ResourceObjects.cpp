@@ -1,21 +1,22 @@
 #include "src/services/ResourceObjects.h"
 
 #include "platform/Services.h"
-#include "src/services/PassOver.h"
+#include "src/services/IgnoreFailure.h"
 
 namespace TvEmailServices {
 namespace {
 
-// The resource files lie beside the component's own file, which is found by an address of its code.
+// The folder of the resource files, which is that of the component's library.
 String ComponentFolder() {
   return Services().FolderOf(reinterpret_cast<const void*>(&CreateResourceObject));
 }
 
 Resource CreateWithTexts(StringView file, StringView name) {
   ObjectRef object;
-  PassOver([&] { object = Services().CreateByName(u"TvResourceServices.Resource"); });
+  IgnoreFailure([&] { object = Services().CreateByName(u"TvResourceServices.Resource"); });
   Resource resource(object);
-  if (resource) PassOver([&] { resource.LoadResources(ComponentFolder().append(u"\\").append(file), name); });
+  if (resource)
+    IgnoreFailure([&] { resource.LoadResources(ComponentFolder().append(u"\\").append(file), name); });
   return resource;
 }
 

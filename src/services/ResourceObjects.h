@@ -1,7 +1,7 @@
-// ResourceObjects: the objects that give numbered texts, made without a word to anybody.
+// ResourceObjects: creates the objects that give numbered texts. Shows no message and raises no failure.
 //
-// They stand below the messages, which need their texts, and below modComponents, which reports a missing
-// service by such a message. No failure leaves these functions. Called on the thread that uses the object.
+// Message boxes (modMain) need these texts; modComponents reports a missing service by a message box. Called
+// on the thread that uses the object.
 #pragma once
 
 #include "platform/contracts/ResourceServices.h"
@@ -10,11 +10,11 @@ namespace TvEmailServices {
 
 using namespace Platform;
 
-// The file that a report of the missing service names.
+// The file that modComponents reports as missing.
 inline constexpr StringView ResourceServicesFile = u"TvResourceServices.Dll";
 
-// A new object with the component's own texts, or nothing where the service can't be had. It is given also
-// when its texts couldn't be loaded.
+// A new object with the component's own texts; empty if it can't be created. If the texts can't be loaded the
+// object is given without them.
 Resource CreateResourceObject();
 
 // The same with the texts shared with the project library.

@@ -2,7 +2,7 @@
 #include "platform/StoredNames.h"
 
 #include "platform/Services.h"
-#include "src/services/PassOver.h"
+#include "src/services/IgnoreFailure.h"
 #include "src/services/ResourceObjects.h"
 #include "src/services/modMain.h"
 
@@ -15,7 +15,7 @@ void ReportMissing(StringView fileName) {
   ShowResourceMessageV(TextNumber::kComponentMissing, {Value(fileName)});
 }
 
-// An object of the project library, bound to its interface. Raises 429 also for one that lacks it.
+// An object of the project library, by its interface. Raises 429 also if the object lacks the interface.
 template <class Interface>
 std::shared_ptr<Interface> CreateBound(const Guid& classId) {
   auto object = std::dynamic_pointer_cast<Interface>(Services().CreateByClass(classId));
@@ -27,7 +27,7 @@ std::shared_ptr<Interface> CreateBound(const Guid& classId) {
 
 ObjectRef GetComponent(const String& programmaticName, bool report, const String& fileName) {
   ObjectRef object;
-  PassOver([&] { object = Services().CreateByName(programmaticName); });
+  IgnoreFailure([&] { object = Services().CreateByName(programmaticName); });
   if (!object && report) ReportMissing(fileName.empty() ? programmaticName : fileName);
   return object;
 }
@@ -44,7 +44,7 @@ General GetGeneral(bool report) {
   return General(GetComponent(u"TvGeneralServices.General", report, kGeneralServicesFile));
 }
 
-RegUtil GetRegUtil(Hive hive, const String& path, bool report) {
+RegUtil GetRegUtil(Hive hive, StringView path, bool report) {
   try {
     const RegUtil registry(GetComponent(u"TvGeneralServices.RegUtil", report, kGeneralServicesFile));
     if (!registry) return {};
@@ -78,9 +78,9 @@ Resource GetComResourceObject(bool report) {
 std::shared_ptr<TalvaneApplication> GetTalvaneApplication(bool report) {
   std::shared_ptr<TalvaneApplication> application;
   const bool created =
-      PassOver([&] { application = CreateBound<TalvaneApplication>(TalvaneApplicationClass); });
+      IgnoreFailure([&] { application = CreateBound<TalvaneApplication>(TalvaneApplicationClass); });
   if (!created) {
-    PassOver([&] {
+    IgnoreFailure([&] {
       const auto factory = CreateBound<TalvaneApplicationFactory>(TalvaneApplicationFactoryClass);
       Boolean shared = True;
       application = factory->CreateApplication(shared);

@@ -4,7 +4,7 @@
 #include "platform/Forms/FormsToolkit.h"
 #include "platform/NumberReader.h"
 #include "platform/Services.h"
-#include "src/services/PassOver.h"
+#include "src/services/IgnoreFailure.h"
 #include "src/services/ResourceObjects.h"
 #include "src/services/modResource.h"
 
@@ -13,7 +13,7 @@ namespace {
 
 void ShowText(const String& text) {
   const String title = LoadTvResourceString(TextNumber::kBoxTitle);
-  PassOver([&] { Services().Toolkit().MessageBox(text, title); });
+  IgnoreFailure([&] { Services().Toolkit().MessageBox(text, title); });
 }
 
 }  // namespace
@@ -25,12 +25,17 @@ String LoadTVCOMResourceString(std::int32_t number) {
 
 void ShowResourceMessage(std::int32_t number, const String& detail) {
   String text;
-  // A numeric detail beyond every resource number fails here, and the box then comes without a text.
-  PassOver([&] {
+  // A numeric detail that is no 32-bit number fails here; the box is then shown without a text.
+  IgnoreFailure([&] {
     const String first = LoadTvResourceString(number) + u" ";
     text = first + (IsNumeric(detail) ? LoadTvResourceString(ReadInt32(detail)) : detail);
   });
   ShowText(text);
+}
+
+bool Refuse(std::int32_t number) {
+  ShowResourceMessage(number, {});
+  return false;
 }
 
 void ShowResourceMessageV(std::int32_t number, const Array& arguments) {

@@ -33,7 +33,7 @@ String LoadTVResourceStringS(std::int32_t number, const String& first, const Str
 
 bool IsResourceLoaded(bool report) {
   if (GetCachedResourceObject()) return true;
-  if (report) PassOver([] { Services().Toolkit().MessageBox(ResourceServiceMissing, std::nullopt); });
+  if (report) IgnoreFailure([] { Services().Toolkit().MessageBox(ResourceServiceMissing, std::nullopt); });
   return false;
 }
 

@@ -97,8 +97,8 @@ TEST_F(CipherComponent, AnswersUnusableArgumentsWithZeroAndAText) {
       EXPECT_FALSE(arguments[5].ToString().empty());
     }
   }
-  Value shortBuffer[] = {u"keys", u"pw", u"mail", Bytes(120), u""};
-  EXPECT_EQ(cipher_.Reference()->Call(u"Keywell_GetKSKey", shortBuffer).ToInt32(), 0);
+  Bytes shortBuffer(120);
+  EXPECT_EQ(cipher_.Keywell_GetKSKey(u"keys", u"pw", u"mail", shortBuffer).Number, 0);
 }
 
 TEST_F(CipherComponent, KeepsAKeyForEachLabelOfAKeyStore) {

@@ -68,7 +68,7 @@ TEST_P(Judge, RefusesAMailForAFaultOfItsOwnAlone) {
     }
     const auto text = [](std::int32_t number) { return TvEmailServices::LoadTvResourceString(number); };
     const String notice = text(TextNumber::kMailNotice);
-    for (const auto& [number, places] : TextNumber::kOwn) {
+    for (const auto& [number, places] : TextNumber::kComponentTexts) {
       EXPECT_EQ(own.contains(number) ? Outcome::Refused : Outcome::Retry,
                 judge.Judge(NotedFailureText(notice, text(number))).Result)
           << number;
@@ -77,17 +77,7 @@ TEST_P(Judge, RefusesAMailForAFaultOfItsOwnAlone) {
   }).join();
 }
 
-// The languages that have a catalogue.
-std::vector<std::string> Languages() {
-  std::vector<std::string> languages;
-  for (const auto& file : std::filesystem::directory_iterator(SAMPLES "/../../resources")) {
-    const std::string name = file.path().stem().string();
-    if (name.starts_with("TvEmailServicesRes.")) languages.push_back(name.substr(name.find('.') + 1));
-  }
-  return languages;
-}
-
-INSTANTIATE_TEST_SUITE_P(Languages, Judge, testing::ValuesIn(Languages()),
+INSTANTIATE_TEST_SUITE_P(Languages, Judge, testing::ValuesIn(CatalogueLanguages()),
                          [](const auto& language) { return language.param; });
 
 }  // namespace

@@ -168,7 +168,7 @@ TEST_F(Deliver, TwoAtOnceMakeEachReplyOnce) {
 // however fast the others were, until so many outcomes are told. Then the shell's next commands follow.
 std::string InBackground(const std::string& file, std::size_t outcomes) {
   return ": >lines; rm -f pipe; mkfifo pipe; exec 3<>pipe; cat " + file +
-         " >pipe 3>&- & tvmail deliver Apollo --mbox <pipe >lines 3>&- & until_told " +
+         " >pipe 3>&- & tvmail deliver Apollo --mbox <pipe >lines 3>&- & wait_for_deliveries " +
          std::to_string(outcomes) + "; ";
 }
 

@@ -2,12 +2,12 @@
 #include "src/dialogs/FormServices.h"
 #include "src/dialogs/frmCfgInb.h"
 #include "src/outbound/frmCfgOut.h"
-#include "tests/dialogs/InAWorld.h"
+#include "tests/dialogs/DialogWorld.h"
 
 namespace TvEmailServices {
 namespace {
 
-using Tests::InAWorld;
+using Tests::InDialogWorld;
 
 std::string InTwips(const Place& place) {
   std::string text;
@@ -74,7 +74,7 @@ cmdHelp CommandButton '&Help' 8002 3360 2640 1095 375
 )";
 
 TEST(ADialogsDesign, IsKeptToTheTwipAndTheLetter) {
-  InAWorld([](Tests::World& world) {
+  InDialogWorld([](Tests::World& world) {
     frmCfgInb inbound;
     EXPECT_EQ(DesignOf(world, inbound), kInboundDesign);
     frmCfgOut outbound;
@@ -105,7 +105,7 @@ class OrderOfChanges : public FormObserver {
 };
 
 TEST(ADialog, IsLoadedAndCentredInItsFontBeforeItGetsItsCaptions) {
-  InAWorld([](Tests::World& world) {
+  InDialogWorld([](Tests::World& world) {
     frmCfgInb inbound;
     frmCfgOut outbound;
     const std::tuple<Form&, float, float> rows[] = {{inbound, 4905, 4612}, {outbound, 5205, 4200}};

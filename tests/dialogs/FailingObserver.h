@@ -1,4 +1,4 @@
-// FailingObserver: watches a form and fails at each change of one control, or of the form's icon.
+// FailingObserver: a form's observer that fails at each change of one control, or of the form's icon.
 #pragma once
 
 #include "platform/Forms/Form.h"

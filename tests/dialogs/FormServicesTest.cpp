@@ -2,16 +2,16 @@
 #include "src/dialogs/FormServices.h"
 
 #include "src/dialogs/HelpServices.h"
-#include "tests/dialogs/GeneralOf.h"
-#include "tests/dialogs/InAWorld.h"
+#include "tests/dialogs/DialogWorld.h"
+#include "tests/dialogs/ScriptedGeneral.h"
 
 namespace TvEmailServices {
 namespace {
 
-using Tests::InAWorld;
+using Tests::InDialogWorld;
 using Texts = std::vector<std::string>;
 
-// The second control stands for those that can hold no font.
+// The second control has no font.
 class SampleForm : public Form {
  public:
   explicit SampleForm(const String& tag = u"9000", const String& labelTag = u"1002")
@@ -32,7 +32,7 @@ class SampleForm : public Form {
 
 TEST(CenteringAForm, HalvesTheRoundedRestTowardZero) {
   const float rows[][2] = {{0, 0}, {-101, -50}, {103, 51}, {5.5F, 3}, {-5.5F, -3}};
-  InAWorld([&](Tests::World& world) {
+  InDialogWorld([&](Tests::World& world) {
     for (const auto& [rest, place] : rows) {
       SampleForm form;
       world.Toolkit.Size = {1000 + rest, 500 - rest};
@@ -48,7 +48,7 @@ TEST(CenteringAForm, HalvesTheRoundedRestTowardZero) {
 }
 
 TEST(LocalizingAForm, GivesTextsToLabelsButtonsAndCheckBoxesAloneUpToAFailure) {
-  InAWorld([](Tests::World& world) {
+  InDialogWorld([](Tests::World& world) {
     const std::tuple<String, String, Texts> rows[] = {
         {u"9000", u"1002", {"T9000", "T1002", "", "T1005", "", "stored", "stored"}},
         {u"no number", u"1002", {"stored", "T1002", "", "T1005", "", "stored", "stored"}},
@@ -70,9 +70,9 @@ TEST(ApplyingTheFont, TurnsWesternIntoShiftJisOnOnePlatformOnly) {
   } rows[] = {{u"NT", u"5", 128},  {u"nt", u"5", 128},  {u"NT", u"6", 0},   {u"Linux", u"5", 0},
               {u"NT", u"5", 0, 0}, {u"NT", u"5", 0, 1}, {u"NT", u"5", 0, 2}};
   for (const auto& row : rows) {
-    InAWorld([&](Tests::World& world) {
+    InDialogWorld([&](Tests::World& world) {
       world.Services.Instead["TvGeneralServices.General"] = [&] {
-        return std::make_shared<Tests::GeneralOf>(row.Platform, row.Version);
+        return std::make_shared<Tests::ScriptedGeneral>(row.Platform, row.Version);
       };
       if (row.Raising >= 0)
         world.Services.Faults.push_back({"General.SystemInfo", row.Raising, Failure(57, {}, u"boom")});
@@ -95,11 +95,11 @@ TEST(ApplyingTheFont, AsksForAnEmptyNameOnceAndChangesNothing) {
     EXPECT_EQ(world.Services.CallsOf("Resource.GetFontName").size(), 1U);
     EXPECT_EQ(form[u"label"].Font(), Font());
   };
-  InAWorld(twice, u"");
+  InDialogWorld(twice, u"");
 }
 
 TEST(ApplyingTheFont, AsksAgainAfterAFailureAndSkipsWhatIsMissing) {
-  InAWorld([](Tests::World& world) {
+  InDialogWorld([](Tests::World& world) {
     SampleForm form;
     world.Services.Missing = {"TvResourceServices.Resource", "TvGeneralServices.General"};
     EXPECT_THROW(GetFormFontName(), Failure);
@@ -122,7 +122,7 @@ TEST(ATrailingSeparator, IsOfThePathsOwnKind) {
   }
 }
 
-TEST(TheHelpFolder, StandsBesideAFolderWhoseNameEndsInBin) {
+TEST(TheHelpFolder, IsNextToAFolderWhoseNameEndsInBin) {
   const std::pair<const char16_t*, const char16_t*> rows[] = {{u"C:\\App\\bin", u"C:\\App\\Help\\"},
                                                               {u"C:\\App\\BIN\\", u"C:\\App\\Help\\"},
                                                               {u"C:\\App", u"C:\\App\\"},
@@ -135,7 +135,7 @@ TEST(TheHelpFolder, StandsBesideAFolderWhoseNameEndsInBin) {
 }
 
 TEST(AHelpTopic, IsShownByOneHelpObjectForEachThread) {
-  InAWorld([](Tests::World& world) {
+  InDialogWorld([](Tests::World& world) {
     const std::string name = "TvGeneralGuiServices.Help";
     world.Services.Missing = {name};
     EXPECT_THROW(ShowHelpTopic(u"one", 0), Failure);

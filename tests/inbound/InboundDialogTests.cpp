@@ -11,7 +11,7 @@ namespace {
 
 using Act = ScriptToolkit::Script;
 
-// The dialog, with a project that its entries can prove.
+// The dialog, with a project that its entries can open.
 class Inbound : public MailBoxWorld {
  public:
   Inbound() { MakeProject(); }
@@ -22,28 +22,28 @@ class Inbound : public MailBoxWorld {
     return static_cast<bool>(Handler.MailHandler_Configure(add ? 1 : 0, Name, Product, Sess));
   }
 
-  // Types an entry over what stands; a locked box keeps what it has.
-  Act Typing(const String& password, std::function<void(UserHand&)> end) {
-    return [this, password, end](Form& form, UserHand& hand) {
-      hand.Type(form[u"txtTVSFileName"], PathOf("Apollo.TVS"));
-      hand.Type(form[u"txtUID"], u"ann");
-      hand.Type(form[u"txtPwd"], password);
-      end(hand);
+  // Replaces the entries; a locked box keeps its own.
+  Act Typing(const String& password, std::function<void(UserInput&)> end) {
+    return [this, password, end](Form& form, UserInput& input) {
+      input.Type(form[u"txtTVSFileName"], PathOf("Apollo.TVS"));
+      input.Type(form[u"txtUID"], u"ann");
+      input.Type(form[u"txtPwd"], password);
+      end(input);
     };
   }
 
   // What an act by this name in a table does.
   Act Named(const std::string& act) {
-    if (act == "ok") return Typing(u"word", [](UserHand& hand) { hand.Enter(); });
-    if (act == "cancel") return [](Form&, UserHand& hand) { hand.Escape(); };
-    if (act == "wrong") return Typing(u"bad", [](UserHand& hand) { hand.Enter(); });
-    return [](Form&, UserHand& hand) { hand.Close(); };
+    if (act == "ok") return Typing(u"word", [](UserInput& input) { input.Enter(); });
+    if (act == "cancel") return [](Form&, UserInput& input) { input.Escape(); };
+    if (act == "wrong") return Typing(u"bad", [](UserInput& input) { input.Enter(); });
+    return [](Form&, UserInput& input) { input.Close(); };
   }
 
   // "path|user id|password" as a dialog opens with them, and "locked" where the path can't be changed.
   std::string Opened(bool add, const String& mailBox) {
     std::string entries;
-    Configure(add, mailBox, [&](Form& form, UserHand&) {
+    Configure(add, mailBox, [&](Form& form, UserInput&) {
       entries = WithoutFolder(Utf8(form[u"txtTVSFileName"].Text())) + "|" + Utf8(form[u"txtUID"].Text()) +
                 "|" + Utf8(form[u"txtPwd"].Text()) + (form[u"txtTVSFileName"].Locked() ? " locked" : "") +
                 (form[u"cmdBrowse"].Enabled() ? "" : " no browse");
@@ -81,7 +81,7 @@ TEST(InboundDialog, CarriesItsOutcomeFromOneCallToTheNextAndDropsTheSession) {
       const std::string result =
           world.Configure(row[1] == "add", u"Apollo", world.Named(acts[act])) ? " true" : " false";
       EXPECT_EQ(row[act], std::to_string(GetConfigureState()) + result);
-      EXPECT_EQ(acts[act] == "wrong" ? Told("[10001]_") : Strings(), world.Boxes());
+      EXPECT_EQ(acts[act] == "wrong" ? BoxTexts("[10001]_") : Strings(), world.Boxes());
       EXPECT_TEXT(u"Ostrand Talvane", world.Product);
       EXPECT_FALSE(kept);
       EXPECT_EQ(acts[act] == "ok" ? "Apollo.TVS|ann|" : "||", world.Opened(true, u"Nobody"))
@@ -105,17 +105,17 @@ TEST(InboundDialog, OpensWithWhatIsKnownOfTheMailBox) {
   EXPECT_EQ("Apollo.TVS|ann| locked no browse", world.Opened(false, u"Mars")) << "accepted entries first";
 }
 
-TEST(InboundDialog, KeepsARefusedEntryAndTakesTheNameThatTheCheckGave) {
+TEST(InboundDialog, KeepsARefusedEntryAndTakesTheNameOfTheCheck) {
   Inbound world;
-  world.Configure(true, u"", [&](Form& form, UserHand& hand) {
-    world.Typing(u"bad ", [](UserHand& typing) { typing.Enter(); })(form, hand);
+  world.Configure(true, u"", [&](Form& form, UserInput& input) {
+    world.Typing(u"bad ", [](UserInput& typing) { typing.Enter(); })(form, input);
     EXPECT_TRUE(form.IsShown());
     EXPECT_TEXT(u"bad ", form[u"txtPwd"].Text());
     static_cast<frmCfgInb&>(form).SetInboundServerConfig(nullptr);
-    hand.Enter();
+    input.Enter();
     EXPECT_TRUE(form.IsShown());
   });
-  EXPECT_EQ(Told("[10001]_ / [10046] [10045]"), world.Boxes());
+  EXPECT_EQ(BoxTexts("[10001]_ / [10046] [10045]"), world.Boxes());
   EXPECT_TEXT(u"", world.Name);
 }
 
@@ -133,10 +133,10 @@ TEST(InboundDialog, GivesTheNameOfTheLastCheckBackAfterACancel) {
     if (row[2] == "name taken") world.Store(u"Apollo", {}, {});
     if (row[0] == "change") WriteMailBoxRecord(world.PathOf("Apollo.TVS"), u"ann", u"word", u"New");
     EXPECT_EQ(row[0] == "change",
-              world.Configure(row[0] == "add", FromUtf8(row[1]), [&](Form& form, UserHand& hand) {
-                world.Named("ok")(form, hand);
+              world.Configure(row[0] == "add", FromUtf8(row[1]), [&](Form& form, UserInput& input) {
+                world.Named("ok")(form, input);
                 EXPECT_EQ(1u, world.Boxes().size());
-                hand.Escape();
+                input.Escape();
               }));
     EXPECT_EQ(row[3], Utf8(world.Name));
   }
@@ -154,17 +154,17 @@ TEST(InboundDialog, KeepsAcceptedEntriesThroughACancelAndNotThroughTheCloseBox) 
   EXPECT_EQ("||", world.Opened(true, u"Nobody")) << "the entries of the dialog that was closed";
 }
 
-TEST(InboundDialog, TakesASecondOKWithoutTheListWhereTheFirstHadNamedTheMailBox) {
+TEST(InboundDialog, AcceptsASecondOKWithoutTheListIfTheFirstHadNamedTheMailBox) {
   Inbound world;
   const auto project = ScriptedProject::In(world);
   world.Watch();
-  EXPECT_TRUE(world.Configure(true, u"New", [&](Form& form, UserHand& hand) {
-    world.Typing(u"word", [](UserHand& typing) { typing.Enter(); })(form, hand);
-    EXPECT_EQ(Told("[10000]_"), world.Boxes());
+  EXPECT_TRUE(world.Configure(true, u"New", [&](Form& form, UserInput& input) {
+    world.Typing(u"word", [](UserInput& typing) { typing.Enter(); })(form, input);
+    EXPECT_EQ(BoxTexts("[10000]_"), world.Boxes());
     EXPECT_TEXT(u"Apollo", static_cast<frmCfgInb&>(form).MailBoxName());
     EXPECT_EQ(1u, world.Services.CallsOf("RegUtil.EnumKeys").size());
     project->Allowed = True;
-    hand.Enter();
+    input.Enter();
     EXPECT_FALSE(form.IsShown());
   }));
   EXPECT_EQ(1u, world.Services.CallsOf("RegUtil.EnumKeys").size());
@@ -178,11 +178,11 @@ TEST(InboundDialog, ChecksEntriesAsTypedAndTrimsTheAcceptedOnes) {
   world.Watch();
   world.Services.Faults = {{"Files.CheckTVSFilePath", 0, Value()}};
   const auto typing = [&](const String& userId) {
-    return [&world, userId](Form& form, UserHand& hand) {
-      hand.Type(form[u"txtTVSFileName"], u"  " + world.PathOf("Apollo.TVS") + u" ");
-      hand.Type(form[u"txtUID"], userId);
-      hand.Type(form[u"txtPwd"], u"  word ");
-      hand.Enter();
+    return [&world, userId](Form& form, UserInput& input) {
+      input.Type(form[u"txtTVSFileName"], u"  " + world.PathOf("Apollo.TVS") + u" ");
+      input.Type(form[u"txtUID"], userId);
+      input.Type(form[u"txtPwd"], u"  word ");
+      input.Enter();
     };
   };
   ASSERT_TRUE(world.Configure(true, u"", typing(u" ann ")));
@@ -201,7 +201,7 @@ TEST(InboundDialog, ChecksEntriesAsTypedAndTrimsTheAcceptedOnes) {
   EXPECT_EQ("||", world.Opened(true, u"Nobody")) << "the former path doesn't fill in for a missing record";
 }
 
-TEST(InboundDialog, ThatCannotBeFilledOrShownIsDroppedAndTheCallFails) {
+TEST(InboundDialog, IsReleasedIfItCannotBeFilledOrShownAndTheCallFails) {
   FailingObserver observer(u"txtUID");
   const std::string load = "load frmCfgInb", show = "show frmCfgInb", unload = "unload frmCfgInb";
   const struct {
@@ -214,14 +214,14 @@ TEST(InboundDialog, ThatCannotBeFilledOrShownIsDroppedAndTheCallFails) {
                "boom [10045]",
                {"pointer 11", load, unload, "pointer 0"}},
               {{},
-               [](Form&, UserHand&) { throw Failure(57, u"", u"No display"); },
+               [](Form&, UserInput&) { throw Failure(57, u"", u"No display"); },
                "No display [10045]",
                {"pointer 11", load, "pointer 0", show, unload, "pointer 0"}}};
   for (const auto& row : rows) {
     Inbound world;
     world.Toolkit.OnLoad = row.OnLoad;
     EXPECT_FALSE(world.Configure(true, u"X", row.Shown));
-    EXPECT_EQ(Told(row.Boxes), world.Boxes());
+    EXPECT_EQ(BoxTexts(row.Boxes), world.Boxes());
     EXPECT_EQ(row.Log, world.Toolkit.Log);
     EXPECT_TEXT(u"X", world.Name);
     EXPECT_TEXT(u"", world.Product);
@@ -232,7 +232,7 @@ TEST(InboundDialog, IsNotShownWithoutASessionOrTexts) {
   Inbound world;
   world.Sess = nullptr;
   EXPECT_FALSE(world.Configure(true, u"X", {}));
-  EXPECT_EQ(Told("[10046] [10045]"), world.Boxes());
+  EXPECT_EQ(BoxTexts("[10046] [10045]"), world.Boxes());
   world.Services.Missing = {"TvResourceServices.Resource"};
   std::thread([&] {  // that has no texts yet
     EMailManager handler;
@@ -254,16 +254,16 @@ class FailingFiles : public ScriptToolkit {
 TEST(InboundDialog, TakesAPathFromTheFileDialogUnlessThatIsCancelledOrFails) {
   Inbound world;
   FailingFiles failing;
-  world.Configure(true, u"", [&](Form& form, UserHand& hand) {
+  world.Configure(true, u"", [&](Form& form, UserInput& input) {
     Control& path = form[u"txtTVSFileName"];
-    hand.Type(path, u"typed");
+    input.Type(path, u"typed");
     world.Toolkit.Files = {std::nullopt, u" chosen.TVS "};
-    hand.Press(form[u"cmdBrowse"]);
+    input.Press(form[u"cmdBrowse"]);
     EXPECT_TEXT(u"typed", path.Text());
-    hand.Press(form[u"cmdBrowse"]);
+    input.Press(form[u"cmdBrowse"]);
     EXPECT_TEXT(u"chosen.TVS", path.Text());
     world.Services.ToolkitInUse = &failing;
-    hand.Press(form[u"cmdBrowse"]);
+    input.Press(form[u"cmdBrowse"]);
     EXPECT_TEXT(u"chosen.TVS", path.Text());
     world.Services.ToolkitInUse = &world.Toolkit;
   });
@@ -271,7 +271,7 @@ TEST(InboundDialog, TakesAPathFromTheFileDialogUnlessThatIsCancelledOrFails) {
   EXPECT_EQ(Strings{"No disk"}, failing.TakeBoxes());
   ASSERT_EQ(2u, world.Toolkit.FileRequests.size());
   const OpenFileRequest& request = world.Toolkit.FileRequests[0];
-  EXPECT_EQ(Told("[9001]")[0], Utf8(request.Title));
+  EXPECT_EQ(BoxTexts("[9001]")[0], Utf8(request.Title));
   EXPECT_TEXT(u"typed", request.FileName);
   EXPECT_TEXT(u"TVS Files (*.TVS)|*.TVS|All files (*.*)|*.*", request.Filter);
 }
@@ -281,21 +281,21 @@ TEST(InboundDialog, SelectsOnFocusByKeyAndOpensHelpByKeyAndButton) {
   world.Toolkit.Window = 77;
   world.Toolkit.HelpOpens = false;
   world.Services.ComponentFolder = u"/opt/Mää/bin";
-  world.Configure(true, u"", [&](Form& form, UserHand& hand) {
-    EXPECT_EQ(Told("[9002]")[0], Utf8(form.Caption()));
+  world.Configure(true, u"", [&](Form& form, UserInput& input) {
+    EXPECT_EQ(BoxTexts("[9002]")[0], Utf8(form.Caption()));
     for (const auto& control : form.Controls()) {
       if (control->Kind() != ControlKind::TextBox) continue;
-      hand.Type(*control, u"four");
-      hand.MouseDown(*control);
-      hand.Focus(*control);
+      input.Type(*control, u"four");
+      input.MouseDown(*control);
+      input.Focus(*control);
       EXPECT_EQ(0, control->SelLength()) << Utf8(control->Name());
-      hand.Press(form[u"cmdBrowse"]);
-      hand.Focus(*control);
+      input.Press(form[u"cmdBrowse"]);
+      input.Focus(*control);
       EXPECT_EQ(4, control->SelLength()) << Utf8(control->Name());
     }
-    hand.KeyDown(KeyF1 + 1);
-    hand.KeyDown(KeyF1);
-    hand.Press(form[u"cmdHelp"]);
+    input.KeyDown(KeyF1 + 1);
+    input.KeyDown(KeyF1);
+    input.Press(form[u"cmdHelp"]);
   });
   EXPECT_EQ((std::vector<std::intptr_t>{77, 77}), world.Toolkit.HelpWindows);
   const Strings& log = world.Toolkit.Log;
@@ -324,7 +324,7 @@ TEST(Configuring, ReachesTheRecordAndTheProjectOnlyByTheUpdate) {
   EXPECT_EQ("Apollo.TVS|ann|word", world.Record(u"Apollo"));
   EXPECT_EQ(Strings(), world.Boxes());
   later.MailHandler_MboxDelete(u"Other");
-  EXPECT_EQ(Told("[10047]_[10058]__"), world.Boxes());
+  EXPECT_EQ(BoxTexts("[10047]_[10058]__"), world.Boxes());
 }
 
 }  // namespace

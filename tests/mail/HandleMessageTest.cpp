@@ -1,4 +1,4 @@
-// The road of a message: what the project is asked, and what the host is told.
+// MailHandler_HandleMessage: the calls to the project, and the results.
 #include <thread>
 
 #include "src/mail/EMailManager.h"
@@ -59,7 +59,7 @@ TEST_F(HandleMessageTest, AGoodMessageBecomesTheReplyOfItsSender) {
   }
 }
 
-TEST_F(HandleMessageTest, EveryWayThatAMessageCanTakeHasItsOwnResult) {
+TEST_F(HandleMessageTest, EachFailureHasItsOwnResult) {
   const auto nothing = [&](const char* operation) { return [=, this] { siblings.Nothing = {operation}; }; };
   const auto failing = [&](const char* operation, const char16_t* description) {
     return [=, this] { siblings.Failures = {{operation, description}}; };
@@ -84,19 +84,19 @@ TEST_F(HandleMessageTest, EveryWayThatAMessageCanTakeHasItsOwnResult) {
       {"a value is missing", "T10006 T10029", false, [&] { siblings.Record.erase(u"DBUID"); }},
       {"no project", "T10006 T10030(P.tvs|)wrong password", false, nothing("OpenProject")},
       {"a project that fails", "disk gone T10006", false, failing("OpenProject", u"disk gone")},
-      {"a refusal without its reason", "Object not set T10006", false,
+      {"a project that isn't opened, without a reason", "Object not set T10006", false,
        [&] {
          siblings.Nothing = {"OpenProject", "GetStatus"};
        }},
       {"no users", "T10006 T10061", false, nothing("GetUsers")},
-      {"no users at the second question", "T10006 Object not set", true,
+      {"no users at the second call", "T10006 Object not set", true,
        [&] {
          siblings.NothingAt = {"GetUsers", 2};
        }},
       {"an unknown sender", "T10006 T10032", true, [] {}, kEve},
       {"a refused sender, whose second user is good", "T10006 T10062", true, [] {}, kBob},
-      {"a walk that fails", "T10006 users gone", true, failing("Count", u"users gone")},
-      {"a user who isn't there", "T10006 Object not set", true, [&] { siblings.Users[0] = nullptr; }},
+      {"a list of users that fails", "T10006 users gone", true, failing("Count", u"users gone")},
+      {"a null user", "T10006 Object not set", true, [&] { siblings.Users[0] = nullptr; }},
       {"a user who fails", "T10006 user gone", true,
        [&] { siblings.Users[0] = std::make_shared<FailingUser>(); }},
       {"an unknown sender and a bad subject", "T10006 T10005", false, [] {}, kEve, kBadSubject},
@@ -105,7 +105,7 @@ TEST_F(HandleMessageTest, EveryWayThatAMessageCanTakeHasItsOwnResult) {
       {"no logon", "Object not set T10006", false, nothing("GetLogon")},
       {"an unreadable subject", "T10006 Invalid argument", false, [] {}, kAnn, u"Hello"},
       {"no such discussion", "T10006 T10007", false, nothing("GetDiscussion")},
-      {"a failure behind a complaint", "locked T10006", false, failing("GetDiscussion", u"locked"), kEve},
+      {"a failure after an error text", "locked T10006", false, failing("GetDiscussion", u"locked"), kEve},
       {"a failing reply", "disk full T10006", true, failing("Reply", u"disk full")}};
   const MemorySiblings usual = siblings;
   for (const auto& row : rows) {
@@ -121,7 +121,7 @@ TEST_F(HandleMessageTest, EveryWayThatAMessageCanTakeHasItsOwnResult) {
   }
 }
 
-TEST_F(HandleMessageTest, NothingIsReadOfAMessageThatIsRefusedBefore) {
+TEST_F(HandleMessageTest, NoMoreOfARefusedMessageIsReadThanIsNeeded) {
   const auto handle = [&](const Properties::Map& mail) {
     return Utf8(manager.MailHandler_HandleMessage(ObjectOf({{u"Message", ObjectOf(mail)}})));
   };
@@ -136,7 +136,7 @@ TEST_F(HandleMessageTest, NothingIsReadOfAMessageThatIsRefusedBefore) {
   EXPECT_TEXT(u"Object not set T10006", manager.MailHandler_HandleMessage(nullptr));
 }
 
-TEST_F(HandleMessageTest, ABodyThatIsEmptyRepliesAndOneThatIsTooLongDoesnt) {
+TEST_F(HandleMessageTest, AnEmptyBodyIsStoredAndOneThatIsTooLongIsRefused) {
   EXPECT_EQ(Handle(kAnn, kSubject, u"-- cut -- quoted"), "");
   EXPECT_EQ(siblings.Log.back(), "Reply(Re: Plan |)");
   siblings.Log.clear();
@@ -144,7 +144,7 @@ TEST_F(HandleMessageTest, ABodyThatIsEmptyRepliesAndOneThatIsTooLongDoesnt) {
   EXPECT_FALSE(Replied());
 }
 
-TEST_F(HandleMessageTest, WhatIsOpenStaysOpenUntilItIsFinalizedAndTheRecordIsReadForEachMessage) {
+TEST_F(HandleMessageTest, TheProjectStaysOpenUntilFinalizeAndTheRecordIsReadForEachMessage) {
   siblings.Nothing = {"OpenProject"};
   Handle();
   siblings.Nothing.clear();
@@ -169,11 +169,11 @@ TEST_F(HandleMessageTest, WhatIsOpenStaysOpenUntilItIsFinalizedAndTheRecordIsRea
   manager.MailHandler_Finalize();
   manager.MailHandler_Finalize();
   EXPECT_EQ(siblings.Ended, (Log{"project", "application"}));
-  EXPECT_EQ(Handle(), "");  // the same mailbox, with everything opened anew
+  EXPECT_EQ(Handle(), "");  // the same mailbox; everything is opened again
   EXPECT_EQ(siblings.Log.front(), "CreateApplication()");
 }
 
-TEST_F(HandleMessageTest, WithoutTextsAFailureStillSaysSomethingTwice) {
+TEST_F(HandleMessageTest, WithoutTextsAFailureContainsTheSubstituteTextTwice) {
   world.Services.Missing = {"TvResourceServices.Resource"};
   std::string result;
   std::thread([&] { result = Handle(kEve); }).join();

@@ -1,4 +1,4 @@
-// The built library as its callers meet it: loaded, described, created, registered and called.
+// The built library: loaded, described, created, registered and called.
 #include <dlfcn.h>
 
 #include <thread>
@@ -46,7 +46,7 @@ std::string Described(const InterfaceDescription& offered) {
   return text;
 }
 
-TEST(LibraryTest, ItsClassHasTwoInterfacesAndItsMembersStandInTheirSlots) {
+TEST(LibraryTest, ItsClassHasTwoInterfacesWithTheirMembersInSlotOrder) {
   const ClassDescription& offered = Factory().Class();
   EXPECT_TEXT(u"EMailManager", offered.Name);
   ASSERT_EQ(offered.MoreInterfaces.size(), 1u);
@@ -197,7 +197,7 @@ TEST_F(HandlerTest, ANewHandlerResetsTheDialogsOutcomeForItsThreadAlone) {
   EXPECT_EQ(GetConfigureState(), ConfigureStateNone);
 }
 
-TEST_F(HandlerTest, TheOutboundDialogIsShownAndUnloadedAndTellsWhetherItWasSaved) {
+TEST_F(HandlerTest, TheOutboundDialogIsShownAndUnloadedAndReturnsWhetherItWasSaved) {
   EMailManager handler;
   EXPECT_FALSE(handler.ConfigureOutBoundEmail());  // the user closes it
   EXPECT_TRUE(world.Toolkit.TakeBoxes().empty());
@@ -206,17 +206,17 @@ TEST_F(HandlerTest, TheOutboundDialogIsShownAndUnloadedAndTellsWhetherItWasSaved
   EXPECT_EQ(std::count(log.begin(), log.end(), "show frmCfgOut"), 1);
   EXPECT_EQ(std::count(log.begin(), log.end(), "unload frmCfgOut"), 1);
 
-  world.Toolkit.Scripts = {[](Form& form, UserHand& hand) {
-    hand.Type(form[u"txtHost"], u"mail.example.org");
-    hand.Type(form[u"txtEMailAddress"], u"apollo@example.org");
-    hand.Press(form[u"cmdOK"]);
+  world.Toolkit.Scripts = {[](Form& form, UserInput& input) {
+    input.Type(form[u"txtHost"], u"mail.example.org");
+    input.Type(form[u"txtEMailAddress"], u"apollo@example.org");
+    input.Press(form[u"cmdOK"]);
   }};
   EXPECT_TRUE(handler.Call(u"ConfigureOutBoundEmail", {}).ToBool());
 }
 
-TEST_F(HandlerTest, AnOutboundDialogThatCantBeHadGivesFalseAndOneBox) {
+TEST_F(HandlerTest, AnOutboundDialogThatCantBeShownGivesFalseAndOneBox) {
   EMailManager handler;
-  world.Toolkit.Scripts = {[](Form&, UserHand&) { throw Failure(57, {}, u"no screen"); }};
+  world.Toolkit.Scripts = {[](Form&, UserInput&) { throw Failure(57, {}, u"no screen"); }};
   EXPECT_FALSE(handler.ConfigureOutBoundEmail());
   EXPECT_EQ(world.Toolkit.TakeBoxes(), std::vector<std::string>{"no screen"});
 
@@ -227,7 +227,7 @@ TEST_F(HandlerTest, AnOutboundDialogThatCantBeHadGivesFalseAndOneBox) {
   EXPECT_TRUE(world.Toolkit.Log.empty());
 }
 
-TEST_F(HandlerTest, AnUpdateWithoutAnAcceptedDialogBringsNoRecordAndNeedsItsSession) {
+TEST_F(HandlerTest, AnUpdateWithoutAnAcceptedDialogWritesNoRecordAndNeedsItsSession) {
   EMailManager handler;
   EXPECT_FALSE(handler.MailHandler_MboxUpdate(u"Apollo", nullptr));
   EXPECT_EQ(world.Toolkit.TakeBoxes(), std::vector<std::string>{"T10054 "});

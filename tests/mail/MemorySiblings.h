@@ -1,10 +1,11 @@
-// MemorySiblings: the siblings on the road of a message, in memory: one mailbox record, one project with its
-// users and one discussion, and the message itself. They record what is asked of the project, and any of its
-// operations can be made to give nothing or to fail.
+// MemorySiblings: the siblings that a message needs, in memory: one mailbox record, and one project with its
+// users and one discussion. They record the calls to the project; each operation can give nothing or fail on
+// demand.
 #pragma once
 
 #include <set>
 
+#include "platform/contracts/GeneralServices.h"
 #include "platform/contracts/ProjectLibrary.h"
 #include "src/security/ComponentSecurity.h"
 #include "tests/services/NumberedTexts.h"
@@ -49,7 +50,7 @@ class MemorySiblings {
     std::int32_t Key;
   };
 
-  // What the record of the one mailbox holds; without values there is no record.
+  // The values of the mailbox's record; none: there is no record.
   Properties::Map Record = {{u"TVSFilePath", u"P.tvs"},
                             {u"DBUID", u"pump"},
                             {u"DBPWD", TvEmailServices::ComponentSecurity().Encrypt(u"secret")}};
@@ -58,8 +59,8 @@ class MemorySiblings {
   std::set<std::string> Nothing;           // operations that give nothing, or false
   std::map<std::string, String> Failures;  // operations that fail, and their descriptions
   std::pair<std::string, int> NothingAt;   // an operation that gives nothing at its nth call alone
-  std::vector<std::string> Log;            // what was asked, with its arguments
-  std::vector<std::string> Ended;          // the objects that were dropped, in their order
+  std::vector<std::string> Log;            // the calls with their arguments
+  std::vector<std::string> Ended;          // the objects that were released, in order
   bool Quiet = false;                      // nothing is recorded
 
   void Install(TestServices& services) {
@@ -74,9 +75,9 @@ class MemorySiblings {
   }
 
  private:
-  // Records the operation; true if it is to work as usual.
+  // Records the call; true if it succeeds.
   bool Asked(const std::string& operation, std::initializer_list<Value> arguments = {}) {
-    if (!Quiet) Log.push_back(operation + ToUtf8(Listed(arguments)));
+    if (!Quiet) Log.push_back(operation + ToUtf8(Joined(arguments)));
     if (const auto failure = Failures.find(operation); failure != Failures.end()) {
       throw Failure(1000, {}, failure->second);
     }
@@ -100,9 +101,9 @@ class MemorySiblings {
                arguments[0].ToString() == u"Software\\Ostrand Software\\Email\\MailBoxes\\Apollo";
       }
       if (member != u"GetValue") return true;
-      const ObjectRef holder = arguments[0].ToObject();
-      const auto found = All.Record.find(holder->Get(u"ValueName").ToString());
-      if (found != All.Record.end()) holder->Set(u"Value", found->second);
+      const RegValue value(arguments[0].ToObject());
+      const auto found = All.Record.find(value.ValueName());
+      if (found != All.Record.end()) value.SetValue(found->second);
       return found != All.Record.end();
     }
 

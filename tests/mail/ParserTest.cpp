@@ -1,4 +1,4 @@
-// What an answering mail's subject line and body come to, and which of them are refused.
+// The results for subject lines and bodies, and their refusals.
 #include "platform/Failure.h"
 #include "src/mail/DiscussionSubject.h"
 #include "src/mail/ReplyBody.h"
@@ -11,14 +11,10 @@ namespace {
 using namespace TvEmailServices;
 
 String DescriptionOf(std::int32_t number) {
-  try {
-    Raise(number);
-  } catch (const Failure& failure) {
-    return failure.Description();
-  }
+  return FromUtf8(FailureText([&] { Raise(number); }));
 }
 
-// [P], [D] and [M] stand for the project marker, the discussion marker and the cut marker.
+// Replaces [P], [D] and [M] by the project marker, the discussion marker and the cut marker.
 String Written(StringView text) {
   String written(text);
   for (const auto& [sign, marker] :
@@ -66,9 +62,9 @@ TEST_F(ParserTest, ASubjectLineGivesItsNumberAndTheTextInFrontOfTheProject) {
       {u"Re: Plan [D]17)", kUnset, u"-", invalid},
       {u"Discussion) [P]Apollo)", kUnset, u"-", invalid},
       {u"", kUnset, u"-", invalid},
-      {u"12) [P]Apollo)", kUnset, u"-", invalid},  // its first blank stands behind the bracket
+      {u"12) [P]Apollo)", kUnset, u"-", invalid},  // its first blank is after the bracket
       {u"x\t\r\n[P]A, Ostrand Tal\r\nvane\t Discussion 3)", 3, u"x", u""},
-      {u"x [P]A, Ostrand\r\n  Talvane Discussion 3)", 3, u"x ", u""},  // the word alone serves
+      {u"x [P]A, Ostrand\r\n  Talvane Discussion 3)", 3, u"x ", u""},  // the word alone is enough
       {u"x [P]A, [D]3) [D]4)", 3, u"x ", u""},
       {u"x [D]3) y [P]A)", 3, u"x Ostrand Talvane Discussion 3) y ", u""},
       {u"x [P]A, [D]12.5)", 12, u"x ", u""},
@@ -95,7 +91,7 @@ TEST_F(ParserTest, ASubjectLineGivesItsNumberAndTheTextInFrontOfTheProject) {
   }
 }
 
-TEST_F(ParserTest, ABodyIsCutAndItsLineEndsAreMadeWhole) {
+TEST_F(ParserTest, ABodyIsCutAndItsLineEndsBecomeCrLf) {
   const struct {
     const char16_t *Before, *After;
   } rows[] = {{u"  a\r\nb\n\n[M]\nc", u"a\r\nb"},
@@ -120,8 +116,8 @@ TEST_F(ParserTest, ABodyIsCutAndItsLineEndsAreMadeWhole) {
   }
 }
 
-// The cleaning as a person would do it with a pencil, one character after the other.
-String CleanedByHand(StringView body) {
+// The cleaning, character by character.
+String CleanedSimply(StringView body) {
   String output, previous;
   for (std::size_t i = 0; i < body.size(); ++i) {
     const String c(1, body[i]), next(body.substr(i + 1, 1));
@@ -133,7 +129,7 @@ String CleanedByHand(StringView body) {
   return output;
 }
 
-TEST_F(ParserTest, EveryMixtureOfLineEndsAndBlanksIsCleanedAsByHand) {
+TEST_F(ParserTest, AnyMixtureOfLineEndsAndBlanksIsCleanedAsByTheSimpleAlgorithm) {
   std::uint32_t state = 1;
   for (int round = 0; round < 3000; ++round) {
     String body;
@@ -145,7 +141,7 @@ TEST_F(ParserTest, EveryMixtureOfLineEndsAndBlanksIsCleanedAsByHand) {
     }
     String cleaned = body, error;
     ASSERT_TRUE(ParseReplyBody(cleaned, error));
-    ASSERT_TEXT(CleanedByHand(body), cleaned) << Utf8(body);
+    ASSERT_TEXT(CleanedSimply(body), cleaned) << Utf8(body);
   }
 }
 
@@ -176,7 +172,7 @@ TEST_F(ParserTest, LengthsAndPositionsEndAtSixteenBits) {
   }
 }
 
-TEST_F(ParserTest, TheCutMarkerIsWhateverTextStandsThere) {
+TEST_F(ParserTest, TheCutMarkerIsTheTextOfTheResource) {
   const auto cleaned = [](String body) {
     String error;
     EXPECT_TRUE(ParseReplyBody(body, error));

@@ -5,7 +5,7 @@ namespace Tests {
 namespace {
 
 TEST(ProjectCheck, AcceptsAProvedLogonUnderTheProjectsOwnName) {
-  // path; user id; password; mailbox; key that stands; faults; boxes; mailbox afterwards; keys listed
+  // path; user id; password; mailbox; existing key; faults; boxes; mailbox afterwards; keys listed
   for (const Strings& row : Table(R"(
     Apollo.TVS ; ann ; word ;        ;        ;                        ;           ; Apollo ; yes
     Apollo.TVS ; ANN ; word ; New    ; New    ;                        ;           ; Apollo ; yes
@@ -30,7 +30,7 @@ TEST(ProjectCheck, AcceptsAProvedLogonUnderTheProjectsOwnName) {
     String mailBox = FromUtf8(row[3]);
     EXPECT_EQ(row[6].empty(), CheckProjectCredentials(world.PathOf(row[0]), FromUtf8(row[1]),
                                                       FromUtf8(row[2]), mailBox, nullptr));
-    EXPECT_EQ(Told(row[6]), world.Boxes());
+    EXPECT_EQ(BoxTexts(row[6]), world.Boxes());
     EXPECT_EQ(row[7], Utf8(mailBox));
     EXPECT_EQ(row[8] == "yes" ? 1u : 0u, world.Services.CallsOf("RegUtil.EnumKeys").size());
   }
@@ -41,7 +41,7 @@ TEST(ProjectCheck, ShowsWhyAPathIsRefusedAndLeavesTheProjectLibraryAlone) {
   String mailBox = u"New";
   EXPECT_FALSE(CheckProjectCredentials(world.PathOf("Missing.TVS"), u"ann", u"word", mailBox, nullptr));
   EXPECT_EQ(1u, world.Boxes().size());
-  EXPECT_EQ(Strings{"TvGeneralServices.Files"}, world.Services.Created);
+  EXPECT_EQ((Strings{"TvGeneralServices.Files", "TvResourceServices.Resource"}), world.Services.Created);
 }
 
 TEST(ProjectCheck, NamesTheMailBoxBeforeItAsksWhetherOneIsAllowed) {
@@ -56,12 +56,12 @@ TEST(ProjectCheck, NamesTheMailBoxBeforeItAsksWhetherOneIsAllowed) {
     world.MakeProject();
     String mailBox = u"New";
     EXPECT_FALSE(CheckProjectCredentials(world.PathOf("Apollo.TVS"), u"ann", u"word", mailBox, nullptr));
-    EXPECT_EQ(Told(row[1]), world.Boxes());
+    EXPECT_EQ(BoxTexts(row[1]), world.Boxes());
     EXPECT_EQ(row[2], Utf8(mailBox));
   }
 }
 
-// A registry whose list of keys is whatever a test says.
+// A registry with a given list of keys.
 class ListedRegistry : public Object {
  public:
   explicit ListedRegistry(Value list) : list_(std::move(list)) {}
@@ -85,7 +85,7 @@ TEST(MailBoxName, IsFreeAmongAsManyKeysAsA16BitCountHolds) {
   for (const Value& none : {Value(), Value(ObjectRef())}) {
     list = none;
     EXPECT_FALSE(IsMailBoxNameFree(u"Apollo"));
-    EXPECT_EQ(Told("[10036]_"), world.Boxes());
+    EXPECT_EQ(BoxTexts("[10036]_"), world.Boxes());
   }
   list = Array(32768, u"Apollo");
   EXPECT_FALSE(IsMailBoxNameFree(u"Apollo"));

@@ -1,5 +1,5 @@
 #include "src/mailbox/MailBoxFlows.h"
-#include "tests/dialogs/InAWorld.h"
+#include "tests/dialogs/DialogWorld.h"
 #include "tests/mailbox/MailBoxWorld.h"
 
 namespace Tests {
@@ -8,7 +8,7 @@ namespace {
 const std::string kSmtpText =
     "[EMail]\nTransportID=2\nSMTPHostName=old.example.org\nRealName=\nEMailAddress=old@example.org\n";
 
-// The words of the tables for the section of a project file.
+// The section of a project file that a table's word means.
 std::string SectionText(const std::string& word) {
   static const std::map<std::string, std::string> texts = {
       {"", ""},
@@ -19,8 +19,8 @@ std::string SectionText(const std::string& word) {
   return texts.at(word);
 }
 
-// The words of the tables for what stands.
-std::string StoredAs(const std::string& word) {
+// The content of a record or section that a table's word means.
+std::string ContentOf(const std::string& word) {
   static const std::map<std::string, std::string> words = {
       {"old section", "2||old.example.org||old@example.org"},
       {"new section", "2||mail.example.org|Apollo Mail|apollo@example.org"},
@@ -50,12 +50,12 @@ TEST(ProjectEmailSettings, AreRefusedBeforeAnythingIsWritten) {
     world.Watch(row[4]);
     EXPECT_FALSE(WriteProjectEmailSettings(path, FromUtf8(row[0]), FromUtf8(row[1]), FromUtf8(row[2]),
                                            FromUtf8(row[3]), u"r"));
-    EXPECT_EQ(Told(row[5]), world.Boxes());
+    EXPECT_EQ(BoxTexts(row[5]), world.Boxes());
     EXPECT_EQ(row[4].starts_with("ProjectFile") ? 1u : 0u, world.Services.CallsOf("ProjectFile.").size());
   }
 }
 
-TEST(ProjectEmailSettings, AreWrittenKeyByKeyBesideThoseOfTheOtherTransport) {
+TEST(ProjectEmailSettings, AreWrittenKeyByKeyAndKeepThoseOfTheOtherTransport) {
   MailBoxWorld world;
   const String path = world.MakeProjectFile("Apollo.TVS");
   world.Watch();
@@ -101,14 +101,14 @@ TEST(ProjectEmailSettings, AreValidByTheKeysOfTheirTransport) {
       const Strings boxes = world.Boxes();
       ASSERT_EQ(report && read.TransportNumber == 9 ? 1u : 0u, boxes.size());
       if (!boxes.empty()) {
-        EXPECT_TRUE(boxes[0].ends_with("  " + Told("[10051|Apollo.TVS]")[0])) << boxes[0];
+        EXPECT_TRUE(boxes[0].ends_with("  " + BoxTexts("[10051|Apollo.TVS]")[0])) << boxes[0];
       }
     }
   }
 }
 
 TEST(ProjectEmailSettings, NameTheirTransportsByTextsOfTheirOwn) {
-  InAWorld([](World& world) {
+  InDialogWorld([](World& world) {
     const String path = world.PathOf("Apollo.TVS");
     WriteFile(Utf8(path), "[Project]\nFormat=1\nName=Apollo\n" + kSmtpText);
     ProjectEmailSettings read;
@@ -142,13 +142,13 @@ TEST(ProjectEmailSettings, AreDeletedAsAWholeSection) {
                   world.MakeProjectFile("Apollo.TVS", row[1].empty() ? "" : kSmtpText));
       world.Watch(row[2]);
       EXPECT_EQ(row[3] == "done", DeleteProjectEmailSettings(FromUtf8(row[0]), report));
-      EXPECT_EQ(report ? Told(row[4]) : Strings(), world.Boxes());
+      EXPECT_EQ(report ? BoxTexts(row[4]) : Strings(), world.Boxes());
       std::string calls;
       for (const std::string& call : world.Services.CallsOf("ProjectFile."))
         calls += (calls.empty() ? "" : " ") + call.substr(12);
       EXPECT_EQ(row[5], calls);
       EXPECT_EQ(row[0] == "Apollo" ? 1u : 0u, world.Services.CallsOf("Files.RetrieveTVSFile").size());
-      EXPECT_EQ(StoredAs(row[6]), world.Section("Apollo.TVS"));
+      EXPECT_EQ(ContentOf(row[6]), world.Section("Apollo.TVS"));
     }
   }
 }
@@ -159,7 +159,7 @@ bool Update(const std::string& flow, MailBoxWorld& world, const ObjectRef& sessi
                        flow == "save" ? u"" : u"ann", u"word", flow == "add");
 }
 
-TEST(MailBoxFlow, TellsTheUserAndLeavesStandingWhatItCannotUndo) {
+TEST(MailBoxFlow, ShowsWhatItCannotUndo) {
   const std::string noRecord =
       "[10016|Software\\Ostrand Software\\Email\\MailBoxes\\Apollo] / [2057]  TVSFilePath / [10048]_";
   // flow; record before; section before; the session's transport; faults; boxes; record; section
@@ -207,10 +207,10 @@ TEST(MailBoxFlow, TellsTheUserAndLeavesStandingWhatItCannotUndo) {
       WriteMailBoxRecord(row[0] == "change" ? oldPath : path, u"old", u"oldword", u"Apollo");
     world.Watch(row[4]);
     EXPECT_EQ(row[5].empty(), Update(row[0], world, world.SessionWith({.Transport = FromUtf8(row[3])})));
-    EXPECT_EQ(Told(row[5]), world.Boxes());
-    EXPECT_EQ(StoredAs(row[6]), world.Record(u"Apollo"));
-    EXPECT_EQ(StoredAs(row[7]), world.Section("Apollo.TVS"));
-    EXPECT_EQ(StoredAs("old section"), world.Section("Old.TVS")) << "of a project that isn't meant any more";
+    EXPECT_EQ(BoxTexts(row[5]), world.Boxes());
+    EXPECT_EQ(ContentOf(row[6]), world.Record(u"Apollo"));
+    EXPECT_EQ(ContentOf(row[7]), world.Section("Apollo.TVS"));
+    EXPECT_EQ(ContentOf("old section"), world.Section("Old.TVS")) << "of a project that isn't meant any more";
   }
 }
 
@@ -224,7 +224,7 @@ TEST(MailBoxFlow, RefusesASessionThatIsNotComplete) {
     EXPECT_FALSE(Update(flow, world, world.Make("Sess", {{"SendLogon", nothing}, {"User", nothing}})));
     EXPECT_FALSE(
         Update(flow, world, world.Make("Sess", {{"SendLogon", world.Make("", {})}, {"User", nothing}})));
-    EXPECT_EQ(Told("[10054]_ / [10053]_ / [10052]_"), world.Boxes());
+    EXPECT_EQ(BoxTexts("[10054]_ / [10053]_ / [10052]_"), world.Boxes());
     EXPECT_EQ(Strings(), world.Services.CallsOf("RegUtil."));
   }
 }
@@ -236,7 +236,7 @@ TEST(MailBoxFlow, EndsWithARaisedFailureAndUndoesNothing) {
     const ObjectRef part = world.Make("Part", {{"Transport", u"SMTP"}});
     EXPECT_FALSE(Update(flow, world, world.Make("Sess", {{"SendLogon", part}, {"User", part}})));
     EXPECT_EQ(1u, world.Boxes().size());
-    EXPECT_EQ(StoredAs("new record"), world.Record(u"Apollo"));
+    EXPECT_EQ(ContentOf("new record"), world.Record(u"Apollo"));
   }
 }
 
@@ -269,9 +269,9 @@ TEST(MailBoxFlow, PutsThePasswordBackToTheLetterWhereTheNewOneCannotBeEncoded) {
   const Strings boxes = world.Boxes();
   ASSERT_EQ(1u, boxes.size());
   EXPECT_TRUE(boxes[0].starts_with("Illegal character found.")) << boxes[0];
-  EXPECT_EQ(StoredAs("old record"), world.Record(u"Apollo"));
+  EXPECT_EQ(ContentOf("old record"), world.Record(u"Apollo"));
   EXPECT_EQ(before, world.EncodedPassword(u"Apollo"));
-  EXPECT_EQ(StoredAs("old section"), world.Section("Apollo.TVS"));
+  EXPECT_EQ(ContentOf("old section"), world.Section("Apollo.TVS"));
 }
 
 }  // namespace

@@ -1,4 +1,4 @@
-// MailBoxWorld: a world for mailboxes, with a session of the host, and short words for what stands in it.
+// MailBoxWorld: a world for mailboxes, with a session of the host, and short texts for records and sections.
 #pragma once
 
 #include <map>
@@ -37,9 +37,9 @@ inline std::vector<Strings> Table(const std::string& text) {
   return rows;
 }
 
-// The texts of boxes, separated by " / ". "[10019]" stands for that text, "[10013|Apollo]" for one with an
-// argument, "_" for a blank at an end.
-inline Strings Told(const std::string& cell) {
+// The texts of boxes, separated by " / ". "[10019]" means the text of that number, "[10013|Apollo]" one with
+// an argument, "_" a blank at an end.
+inline Strings BoxTexts(const std::string& cell) {
   Strings boxes = cell.empty() ? Strings() : Split(cell, " / ");
   for (std::string& box : boxes) {
     std::replace(box.begin(), box.end(), '_', ' ');
@@ -100,7 +100,7 @@ class MailBoxWorld : public World {
     return Make("Sess", {{"SendLogon", logon}, {"MAPIProfile", settings.Profile}, {"User", user}});
   }
 
-  // A project file without a project behind it, as far as mail settings need one.
+  // A project file without a project database.
   String MakeProjectFile(const std::string& name, const std::string& emailSection = {}) {
     WriteFile(Home.Path() / name, "[Project]\nFormat=1\nName=" + name + "\n" + emailSection);
     return PathOf(name);

@@ -7,7 +7,7 @@ namespace {
 const std::string kParent = "Software\\Ostrand Software\\Email\\MailBoxes";
 
 TEST(MailBoxRecord, IsWrittenOverTheOldOneAsFarAsNothingFails) {
-  // faults; boxes; what stands
+  // faults; boxes; record
   const auto rows = Table(R"(
                                   ;                                                   ; new.TVS|new|newword
     -RegUtil                      ; [10044|TvGeneralServices.Dll]                     ; old.TVS|old|oldword
@@ -30,7 +30,7 @@ TEST(MailBoxRecord, IsWrittenOverTheOldOneAsFarAsNothingFails) {
       world.Watch(row[0]);
       EXPECT_EQ(row[1].empty(), restore ? RestoreMailBoxRecord(u"new.TVS", u"new", encoded, u"Apollo")
                                         : WriteMailBoxRecord(u"new.TVS", u"new", u"newword", u"Apollo"));
-      EXPECT_EQ(Told(row[1]), world.Boxes());
+      EXPECT_EQ(BoxTexts(row[1]), world.Boxes());
       EXPECT_EQ(row[2], world.Record(u"Apollo"));
     }
   }
@@ -47,7 +47,7 @@ TEST(MailBoxRecord, KeepsThePasswordThatStoodWhenTheNewOneCannotBeEncoded) {
   EXPECT_TRUE(ReadMailBoxRecord(path, userId, encoded, u"Apollo")) << "an empty password is stored encoded";
 }
 
-TEST(RegistryValue, CountsOnlyAsANonEmptyStringAndIsGivenAllTheSame) {
+TEST(RegistryValue, IsFoundOnlyAsANonEmptyStringAndIsGivenInAnyCase) {
   struct Row {
     Value Stored;
     bool Found;
@@ -61,7 +61,7 @@ TEST(RegistryValue, CountsOnlyAsANonEmptyStringAndIsGivenAllTheSame) {
       Value value(u"before");
       EXPECT_EQ(row.Found, GetRegStringValue(OpenMailBoxKey(u"Apollo", false), u"Name", value, report));
       EXPECT_TEXT(row.Given, value.ToString());
-      EXPECT_EQ(report && !row.Found ? Told("[2057]  Name") : Strings(), world.Boxes());
+      EXPECT_EQ(report && !row.Found ? BoxTexts("[2057]  Name") : Strings(), world.Boxes());
     }
     world.Watch("RegUtil.GetValue!");
     Value value;
@@ -96,13 +96,13 @@ TEST(MailBoxReaders, DifferInWhatTheyTrimAndAccept) {
     EXPECT_EQ(row.ForDialog, read([&] { return ReadMailBoxRecord(path, userId, password, u"Apollo"); }));
     const std::string logon =
         read([&] { return ReadMailBoxLogon(u"Apollo", path, userId, password, error); });
-    EXPECT_EQ(Told(row.ForMessages)[0], logon + "|" + Utf8(error));
+    EXPECT_EQ(BoxTexts(row.ForMessages)[0], logon + "|" + Utf8(error));
     EXPECT_EQ(row.ProjectPath, Utf8(GetMailBoxProjectPath(u"Apollo", false)));
     EXPECT_EQ(Strings(), world.Boxes());
   }
 }
 
-TEST(MailBoxLogon, TellsItsFailureByATextAlone) {
+TEST(MailBoxLogon, GivesItsFailureAsATextOnly) {
   // mailbox; faults; error text; what was read by then; boxes
   for (const Strings& row : Table(R"(
     Other  ;                      ; [10015]           ; ||       ;
@@ -118,21 +118,21 @@ TEST(MailBoxLogon, TellsItsFailureByATextAlone) {
     world.Watch(row[1]);
     String path, userId, password, error;
     EXPECT_FALSE(ReadMailBoxLogon(FromUtf8(row[0]), path, userId, password, error));
-    EXPECT_EQ(Told(row[2])[0], Utf8(error));
+    EXPECT_EQ(BoxTexts(row[2])[0], Utf8(error));
     EXPECT_EQ(row[3], Utf8(path + u"|" + userId + u"|" + password));
-    EXPECT_EQ(Told(row[4]), world.Boxes());
+    EXPECT_EQ(BoxTexts(row[4]), world.Boxes());
   }
 }
 
-TEST(MailBoxProjectPath, IsMissedByItsValueAloneWhereTheKeyStands) {
+TEST(MailBoxProjectPath, IsReportedAsAMissingValueIfItsKeyExists) {
   MailBoxWorld world;
   world.Store(u"Half", u"DBUID", u"ann");
   EXPECT_TEXT(u"", GetMailBoxProjectPath(u"Half", true));
-  EXPECT_EQ(Told("[2057]  TVSFilePath"), world.Boxes());
+  EXPECT_EQ(BoxTexts("[2057]  TVSFilePath"), world.Boxes());
 }
 
 TEST(RegistryKey, IsDeletedOrWasNeverThere) {
-  // key; faults; result; boxes with reporting; what stands
+  // key; faults; result; boxes with reporting; record
   for (const Strings& row : Table(R"(
     Apollo ;                       ; gone    ;                                                    ; none
     Other  ;                       ; gone    ;                                                    ; a.TVS|u|p
@@ -147,7 +147,7 @@ TEST(RegistryKey, IsDeletedOrWasNeverThere) {
       world.Watch(row[1]);
       EXPECT_EQ(row[2] == "gone",
                 DeleteRegKey(FromUtf8(kParent), Hive::LocalMachine, FromUtf8(row[0]), report));
-      EXPECT_EQ(report ? Told(row[3]) : Strings(), world.Boxes());
+      EXPECT_EQ(report ? BoxTexts(row[3]) : Strings(), world.Boxes());
       EXPECT_EQ(row[4], world.Record(u"Apollo"));
     }
   }

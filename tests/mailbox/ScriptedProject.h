@@ -1,4 +1,4 @@
-// ScriptedProject: a project library with one project, which allows, fails and is opened as a test says.
+// ScriptedProject: a project library with one project, whose results and failures a test sets.
 #pragma once
 
 #include "platform/contracts/ProjectLibrary.h"

@@ -1,4 +1,4 @@
-// The outbound dialog: what stands in it when it opens, and what a user can do with it.
+// The outbound dialog: its entries when it opens, and the user's input.
 #include "platform/StoredNames.h"
 #include "src/mail/EMailManager.h"
 #include "src/outbound/frmCfgOut.h"
@@ -126,34 +126,34 @@ TEST_F(OutboundDialogTest, IsGreyWhereTheCheckBoxIsOff) {
 
 TEST_F(OutboundDialogTest, ShowsTheFieldsOfTheChosenTransport) {
   AddProfile(u"Alpha");
-  Open([](Form& form, UserHand& hand) {
+  Open([](Form& form, UserInput& input) {
     Control& transports = form[u"cmbProvider"];
     EXPECT_EQ(Layout(form), kMapiLayout);
-    hand.Choose(transports, 1);
+    input.Choose(transports, 1);
     EXPECT_EQ(Layout(form), kSmtpLayout);
-    hand.Type(form[u"txtHost"], u"kept");
-    hand.Choose(transports, 0);
+    input.Type(form[u"txtHost"], u"kept");
+    input.Choose(transports, 0);
     EXPECT_EQ(Layout(form), kMapiLayout);
     EXPECT_TEXT(u"kept", form[u"txtHost"].Text());
     form[u"txtHost"].SetVisible(true);
-    hand.KeyUp(transports, 40);
+    input.KeyUp(transports, 40);
     EXPECT_EQ(Layout(form), kMapiLayout);
     form[u"txtHost"].SetVisible(true);
-    hand.Scroll(transports);
+    input.Scroll(transports);
     EXPECT_EQ(Layout(form), kMapiLayout);
   });
 }
 
-TEST_F(OutboundDialogTest, OKEndsItAfterACompleteSaveAloneAndCancelTakesNothingBack) {
-  const auto host = [](Form& form, UserHand& hand) { hand.Type(form[u"txtHost"], u"h"); };
-  const auto off = [](Form& form, UserHand& hand) { hand.Check(form[u"chkEnableEmail"], false); };
-  const auto noTransport = [](Form& form, UserHand&) { form[u"cmbProvider"].SetListIndex(-1); };
-  const auto noProfile = [](Form& form, UserHand&) { form[u"cmbProfile"].SetListIndex(-1); };
-  const auto second = [](Form& form, UserHand& hand) { hand.Choose(form[u"cmbProfile"], 1); };
-  const auto profile = [](Form& form, UserHand& hand) { hand.Focus(form[u"cmbProfile"]); };
-  const auto address = [&](Form& form, UserHand& hand) {
-    host(form, hand);
-    hand.Type(form[u"txtEMailAddress"], u"a");
+TEST_F(OutboundDialogTest, OKClosesItOnlyAfterACompleteSaveAndCancelUndoesNothing) {
+  const auto host = [](Form& form, UserInput& input) { input.Type(form[u"txtHost"], u"h"); };
+  const auto off = [](Form& form, UserInput& input) { input.Check(form[u"chkEnableEmail"], false); };
+  const auto noTransport = [](Form& form, UserInput&) { form[u"cmbProvider"].SetListIndex(-1); };
+  const auto noProfile = [](Form& form, UserInput&) { form[u"cmbProfile"].SetListIndex(-1); };
+  const auto second = [](Form& form, UserInput& input) { input.Choose(form[u"cmbProfile"], 1); };
+  const auto profile = [](Form& form, UserInput& input) { input.Focus(form[u"cmbProfile"]); };
+  const auto address = [&](Form& form, UserInput& input) {
+    host(form, input);
+    input.Type(form[u"txtEMailAddress"], u"a");
   };
   const std::string none = "-|-|-|-|-|-";
   const struct {
@@ -176,15 +176,15 @@ TEST_F(OutboundDialogTest, OKEndsItAfterACompleteSaveAloneAndCancelTakesNothingB
     SCOPED_TRACE(&row - rows);
     RegistryStore::DeleteKey(Hive::CurrentUser, RegistryPath::kOutbound);
     if (row.Profile) AddProfile(u"Alpha"), AddProfile(u"Beta");
-    EXPECT_EQ(row.Focus.empty(), Open([&](Form& form, UserHand& hand) {
-                if (row.BeforeOK) row.BeforeOK(form, hand);
+    EXPECT_EQ(row.Focus.empty(), Open([&](Form& form, UserInput& input) {
+                if (row.BeforeOK) row.BeforeOK(form, input);
                 Plan(row.Faults);
-                hand.Enter();
+                input.Enter();
                 if (row.Focus.empty()) return;
                 EXPECT_TRUE(form.IsShown());
                 const Control* focus = form.ActiveControl();
                 EXPECT_EQ(row.Focus, focus ? ToUtf8(focus->Name()) : "nowhere");
-                hand.Escape();
+                input.Escape();
                 EXPECT_FALSE(form.IsLoaded());
               }));
     EXPECT_EQ(world.Toolkit.TakeBoxes(), row.Boxes);
@@ -193,11 +193,11 @@ TEST_F(OutboundDialogTest, OKEndsItAfterACompleteSaveAloneAndCancelTakesNothingB
 }
 
 TEST_F(OutboundDialogTest, OKSavesTheTransportAsTypedAndTheEnablingValueLast) {
-  EXPECT_TRUE(Open([&](Form& form, UserHand& hand) {
-    hand.Type(form[u"txtHost"], u"  ");
-    hand.Type(form[u"txtEMailAddress"], String(256, u'a'));
+  EXPECT_TRUE(Open([&](Form& form, UserInput& input) {
+    input.Type(form[u"txtHost"], u"  ");
+    input.Type(form[u"txtEMailAddress"], String(256, u'a'));
     world.Services.Calls.clear();
-    hand.Enter();
+    input.Enter();
     EXPECT_FALSE(form.IsLoaded());
   }));
   const std::string longest(255, 'a'), set = "RegValue.Value=";
@@ -206,16 +206,16 @@ TEST_F(OutboundDialogTest, OKSavesTheTransportAsTypedAndTheEnablingValueLast) {
   EXPECT_EQ(world.Toolkit.TakeBoxes(), Texts{});
 }
 
-TEST_F(OutboundDialogTest, AKeyThatVanishesWhileItIsOpenCostsNoEntry) {
+TEST_F(OutboundDialogTest, ADeletedKeyLosesNoEntryOfTheOpenDialog) {
   ASSERT_TRUE(SaveSmtpOutbound(u"h", u"a", u"n"));
-  EXPECT_FALSE(Open([&](Form& form, UserHand& hand) {
+  EXPECT_FALSE(Open([&](Form& form, UserInput& input) {
     RegistryStore::DeleteKey(Hive::CurrentUser, RegistryPath::kOutbound);
     Plan({{"RegUtil.SetCurrPath", 3, boom}});
-    hand.Enter();
+    input.Enter();
     EXPECT_EQ(Stored(), "-|2|-|h|a|n") << "stays written when the enabling value fails";
     EXPECT_EQ(world.Toolkit.TakeBoxes(), Texts{});
     RegistryStore::DeleteKey(Hive::CurrentUser, RegistryPath::kTalvane);
-    hand.Enter();
+    input.Enter();
     EXPECT_EQ(world.Toolkit.TakeBoxes(),
               (Texts{"T10016[" + ToUtf8(RegistryPath::kTalvane) + "]", "T10015 "}));
     EXPECT_EQ(Fields(form), "on 1||h|a|n");
@@ -223,27 +223,27 @@ TEST_F(OutboundDialogTest, AKeyThatVanishesWhileItIsOpenCostsNoEntry) {
   }));
 }
 
-TEST_F(OutboundDialogTest, AFailureInAHandlerIsShownAndLeavesWhatIsBehindIt) {
-  Open([](Form& form, UserHand& hand) {
+TEST_F(OutboundDialogTest, AFailureInAHandlerIsShownAndSkipsTheControlsAfterIt) {
+  Open([](Form& form, UserInput& input) {
     FailingObserver observer(u"txtHost");
     form.SetObserver(&observer);
-    hand.Check(form[u"chkEnableEmail"], false);
+    input.Check(form[u"chkEnableEmail"], false);
     EXPECT_FALSE(form[u"txtEMailAddress"].Enabled());
     EXPECT_TRUE(form[u"txtRealName"].Enabled());
-    hand.Check(form[u"chkEnableEmail"], true);
-    hand.Enter();
+    input.Check(form[u"chkEnableEmail"], true);
+    input.Enter();
     EXPECT_TRUE(form.IsShown());
     form.SetObserver(nullptr);
   });
   EXPECT_EQ(world.Toolkit.TakeBoxes(), (Texts{"boom", "boom", "T10042 ", "boom"}));
 }
 
-TEST_F(OutboundDialogTest, ItsCallFailsAfterAReportAndLetsTheDialogGo) {
+TEST_F(OutboundDialogTest, ItsCallFailsAfterAMessageAndUnloadsTheDialog) {
   // Fails for the check box's click, which is shown, and then for the limits.
   FailingObserver observer(u"txtHost");
   const auto observed = [&](Form& form) { form.SetObserver(&observer); };
   const auto raising = [&](Form&) { throw boom; };
-  const auto raisingAct = [&](Form&, UserHand&) { throw boom; };
+  const auto raisingAct = [&](Form&, UserInput&) { throw boom; };
   const std::string load = "load frmCfgOut", show = "show frmCfgOut", unload = "unload frmCfgOut";
   const struct {
     std::function<void(Form&)> OnLoad, OnUnload;
@@ -264,27 +264,27 @@ TEST_F(OutboundDialogTest, ItsCallFailsAfterAReportAndLetsTheDialogGo) {
   }
 }
 
-TEST_F(OutboundDialogTest, AFailedLoadIsShownAndCostsTheCaptionsAlone) {
+TEST_F(OutboundDialogTest, AFailedLoadIsShownAndLosesOnlyTheCaptions) {
   FailingObserver observer(u"icon");
   world.Toolkit.OnLoad = [&](Form& form) { form.SetObserver(&observer); };
-  EXPECT_FALSE(Open([](Form& form, UserHand&) {
+  EXPECT_FALSE(Open([](Form& form, UserInput&) {
     EXPECT_TEXT(u"E-mail Configuration", form.Caption());
     EXPECT_EQ(Fields(form), "on 1||||");
   }));
   EXPECT_EQ(world.Toolkit.TakeBoxes(), Texts{"boom"});
 }
 
-TEST_F(OutboundDialogTest, StandsTopmostUntilHelpIsAskedForAndOutlivesItsFailure) {
+TEST_F(OutboundDialogTest, IsTopmostUntilHelpIsOpenedAndStaysOpenIfThatFails) {
   world.Services.Watching = false;  // the thread keeps the help object
-  Open([&](Form& form, UserHand& hand) {
+  Open([&](Form& form, UserInput& input) {
     world.Services.Missing = {"TvGeneralGuiServices.Help"};
-    hand.Press(form[u"cmdHelp"]);
+    input.Press(form[u"cmdHelp"]);
     EXPECT_EQ(world.Toolkit.TakeBoxes().size(), 1U);
     world.Services.Missing.clear();
-    hand.Activate();
-    hand.KeyDown(KeyF1);
-    hand.KeyDown(KeyF1 + 1);
-    hand.Activate();
+    input.Activate();
+    input.KeyDown(KeyF1);
+    input.KeyDown(KeyF1 + 1);
+    input.Activate();
   });
   const std::string topic = "topic com.kestrin.talvane.help/reference/r_email_setup_dialog_box.html";
   EXPECT_EQ(world.Toolkit.Log, (Texts{"load frmCfgOut", "show frmCfgOut", "z-order -1", "z-order -2",
@@ -293,25 +293,25 @@ TEST_F(OutboundDialogTest, StandsTopmostUntilHelpIsAskedForAndOutlivesItsFailure
 
 TEST_F(OutboundDialogTest, SelectsOnFocusAsTheLastPointerEventSays) {
   const struct {
-    std::vector<std::pair<bool (UserHand::*)(Control&), const char16_t*>> Acts;
+    std::vector<std::pair<bool (UserInput::*)(Control&), const char16_t*>> Acts;
     std::int32_t Selected;
     const char16_t* Box = u"txtEMailAddress";
   } rows[] = {{{}, 4},
               {{}, 3, u"txtHost"},
               {{}, 5, u"txtRealName"},
-              {{{&UserHand::MouseDown, u"txtEMailAddress"}}, 0},
-              {{{&UserHand::MouseMove, u"txtEMailAddress"}}, 4},
-              {{{&UserHand::MouseDown, u"txtRealName"}}, 4},
-              {{{&UserHand::MouseMove, u"txtRealName"}}, 0},
-              {{{&UserHand::MouseMove, u"txtRealName"}, {&UserHand::MouseDown, u"txtHost"}}, 4},
-              {{{&UserHand::MouseMove, u"txtRealName"}, {&UserHand::Focus, u"txtHost"}}, 4}};
+              {{{&UserInput::MouseDown, u"txtEMailAddress"}}, 0},
+              {{{&UserInput::MouseMove, u"txtEMailAddress"}}, 4},
+              {{{&UserInput::MouseDown, u"txtRealName"}}, 4},
+              {{{&UserInput::MouseMove, u"txtRealName"}}, 0},
+              {{{&UserInput::MouseMove, u"txtRealName"}, {&UserInput::MouseDown, u"txtHost"}}, 4},
+              {{{&UserInput::MouseMove, u"txtRealName"}, {&UserInput::Focus, u"txtHost"}}, 4}};
   for (const auto& row : rows) {
-    Open([&](Form& form, UserHand& hand) {
-      hand.Type(form[u"txtHost"], u"two");
-      hand.Type(form[u"txtRealName"], u"names");
-      hand.Type(form[u"txtEMailAddress"], u"four");
-      for (const auto& [act, name] : row.Acts) (hand.*act)(form[name]);
-      hand.Focus(form[row.Box]);
+    Open([&](Form& form, UserInput& input) {
+      input.Type(form[u"txtHost"], u"two");
+      input.Type(form[u"txtRealName"], u"names");
+      input.Type(form[u"txtEMailAddress"], u"four");
+      for (const auto& [act, name] : row.Acts) (input.*act)(form[name]);
+      input.Focus(form[row.Box]);
       EXPECT_EQ(form[row.Box].SelLength(), row.Selected) << &row - rows;
     });
   }

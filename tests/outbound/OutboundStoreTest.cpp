@@ -1,7 +1,7 @@
 // The user's outbound settings in the real registry, and the profiles that the machine has.
 #include "platform/StoredNames.h"
 #include "src/outbound/MapiProfiles.h"
-#include "tests/dialogs/GeneralOf.h"
+#include "tests/dialogs/ScriptedGeneral.h"
 #include "tests/outbound/OutboundTest.h"
 
 namespace TvEmailServices {
@@ -51,7 +51,7 @@ TEST_F(OutboundTest, ASaveThatStopsHalfWayLeavesTheFormerTransportInForce) {
   EXPECT_EQ(world.Toolkit.TakeBoxes(), Texts{"boom T10034"});
 }
 
-TEST_F(OutboundTest, ASaveTellsWhyTheKeyCantBeHadAndWritesNothing) {
+TEST_F(OutboundTest, ASaveShowsWhyTheKeyCantBeOpenedAndWritesNothing) {
   const std::pair<Tests::Fault, Texts> rows[] = {
       {{"RegUtil.SetCurrHive", 0}, {"T10014[]", "T10015 "}},
       {{"RegUtil.SetCurrPath", 0}, {"T10016[" + kVersionText + "]", "T10015 "}},
@@ -68,7 +68,7 @@ TEST_F(OutboundTest, ASaveTellsWhyTheKeyCantBeHadAndWritesNothing) {
   }
 }
 
-TEST_F(OutboundTest, TheEnablingValueGoesWhereTheRegistryStands) {
+TEST_F(OutboundTest, TheEnablingValueGoesToTheKeyOfTheCursor) {
   const struct {
     std::vector<Tests::Fault> Faults;
     bool Result;
@@ -101,7 +101,7 @@ TEST_F(OutboundTest, ProfilesLieOnThePathOfThePlatform) {
   AddProfile(u"long", u"Windows NT\\CurrentVersion\\");
   for (const auto& [platform, profile] : {std::pair(u"NT", u"long"), {u"nt", u"short"}, {u"", u"short"}}) {
     world.Services.Instead["TvGeneralServices.General"] = [name = platform] {
-      return std::make_shared<Tests::GeneralOf>(name);
+      return std::make_shared<Tests::ScriptedGeneral>(name);
     };
     Value profiles{Array()};
     ASSERT_TRUE(GetMAPIProfiles(profiles));
@@ -110,7 +110,7 @@ TEST_F(OutboundTest, ProfilesLieOnThePathOfThePlatform) {
   }
 }
 
-TEST_F(OutboundTest, ProfilesThatCantBeHadAreToldOnlyAfterARaisedFailure) {
+TEST_F(OutboundTest, MissingProfilesAreReportedOnlyAfterARaisedFailure) {
   Value profiles{Array()}, none;
   EXPECT_FALSE(GetMAPIProfiles(profiles)) << "a machine without the key";
   AddProfile(u"p");

@@ -1,4 +1,4 @@
-// OutboundTest: a user's real registry, and texts that are their numbers.
+// OutboundTest: a user's real registry, and numbered texts.
 #pragma once
 
 #include "platform/StoredNames.h"
@@ -42,7 +42,7 @@ class OutboundTest : public testing::Test {
 
   std::string Stored() const { return StoredIn(world); }
 
-  // From here on these faults happen, counted anew.
+  // Plans these faults; their occurrences are counted from now on.
   void Plan(std::vector<Tests::Fault> faults) {
     world.Services.Occurrences.clear();
     world.Services.Faults = std::move(faults);

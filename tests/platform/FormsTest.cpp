@@ -1,4 +1,4 @@
-// The form model and the rules of what a user's hand may do to it.
+// The form model and the rules of the user's input.
 #include "platform/Failure.h"
 #include "tests/support/ScriptToolkit.h"
 #include "tests/support/TestServices.h"
@@ -53,7 +53,7 @@ class Forms : public testing::Test {
               {.Name = u"cmdCancel", .Kind = ControlKind::CommandButton, .Cancel = true}}};
 };
 
-TEST_F(Forms, TheFirstTouchLoadsOnceAndATouchAfterUnloadLoadsAgain) {
+TEST_F(Forms, TheFirstAccessLoadsOnceAndAnAccessAfterUnloadLoadsAgain) {
   EXPECT_FALSE(form_.IsLoaded());
   form_.ClientWidth();
   EXPECT_EQ(TakeEvents(), Lines{});
@@ -91,24 +91,24 @@ TEST_F(Forms, AUserCanDoOnlyWhatTheStateAllows) {
   form_[u"cmb"].AddItem(u"one");
   form_[u"cmdOK"].SetEnabled(false);
   TakeEvents();
-  Show([&](Form&, UserHand& hand) {
-    EXPECT_TRUE(hand.Type(text, u"abcdef"));
+  Show([&](Form&, UserInput& input) {
+    EXPECT_TRUE(input.Type(text, u"abcdef"));
     EXPECT_TEXT(u"abc", text.Text());
     text.SetLocked(true);
-    EXPECT_FALSE(hand.Type(text, u"x"));
-    EXPECT_TRUE(hand.Focus(text));
-    EXPECT_FALSE(hand.Enter());
-    EXPECT_FALSE(hand.Focus(form_[u"lbl"]));
-    EXPECT_FALSE(hand.Choose(form_[u"cmb"], 1));
-    EXPECT_TRUE(hand.Choose(form_[u"cmb"], 0));
+    EXPECT_FALSE(input.Type(text, u"x"));
+    EXPECT_TRUE(input.Focus(text));
+    EXPECT_FALSE(input.Enter());
+    EXPECT_FALSE(input.Focus(form_[u"lbl"]));
+    EXPECT_FALSE(input.Choose(form_[u"cmb"], 1));
+    EXPECT_TRUE(input.Choose(form_[u"cmb"], 0));
     form_[u"chk"].SetVisible(false);
-    EXPECT_FALSE(hand.Check(form_[u"chk"], true));
-    hand.KeyDown(KeyF1);
+    EXPECT_FALSE(input.Check(form_[u"chk"], true));
+    input.KeyDown(KeyF1);
     form_.SetKeyPreview(true);
-    hand.KeyDown(KeyF1);
-    EXPECT_TRUE(hand.Escape());
+    input.KeyDown(KeyF1);
+    EXPECT_TRUE(input.Escape());
     form_.Hide();
-    EXPECT_FALSE(hand.Focus(text));
+    EXPECT_FALSE(input.Focus(text));
   });
   const Lines events = TakeEvents();
   EXPECT_EQ(std::vector(events.end() - 4, events.end()),
@@ -117,10 +117,10 @@ TEST_F(Forms, AUserCanDoOnlyWhatTheStateAllows) {
 
 TEST_F(Forms, AFailureInAHandlerIsShownAndTheDialogStaysUsable) {
   form_.Handle(u"cmdOK", Event::Click, [](const EventArgs&) { Raise(FailureNumber::Overflow, u"here"); });
-  Show([&](Form& form, UserHand& hand) {
-    EXPECT_TRUE(hand.Enter());
+  Show([&](Form& form, UserInput& input) {
+    EXPECT_TRUE(input.Enter());
     EXPECT_TRUE(form.IsShown());
-    EXPECT_TRUE(hand.Escape());
+    EXPECT_TRUE(input.Escape());
   });
   ASSERT_EQ(toolkit_.Boxes.size(), 1U);
   EXPECT_NE(Utf8(toolkit_.Boxes[0].Text).find("here"), std::string::npos);

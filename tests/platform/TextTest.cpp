@@ -1,4 +1,4 @@
-// Texts, numbers and values: what everything that is called by name is made of.
+// Texts, addresses, numbers, values and identifiers.
 #include <limits>
 #include <random>
 
@@ -41,7 +41,7 @@ TEST(Text, AnyCodeUnitsComeBackFromUtf8) {
   }
 }
 
-TEST(MailAddress, IsValidAsTheStandardsHaveItOrHasAFaultThatSaysWhy) {
+TEST(MailAddress, IsValidByTheStandardsOrHasAFaultWithTheReason) {
   const String label(62, u'x');
   const String longest = label + u'.' + label + u'.' + label + u'.' + label + u"x";  // 252 characters
   const struct {
@@ -59,8 +59,8 @@ TEST(MailAddress, IsValidAsTheStandardsHaveItOrHasAFaultThatSaysWhy) {
       {u"a@[x400:c=de]", ""},
       {String(64, u'x') + u"@b.c", ""},
       {u"", "has no @"},
-      {u"@example.org", "in front of the @ is missing"},
-      {u"a@", "domain behind the @ is missing"},
+      {u"@example.org", "before the @ is missing"},
+      {u"a@", "domain after the @ is missing"},
       {u"a b@c", "need quotes"},
       {u".a@b", "need quotes"},
       {u"a..b@c", "need quotes"},
@@ -107,7 +107,7 @@ TEST(MailAddress, HasOneSpellingForOneMailbox) {
   for (const auto& row : rows) EXPECT_TEXT(row.Canonical, CanonicalAddress(row.Address));
 }
 
-TEST(Text, EachStrayByteShowsAndNothingAroundItIsLost) {
+TEST(Text, EachStrayByteBecomesOneReplacementCharacter) {
   const struct {
     std::string Bytes;
     String Expected;

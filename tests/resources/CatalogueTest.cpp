@@ -34,17 +34,17 @@ std::multiset<std::string> Matches(const std::string& text, const char* pattern)
   return found;
 }
 
-class Catalogue : public testing::TestWithParam<const char*> {
+class Catalogue : public testing::TestWithParam<std::string> {
  protected:
-  Texts Component() const { return ReadCatalogue(std::string("TvEmailServicesRes.") + GetParam() + ".txt"); }
+  Texts Component() const { return ReadCatalogue("TvEmailServicesRes." + GetParam() + ".txt"); }
 };
 
 TEST_P(Catalogue, HasExactlyTheTextsThatTheComponentUses) {
-  const std::pair<std::string, std::span<const TextNumber::Listed>> catalogues[] = {
-      {"TvEmailServicesRes.", TextNumber::kOwn},
-      {"TvComRes.", TextNumber::kShared},
-      {"TvDesktopRes.", TextNumber::kDesktop},
-      {"TvMailRes.", TextNumber::kPrograms}};
+  const std::pair<std::string, std::span<const TextNumber::CatalogueText>> catalogues[] = {
+      {"TvEmailServicesRes.", TextNumber::kComponentTexts},
+      {"TvComRes.", TextNumber::kSharedTexts},
+      {"TvDesktopRes.", TextNumber::kDesktopTexts},
+      {"TvMailRes.", TextNumber::kProgramTexts}};
   for (const auto& [stem, listed] : catalogues) {
     const Texts english = ReadCatalogue(stem + "en.txt"), own = ReadCatalogue(stem + GetParam() + ".txt");
     EXPECT_EQ(listed.size(), own.size());
@@ -61,7 +61,7 @@ TEST_P(Catalogue, KeepsTheTextsThatStoresAndSentMailsHold) {
   for (const int number : {9100, 9101}) {
     EXPECT_EQ(Component().at(number), ReadCatalogue("TvEmailServicesRes.en.txt").at(number));
   }
-  EXPECT_EQ(ReadCatalogue(std::string("TvComRes.") + GetParam() + ".txt"), ReadCatalogue("TvComRes.en.txt"));
+  EXPECT_EQ(ReadCatalogue("TvComRes." + GetParam() + ".txt"), ReadCatalogue("TvComRes.en.txt"));
 }
 
 TEST_P(Catalogue, GivesEachCaptionOfADialogAnAccessKeyOfItsOwn) {
@@ -79,7 +79,7 @@ TEST_P(Catalogue, GivesEachCaptionOfADialogAnAccessKeyOfItsOwn) {
   }
 }
 
-INSTANTIATE_TEST_SUITE_P(Shipped, Catalogue, testing::Values("en", "de", "ja"));
+INSTANTIATE_TEST_SUITE_P(Shipped, Catalogue, testing::ValuesIn(CatalogueLanguages()));
 
 TEST(English, HasTheCaptionsOfTheDialogs) {
   const Texts texts = ReadCatalogue("TvEmailServicesRes.en.txt");

@@ -34,7 +34,7 @@ class Resources : public testing::Test {
   World world;
 };
 
-TEST_F(Resources, OfTheEnvironmentIsTakenWithEnglishBehindIt) {
+TEST_F(Resources, AreOfTheEnvironmentsLanguageWithEnglishAsFallback) {
   Write("A.en.txt", "1 = one\n2 = two\n");
   Write("A.de.txt", "1 = eins\n");
   const struct {
@@ -95,11 +95,11 @@ TEST_F(Resources, AMissingOrDamagedCatalogueIsRaisedByFileAndLineAndReadAfterIts
     EXPECT_PRED2(Holds, refusal, "E.en.txt, ") << text;
     EXPECT_PRED2(Holds, refusal, why) << text;
   }
-  Write("E.en.txt", "1 = mended\n");
-  EXPECT_TEXT(u"mended", Load("E").ResourceString(1));
+  Write("E.en.txt", "1 = repaired\n");
+  EXPECT_TEXT(u"repaired", Load("E").ResourceString(1));
 }
 
-TEST_F(Resources, ADamagedCatalogueLeavesEnglishAtWork) {
+TEST_F(Resources, ADamagedCatalogueLeavesEnglishInUse) {
   Write("F.en.txt", "1 = one\n");
   Write("F.de.txt", "broken\n");
   Speak("de", "", "");
@@ -116,7 +116,7 @@ TEST_F(Resources, TheFontIsThatOfTheCatalogue) {
   EXPECT_TEXT(u"MS UI Gothic", Load("G").GetFontName());
 }
 
-TEST_F(Resources, ShippedTextsReadWellInTheirPlaces) {
+TEST_F(Resources, ShippedTextsAreCorrectWithTheirArguments) {
   const Resource resource = New();
   resource.LoadResources(world.Services.FolderOf(nullptr) + u"\\TvEmailServicesRes.dll", u"TvEmailServices");
   EXPECT_TEXT(

@@ -1,5 +1,4 @@
-// Encrypt71, Decrypt71 and the fixed key: what reaches the crypto component, and every failure as seen from
-// outside.
+// Encrypt71, Decrypt71 and the fixed key: the calls to the crypto component, and all failures.
 #include "tests/security/SecurityWorld.h"
 
 namespace Tests {
@@ -10,8 +9,7 @@ const std::string kDecryptFailed = "10005|TvEmailServices.ComponentSecurity.Decr
 const std::string kMismatch = "Type mismatch: the value can't be used here";
 const std::string kName = "OstrCipherCOM.OstrCipherCOM";
 
-// Records what it is called with, and answers as it is told. A key store's buffer comes back as 0, 1, 2 and
-// so on.
+// Records its calls and gives the results that a test sets. A key store's buffer becomes 0, 1, 2 and so on.
 class RecordingCipher : public Object {
  public:
   std::int32_t Number = 1;
@@ -40,7 +38,7 @@ class RecordingCipher : public Object {
   }
 };
 
-// Gives the settings of a key store, and remembers the order in which they are read.
+// The settings of a key store; records the order in which they are read.
 class Provider : public Object {
  public:
   explicit Provider(String file, String password = u"pw", String label = u"mail")
@@ -97,7 +95,7 @@ TEST_F(CipherScheme, WithoutTheCipherOrForAnEmptyTextNeverLooksAtTheKey) {
   EXPECT_EQ(Creations(), 0U);
 }
 
-TEST_F(CipherScheme, HandsTextLengthAndKeyToTheCipherInTheirOrder) {
+TEST_F(CipherScheme, PassesTextLengthAndKeyToTheCipherInTheirOrder) {
   EXPECT_TEXT(u"output", security_.Encrypt71(u"text", someKey_, True));
   EXPECT_TEXT(u"output",
               security_.Decrypt71(std::int32_t{42}, Array{std::int32_t{7}, std::int32_t{255}}, True));

@@ -1,4 +1,4 @@
-// EncryptOld and DecryptOld: the form of the older encoded string, and that no failure leaves them.
+// EncryptOld and DecryptOld: the encoded string, and that they raise nothing.
 #include "tests/security/SecurityWorld.h"
 
 namespace Tests {
@@ -6,7 +6,7 @@ namespace {
 
 constexpr int kLastStart = 97;
 
-// A text in which every code from 1 to 253 comes up.
+// A text with every code from 1 to 253, if it is long enough.
 String Text(std::size_t length, std::size_t turn) {
   String text;
   for (std::size_t i = 0; i < length; ++i) text += static_cast<char16_t>(1 + (i * 7 + turn) % 253);
@@ -15,7 +15,7 @@ String Text(std::size_t length, std::size_t turn) {
 
 class OldEncoder : public SecurityWorld {};
 
-// Computed by hand: the start character and a body character are vertical bars.
+// Computed independently: the start character and a body character are vertical bars.
 TEST_F(OldEncoder, WritesAndReadsTheStringThatEveryBuildWrites) {
   StartAt(53, kLastStart);
   String stored = u"\u00FF\u00CFPPPPP\u00B4\u00C6\u00FF!\u00D1\u00ECv\u0084" + String(15, u'S');

@@ -1,4 +1,4 @@
-// Encrypt and Decrypt: the form of an encoded password string, what is refused, and what damage does.
+// Encrypt and Decrypt: the encoded string, refused passwords, and damaged strings.
 #include <algorithm>
 
 #include "tests/security/SecurityWorld.h"
@@ -16,7 +16,7 @@ const std::string kNotEncrypted =
 const std::string kNotDeciphered =
     "10005|TvEmailServices.ComponentSecurity.Decrypt: -2147221504|Error deciphering encrypted data.";
 
-// A password of accepted characters, another for each turn, in which every code comes up.
+// A password of accepted characters, different for each turn.
 String Password(std::size_t length, std::size_t turn) {
   String password;
   for (std::size_t i = 0; i < length; ++i) password += static_cast<char16_t>(14 + (i * 5 + turn) % 111);
@@ -25,7 +25,7 @@ String Password(std::size_t length, std::size_t turn) {
 
 class PasswordEncoder : public SecurityWorld {};
 
-// The codes in both tables decide whether what is stored can still be read.
+// A changed table would make stored strings unreadable.
 TEST_F(PasswordEncoder, HasTheKeyTablesThatStoredTextsWereWrittenWith) {
   EXPECT_EQ(Fingerprint(ComponentSecurityTestAccess::KeyTable()), 0xed896a7a87ba5d4d);
   EXPECT_EQ(Fingerprint(ComponentSecurityTestAccess::OldKeyTable()), 0x87a998073fbc398f);
@@ -46,7 +46,7 @@ TEST_F(PasswordEncoder, HasKeyTablesFromWhichEveryStartReadsBack) {
   }
 }
 
-// Computed by hand. The start character is a semicolon, which no stored string holds.
+// Computed independently. The start character is a semicolon, which no stored string holds.
 TEST_F(PasswordEncoder, WritesAndReadsTheStringThatEveryBuildWrites) {
   StartAt(18, kLastStart).Others = [](std::size_t i) { return i < 2 ? 0.9999 : 0.0; };
   String stored = u"\u007E@}}GuP3k[RlvC" + String(16, char16_t{14});
@@ -119,7 +119,7 @@ TEST_F(PasswordEncoder, RefusesCharactersOutsideItsCodesAndLengthsThatWouldNotRe
   }
 }
 
-// What begins with a blank begins with no start character: every key code is then that of the table's first.
+// A blank is no start character: every key code is then that of the table's first character.
 TEST_F(PasswordEncoder, DecodesOrRefusesDamagedStringsAndUndoesTheSubstitutionsInItsArgument) {
   const char16_t first = ComponentSecurityTestAccess::KeyTable()[0];
   const auto length = [&](int n) { return String{u' ', static_cast<char16_t>((first + n) % 111 + 14)}; };
@@ -151,8 +151,8 @@ TEST_F(PasswordEncoder, DecodesOrRefusesDamagedStringsAndUndoesTheSubstitutionsI
   EXPECT_TEXT(u"|;|;;|", encoded);
 }
 
-// Cut anywhere: the password while the body is whole, failure otherwise. Changed anywhere: filler doesn't
-// matter, a changed body character gives another character, and the rest a wrong text or the failure.
+// Cut: the password if the body is complete, otherwise the failure. Changed: filler doesn't count, a body
+// character gives another one, a start or length character a wrong text or the failure.
 TEST_F(PasswordEncoder, NeverReadsOutsideACutOrChangedString) {
   for (const int start : {1, 13, 18, 39, 80, 81}) {
     for (const std::size_t n : std::initializer_list<std::size_t>{0, 1, 10, 24, 97}) {

@@ -1,4 +1,4 @@
-// SecurityWorld: an encoder whose clock and random draws a test decides, with a look at its tables.
+// SecurityWorld: an encoder whose clock and random numbers a test sets, with access to its tables.
 #pragma once
 
 #include <functional>
@@ -25,7 +25,7 @@ namespace Tests {
 using TvEmailServices::ComponentSecurity;
 using TvEmailServices::ComponentSecurityTestAccess;
 
-// Gives the draws that it is told, and remembers the seedings and how many draws followed each.
+// Gives the random numbers that a test sets; records the seeds and the number of draws after each.
 class ForcedDraws : public RandomSource {
  public:
   double First = 0;

@@ -1,5 +1,5 @@
-// NumberedTexts: a resource service whose texts tell how they were asked for: "T10044", "T10044[a|b]" for an
-// array, "T10030(a|b)" for two strings. Chosen numbers may have a text of their own.
+// NumberedTexts: a resource service whose texts contain the number and the arguments: "T10044", "T10044[a|b]"
+// for an array, "T10030(a|b)" for two strings. A test can set the texts of some numbers.
 #pragma once
 
 #include <map>
@@ -11,7 +11,7 @@ namespace Tests {
 using namespace Platform;
 
 // "(a|b)"
-inline String Listed(std::span<const Value> values, StringView brackets = u"()") {
+inline String Joined(std::span<const Value> values, StringView brackets = u"()") {
   String text(brackets.substr(0, 1));
   for (const Value& value : values) text.append(text.size() > 1 ? u"|" : u"").append(value.ToString());
   return text.append(brackets.substr(1));
@@ -27,8 +27,8 @@ class NumberedTexts : public Object {
     if (own != own_.end()) return own->second;
     String text = u"T";
     text += arguments[0].ToString();
-    if (member == u"ResourceStringV") text += Listed(arguments[1].ToArray(), u"[]");
-    if (member == u"ResourceStrings") text += Listed(arguments.subspan(1));
+    if (member == u"ResourceStringV") text += Joined(arguments[1].ToArray(), u"[]");
+    if (member == u"ResourceStrings") text += Joined(arguments.subspan(1));
     return text;
   }
 

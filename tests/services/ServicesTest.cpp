@@ -1,5 +1,4 @@
-// The siblings by their names, the numbered texts and the boxes: what a user and a caller get from them when
-// they are there, and when they aren't.
+// The creation of siblings, the numbered texts and the message boxes, also with siblings that are missing.
 #include <thread>
 
 #include "src/services/modComponents.h"
@@ -98,7 +97,7 @@ TEST_F(ServicesTest, AMissingSiblingGivesNothingAndIsReportedByItsFileOnlyWhenAs
   }
 }
 
-TEST_F(ServicesTest, ARegistryCursorIsSentToItsHiveAndPathAndNotGivenIfItCantStandThere) {
+TEST_F(ServicesTest, ARegistryCursorIsMovedToItsHiveAndPathOrNotGiven) {
   EXPECT_TRUE(GetRegUtil(Hive::CurrentUser, u"Key", false));
   EXPECT_TRUE(GetRegUtil(Hive::LocalMachine, u"", false));
   EXPECT_EQ(world.Services.Calls, (Lines{"RegUtil.SetCurrHive(-2147483647)", "RegUtil.SetCurrPath(Key)",
@@ -200,7 +199,7 @@ TEST_F(ServicesTest, TheAbsenceOfTheServiceIsShownWithoutATitleOfItsOwn) {
   EXPECT_EQ(BoxesOf([] { EXPECT_FALSE(IsResourceLoaded(true)); }), Lines{"(default): " + kMissingText});
 }
 
-TEST_F(ServicesTest, ABoxThatCantBeShownIsPassedOver) {
+TEST_F(ServicesTest, ABoxThatCantBeShownIsLeftOut) {
   struct Broken : ScriptToolkit {
     void MessageBox(StringView, const std::optional<String>&) override { Raise(57); }
   } broken;
@@ -224,7 +223,7 @@ TEST_F(ServicesTest, OneResourceObjectServesAThreadAndASharedTextTakesANewOne) {
   EXPECT_EQ(world.Services.CallsOf("Resource.LoadResources").size(), 4u);
 }
 
-TEST_F(ServicesTest, AServiceThatTurnsUpLaterIsFoundByTheNextTextAndThenKept) {
+TEST_F(ServicesTest, AServiceThatIsInstalledLaterIsUsedFromTheNextTextOn) {
   world.Services.Missing = {kResource};
   std::thread([&] {
     EXPECT_TEXT(ResourceServiceMissing, LoadTvResourceString(1));

@@ -1,4 +1,4 @@
-// Processes: acts in processes of their own, which a test lets end or kills.
+// Processes: runs functions in child processes.
 #pragma once
 
 #include <gtest/gtest.h>
@@ -11,7 +11,7 @@
 
 namespace Tests {
 
-// Its exit status will be 0; 1 if an expectation failed in it, 9 if the act raised a failure.
+// Runs the act in a child process, whose exit status is 0, 1 if an expectation failed, or 9 after a failure.
 inline pid_t StartProcess(const std::function<void()>& act) {
   const pid_t child = fork();
   if (child != 0) return child;
@@ -44,7 +44,7 @@ inline void KillProcess(pid_t child) {
   EndOf(child);
 }
 
-// From here on the process can write no file beyond so many bytes, as on a disk that is full.
+// Limits the size of each file that the process writes, to simulate a full disk.
 inline void LimitFileSize(rlim_t bytes) {
   signal(SIGXFSZ, SIG_IGN);
   const rlimit limit{bytes, bytes};

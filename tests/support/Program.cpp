@@ -38,7 +38,7 @@ std::string Program::WriteScript(const std::string& line) const {
                 "export LC_ALL=C.UTF-8 TALVANE_HOME=\"$PWD/home\" PATH=\"" +
                 fs::path(program_).parent_path().string() +
                 ":$PATH\"\n"
-                "until_told() {\n"
+                "wait_for_deliveries() {\n"
                 "  while kill -0 $! && [ $(grep -c delivered lines) -lt $1 ]; do sleep 0.01; done\n"
                 "}\n" +
                 line + "\n");
@@ -71,7 +71,7 @@ std::string Program::OnTerminal(const std::string& arguments,
     shown.append(bytes, static_cast<std::size_t>(count));
     while (answer != answers.end() && shown.find(answer->first, seen) != std::string::npos) {
       seen = shown.find(answer->first, seen) + answer->first.size();
-      // Ctrl-C and Ctrl-Z act by themselves; a line end behind them would answer what is asked next.
+      // Ctrl-C and Ctrl-Z act by themselves; a line end after them would answer the next prompt.
       const bool control = answer->second.ends_with(kControlZ) || answer->second.ends_with(kControlC);
       const std::string typed = answer->second + (control ? "" : "\n");
       if (write(terminal, typed.data(), typed.size()) < 0) break;

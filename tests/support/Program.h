@@ -13,8 +13,8 @@ struct Outcome {
   std::string Output, Errors;
 };
 
-// What is typed behind "tvmail" and then answered, and what is expected: the exit code, and a piece of the
-// output and of the errors (empty: nothing may be there).
+// A run of tvmail: arguments and input, and the expected exit code and parts of the output and of the errors
+// (empty: no output).
 struct Step {
   std::string Arguments;
   int Exit;
@@ -27,8 +27,8 @@ class Program {
   Program();
 
   // Runs a line of bash in the folder, where tvmail is the program under test. The function
-  // "until_told COUNT" waits until the background process has written so many deliveries to the file
-  // "lines", which has to be empty when the process is started.
+  // "wait_for_deliveries COUNT" waits until the background process has written that number of deliveries to
+  // the file "lines", which must be empty when the process is started.
   Outcome Shell(const std::string& line, const std::string& input = {}) const;
 
   // Runs the program.
@@ -36,9 +36,9 @@ class Program {
     return Shell("exec tvmail " + arguments, input);
   }
 
-  // Runs the program on a terminal, where each answer is typed as soon as its prompt is there, with Enter
-  // unless it ends in Ctrl-C or Ctrl-Z, and expects the exit code and that the terminal echoes lines at the end.
-  // Gives all that the terminal showed.
+  // Runs the program on a terminal and types each answer after its prompt, with Enter unless it ends in
+  // Ctrl-C or Ctrl-Z. Expects the exit code, and a terminal that echoes lines afterwards. Gives the
+  // terminal's output.
   std::string OnTerminal(const std::string& arguments,
                          const std::vector<std::pair<std::string, std::string>>& answers, int exit = 0) const;
 

@@ -17,14 +17,14 @@ void ScriptToolkit::Load(Form& form) {
 
 void ScriptToolkit::ShowModal(Form& form) {
   Log.push_back("show " + ToUtf8(form.Name()));
-  UserHand hand(form, *this);
-  hand.Activate();
+  UserInput input(form, *this);
+  input.Activate();
   if (!Scripts.empty()) {
     const Script script = std::move(Scripts.front());
     Scripts.pop_front();
-    script(form, hand);
+    script(form, input);
   }
-  if (form.IsShown()) hand.Close();
+  if (form.IsShown()) input.Close();
 }
 
 void ScriptToolkit::Unload(Form& form) {

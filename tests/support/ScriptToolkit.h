@@ -1,11 +1,11 @@
-// ScriptToolkit: a forms toolkit whose user is a test, and which records all that a user would see.
+// ScriptToolkit: a forms toolkit whose user is a test. It records all output to the user.
 #pragma once
 
 #include <deque>
 #include <functional>
 #include <vector>
 
-#include "platform/Forms/UserHand.h"
+#include "platform/Forms/UserInput.h"
 
 namespace Tests {
 
@@ -13,14 +13,14 @@ using namespace Platform;
 
 class ScriptToolkit : public FormsToolkit {
  public:
-  using Script = std::function<void(Form& form, UserHand& hand)>;
+  using Script = std::function<void(Form& form, UserInput& input)>;
 
   struct Box {
     std::optional<String> Title;
     String Text;
   };
 
-  // What the user does in each modal show, in order. A user who has nothing more to do uses the close box.
+  // The user's input to each modal show, in order. A form that is still shown after it is closed.
   std::deque<Script> Scripts;
 
   // The user's answers to open-file dialogs, in order; none left or an empty one is a cancel.
@@ -29,7 +29,7 @@ class ScriptToolkit : public FormsToolkit {
   ScreenSize Size{15360, 11520};
   bool HelpOpens = true;
   std::intptr_t Window = 0;                         // the handle that a form gets when it is loaded
-  std::function<void(Form&form)> OnLoad, OnUnload;  // told of a form before its Load and after its Unload
+  std::function<void(Form&form)> OnLoad, OnUnload;  // called before a form's Load and after its Unload
 
   std::vector<Box> Boxes;
   std::vector<OpenFileRequest> FileRequests;
@@ -38,7 +38,7 @@ class ScriptToolkit : public FormsToolkit {
   // NAME".
   std::vector<std::string> Log;
 
-  // The texts of all boxes so far, which it then forgets.
+  // The texts of all boxes since the last call.
   std::vector<std::string> TakeBoxes();
 
   void Load(Form& form) override;

@@ -68,7 +68,7 @@ class Watcher : public Object {
     return {};
   }
 
-  // The component keeps an object in each thread, which outlives the services that a test had put in place.
+  // The component keeps an object in each thread, which may exist longer than the test's services.
   std::weak_ptr<TestServices*> services_;
   std::string name_;
   ObjectRef target_;

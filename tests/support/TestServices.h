@@ -1,8 +1,7 @@
-// TestServices: the real platform services, with parts that can be missing, replaced or made to fail.
+// TestServices: the real platform services, with parts that a test can remove, replace or make fail.
 //
-// While Watching is on, every object created by name is put behind a watcher, which records each call and
-// property as "RegUtil.AddKey(Apollo)" or "RegValue.DataType=1" and lets a planned fault happen in place of
-// it.
+// While Watching is true, every object created by name is wrapped by a watcher. It records each call and
+// property as "RegUtil.AddKey(Apollo)" or "RegValue.DataType=1", and replaces it by a planned fault.
 #pragma once
 
 #include <functional>
@@ -21,7 +20,7 @@ namespace Tests {
 
 using namespace Platform;
 
-// What happens in place of the nth call of a member: it gives a value, or raises a failure.
+// Replaces the nth call of a member: it gives a value, or raises a failure.
 struct Fault {
   std::string Member;  // "RegUtil.AddKey"
   int Occurrence = 1;  // counts from 1; 0 is every call
@@ -44,7 +43,7 @@ class TestServices : public PlatformServices {
   bool Watching = false;
   std::vector<Fault> Faults;
   std::vector<std::string> Calls;    // what the watchers recorded
-  std::vector<std::string> Created;  // every programmatic name or identity that was asked for
+  std::vector<std::string> Created;  // each programmatic name or class identifier of a creation
 
   std::map<std::string, int> Occurrences;  // how often each member was called
 

@@ -1,4 +1,4 @@
-// Texts: UTF-16 texts in expectations, compared and printed as UTF-8, and what failures say.
+// Texts: UTF-16 texts in expectations, compared and printed as UTF-8, and the texts of failures.
 #pragma once
 
 #include <gtest/gtest.h>
@@ -17,7 +17,7 @@ inline bool Holds(std::string_view text, std::string_view part) {
   return text.find(part) != std::string_view::npos;
 }
 
-// What the failure says that the act raises; empty if it raises none.
+// The description of the failure that the act raises; empty if it raises none.
 template <class Act>
 std::string FailureText(Act act) {
   try {

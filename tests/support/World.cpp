@@ -5,6 +5,7 @@
 #include <fstream>
 #include <sstream>
 
+#include "platform/StoredNames.h"
 #include "runtime/Folders.h"
 #include "runtime/Libraries.h"
 #include "runtime/RegistryStore.h"
@@ -32,6 +33,15 @@ TemporaryFolder::~TemporaryFolder() {
   fs::remove_all(path_, ignored);
 }
 
+std::vector<std::string> CatalogueLanguages() {
+  std::vector<std::string> languages;
+  for (const auto& file : fs::directory_iterator(SOURCE_FOLDER "/resources")) {
+    const std::string name = file.path().stem().string();
+    if (name.starts_with("TvEmailServicesRes.")) languages.push_back(name.substr(name.find('.') + 1));
+  }
+  return languages;
+}
+
 void WriteFile(const fs::path& path, std::string_view bytes) {
   std::ofstream(path, std::ios::binary).write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
 }
@@ -48,8 +58,8 @@ World::World() : Services(RealServices()) {
   Services.ComponentFolder = Runtime::LibraryFolder();
   Runtime::RegistryStore::Create(Hive::LocalMachine);
   Runtime::RegistryStore::Create(Hive::CurrentUser);
-  Runtime::RegistryStore::CreateKey(Hive::LocalMachine, u"Software\\Ostrand Software\\Email\\MailBoxes");
-  Runtime::RegistryStore::CreateKey(Hive::CurrentUser, u"Software\\Ostrand Software\\Talvane\\4.0");
+  Runtime::RegistryStore::CreateKey(Hive::LocalMachine, RegistryPath::kMailBoxes);
+  Runtime::RegistryStore::CreateKey(Hive::CurrentUser, RegistryPath::kTalvane);
   const fs::path libraries = ToUtf8(Runtime::LibraryFolder());
   for (const StringView name : {u"TvGeneralServices.so", u"TvResourceServices.so", u"TvGeneralGuiServices.so",
                                 u"Talvane40.so", u"OstrCipherCOM.so"}) {

@@ -1,9 +1,9 @@
-// World: a home of its own with the real run time, stores and siblings, whose user and whose faults a test
-// decides.
+// World: the real run time, stores and siblings in a temporary home, with a user and faults that a test
+// controls.
 //
-// One world lives at a time. It points TALVANE_HOME at a new folder under the system's temporary folder,
-// makes the stores and the parent keys, registers the siblings that are built, and installs TestServices with
-// a ScriptToolkit. All of it is gone with the world.
+// Only one world exists at a time. It sets TALVANE_HOME to a new temporary folder, creates the stores and the
+// parent keys, registers the siblings that are built, and installs TestServices with a ScriptToolkit. Its
+// destructor removes the folder and the services.
 #pragma once
 
 #include <filesystem>
@@ -28,6 +28,9 @@ class TemporaryFolder {
   std::filesystem::path path_;
 };
 
+// The languages of the catalogues in the source tree's folder resources.
+std::vector<std::string> CatalogueLanguages();
+
 void WriteFile(const std::filesystem::path& path, std::string_view bytes);
 std::string ReadFile(const std::filesystem::path& path);
 
@@ -42,10 +45,10 @@ class World {
   TestServices Services;
   ScriptToolkit Toolkit;
 
-  // A file of the world's folder by its name, as the texts of the component want it.
+  // The path of a file in the world's folder.
   String PathOf(std::string_view name) const { return FromUtf8((Home.Path() / name).string()); }
 
-  // A registry value as text; "(none)" where there is none.
+  // A registry value as text; "(none)" if there is none.
   std::string Registry(Hive hive, StringView path, StringView name) const;
 };
 

@@ -1,13 +1,14 @@
-// GeneralOf: a general service that tells the platform in its first answer and the version in its second.
+// ScriptedGeneral: general services whose first answer contains the platform, and whose later ones the
+// version.
 #pragma once
 
 #include "platform/Object.h"
 
 namespace Tests {
 
-class GeneralOf : public Platform::Object {
+class ScriptedGeneral : public Platform::Object {
  public:
-  explicit GeneralOf(Platform::String platform, Platform::String version = {})
+  explicit ScriptedGeneral(Platform::String platform, Platform::String version = {})
       : answers_{std::move(platform), std::move(version)} {}
 
   Platform::Value Call(Platform::StringView, std::span<Platform::Value> strings) override {

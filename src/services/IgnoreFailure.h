@@ -1,13 +1,13 @@
-// PassOver: a step whose failure doesn't end the operation that it belongs to.
+// IgnoreFailure: runs a step whose failure doesn't end the operation.
 #pragma once
 
 #include <utility>
 
 namespace TvEmailServices {
 
-// Runs the step. False if it failed; what it did before its failure stands, and the failure is gone.
+// Runs the step. False if it raised a failure, which is dropped; what the step did before isn't undone.
 template <class Step>
-bool PassOver(Step&& step) {
+bool IgnoreFailure(Step&& step) {
   try {
     std::forward<Step>(step)();
     return true;

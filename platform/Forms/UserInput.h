@@ -1,13 +1,15 @@
-// UserHand: what a person can do to a form. Every toolkit acts on a model through it, so that the rules of
-// what a user may and may not do stand in one place.
+// UserInput: the user's input to a form. Every toolkit passes all input through it, so that the rules for
+// what a user may do are in one place.
 //
-// Used on the thread that called ShowModal, while the form is shown. An act that the form's state doesn't
-// allow (a hidden, disabled or read-only control, no such position) does nothing and gives false. A failure
-// that leaves a handler is shown in a message box, and the dialog stays usable.
+// Used on the thread that called ShowModal, while the form is shown; the form and the toolkit must outlive
+// it. Input that the form's state doesn't allow (a hidden, disabled or read-only control, no such position)
+// does nothing and gives false. A failure raised by a handler is shown in a message box, and the dialog stays
+// usable; no operation raises it.
 //
 // The default button, which accepts the entries, isn't pressed while a box that the user can change holds a
-// control character: an address or a name with a line end would forge headers of the mails that are sent with
-// it. A message box says so, and the focus moves to that box. A password may hold any character.
+// control character: a line end in an address or a name would forge headers of the mails sent with it. Then a
+// message box says so, the focus moves to that box, and the result is true. A password may hold any
+// character.
 #pragma once
 
 #include <functional>
@@ -16,14 +18,14 @@
 
 namespace Platform {
 
-class UserHand {
+class UserInput {
  public:
-  UserHand(Form& form, FormsToolkit& toolkit) : form_(form), toolkit_(toolkit) {}
+  UserInput(Form& form, FormsToolkit& toolkit) : form_(form), toolkit_(toolkit) {}
 
   // The form's control of that name, or null.
   Control* Find(StringView name);
 
-  void Activate();               // the window came to the front
+  void Activate();               // the window became active
   bool Focus(Control& control);  // by key or pointer
   bool MouseDown(Control& control);
   bool MouseMove(Control& control);

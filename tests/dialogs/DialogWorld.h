@@ -1,5 +1,5 @@
-// InAWorld: runs in a thread of its own, in a world whose texts are their numbers and whose dialogs have a
-// font. The font's name, the resource object and the help object are kept once in each thread.
+// DialogWorld: runs a test in a thread of its own, because the font's name, the resource object and the help
+// object are kept in each thread, in a world with numbered texts and a font.
 #pragma once
 
 #include <thread>
@@ -10,7 +10,7 @@
 namespace Tests {
 
 template <class Body>
-void InAWorld(const Body& body, const char16_t* fontName = u"Courier") {
+void InDialogWorld(const Body& body, const char16_t* fontName = u"Courier") {
   std::thread([&] {
     World world;
     world.Services.Instead["TvResourceServices.Resource"] = [] { return std::make_shared<NumberedTexts>(); };
