@@ -14,7 +14,7 @@ Platform::String AbsolutePath(const std::string& typed) {
     return ArgumentText(path.lexically_normal().string());
   std::error_code error;
   const auto folder = std::filesystem::canonical(path.parent_path(), error);
-  // Where the folder can't be reached, whoever opens the file tells why.
+  // If the folder can't be reached, opening the file reports why.
   return ArgumentText((error ? path : folder / path.filename()).string());
 }
 

@@ -1,15 +1,14 @@
-// AbsolutePath: what is stored or handed to a sibling doesn't depend on the folder in which tvmail was
-// called.
+// AbsolutePath: paths that no longer depend on the current folder.
 #pragma once
 
 #include "platform/Text.h"
 
 namespace Host {
 
-// The whole path of a file that a user typed, which leads to the file that the typed one leads to. Links
-// stand as they were typed; a path with ".." has those in front of its last name resolved, since behind a
-// link ".." isn't the folder in which the link lies. Raises a CommandError for one that is empty or isn't
-// UTF-8.
+// The absolute path of a file that a user typed, which leads to the same file as the typed one. Symbolic
+// links are kept. In a path with "..", links in front of the last name are resolved, since ".." after a link
+// isn't the folder that holds the link. Raises a CommandError for an empty path, or one that isn't UTF-8 or
+// holds control characters.
 Platform::String AbsolutePath(const std::string& typed);
 
 }  // namespace Host

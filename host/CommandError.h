@@ -1,5 +1,5 @@
-// CommandError: an error for the person or the mail server that called tvmail, with the exit code that goes
-// with it. Its text reads "what happened: what to do"; the program puts "tvmail: " in front.
+// CommandError: an error for the user or the mail server that called tvmail, with its exit code. Its text
+// reads "what happened: what to do"; the program puts "tvmail: " in front.
 #pragma once
 
 #include <stdexcept>
@@ -20,16 +20,15 @@ class CommandError : public std::runtime_error {
   ExitCode code_;
 };
 
-// What a user gave on the command line, for all that is stored, shown or sent. Raises a CommandError for what
-// isn't UTF-8, since it couldn't be shown or stored without losing something, and for control characters,
-// which could forge a header of the mails that are sent with it.
+// The text of a command line argument, for everything that is stored, shown or sent. Raises a CommandError if
+// it isn't UTF-8, or if it holds control characters, which could forge a header of a mail.
 inline Platform::String ArgumentText(const std::string& argument) {
   if (!Platform::IsUtf8(argument))
     throw CommandError(WrongUse, "an argument isn't UTF-8: give it in the encoding of this terminal");
   Platform::String text = Platform::FromUtf8(argument);
   if (Platform::HasControl(text))
     throw CommandError(DataRefused, "\"" + Platform::TerminalLine(text) +
-                                        "\" holds a line end or another control character: leave it out");
+                                        "\" contains a line end or another control character: remove it");
   return text;
 }
 

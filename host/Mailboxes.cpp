@@ -31,7 +31,7 @@ std::optional<MailboxRecord> FindMailbox(StringView name) {
 MailboxRecord RequireMailbox(StringView name) {
   if (auto mailbox = FindMailbox(name)) return *mailbox;
   throw CommandError(NotConfigured, u"there is no mailbox " + String(name) +
-                                        u": see tvmail mailbox list, or add it by tvmail mailbox add");
+                                        u": see tvmail mailbox list, or add it with tvmail mailbox add");
 }
 
 bool RemoveMailbox(const MailboxRecord& mailbox) {

@@ -1,4 +1,4 @@
-// MailboxRecords: the mailboxes of this machine, as the mail-reader host sees them.
+// Mailboxes: the mailbox records of this machine.
 #pragma once
 
 #include <optional>
@@ -15,21 +15,21 @@ struct MailboxRecord {
   String ProjectPath;
   String UserId;
   String EncodedPassword;
-  // False for what a write left that was cut off half way, or whose values aren't texts.
+  // False after an interrupted write, and if a value is no text.
   bool Complete() const { return !ProjectPath.empty() && !UserId.empty() && !EncodedPassword.empty(); }
   friend bool operator==(const MailboxRecord&, const MailboxRecord&) = default;
 };
 
-// All of them, ordered by name. Raises a CommandError where the stores were never set up.
+// All records, ordered by name. Raises a CommandError if the store doesn't exist.
 std::vector<MailboxRecord> ReadMailboxes();
 
-// One of them, its name in any case.
+// The record of this name, in any case; nothing if there is none.
 std::optional<MailboxRecord> FindMailbox(StringView name);
 
-// The same; raises a CommandError where there is none.
+// The same. Raises a CommandError if there is none.
 MailboxRecord RequireMailbox(StringView name);
 
-// Removes the record and so frees the name. False if it still stands.
+// Removes the record, which frees the name. Returns false if the record could not be removed.
 bool RemoveMailbox(const MailboxRecord& mailbox);
 
 }  // namespace Host

@@ -12,7 +12,7 @@ namespace {
 constexpr std::string_view kLettersAndDigits =
     "abcdefghijklmnopqrstuvwxyzABCDEFGHIJKLMNOPQRSTUVWXYZ0123456789";
 
-// One or more pieces with a dot between two of them, made of letters, digits and the characters of more.
+// True for one or more parts separated by single dots, of letters, digits and the characters in more.
 bool IsDotted(std::string_view text, std::string_view more) {
   const auto allowed = [&](char c) {
     return c == '.' || kLettersAndDigits.find(c) != std::string_view::npos ||
@@ -31,7 +31,7 @@ PostfixMap MakePostfixMap(const std::vector<MailboxRecord>& mailboxes, const std
         "--postfix-map needs the domain whose mail goes to the mailboxes, such as talvane.example.org");
   PostfixMap map;
   for (const MailboxRecord& mailbox : mailboxes) {
-    // A line that begins with "#" is a comment of postmap's.
+    // postmap(1) takes a line that begins with "#" for a comment.
     const std::string name = ToUtf8(mailbox.Name);
     if (mailbox.Complete() && name.size() <= 64 && name.front() != '#' &&
         IsDotted(name, "!#$%&'*+-/=?^_`{|}~"))

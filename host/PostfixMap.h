@@ -1,4 +1,4 @@
-// PostfixMap: the mailboxes as a table of recipients, for Postfix's relay_recipient_maps.
+// PostfixMap: the mailboxes as a recipient table for Postfix's relay_recipient_maps.
 #pragma once
 
 #include <string>
@@ -10,11 +10,11 @@ namespace Host {
 
 struct PostfixMap {
   std::string Text;             // one line "NAME@DOMAIN OK" for each mailbox
-  std::vector<String> LeftOut;  // mailboxes that no plain address can name, or that are incomplete
+  std::vector<String> LeftOut;  // mailboxes whose name can't be part of an address, and incomplete ones
 };
 
-// The table of a domain, in the form of postmap(1). A name has to be a dot-string of RFC 5321 in ASCII: what
-// would need quotes or SMTPUTF8 is left out. Raises a CommandError for what is no domain name.
+// The table of a domain, in the format of postmap(1). A name must be a dot-string of RFC 5321 in ASCII; names
+// that need quotes or SMTPUTF8 are left out. Raises a CommandError if domain is no domain name.
 PostfixMap MakePostfixMap(const std::vector<MailboxRecord>& mailboxes, const std::string& domain);
 
 }  // namespace Host

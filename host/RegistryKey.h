@@ -1,5 +1,4 @@
-// RegistryKey: what the host reads and removes in the registry itself, through the sibling component that the
-// mailbox component uses too.
+// RegistryKey: reads and deletes registry keys through the sibling TvGeneralServices.
 #pragma once
 
 #include <optional>
@@ -13,16 +12,16 @@ using namespace Platform;
 
 class RegistryKey {
  public:
-  // Nothing where the key doesn't exist. Raises 429 without the sibling.
+  // Returns nothing if the key doesn't exist. Raises 429 without the sibling.
   static std::optional<RegistryKey> Open(Hive hive, StringView path);
 
-  // The text of a value; the empty string where there is none, or one that is no text.
+  // The text of a value; empty if the value doesn't exist or is no text.
   String Text(StringView name) const;
 
   // The names of the sub keys, ordered by name.
   std::vector<String> SubKeys() const;
 
-  // Removes a sub key with all that it holds. False if that failed.
+  // Deletes a sub key with everything below it. Returns false on failure.
   bool Delete(StringView subKey) const { return cursor_.DeleteKey(subKey); }
 
  private:

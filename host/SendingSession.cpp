@@ -1,10 +1,9 @@
 #include "host/SendingSession.h"
 #include "platform/StoredNames.h"
 
-#include <map>
-
 #include "platform/Failure.h"
 #include "platform/NumberReader.h"
+#include "platform/PropertyObject.h"
 #include "platform/Services.h"
 #include "platform/contracts/GeneralServices.h"
 #include "platform/contracts/ResourceServices.h"
@@ -18,23 +17,6 @@ String TransportName(std::int32_t text) {
   const Resource texts(Services().CreateByName(u"TvResourceServices.Resource"));
   texts.LoadResources(Runtime::LibraryFolder() + u"\\TvEmailServicesRes.dll", u"TvEmailServices");
   return texts.ResourceString(text);
-}
-
-// Properties that are only read.
-class Properties : public Object {
- public:
-  explicit Properties(std::map<StringView, Value> values) : values_(std::move(values)) {}
-  Value Get(StringView member) override {
-    const auto found = values_.find(member);
-    return found == values_.end() ? Object::Get(member) : found->second;
-  }
-
- private:
-  std::map<StringView, Value> values_;
-};
-
-ObjectRef MakeProperties(std::map<StringView, Value> values) {
-  return std::make_shared<Properties>(std::move(values));
 }
 
 }  // namespace
@@ -51,15 +33,16 @@ std::int32_t TransportNumber(StringView stored) {
     const std::int32_t number = ReadInt32(stored);
     return number == TransportId::kMapi || number == TransportId::kSmtp ? number : 0;
   } catch (const Failure&) {
-    return 0;  // no number, or too large for one of the component
+    return 0;  // no number, or out of range
   }
 }
 
 ObjectRef MakeSession(const SendSettings& settings) {
-  return MakeProperties({
-      {u"SendLogon", MakeProperties({{u"Transport", settings.Transport}, {u"HostName", settings.HostName}})},
+  return PropertyObject::Make({
+      {u"SendLogon",
+       PropertyObject::Make({{u"Transport", settings.Transport}, {u"HostName", settings.HostName}})},
       {u"MAPIProfile", settings.MapiProfile},
-      {u"User", MakeProperties({{u"Address", settings.Address}, {u"RealName", settings.RealName}})},
+      {u"User", PropertyObject::Make({{u"Address", settings.Address}, {u"RealName", settings.RealName}})},
   });
 }
 

@@ -1,5 +1,4 @@
-// SendingSession: the session object that the host hands to the component, which tells how the project's mail
-// is sent.
+// SendingSession: the session object that the host passes to the component: how the project's mail is sent.
 #pragma once
 
 #include "platform/Object.h"
@@ -8,7 +7,7 @@ namespace Host {
 
 using namespace Platform;
 
-// By which transport, and with what it needs. Transport is its name as the component's texts have it.
+// Transport is the transport's name as in the component's texts.
 struct SendSettings {
   String Transport;
   String MapiProfile;
@@ -17,20 +16,20 @@ struct SendSettings {
   String RealName;
 };
 
-// The name of each transport, asked of the same texts from which the component takes it. Raises 429 without
-// the sibling that gives texts.
+// The names of the transports, from the same texts that the component uses. Raises 429 without the sibling
+// TvResourceServices.
 String MapiTransportName();
 String SmtpTransportName();
 
-// The number of a stored transport, read as the component reads it (" 2 " and "2.0" are SMTP as well): 1 for
+// The number of a stored transport, converted as the component does it (" 2 " and "2.0" are SMTP, too): 1 for
 // MAPI, 2 for SMTP, 0 for any other text.
 std::int32_t TransportNumber(StringView stored);
 
 // An object with SendLogon (Transport, HostName), MAPIProfile and User (Address, RealName).
 ObjectRef MakeSession(const SendSettings& settings);
 
-// What a project's file says at present; no transport where it says nothing valid. Raises what the project
-// file's reader raises.
+// The settings in a project file; an empty Transport if they are absent or invalid. Raises the failures of
+// Files::RetrieveTVSFile.
 SendSettings ReadSendSettings(const String& projectPath);
 
 }  // namespace Host

@@ -10,7 +10,7 @@ namespace Host {
 void HoldStandardStreams() {
   for (const int stream : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) {
     if (fcntl(stream, F_GETFD) >= 0) continue;
-    // An open file gets the lowest number that is free, which is this one.
+    // open() returns the lowest free descriptor, which is this one.
     static_cast<void>(open("/dev/null", stream == STDIN_FILENO ? O_WRONLY : O_RDONLY));
   }
 }

@@ -1,10 +1,10 @@
-// StandardStreams: standard input, output and error, also where the caller closed some of them.
+// StandardStreams: standard input, output and error when the caller has closed some of them.
 #pragma once
 
 namespace Host {
 
-// Opens each of the three that is closed, in a way that reading or writing it still fails. Without that the next file
-// that is opened, a store for example, would be taken for it. Called before any other file is opened. Main thread.
+// Opens each closed one so that reading and writing still fail. Otherwise the next file to be opened, such as
+// a store, would get its descriptor. To be called before any other file is opened. Main thread.
 void HoldStandardStreams();
 
 }  // namespace Host

@@ -22,10 +22,9 @@ void RequireStore(Hive hive, ExitCode code) {
   const String file = RegistryStore::FileOf(hive);
   std::error_code error;
   const auto status = std::filesystem::status(std::filesystem::path(ToUtf8(file)), error);
-  // A store that can't be looked at for another reason tells that reason when it is opened.
+  // For any other error, opening the store reports the reason.
   if (status.type() == std::filesystem::file_type::not_found)
-    throw CommandError(
-        code, u"there is no store " + file + u": run tvmail init first, or mount the disk that it is on");
+    throw CommandError(code, u"there is no store " + file + u": run tvmail init first, or mount its disk");
 }
 
 void RequireStores() {
@@ -33,7 +32,7 @@ void RequireStores() {
   RequireStore(Hive::CurrentUser);
   if (!RegistryStore::KeyExists(Hive::LocalMachine, RegistryPath::kMailBoxes) ||
       !RegistryStore::KeyExists(Hive::CurrentUser, RegistryPath::kTalvane))
-    throw CommandError(NotConfigured, "the stores were never set up to their end: run tvmail init first");
+    throw CommandError(NotConfigured, "the set-up of the stores is incomplete: run tvmail init first");
 }
 
 }  // namespace Host

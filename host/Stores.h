@@ -1,4 +1,4 @@
-// Stores: where a user's data and the libraries lie, and whether the stores were set up.
+// Stores: whether the stores were set up, and where the libraries are.
 #pragma once
 
 #include "host/ExitCode.h"
@@ -8,14 +8,15 @@ namespace Host {
 
 using namespace Platform;
 
-// The folder of the libraries for a person to read, without links and "..".
+// The folder of the libraries without links and "..", for display.
 String ShownLibraryFolder();
 
-// Raises a CommandError with the code where the hive's store is missing: never made, or on a disk that isn't
-// mounted.
+// Raises a CommandError with the given code if the hive's store doesn't exist: it was never created, or its
+// disk isn't mounted.
 void RequireStore(Hive hive, ExitCode code = NotConfigured);
 
-// Raises a CommandError that names `tvmail init` where a store is missing or the place of the mailboxes is.
+// Raises a CommandError that names `tvmail init` if a store or one of the keys that init creates doesn't
+// exist.
 void RequireStores();
 
 }  // namespace Host

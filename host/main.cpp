@@ -27,10 +27,10 @@ int Run(const Invocation& invocation) {
     const int code = invocation.Run();
     std::cout.flush();
     if (!std::cout)
-      return Explain(TryAgain, "the output can't be written: look for a full disk or a closed pipe");
+      return Explain(TryAgain, "the output can't be written: the disk may be full, or the pipe closed");
     return code;
-  } catch (const CommandError& complaint) {
-    return Explain(complaint.Code(), complaint.what());
+  } catch (const CommandError& error) {
+    return Explain(error.Code(), error.what());
   } catch (const Platform::Failure& failure) {
     return Explain(CodeOf(failure.Number()), failure.what());
   } catch (const std::exception& error) {
@@ -41,7 +41,7 @@ int Run(const Invocation& invocation) {
 int Main(int argc, char** argv) {
   CLI::App program(
       "Turns e-mail replies into replies in Talvane discussions.\n"
-      "Start with 'tvmail init'; 'tvmail COMMAND --help' tells more of a command.",
+      "Start with 'tvmail init'; 'tvmail COMMAND --help' describes a command.",
       "tvmail");
   program.set_version_flag("--version", "tvmail " TVMAIL_VERSION, "Print the version and exit");
   program.require_subcommand(1);
@@ -54,18 +54,18 @@ int Main(int argc, char** argv) {
   AddKeystoreCommand(program, invocation);
   AddAboutCommand(program, invocation);
   program.footer(
-      "Exit codes: 0 done, 64 wrong use, 65 the input is refused, 73 the stores can't be made (init),\n"
-      "75 anything else, also a dialog that was cancelled (nothing is lost, try again), 78 not set up or no\n"
-      "such mailbox.");
+      "Exit codes: 0 done, 64 wrong use, 65 the input is refused, 73 permission is missing to create or\n"
+      "write a file, 75 any other failure or a cancelled dialog (nothing is lost, try again), 78 not set up "
+      "or\n"
+      "no such mailbox.");
   try {
     program.parse(argc, argv);
   } catch (const CLI::Success& help) {
     return program.exit(help);
   } catch (const CLI::ParseError& error) {
-    // A word that is no command is what a person wants to hear of, rather than of the command that is
-    // missing.
+    // An unknown word is reported rather than the missing command.
     const auto unknown = program.remaining(true);
-    const std::string what = unknown.empty() ? error.what() : unknown.front() + " isn't known here";
+    const std::string what = unknown.empty() ? error.what() : unknown.front() + " is unknown";
     return Explain(WrongUse, what + ": see --help of the command");
   }
   return Run(invocation);
@@ -76,7 +76,7 @@ int Main(int argc, char** argv) {
 
 int main(int argc, char** argv) {
   Host::HoldStandardStreams();
-  // A write beyond the limit on the size of files fails as on a full disk, instead of ending the program.
+  // A write beyond the file size limit then fails with an error instead of ending the program.
   std::signal(SIGXFSZ, SIG_IGN);
   return Host::Main(argc, argv);
 }

@@ -14,7 +14,7 @@ void Close(std::size_t& open) {
 std::size_t AddressDepth(std::string_view value) {
   std::size_t groups = 0, comments = 0, deepest = 0;
   bool quoted = false;
-  char bracket = '\0';  // what ends the address or the literal in brackets
+  char bracket = '\0';  // the end of the address or literal in brackets; 0 outside
   for (std::size_t i = 0; i < value.size(); ++i) {
     const char c = value[i];
     if (c == '\\') {
@@ -28,7 +28,7 @@ std::size_t AddressDepth(std::string_view value) {
     } else if (comments > 0) {
       continue;
     } else if (bracket != '\0') {
-      // A comma ends an address whose bracket was forgotten.
+      // A comma ends an address without a closing bracket.
       if (c == bracket || c == ',') bracket = '\0';
     } else if (c == '<' || c == '[') {
       bracket = c == '<' ? '>' : ']';

@@ -1,4 +1,4 @@
-// AddressDepth: how deep groups and comments are nested in a field of addresses.
+// AddressDepth: the nesting depth of a field of addresses.
 #pragma once
 
 #include <cstddef>
@@ -6,9 +6,9 @@
 
 namespace Mime {
 
-// The deepest nesting of groups (RFC 5322, section 3.4) or of comments in the value of a field, whichever is
-// deeper. Colons in quoted strings, comments, angle brackets and domain literals begin no group. Linear;
-// pure.
+// The depth of the deepest nesting of groups (RFC 5322, section 3.4) or of comments in the value of a field,
+// whichever is greater. Colons in quoted strings, comments, angle brackets and domain literals begin no
+// group. Linear; pure.
 std::size_t AddressDepth(std::string_view value);
 
 }  // namespace Mime

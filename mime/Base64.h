@@ -1,4 +1,4 @@
-// Base64: the transfer encoding, decoded piece by piece.
+// Base64: a decoder for data that arrives in pieces.
 #pragma once
 
 #include <string>
@@ -6,14 +6,14 @@
 
 namespace Mime {
 
-// Takes what is no base64 for absent, and a text that ends without its padding for complete, since there are
-// writers who leave it out or cut in the middle of a group. One thread.
+// Skips characters outside of base64, and accepts a text that ends without its padding, since some programs
+// omit it or cut inside a group. One thread.
 class Base64Decoder {
  public:
-  // Appends what the next piece of encoded text completes.
+  // Decodes the next piece of text and appends the completed bytes.
   void Append(std::string& bytes, std::string_view encoded);
 
-  // Appends what is left of a group without padding, and stands at the beginning again.
+  // Appends the bytes of an unpadded last group and resets the decoder.
   void Finish(std::string& bytes);
 
  private:

@@ -21,9 +21,8 @@ struct CloseConverter {
 };
 using Converter = std::unique_ptr<UConverter, CloseConverter>;
 
-// Damage becomes U+FFFD: ICU's own substitution gives U+001A for some single bytes, which nobody would
-// recognise. An escape sequence that switches to a charset and back without a character between is no damage.
-// context is set for the converter where the byte 80 is the euro sign.
+// Replaces damage with U+FFFD, since ICU substitutes U+001A for some single bytes. An empty escape segment is
+// no damage. context is set for the converter in which the byte 80 is the euro sign.
 void ReplaceDamage(const void* context, UConverterToUnicodeArgs* arguments, const char* bytes, int32_t length,
                    UConverterCallbackReason reason, UErrorCode* status) {
   if (reason > UCNV_IRREGULAR) return;
@@ -45,7 +44,7 @@ Converter Open(const std::string& name) {
   return converter;
 }
 
-// This thread's converter of that name, or null. It begins anew.
+// This thread's converter of that name, reset; null if there is none.
 UConverter* KeptConverter(std::string_view name) {
   constexpr std::size_t kMost = 8;
   thread_local std::vector<std::pair<std::string, Converter>> kept;
@@ -60,8 +59,8 @@ UConverter* KeptConverter(std::string_view name) {
   return kept.emplace_back(name, std::move(opened)).second.get();
 }
 
-// ICU knows more charsets than ConverterOfLabel. Only names of its alias table count: any other one would be
-// looked for as a file. Two of them aren't for mail: one byte of theirs may be four of the text.
+// ICU knows more charsets than ConverterOfLabel. Only names in its alias table are accepted: it would search
+// for any other name as a file. SCSU and BOCU-1 are excluded: one byte of theirs may become four characters.
 std::string_view ConverterOfIcu(std::string_view label) {
   const std::string name(label);
   UErrorCode status = U_ZERO_ERROR;
@@ -112,7 +111,7 @@ String Convert(UConverter& converter, std::string_view bytes) {
   return text;
 }
 
-// The text by a converter's name; GuessText's where there is none of that name.
+// Decodes by a converter's name; with GuessText if there is no such converter.
 String ConvertBy(std::string_view name, std::string_view bytes) {
   if (name == kLatin10Converter) return DecodeLatin10(bytes);
   if (name == kUtf16Converter || name == "utf-16be") {

@@ -1,7 +1,7 @@
-// Charset: the bytes of a mail as text, whatever its label says.
+// Charset: decodes the bytes of a mail, even if their label is wrong.
 //
-// Nothing is dropped: bytes that belong to no character become U+FFFD and a zero byte stays a character.
-// Nothing here fails; any thread. Each thread keeps the converters that it used, since opening one is slow.
+// Nothing is dropped: bytes that form no character become U+FFFD, and a zero byte is kept as a character.
+// Nothing here fails; any thread. Each thread caches its converters, since opening one is slow.
 #pragma once
 
 #include <string>
@@ -14,13 +14,13 @@ namespace Mime {
 using Platform::String;
 using Platform::StringView;
 
-// The text of bytes under a charset's label, which ConverterOfLabel reads. A byte order mark of UTF-8 or
-// UTF-16 decides before the label and is no part of the text. A label that is empty, unknown or us-ascii
-// leaves it to GuessText.
+// Decodes bytes by a charset's label, see ConverterOfLabel. A byte order mark of UTF-8 or UTF-16 takes
+// precedence over the label and is removed. With an empty or unknown label, or us-ascii, the result is that
+// of GuessText.
 String DecodeText(std::string_view bytes, std::string_view label);
 
-// Text without a usable label: ISO-2022-JP where its escape sequences are; UTF-8 if it is that throughout;
-// otherwise that of likely, a label too, where it is one of an 8-bit charset; otherwise windows-1252.
+// Decodes text without a usable label: as ISO-2022-JP if it contains its escape sequences; as UTF-8 if it is
+// valid UTF-8; else by likely, a label, if that is an 8-bit charset; else as windows-1252.
 String GuessText(std::string_view bytes, std::string_view likely = {});
 
 }  // namespace Mime

@@ -8,8 +8,9 @@ namespace Mime {
 namespace {
 
 struct Encoding {
-  std::string_view Converter;  // ICU's name, or one of the names of the header; empty: the label says nothing
-  std::string_view Labels;     // separated by blanks
+  std::string_view
+      Converter;            // ICU's name, or one of the names of the header; empty for labels without meaning
+  std::string_view Labels;  // separated by blanks
 };
 
 // The table of the WHATWG Encoding Standard.
@@ -73,7 +74,7 @@ constexpr Encoding kStandard[] = {
     {kUtf16Converter, "csunicode iso-10646-ucs-2 ucs-2 unicode unicodefeff utf-16 utf-16le"},
 };
 
-// What mail programs write besides.
+// Other labels that mail programs write.
 constexpr Encoding kOfMails[] = {
     {"utf-8", "utf_8 unicode-2-0-utf-8 utf-8n utf8mb4 cp65001 65001"},
     {"utf-7", "unicode-1-1-utf-7 csunicode11utf7 utf-7 utf7 x-unicode-2-0-utf-7 cp65000"},

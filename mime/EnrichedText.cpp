@@ -7,8 +7,8 @@ namespace {
 
 constexpr std::size_t kLongestCommand = 62;  // RFC 1896: 60 letters, and the brackets
 
-// The command's name at the front of the text, in lower case and with the slash of an end; empty where no
-// command stands.
+// The name of the command at the start of the text, in lower case and with the slash of an end; empty if
+// there is no command.
 String CommandAt(StringView text) {
   const std::size_t end = text.substr(0, kLongestCommand).find(u'>');
   if (end == StringView::npos || end < 2) return {};

@@ -8,8 +8,9 @@ namespace Mime {
 using Platform::String;
 using Platform::StringView;
 
-// Formatting commands and their parameters go, "<<" is a less-than sign, a single line end is a blank, and of
-// several in a row one goes; inside <nofill> line ends stay. Lines end in a line feed. Linear; pure.
+// Converts text/enriched to plain text. Formatting commands and their parameters are removed, "<<" becomes
+// "<", a single line end becomes a blank, and of several consecutive ones the first is removed; inside
+// <nofill> line ends are kept. Lines of the result end in a line feed. Linear; pure.
 String EnrichedToText(StringView enriched);
 
 }  // namespace Mime

@@ -3,7 +3,7 @@
 namespace Mime {
 namespace {
 
-// Takes the first line, without its line end, off the front of the text.
+// Removes the first line from the text and returns it without its line end.
 StringView TakeLine(StringView& text) {
   const std::size_t end = text.find_first_of(u"\r\n");
   const StringView line = text.substr(0, end);
@@ -22,7 +22,7 @@ String UnflowText(StringView text, bool deleteSpace) {
   String result;
   result.reserve(text.size());
   const bool endsInLine = !text.empty() && text.find_last_of(u"\r\n") == text.size() - 1;
-  bool open = false;  // the paragraph before goes on in this line, if the depth is the same
+  bool open = false;  // the previous line continues in this one if the depth is the same
   std::size_t openDepth = 0;
   bool first = true;
   while (!text.empty()) {

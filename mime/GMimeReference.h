@@ -11,7 +11,7 @@ struct Unreference {
   void operator()(void* object) const { g_object_unref(object); }
 };
 
-// For what GMime's functions give as "transfer full". Gives the reference back at its end.
+// For results that GMime's functions document as "transfer full". The destructor releases the reference.
 template <class Type>
 using Owned = std::unique_ptr<Type, Unreference>;
 

@@ -25,7 +25,8 @@ bool IsBlank(char c) {
   return c == ' ' || c == '\t' || c == '\r' || c == '\n';
 }
 
-// The length of a known parameter's name with its equals sign at the front of the text, or 0.
+// The length of the name of a known parameter and its equals sign at the start of the text; 0 if there is
+// none.
 std::size_t ParameterLength(std::string_view text) {
   for (const std::string_view name : kParameters) {
     if (!EqualsIgnoreCase(text.substr(0, name.size()), name)) continue;
@@ -35,9 +36,9 @@ std::size_t ParameterLength(std::string_view text) {
   return 0;
 }
 
-// Where a known parameter follows blanks without a semicolon, the first of the blanks becomes one. A line end
-// among them becomes a blank, since a line that begins with a semicolon would be no continuation. A quote
-// that never ends becomes a blank as well.
+// If a known parameter follows blanks without a semicolon, the first blank becomes one. A line end among the
+// blanks becomes a blank, since a line that begins with a semicolon would not continue the field. An unclosed
+// quote becomes a blank as well.
 void RepairParameters(std::span<char> value) {
   const std::string_view text(value.data(), value.size());
   bool quoted = false;
@@ -64,7 +65,7 @@ void RepairParameters(std::span<char> value) {
   if (quoted) value[quote] = ' ';
 }
 
-// The boundary that a Content-Type names, or the empty string.
+// The boundary in a Content-Type; empty without one.
 std::string_view BoundaryOf(std::string_view value) {
   for (std::size_t at = value.find(';'); at != std::string_view::npos; at = value.find(';', at + 1)) {
     const std::size_t name = std::min(value.find_first_not_of(" \t\r\n", at + 1), value.size());
@@ -78,7 +79,7 @@ std::string_view BoundaryOf(std::string_view value) {
   return {};
 }
 
-// Walks through the lines of a message.
+// Reads the lines of a message and repairs its headers.
 class Repair {
  public:
   explicit Repair(std::string& bytes) : bytes_(bytes) {}
@@ -113,7 +114,7 @@ class Repair {
     return boundaries_.contains(line);
   }
 
-  // Handles the field, or the end of the header, at a position, and gives its length.
+  // Processes the field, or the end of the header, at a position. Returns its length.
   std::size_t HeaderLine(std::size_t position, std::string_view line) {
     const std::size_t colon = line.find(':');
     if (colon == std::string_view::npos) {

@@ -1,4 +1,4 @@
-// HeaderRepair: headers of MIME as mail programs deform them, put right before the parser reads them.
+// HeaderRepair: corrects malformed MIME headers before they are parsed.
 #pragma once
 
 #include <string>
@@ -6,12 +6,11 @@
 namespace Mime {
 
 // Changes the bytes of a message, whose lines end in LF or CR LF, in place and without changing their number:
-// - of two fields From, Content-Type, Content-Transfer-Encoding or Content-Disposition in one header the
-// first
-//   counts, as in most mail programs; the name of any other one is made unknown,
-// - in Content-Type a missing semicolon in front of a parameter is set, and a quote that never ends goes.
-// Looked at are the header of the message and those behind the delimiters of its multiparts; the headers of
-// attached messages are left alone. Linear in the size; pure.
+// - If a header has more than one From, Content-Type, Content-Transfer-Encoding or Content-Disposition, the
+//   first counts, as in most mail programs. The others are renamed.
+// - In Content-Type a missing semicolon in front of a parameter is added, and an unclosed quote is removed.
+// This applies to the header of the message and of the parts of its multiparts, but not to attached messages.
+// Linear in the size; pure.
 void RepairHeaders(std::string& bytes);
 
 }  // namespace Mime

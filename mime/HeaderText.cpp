@@ -21,9 +21,8 @@ struct EncodedWord {
   std::size_t End = 0;
 };
 
-// The encoded word that begins at position, where "=?" stands. Blanks inside a Q word, which the standard
-// forbids, are accepted since mail programs write them, and so is a question mark. A word that another one
-// begins in was never ended.
+// The encoded word at position, where "=?" is. Blanks and question marks inside a Q word, which the standard
+// forbids, are accepted, since mail programs write them. A word in which another one begins is incomplete.
 std::optional<EncodedWord> ReadEncodedWord(std::string_view header, std::size_t position) {
   constexpr std::size_t kLongestCharset = 80;
   const std::size_t charset = position + 2;
@@ -32,8 +31,8 @@ std::optional<EncodedWord> ReadEncodedWord(std::string_view header, std::size_t 
   const char kind = static_cast<char>(header[encoding + 1] | 0x20);
   if ((kind != 'b' && kind != 'q') || header[encoding + 2] != '?') return {};
   const std::size_t text = encoding + 3;
-  // The next "=?" is looked for first: it bounds the search for the end where a word never ends. The equals
-  // sign of a text's own end, as in "w6Q=?=", is none.
+  // The next "=?" limits the search for the end of an incomplete word. The equals sign in "w6Q=?=" belongs to
+  // the text.
   const std::size_t next = std::min(header.find("=?", text), header.size());
   const bool ownEnd = header.substr(next, 3) == "=?=";
   const std::size_t end = header.substr(0, next + (ownEnd ? 3 : 1)).find("?=", text);
@@ -105,7 +104,7 @@ String DecodeHeader(std::string_view raw, std::string_view likelyCharset) {
     }
     text += GuessText(std::string_view(line).substr(plainStart, start - plainStart), likelyCharset);
 
-    // The run of words of one charset that begins here; between words only blanks stand, and they vanish.
+    // Decodes the adjacent words of one charset that begin here. Blanks between them are removed.
     std::string charset = word->Charset;
     std::string bytes;
     Base64Decoder base64;

@@ -10,7 +10,7 @@ using Layout = HtmlElement::Layout;
 using Content = HtmlElement::Content;
 using Role = HtmlElement::Role;
 
-// Sorted by name behind the first, which stands for every name that isn't here.
+// The first row is for unknown names; the others are sorted by name.
 constexpr HtmlElement kElements[] = {
     {u""},
     {u"a", Layout::Inline, Content::Normal, Role::Link},
@@ -90,7 +90,7 @@ constexpr HtmlElement kElements[] = {
     {u"track", Layout::Inline, Content::Void},
     {u"ul", Layout::Paragraph, Content::Normal, Role::BulletList},
     {u"wbr", Layout::Inline, Content::Void},
-    {u"xml", Layout::Inline, Content::Unseen},  // settings of an office program, shown by none
+    {u"xml", Layout::Inline, Content::Unseen},  // settings of an office program, not shown
     {u"xmp", Layout::Paragraph, Content::Escapable, Role::Preformatted},
 };
 static_assert(std::size(kElements) <= kElementCount);

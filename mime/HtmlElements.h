@@ -1,4 +1,4 @@
-// HtmlElements: what the elements of HTML mean for the text of a mail.
+// HtmlElements: the effect of each HTML element on the text of a mail.
 #pragma once
 
 #include <cstddef>
@@ -12,11 +12,12 @@ using Platform::String;
 using Platform::StringView;
 
 struct HtmlElement {
-  // A block stands on lines of its own; a paragraph has an empty line in front of it and behind it, too.
+  // A block is on lines of its own; a paragraph also has an empty line before and after it.
   enum class Layout : std::uint8_t { Inline, Block, Paragraph };
 
-  // Nothing can be inside a void element. A raw element's content is no text for a reader and ends at its
-  // end tag alone; so does an escapable one's, which is text without tags. An unseen element's isn't shown.
+  // A void element has no content. The content of a raw element is not shown and ends only at its end tag;
+  // that of an escapable element ends so, too, and is shown as text without tags. The content of an unseen
+  // element is not shown.
   enum class Content : std::uint8_t { Normal, Void, Raw, Escapable, Unseen };
 
   enum class Role : std::uint8_t {
@@ -31,7 +32,7 @@ struct HtmlElement {
     Preformatted,
     Quotation,
     DescriptionList,
-    Term,  // or its description
+    Term,  // or a description
     Cell,
     Row,
     Table
@@ -46,13 +47,13 @@ struct HtmlElement {
   bool IsList() const { return Part == Role::NumberedList || Part == Role::BulletList; }
 };
 
-// The number of an element by its name, in any case. All names that HTML doesn't know share the number 0.
+// The number of an element, by its name in any case. Unknown names have the number 0.
 std::uint8_t ElementNumber(StringView name);
 
-// The element of such a number.
+// The element with this number.
 const HtmlElement& ElementOf(std::uint8_t number);
 
-inline constexpr std::size_t kElementCount = 128;  // more than there are numbers
+inline constexpr std::size_t kElementCount = 128;  // exceeds every number
 
 char16_t LowerAscii(char16_t c);
 bool EqualsIgnoreAsciiCase(StringView text, StringView lowerCase);

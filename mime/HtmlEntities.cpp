@@ -13,7 +13,7 @@ namespace {
 
 struct Entity {
   std::string_view Name;
-  char32_t Characters[2];  // the second is 0 where there is one only
+  char32_t Characters[2];  // the second is 0 if there is only one
   bool WithoutSemicolon;
 };
 
@@ -137,7 +137,7 @@ String DecodeHtmlAttribute(StringView value) {
 }
 
 char16_t WithoutC1(char16_t c) {
-  // Those that windows-1252 doesn't define stay.
+  // Characters that windows-1252 doesn't define are unchanged.
   constexpr char16_t kMeanings[] = {0x20AC, 0x81,   0x201A, 0x192,  0x201E, 0x2026, 0x2020, 0x2021,
                                     0x2C6,  0x2030, 0x160,  0x2039, 0x152,  0x8D,   0x17D,  0x8F,
                                     0x90,   0x2018, 0x2019, 0x201C, 0x201D, 0x2022, 0x2013, 0x2014,

@@ -2,7 +2,7 @@
 
 namespace Mime {
 
-// Sorted by the names' bytes, as the lookup needs it.
+// Sorted by the bytes of the names, which the binary search needs.
 const std::string_view kHtmlEntityTable = R"(
 *AElig C6  *AMP 26  *Aacute C1  Abreve 102  *Acirc C2  Acy 410  Afr 1D504  *Agrave C0  Alpha 391  Amacr 100
 And 2A53  Aogon 104  Aopf 1D538  ApplyFunction 2061  *Aring C5  Ascr 1D49C  Assign 2254  *Atilde C3  *Auml C4

@@ -5,8 +5,8 @@
 
 namespace Mime {
 
-// Pairs of a name and its one or two code points in hexadecimal, joined by "+", all between white space. A
-// "*" in front of a name: it also counts without a ";" behind it.
+// Pairs of a name and its one or two code points in hexadecimal, joined by "+", separated by white space. "*"
+// in front of a name: the ";" may be missing.
 extern const std::string_view kHtmlEntityTable;
 
 }  // namespace Mime

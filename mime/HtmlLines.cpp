@@ -5,7 +5,7 @@
 namespace Mime {
 namespace {
 
-// Characters that only say where a line may be broken, or nothing at all.
+// Invisible characters, such as those that allow a line break.
 bool IsInvisible(char16_t c) {
   return c == 0xAD || c == 0x34F || c == 0x200B || c == 0x2060 || c == 0xFEFF;
 }

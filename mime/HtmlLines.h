@@ -1,4 +1,4 @@
-// HtmlLines: the lines that a walk through an HTML document puts on the screen.
+// HtmlLines: builds the lines of text while an HTML document is read.
 #pragma once
 
 #include <algorithm>
@@ -10,35 +10,36 @@ namespace Mime {
 using Platform::String;
 using Platform::StringView;
 
-// Puts characters, blanks and line ends together so that lines have no blanks at their ends, the text none of
-// both at its ends, and at most one blank or one empty line comes from markup.
+// Collects characters, blanks and line ends. Lines have no blanks at their ends, the text has neither blanks
+// nor line ends at its ends, and markup gives at most one consecutive blank or empty line.
 class HtmlLines {
  public:
-  // The text stays within the number of characters, so that it is never copied to grow.
+  // limit is the largest number of characters; room for them is reserved at once.
   explicit HtmlLines(std::size_t limit) : limit_(limit) { text_.reserve(limit); }
 
-  void Put(char16_t c);                             // any but a line end or a blank that markup may swallow
-  void Blank() { blankWaits_ = true; }              // one, if something is on the line and more comes
-  void BreakLine();                                 // ends the line, empty or not
-  void EndLine();                                   // ends the line if something is on it
-  void EmptyLine() { emptyLineWaits_ = !atMark_; }  // one, in front of what comes next
+  void Put(char16_t c);                             // not for line ends and collapsible blanks
+  void Blank() { blankWaits_ = true; }              // a blank, if the line has text before and after it
+  void BreakLine();                                 // ends the line, even if it is empty
+  void EndLine();                                   // ends the line if it has text
+  void EmptyLine() { emptyLineWaits_ = !atMark_; }  // an empty line before the next text
 
-  // The mark of a list's item, behind which the item's first block begins: EndLine and EmptyLine have no
-  // effect until something follows it, or until EndMark. A longer mark than the limit has room for is "*".
+  // Puts the mark of a list item. The item's first block begins on the same line: EndLine and EmptyLine have
+  // no effect until text follows, or until EndMark. A mark for which the limit is too small becomes "*".
   void PutMark(StringView mark);
   void EndMark() { atMark_ = false; }
 
-  // Puts a text on the last line that has something on it, behind a blank.
+  // Appends a blank and the text to the last line that has text.
   void PutBehind(StringView text);
 
   std::size_t Size() const { return text_.size(); }
 
-  // What was put behind a position that Size gave. The end of a line may have cut blanks in front of it.
+  // The text that was put after a position returned by Size. At a line end, blanks in front of the position
+  // may have been removed.
   StringView From(std::size_t position) const {
     return StringView(text_).substr(std::min(position, text_.size()));
   }
 
-  // The whole text. To be called once.
+  // Returns the whole text. To be called once.
   String Take();
 
  private:
@@ -47,7 +48,7 @@ class HtmlLines {
 
   String text_;
   std::size_t limit_;
-  bool lineOpen_ = false;  // something is on the line, though it may be a character that nobody sees
+  bool lineOpen_ = false;  // the line has characters, which may be invisible
   bool blankWaits_ = false;
   bool emptyLineWaits_ = false;
   bool atMark_ = false;

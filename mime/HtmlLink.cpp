@@ -8,7 +8,7 @@
 namespace Mime {
 namespace {
 
-// In characters. Servers refuse longer addresses, which are data that nobody reads.
+// In characters. Web servers refuse longer addresses; links of this length contain data.
 constexpr std::size_t kLongestAddress = 8192;
 
 constexpr StringView kMailTo = u"mailto:";
@@ -25,7 +25,7 @@ StringView WithoutScheme(StringView address) {
   return address;
 }
 
-// What a comparison looks at.
+// The part that is compared.
 StringView Core(StringView address) {
   const std::size_t first = address.find_first_not_of(u" \n");
   if (first == StringView::npos) return {};
@@ -70,9 +70,9 @@ String LinkAddress(StringView href) {
 }
 
 bool TellsAddress(StringView text, StringView address) {
-  const StringView told = Core(text);
+  const StringView shown = Core(text);
   const StringView wanted = Core(address);
-  return std::equal(told.begin(), told.end(), wanted.begin(), wanted.end(),
+  return std::equal(shown.begin(), shown.end(), wanted.begin(), wanted.end(),
                     [](char16_t a, char16_t b) { return LowerAscii(a) == LowerAscii(b); });
 }
 

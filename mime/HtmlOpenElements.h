@@ -1,4 +1,4 @@
-// HtmlOpenElements: the elements that are open at a place of an HTML document.
+// HtmlOpenElements: the stack of open elements at a position of an HTML document.
 #pragma once
 
 #include <array>
@@ -9,8 +9,8 @@
 
 namespace Mime {
 
-// Every operation takes constant time for each element that it opens or closes, whatever the document holds:
-// where an element has to be searched, only the nearest ones are looked at.
+// Each operation takes constant time for each element that it opens or closes, for any document: a search
+// covers only the innermost elements.
 class HtmlOpenElements {
  public:
   struct Open {
@@ -20,18 +20,18 @@ class HtmlOpenElements {
     bool Tight = false;  // a paragraph without empty lines around it
   };
 
-  // Is told of each element that is closed, the innermost first.
+  // Called for each element that is closed, the innermost first.
   using Closed = std::function<void(const Open&)>;
 
   explicit HtmlOpenElements(Closed closed) : closed_(std::move(closed)) {}
 
   void Push(const Open& element);
 
-  // Closes what a start tag ends without an end tag, such as a paragraph in front of a list.
+  // Closes the elements that a start tag ends implicitly, such as a paragraph in front of a list.
   void CloseBefore(const HtmlElement& next);
 
-  // Closes an element and all that was opened in it. An inline element whose end tag lies in a block of its
-  // own has no effect from here on; the block stays open. False where none of that number is open.
+  // Closes an element and everything opened in it. If an inline element's end tag is inside a block, the
+  // element ends there and the block stays open. Returns false if no element of this number is open.
   bool Close(std::uint8_t number);
 
  private:
@@ -43,7 +43,7 @@ class HtmlOpenElements {
   bool CloseInline(std::uint8_t number);
 
   Closed closed_;
-  std::deque<Open> open_;  // grows without a copy
+  std::deque<Open> open_;  // grows without copying
   std::array<std::size_t, kElementCount> counts_{};
 };
 

@@ -15,7 +15,7 @@ StringView Trimmed(StringView text) {
   return text.substr(first, text.find_last_not_of(kBlanks) - first + 1);
 }
 
-// The first words of a value, as far as four lengths go. "!important" is none of them.
+// The first four words of a value, without "!important".
 struct Words {
   explicit Words(StringView value) {
     value = value.substr(0, value.find(u'!'));
@@ -29,7 +29,7 @@ struct Words {
   std::size_t Count = 0;
 };
 
-// "0", "0px", "0.0001pt" and the like: too little to be seen.
+// True for "0", "0px", "0.0001pt" and the like, which are invisible.
 bool IsNothing(StringView length) {
   return length.starts_with(u'0') && (length.size() < 2 || length[1] != u'.' || length.starts_with(u"0.0")) &&
          !(length.size() > 1 && length[1] >= u'0' && length[1] <= u'9');

@@ -1,4 +1,4 @@
-// HtmlStyle: what an element's style says about its text.
+// HtmlStyle: the properties of an element's style that affect its text.
 #pragma once
 
 #include "platform/Text.h"
@@ -8,11 +8,11 @@ namespace Mime {
 using Platform::StringView;
 
 struct HtmlStyle {
-  bool Hidden = false;        // by one of the ways in which newsletters hide their preview texts
-  bool Preformatted = false;  // line ends and blanks count
-  bool NoMargin = false;      // nothing between this paragraph and the next
+  bool Hidden = false;        // by one of the methods by which newsletters hide preview texts
+  bool Preformatted = false;  // line ends and blanks are kept
+  bool NoMargin = false;      // no empty line before the next paragraph
 
-  // From the value of a style attribute. Linear in its size. Any thread.
+  // Parses the value of a style attribute. Linear in its size. Any thread.
   static HtmlStyle Of(StringView declarations);
 };
 

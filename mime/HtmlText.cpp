@@ -20,10 +20,10 @@ namespace {
 using Open = HtmlOpenElements::Open;
 using Role = HtmlElement::Role;
 
-// Beyond what any list's writer means; so a mark is never much longer than the tag that asks for it.
+// Above any real list; limits the length of a mark to about that of the tag that sets it.
 constexpr int kLargestItem = 99999;
 
-// Collects the text while the tokens go by.
+// Converts the tokens of a document to text.
 class TextCollector {
  public:
   explicit TextCollector(StringView html)
@@ -54,7 +54,7 @@ class TextCollector {
 
   struct Link {
     String Address;
-    std::size_t Begin;  // in the text
+    std::size_t Begin;  // position in the text
   };
 
   void Start(std::uint8_t number) {
@@ -78,7 +78,7 @@ class TextCollector {
     Begin(element);
   }
 
-  // What an element begins beside its block.
+  // The effect of an element other than its layout.
   void Begin(const HtmlElement& element) {
     if (element.IsList()) lists_.push_back({element.Part == Role::NumberedList, StartOfList()});
     if (hidden_ > 0) return;
@@ -106,7 +106,7 @@ class TextCollector {
 
   void End(std::uint8_t number) {
     const HtmlElement& element = ElementOf(number);
-    // An end tag that has no start stands for an empty paragraph, or for a line break.
+    // An end tag without a start tag is an empty paragraph or a line break.
     if (!open_.Close(number) && hidden_ == 0 &&
         (element.Part == Role::Paragraph || element.Part == Role::LineBreak))
       PutVoid(element);
@@ -125,7 +125,7 @@ class TextCollector {
     Boundary(element, open.Tight);
   }
 
-  // A block's edge.
+  // The start or end of a block.
   void Boundary(const HtmlElement& element, bool tight) {
     if (!element.IsBlock()) return;
     lines_.EndLine();
@@ -168,7 +168,7 @@ class TextCollector {
     } else if (preformatted_ == 0 && (c == u' ' || c == u'\t' || c == u'\f')) {
       lines_.Blank();
     } else {
-      // A control is damage, which has to show.
+      // A control character is damage and must be visible.
       lines_.Put(c < 0x20 && c != u'\t' && c != u'\f' ? u'\uFFFD' : WithoutC1(c));
     }
   }
@@ -216,8 +216,7 @@ class TextCollector {
                                                  : HtmlStyle::Of(DecodeHtmlAttribute(*style));
   }
 
-  // The paragraphs of one widespread mail program are lines and say so by their class, which another one puts
-  // "x_" in front of.
+  // Outlook writes each line as a paragraph of this class; some programs put "x_" in front of the class.
   bool HasOfficeClass() const {
     StringView name = tokens_.Attribute(HtmlAttribute::Class).value_or(StringView());
     while (name.starts_with(u"x_")) name.remove_prefix(2);
@@ -227,12 +226,12 @@ class TextCollector {
   HtmlTokens tokens_;
   HtmlLines lines_;
   HtmlOpenElements open_;
-  std::deque<List> lists_;  // those that are open; grows without a copy
+  std::deque<List> lists_;  // the open ones; grows without copying
   std::optional<Link> link_;
-  std::size_t hidden_ = 0;        // open elements that hide what they hold
-  std::size_t preformatted_ = 0;  // open elements in which blanks and line ends count
-  bool behindPreTag_ = false;     // where a line end doesn't count
-  bool behindReturn_ = false;     // where a line feed is the second half of a line end
+  std::size_t hidden_ = 0;        // open elements with hidden content
+  std::size_t preformatted_ = 0;  // open elements in which blanks and line ends are kept
+  bool behindPreTag_ = false;     // a line end here is dropped
+  bool behindReturn_ = false;     // a line feed here belongs to the CR before it
 };
 
 }  // namespace

@@ -41,7 +41,7 @@ bool HtmlTokens::Next() {
       if (ReadMarkup()) return true;
       if (rest_.size() != before) continue;
     }
-    // A "<" that begins no markup is text.
+    // A "<" without markup after it is text.
     kind_ = Kind::Text;
     text_ = rest_.substr(0, rest_.find(u'<', 1));
     rest_.remove_prefix(text_.size());
@@ -50,7 +50,8 @@ bool HtmlTokens::Next() {
   return false;
 }
 
-// True if it is a tag. False for what is skipped, and with nothing read where it is text.
+// Reads a tag, a comment or a declaration. Returns true for a tag. Returns false for the others, and with
+// nothing read for text.
 bool HtmlTokens::ReadMarkup() {
   if (rest_.starts_with(u"<!--")) {
     SkipComment();
@@ -91,10 +92,10 @@ bool HtmlTokens::ReadTag() {
   return true;
 }
 
-// One attribute, or what separates two of them. False where the document ends.
+// Reads one attribute, or what separates two. Returns false at the end of the document.
 bool HtmlTokens::ReadAttribute(std::size_t& at) {
   if (IsBlank(rest_[at]) || rest_[at] == u'/') return ++at < rest_.size();
-  // A "=" in front of everything else belongs to the name.
+  // A leading "=" belongs to the name.
   const std::size_t nameEnd = std::min(rest_.find_first_of(u" \t\n\r\f/>=", at + 1), rest_.size());
   const StringView name = rest_.substr(at, nameEnd - at);
   at = std::min(rest_.find_first_not_of(kBlanks, nameEnd), rest_.size());
@@ -128,7 +129,7 @@ void HtmlTokens::Keep(StringView name, StringView value) {
   }
 }
 
-// The content of a raw or escapable element up to its end tag, which is left for the next token.
+// Reads the content of a raw or escapable element up to its end tag, which becomes the next token.
 void HtmlTokens::ReadContent() {
   const HtmlElement& element = ElementOf(contentOf_);
   std::size_t end = 0;
@@ -149,7 +150,7 @@ void HtmlTokens::ReadContent() {
 }
 
 void HtmlTokens::SkipComment() {
-  // "<!-->" and "<!--->" are whole comments.
+  // "<!-->" and "<!--->" are complete comments.
   for (const StringView empty : {StringView(u"<!-->"), StringView(u"<!--->")}) {
     if (rest_.starts_with(empty)) return rest_.remove_prefix(empty.size());
   }

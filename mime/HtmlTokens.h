@@ -1,9 +1,8 @@
-// HtmlTokens: an HTML document as a row of texts and tags.
+// HtmlTokens: splits an HTML document into texts and tags.
 //
-// Cut as the HTML standard's tokenizer cuts (WHATWG HTML, 13.2.5), whatever the document holds. Comments,
-// declarations and processing instructions are no tokens, nor is what is left of a tag that the document's
-// end cuts off. Linear in the size of the document, whatever it holds; nothing is copied. Any thread, one at
-// a time.
+// Follows the tokenizer of the HTML standard (WHATWG HTML, 13.2.5). Comments, declarations, processing
+// instructions and a tag that the end of the document cuts off give no tokens. Linear in the size of any
+// document; nothing is copied. One thread at a time.
 #pragma once
 
 #include <array>
@@ -13,29 +12,29 @@
 
 namespace Mime {
 
-// The attributes that matter to the text.
+// The attributes that affect the text.
 enum class HtmlAttribute : std::size_t { Alt, Class, Hidden, Href, Start, Style, Value };
 
 class HtmlTokens {
  public:
   enum class Kind { Text, StartTag, EndTag };
 
-  // The document has to outlive this object.
+  // The document must outlive this object.
   explicit HtmlTokens(StringView document) : rest_(document) {}
 
-  // Goes to the next token. False at the end of the document.
+  // Reads the next token. Returns false at the end of the document.
   bool Next();
 
   Kind What() const { return kind_; }
 
-  // Of a text: its characters, in which references aren't decoded.
+  // For a text: its characters, with references not decoded.
   StringView Text() const { return text_; }
 
-  // Of a tag.
+  // For a tag.
   std::uint8_t Element() const { return element_; }
 
-  // The value of a start tag's attribute, in which references aren't decoded; empty where it has no value.
-  // Nothing where the tag hasn't got it. The first of two counts.
+  // The value of a start tag's attribute, with references not decoded; empty if it has no value; nothing if
+  // the tag doesn't have the attribute. The first of two counts.
   const std::optional<StringView>& Attribute(HtmlAttribute name) const {
     return attributes_[static_cast<std::size_t>(name)];
   }
@@ -53,7 +52,7 @@ class HtmlTokens {
   Kind kind_ = Kind::Text;
   StringView text_;
   std::uint8_t element_ = 0;
-  std::uint8_t contentOf_ = 0;  // the raw or escapable element in which the rest begins; 0 for none
+  std::uint8_t contentOf_ = 0;  // the raw or escapable element that contains the rest; 0 for none
   std::array<std::optional<StringView>, 7> attributes_;
 };
 

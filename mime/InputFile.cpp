@@ -23,7 +23,7 @@ InputFile::~InputFile() {
 }
 
 void InputFile::WaitForInput() {
-  // A signal that comes just before the wait doesn't end it.
+  // A signal just before the wait doesn't interrupt it.
   constexpr int kMilliseconds = 200;
   for (;;) {
     if (stopWanted_ && stopWanted_()) throw std::system_error(EINTR, std::generic_category());

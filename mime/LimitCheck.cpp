@@ -34,7 +34,7 @@ bool IsAddressField(const std::string& name) {
          name == "bcc";
 }
 
-// The other fields that the parser decodes as soon as it meets them.
+// The other fields that the parser decodes while it parses.
 bool IsDecodedField(const std::string& name) {
   constexpr std::string_view kNames[] = {
       "content-description",       "content-id", "content-location", "content-md5",
@@ -42,15 +42,15 @@ bool IsDecodedField(const std::string& name) {
   return std::ranges::find(kNames, name) != std::end(kNames);
 }
 
-// What a header says of the content behind it.
+// The content type in a header.
 struct Content {
-  std::vector<std::string> Boundaries;  // "--" in front; of a second Content-Type too
+  std::vector<std::string> Boundaries;  // with "--" in front; those of a second Content-Type, too
   bool Message = false;
   bool TypeRead = false;
 };
 
-// Walks through the lines as the parser does: a header up to an empty line, and then its content up to a
-// delimiter of one of the multiparts around it.
+// Reads the lines as the parser does: a header up to an empty line, then the content up to a delimiter of an
+// enclosing multipart.
 class Scan {
  public:
   Scan(std::string& bytes, const MailLimits& limits) : bytes_(bytes), limits_(limits) {}
@@ -67,7 +67,7 @@ class Scan {
   }
 
  private:
-  // True for the delimiter of a multipart, open or closed, which begins another part or ends the multipart.
+  // True for a delimiter of an open or closed multipart, which begins another part or ends the multipart.
   bool TakeDelimiter(std::string_view line) {
     const std::string delimiter(WithoutBlanksBehind(line));
     const bool begins = seen_.contains(delimiter);
@@ -79,7 +79,7 @@ class Scan {
     const auto open = std::find_if(levels_.rbegin(), levels_.rend(), [&](const std::string& level) {
       return level == (begins ? delimiter : boundary);
     });
-    // In a header the parser may take the line for a field, and go on inside of all these levels.
+    // In a header the parser may take the line for a field, and stay inside all these levels.
     if (inHeader_ && !atMessageStart_) {
       EndHeader();
       inHeader_ = true;
@@ -87,7 +87,7 @@ class Scan {
       levels_.erase(ends ? open.base() - 1 : open.base(), levels_.end());
       inHeader_ = begins;
     } else if (begins) {
-      ++lostLevels_;  // the parser may see it open
+      ++lostLevels_;  // the parser may take it for open
       inHeader_ = true;
     }
     if (begins) BeginPart();
@@ -208,8 +208,7 @@ class Scan {
     if (parameters_ > limits_.Parameters) Refuse("it has", limits_.Parameters, " parameters");
   }
 
-  // Read by the parser's own function, so that both find the same boundary. The parser has dropped every CR
-  // by then.
+  // Parsed by GMime's own function, so that both find the same boundary. GMime has removed every CR by then.
   void ReadContentType(std::string value) {
     std::erase(value, '\r');
     const Owned<GMimeContentType> type(g_mime_content_type_parse(nullptr, value.c_str()));
@@ -228,15 +227,15 @@ class Scan {
   const MailLimits& limits_;
 
   bool inHeader_ = true;
-  bool ownHeader_ = true;        // the mail's own header, not that of a part
-  bool atMessageStart_ = false;  // no line of a message's header yet
+  bool ownHeader_ = true;        // the header of the mail, not of a part
+  bool atMessageStart_ = false;  // before the first line of a message's header
   bool inField_ = false;
   std::size_t fieldStart_ = 0;
   std::size_t fieldEnd_ = 0;
   Content content_;
 
-  std::vector<std::string> levels_;  // boundaries around the present line; empty for a message
-  std::size_t lostLevels_ = 0;       // delimiters of multiparts that were closed before
+  std::vector<std::string> levels_;  // the boundaries around the current line; empty for a message
+  std::size_t lostLevels_ = 0;       // delimiters of closed multiparts
   std::unordered_set<std::string> seen_;
   bool digestSeen_ = false;
 

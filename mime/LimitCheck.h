@@ -1,4 +1,4 @@
-// LimitCheck: keeps from the parser what would exhaust it.
+// LimitCheck: refuses mails that would exhaust the parser.
 #pragma once
 
 #include <stdexcept>
@@ -8,22 +8,22 @@
 
 namespace Mime {
 
-// A mail that holds more than a limit allows. what() says which one: "it has more than 5000 parts".
+// Raised for a mail beyond a limit. what() names the limit, such as "it has more than 5000 parts".
 class LimitExceeded : public std::runtime_error {
  public:
   using std::runtime_error::runtime_error;
 };
 
-// Called with the bytes that the parser is to get, whose lines end in LF or CR LF. Raises LimitExceeded for a
-// mail beyond a limit.
+// Checks the bytes for the parser, whose lines end in LF or CR LF. Raises LimitExceeded for a mail beyond a
+// limit.
 //
-// The fields that the parser decodes although nobody reads them get a name that it doesn't know: their first
-// letter becomes an X. It would decode them by a method that takes minutes for a deformed megabyte. These are
-// all fields of addresses and all subjects but the mail's own From and first Subject, dates, descriptions,
-// identifiers and places of parts, and beyond ShortFieldSize also what is read otherwise.
+// Fields that the parser decodes although they aren't read are renamed: their first letter becomes an X, so
+// that the parser ignores them. It would need minutes for a malformed one of a megabyte. These are all
+// address fields and subjects but the mail's own From and first Subject; dates; descriptions, identifiers and
+// locations of parts; and any other decoded field beyond ShortFieldSize.
 //
-// Where it isn't sure what the parser will see it counts more rather than less. One scan, linear in the size;
-// needs memory for the boundaries alone.
+// In doubt, the count is higher than the parser's. One scan, linear in the size; needs memory for the
+// boundaries only.
 void CheckLimits(std::string& bytes, const MailLimits& limits = {});
 
 }  // namespace Mime

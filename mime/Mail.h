@@ -1,4 +1,4 @@
-// Mail: a mail's sender, subject and text, taken out of its bytes.
+// Mail: the sender, subject and text of a mail.
 #pragma once
 
 #include <optional>
@@ -11,17 +11,16 @@ namespace Mime {
 using Platform::String;
 
 struct Mail {
-  std::optional<String>
-      FromAddress;   // in the spelling of Platform::CanonicalAddress; none without an address
-  String MessageId;  // with its angle brackets; empty without one
+  std::optional<String> FromAddress;  // in the form of Platform::CanonicalAddress; nothing without an address
+  String MessageId;                   // with its angle brackets; empty without one
   String Subject;
   String Body;
-  bool Encrypted = false;  // its text can't be read, and Body holds at most what stands beside it
+  bool Encrypted = false;  // the text can't be read; Body holds only unencrypted text
 };
 
-// Reads a message of RFC 5322 with line ends of any kind. Malformed mail gives what can be told from it.
-// Raises LimitExceeded for a mail beyond the limits, and std::bad_alloc where memory is short, before any of
-// it is used.
+// Reads a message of RFC 5322 with line ends of any kind. Malformed mail gives what can be read of it. Raises
+// LimitExceeded for a mail beyond the limits, and std::bad_alloc if memory is short, before it parses
+// anything.
 Mail ReadMail(std::string bytes);
 
 }  // namespace Mime

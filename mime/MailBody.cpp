@@ -10,19 +10,19 @@
 namespace Mime {
 namespace {
 
-// Signed mail in signed mail is entered so often: a mailing list may sign what a writer signed.
+// The greatest depth of signed mail in signed mail: a mailing list may sign what its writer signed.
 constexpr int kMostSignedDepth = 2;
 
-// So many signed mails are opened in one mail, since the limits of a mail count for each of them anew.
+// The number of signed mails that are opened in one mail, since the limits apply to each of them separately.
 constexpr int kMostSigned = 8;
 
-// Where a part stands in the multipart around it.
+// The position of a part in its multipart.
 struct Place {
   bool First = true;
-  bool Related = false;  // multipart/related: only the first part is text, all others belong to it
+  bool Related = false;  // in multipart/related only the first part is text
 };
 
-// A text that grows part by part.
+// A text that is built part by part.
 struct Joined {
   String Text;
   bool Blank = true;
@@ -43,7 +43,7 @@ bool IsType(GMimeObject* object, const char* type, const char* subtype) {
   return g_mime_content_type_is_type(g_mime_object_get_content_type(object), type, subtype);
 }
 
-// A part that may hold a whole signed mail. Gateways relabel it, but keep the name of its file.
+// A part that may contain a whole signed mail. Gateways change its type, but keep its file name.
 bool IsCms(GMimePart* part) {
   GMimeObject* object = GMIME_OBJECT(part);
   if (IsType(object, "application", "pkcs7-mime") || IsType(object, "application", "x-pkcs7-mime"))
@@ -57,8 +57,8 @@ bool IsAttachment(GMimePart* part, Place place) {
          (!place.First && (place.Related || g_mime_part_get_filename(part) != nullptr));
 }
 
-// How far a part is from plain text; parts without text have none. Alternatives stand for the plainest of
-// them.
+// The distance of a part from plain text; nothing for parts without text. An alternative counts as its
+// plainest part.
 std::optional<int> RankOf(GMimeObject* object) {
   if (GMIME_IS_PART(object)) {
     if (IsCms(GMIME_PART(object))) return 0;
@@ -77,8 +77,8 @@ std::optional<int> RankOf(GMimeObject* object) {
   return rank;
 }
 
-// Takes an encrypted OpenPGP message (RFC 9580 section 6.2) off the front of a text. False where there is
-// none.
+// Removes an encrypted OpenPGP message (RFC 9580 section 6.2) from the start of a text. Returns false if
+// there is none.
 bool RemoveArmor(String& text) {
   constexpr StringView kBegin = u"-----BEGIN PGP MESSAGE-----";
   constexpr StringView kEnd = u"-----END PGP MESSAGE-----";
@@ -103,7 +103,7 @@ class TextFinder {
     text.Add(TextIn(root, {}));
     if (text.Blank && !encrypted_) AddAttached(root, text);
     const bool partless = GMIME_IS_MULTIPART(root) && g_mime_multipart_get_count(GMIME_MULTIPART(root)) == 0;
-    if (partless) text.Add(GuessText(message_.RawBody()));  // its boundary never comes
+    if (partless) text.Add(GuessText(message_.RawBody()));  // the boundary doesn't occur
     return {std::move(text.Text), std::move(charset_), encrypted_};
   }
 
@@ -126,7 +126,7 @@ class TextFinder {
     return JoinedText(GMIME_MULTIPART(object), std::nullopt).Text;
   }
 
-  // The texts of a multipart's parts, or of those of a rank.
+  // The texts of a multipart's parts, or only of those of a rank.
   Joined JoinedText(GMimeMultipart* multipart, std::optional<int> rank) {
     const bool related = IsType(GMIME_OBJECT(multipart), "multipart", "related");
     const int count = g_mime_multipart_get_count(multipart);
@@ -165,8 +165,8 @@ class TextFinder {
     return std::move(body.Text);
   }
 
-  // Adds the first text that isn't blank among the attached ones, and a mail's only part of an unknown kind
-  // of text, which RFC 2046 section 4.1.4 takes for plain.
+  // Adds the first non-blank attached text, and the only part of a mail if it is of an unknown text type,
+  // which RFC 2046 section 4.1.4 treats as plain text.
   void AddAttached(GMimeObject* object, Joined& text) {
     if (GMIME_IS_PART(object)) {
       const bool only = object == message_.Root() && IsType(object, "text", "*");

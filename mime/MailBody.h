@@ -1,4 +1,4 @@
-// MailBody: the text of a mail among its parts.
+// MailBody: selects and joins the text of a mail.
 #pragma once
 
 #include <string>
@@ -17,15 +17,15 @@ struct BodyText {
       false;  // a part that could be the text is encrypted, by OpenPGP (RFC 3156) or S/MIME (RFC 8551)
 };
 
-// The text as RFC 8621 section 4.1.4 chooses it for textBody. The inline text parts, plain or HTML, are
-// joined in their order, each on a line of its own; those with a file name, behind the first part of a
-// multipart, are attachments. Of alternatives the plain ones are the text, or the HTML where the plain ones
-// are blank. Other parts say nothing, and an attached message is not entered. In addition:
-// - text/markdown, text/enriched and the content of opaque S/MIME signed mail are text as well,
-// - a mail whose inline text is blank, and not encrypted, gives the first of its attached texts,
-// - inline uuencoded files are left out, and format=flowed and HTML are undone.
-// Encrypted parts give no text. Decodes no part that isn't needed. Linear in the size; raises
-// std::bad_alloc only.
+// The text that RFC 8621 section 4.1.4 chooses for textBody. The inline text parts, plain or HTML, are joined
+// in their order, each on a line of its own. Those with a file name, after the first part of a multipart, are
+// attachments. Of alternatives the plain ones are used, or the HTML if the plain ones are blank. Other parts,
+// and attached messages, are ignored. In addition:
+// - text/markdown, text/enriched and the content of opaque S/MIME signed mail are text, too,
+// - if the inline text is blank, and not encrypted, the first of the attached texts is used,
+// - inline uuencoded files are left out, and format=flowed and HTML are converted.
+// Encrypted parts give no text. Only the parts that are needed are decoded. Linear in the size; raises only
+// std::bad_alloc.
 BodyText BodyOf(const ParsedMessage& message);
 
 }  // namespace Mime

@@ -14,7 +14,7 @@ constexpr std::string_view kDays[] = {"Mon", "Tue", "Wed", "Thu", "Fri", "Sat", 
 constexpr std::string_view kMonths[] = {"Jan", "Feb", "Mar", "Apr", "May", "Jun",
                                         "Jul", "Aug", "Sep", "Oct", "Nov", "Dec"};
 
-// Takes the next word off the front of the line.
+// Removes the next word from the line.
 std::string_view TakeWord(std::string_view& line) {
   line.remove_prefix(std::min(line.size(), line.find_first_not_of(" \t\r\n")));
   const std::string_view word = line.substr(0, line.find_first_of(" \t\r\n"));
@@ -26,7 +26,7 @@ bool IsDigit(char c) {
   return std::isdigit(static_cast<unsigned char>(c)) != 0;
 }
 
-// A weekday, a month, a day and a time of day in a row.
+// A weekday, a month, a day and a time of day, in this order.
 bool HasTime(std::string_view line) {
   while (!line.empty()) {
     if (std::find(std::begin(kDays), std::end(kDays), TakeWord(line)) == std::end(kDays)) continue;
@@ -45,7 +45,7 @@ bool IsEmptyLine(std::string_view line) {
   return line.find_first_not_of("\r\n") == std::string_view::npos;
 }
 
-// The bytes of the line end that the message's last, empty line is made of.
+// The length of the line end of the message's last, empty line.
 void DropEmptyLineAtEnd(std::string& bytes) {
   for (const std::string_view lineEnd : {"\r\n", "\n", "\r"}) {
     if (!bytes.ends_with(lineEnd)) continue;
@@ -121,7 +121,7 @@ bool MboxReader::Next(std::string& bytes, std::size_t& size) {
     if (line.starts_with('>') &&
         line.substr(std::min(line.size(), line.find_first_not_of('>'))).starts_with(kMboxStart))
       file_.Skip(1);
-    // What follows a message without room is searched for the next separator all the same.
+    // The rest of a message that doesn't fit is still searched for the next separator.
     noMemory = noMemory || !TakeLine(bytes, size);
     if (noMemory) file_.TakeLine(dropped, lineEnd_, 0);
   }

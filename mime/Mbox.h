@@ -1,4 +1,4 @@
-// Mbox: the messages of an mbox, one after the other, without ever holding more than one of them.
+// Mbox: reads the messages of an mbox, one at a time.
 #pragma once
 
 #include <string>
@@ -10,36 +10,34 @@ namespace Mime {
 
 inline constexpr std::string_view kMboxStart = "From ";
 
-// True for a line that separates two messages. Behind "From " stands the sender and the time as in "Mon Jan
-// 31 12:00:00 2022", or behind an empty line the sender's address alone; any other line is the text of a
-// writer who didn't mask it. Lengths told in headers are not trusted.
+// True for a line that separates two messages: "From ", the sender and a time such as "Mon Jan 31 12:00:00
+// 2022"; or, after an empty line, "From " and the sender's address alone. Any other line is text that its
+// writer's program didn't mask. Lengths in headers are ignored.
 bool IsMboxSeparator(std::string_view line, bool behindEmptyLine);
 
-// The last character of the line ends of a file, of which nothing was taken: LF, also where it stands for CR
-// LF, or CR.
+// The last character of the line ends of a file that wasn't read yet: LF, also for CR LF, or CR.
 char LineEndOf(InputFile& file);
 
-// True where the file, of which nothing was taken, begins with a separator.
+// True if the file, which wasn't read yet, begins with a separator.
 bool BeginsAnMbox(InputFile& file);
 
-// Drops the line "From sender time" that a mail server writes in front of a mail that it hands over. A field
-// "From :" stays.
+// Skips the line "From sender time" that a mail server writes in front of a mail. A field "From :" is kept.
 void SkipEnvelopeLine(InputFile& file);
 
-// Reads an mbox whose lines end in LF, CR LF or CR, as its first line does.
+// Reads an mbox. The first line decides whether lines end in LF, CR LF or CR.
 class MboxReader {
  public:
-  // Takes the first line, which is a separator.
+  // Reads the first line, which must be a separator.
   explicit MboxReader(InputFile& file);
 
-  // The next message without its separator, lines masked as ">From " unmasked by one level, and without the
-  // empty line that ends it. size is its full size, of which bytes holds no more than kLargestMail. False
-  // behind the last message. Raises std::system_error as InputFile does, and std::bad_alloc for a message
-  // that has no room in memory, behind which it goes on.
+  // Reads the next message, without its separator and the empty line at its end; one level of ">From " is
+  // unmasked. size is its full size; bytes holds at most kLargestMail of it. Returns false after the last
+  // message. Raises std::system_error as InputFile does, and std::bad_alloc for a message that doesn't fit
+  // into memory; reading can continue after it.
   bool Next(std::string& bytes, std::size_t& size);
 
  private:
-  // Takes a line of a message and appends it. False, with nothing appended, where there is no memory.
+  // Appends a line of a message. Returns false, with nothing appended, if there isn't enough memory.
   bool TakeLine(std::string& bytes, std::size_t& size);
 
   InputFile& file_;

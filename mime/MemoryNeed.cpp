@@ -7,7 +7,7 @@
 namespace Mime {
 namespace {
 
-// Beside the mail itself. The limits of a mail keep what doesn't grow with its size below the second.
+// In addition to the mail itself. The limits keep the part that doesn't grow with the size below the second.
 constexpr std::size_t kBytesPerByte = 7;
 constexpr std::size_t kBytesPerMail = std::size_t{40} << 20;
 

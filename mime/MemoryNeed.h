@@ -1,14 +1,13 @@
-// MemoryNeed: whether there is memory enough for a mail, asked before it is read.
+// MemoryNeed: checks before a mail is read whether there is enough memory.
 #pragma once
 
 #include <cstddef>
 
 namespace Mime {
 
-// Raises std::bad_alloc unless the process may take as much memory as reading a mail of that size, which is
-// in memory already, needs at most. The parser's library ends the process where an allocation fails, so that
-// this has to be known before. Takes nothing itself: what another thread or process takes meanwhile is
-// missing.
+// Raises std::bad_alloc if the process can't allocate as much memory as reading a mail of that size, already
+// in memory, needs at most. GLib ends the process on a failed allocation, so this must be known before.
+// Reserves nothing: other threads and processes may take the memory meanwhile.
 void RequireMemoryFor(std::size_t mailSize);
 
 }  // namespace Mime

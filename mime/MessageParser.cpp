@@ -8,7 +8,7 @@
 namespace Mime {
 namespace {
 
-// A mail whose lines end in a bare CR or in CR CR LF gets line feeds; all others are read as they are.
+// Line ends that are a bare CR or CR CR LF become line feeds; other mails are read unchanged.
 void RepairLineEnds(std::string& bytes) {
   const std::size_t first = bytes.find_first_of("\r\n");
   if (first == std::string::npos || bytes[first] == '\n' || bytes.compare(first, 2, "\r\n") == 0) return;

@@ -1,4 +1,4 @@
-// MessageParser: a message and its parts, as GMime finds them in the bytes.
+// MessageParser: a message and its parts, parsed by GMime.
 #pragma once
 
 #include <string>
@@ -11,33 +11,33 @@ namespace Mime {
 // One thread.
 class ParsedMessage {
  public:
-  // Reads a message of RFC 5322 with line ends of any kind. Malformed ones give what can be told from them.
-  // Raises LimitExceeded and std::bad_alloc.
+  // Parses a message of RFC 5322 with line ends of any kind. Malformed messages give what can be read of
+  // them. Raises LimitExceeded and std::bad_alloc.
   explicit ParsedMessage(std::string bytes);
   ParsedMessage(const ParsedMessage&) = delete;
   ParsedMessage& operator=(const ParsedMessage&) = delete;
   ~ParsedMessage();
 
-  // The tree of parts; null where there is none. Owned by this object.
+  // The tree of parts; null without one. Owned by this object.
   GMimeObject* Root() const;
 
-  // The senders as GMime read the first From field; null without one. Owned by this object.
+  // The senders in the first From field, parsed by GMime; null without one. Owned by this object.
   InternetAddressList* From() const;
 
-  // The raw value of the first field of a name, folded as it came. Taken from the bytes, since a zero byte
-  // would end it otherwise. Empty without such a field, and for Sender, Reply-To, To, Cc and Bcc, which the
-  // parser isn't shown. Valid as long as this object.
+  // The raw, folded value of the first field of a name, from the bytes, since GMime's value ends at a zero
+  // byte. Empty without such a field, and for Sender, Reply-To, To, Cc and Bcc, which are hidden from the
+  // parser. Valid as long as this object.
   std::string_view Field(const char* name) const;
 
-  // What stands behind the header of the whole message.
+  // The content after the header of the whole message.
   std::string_view RawBody() const;
 
-  // The bytes of a part, transfer encoding and all. Valid as long as this object.
+  // The bytes of a part, with transfer encoding. Valid as long as this object.
   std::string_view RawContent(GMimePart* part) const;
 
  private:
   std::string bytes_;
-  GByteArray* lent_;  // lends the bytes to the parser, which keeps no copy of an attachment that way
+  GByteArray* lent_;  // shares the bytes with the parser, which saves a copy of each attachment
   Owned<GMimeMessage> message_;
 };
 

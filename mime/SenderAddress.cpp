@@ -33,7 +33,7 @@ const char* FirstAddress(InternetAddressList* list, bool withAt) {
   return nullptr;
 }
 
-// The content of the last angle brackets that hold an "@"; empty without any.
+// The content of the last angle brackets with an "@"; empty without any.
 StringView InBrackets(StringView field) {
   for (std::size_t close = field.rfind(u'>'); close != StringView::npos && close > 0;) {
     const std::size_t open = field.rfind(u'<', close);
@@ -45,7 +45,7 @@ StringView InBrackets(StringView field) {
   return {};
 }
 
-// The only word with an "@"; empty where there is none or more than one.
+// The only word with an "@"; empty if there is none or more than one.
 StringView OnlyWordWithAt(StringView field) {
   constexpr StringView kBetween = u" \t\r\n,;<>()[]\"";
   StringView found;

@@ -9,15 +9,15 @@
 namespace Mime {
 namespace {
 
-// A signed mail with a chain of certificates has some hundreds of elements, and one for each 4 kB of content.
-// Each may cost 200 bytes of memory, however few it has itself.
+// A signed mail with a chain of certificates has some hundreds of elements, plus one for each 4 kB of
+// content. Each may need 200 bytes of memory, even an empty one.
 constexpr std::size_t kMostElements = 100000;
 
 struct FreeCms {
   void operator()(CMS_ContentInfo* cms) const { CMS_ContentInfo_free(cms); }
 };
 
-// Walks over all elements without building anything.
+// Counts all elements without building the structure.
 bool HasFewElements(std::string_view bytes) {
   const auto* position = reinterpret_cast<const unsigned char*>(bytes.data());
   const unsigned char* const end = position + bytes.size();

@@ -1,4 +1,4 @@
-// SignedContent: what an S/MIME message of the opaque kind (RFC 8551 section 3.5.2) carries.
+// SignedContent: the content of an opaque S/MIME message (RFC 8551 section 3.5.2).
 #pragma once
 
 #include <optional>
@@ -7,10 +7,9 @@
 
 namespace Mime {
 
-// The MIME entity that was signed, out of the DER or BER bytes of a CMS structure. None where the bytes are
-// no signed data, as with encrypted mail, or hold more elements than a signed mail has. The signature isn't
-// checked, and nothing is claimed about it. Needs memory for the content once, and a bounded amount besides.
-// Any thread.
+// The signed MIME entity in the DER or BER bytes of a CMS structure. Nothing if the bytes are no signed data,
+// as in encrypted mail, or have more elements than a signed mail needs. The signature isn't verified. Needs
+// memory for one copy of the content, plus a bounded amount. Any thread.
 std::optional<std::string> SignedContent(std::string_view bytes);
 
 }  // namespace Mime

@@ -23,7 +23,7 @@ std::string NormalizedLabel(std::string_view label) {
   return name;
 }
 
-// Takes the first line, with its line end, off the front of the bytes.
+// Removes the first line from the bytes and returns it with its line end.
 std::string_view TakeLine(std::string_view& bytes) {
   const std::size_t end = std::min(bytes.find('\n'), bytes.size() - 1);
   const std::string_view line = bytes.substr(0, end + 1);
@@ -41,7 +41,7 @@ bool IsBase64Letter(char c) {
   return g_ascii_isalnum(c) || c == '+' || c == '/';
 }
 
-// True for whole groups of base64, as a line of it is: four letters each, of which the last two may be
+// True for complete groups of base64, as in a line of it: four letters each, of which the last two may be
 // padding.
 bool IsWholeGroups(std::string_view text) {
   if (text.size() % 4 != 0) return false;
@@ -52,8 +52,8 @@ bool IsWholeGroups(std::string_view text) {
   return true;
 }
 
-// True for a line that nobody would write as base64: several words, one of which isn't base64, or a ruler
-// such as mailing lists put in front of their footers.
+// True for a line that can't be base64: several words, one of which isn't base64, or a separator line in
+// front of a mailing list's footer.
 bool IsPlainText(std::string_view line) {
   if (std::ranges::none_of(line, IsBase64Letter))
     return line.size() > 1 && line.find('=') == std::string_view::npos;
@@ -66,8 +66,8 @@ bool IsPlainText(std::string_view line) {
   return false;
 }
 
-// Padding ends the data, and what stands behind is the footer of a mailing list or a virus scanner, except
-// where it is base64 again: some writers pad each line. Without padding a line of plain text ends it as well.
+// Padding ends the data; the rest is the footer of a mailing list or a virus scanner, unless it is base64
+// again, since some programs pad each line. Without padding a line of plain text ends the data, too.
 void DecodeBase64(std::string_view raw, std::string& bytes) {
   bytes.reserve(raw.size() / 4 * 3 + 8);
   Base64Decoder decoder;
@@ -93,7 +93,8 @@ void DecodeBase64(std::string_view raw, std::string& bytes) {
   decoder.Finish(bytes);
 }
 
-// Blanks at a line's end were added on the way and go. An equals sign that begins no escape stays.
+// Blanks at a line's end were added in transport and are removed. An equals sign that begins no escape is
+// kept.
 void DecodeQuotedPrintable(std::string_view raw, std::string& bytes) {
   bytes.reserve(raw.size());
   while (!raw.empty()) {
@@ -120,7 +121,7 @@ void DecodeQuotedPrintable(std::string_view raw, std::string& bytes) {
   }
 }
 
-// The data begins behind the line "begin 644 NAME".
+// The data begins after the line "begin 644 NAME".
 void DecodeUuencoded(std::string_view raw, std::string& bytes) {
   while (!raw.empty() && !TakeLine(raw).starts_with("begin ")) continue;
   GMimeEncoding decoder;

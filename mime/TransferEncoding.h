@@ -1,4 +1,4 @@
-// TransferEncoding: the bytes of a part with its transfer encoding undone, as RFC 2045 section 6 has it.
+// TransferEncoding: decodes the transfer encodings of RFC 2045 section 6.
 #pragma once
 
 #include <string>
@@ -6,10 +6,10 @@
 
 namespace Mime {
 
-// The decoded bytes. label is the value of Content-Transfer-Encoding, whose spelling may be as sloppy as mail
-// programs write it ("Quoted-Printable;", "base-64"); an unknown one leaves the bytes as they are, and so
-// does base64 that isn't any. The result lies in raw, or in storage, which is written where decoding changes
-// anything. Time is linear; storage holds no more than raw. Pure; any thread.
+// The decoded bytes. label is the value of Content-Transfer-Encoding; misspellings of mail programs
+// ("Quoted-Printable;", "base-64") are accepted. An unknown label, and invalid base64, leave the bytes
+// unchanged. The result refers to raw, or to storage, which is only written if decoding changes anything.
+// Linear; storage needs at most the size of raw. Pure; any thread.
 std::string_view DecodeTransfer(std::string_view raw, std::string_view label, std::string& storage);
 
 }  // namespace Mime

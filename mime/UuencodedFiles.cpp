@@ -9,7 +9,7 @@ using Platform::StringView;
 
 constexpr StringView kBegin = u"begin ";
 
-// The line at position without its line end; next becomes the position of the line behind.
+// The line at position without its line end; next is set to the position of the next line.
 StringView LineAt(StringView text, std::size_t position, std::size_t& next) {
   const std::size_t end = std::min(text.find(u'\n', position), text.size());
   next = std::min(end + 1, text.size());
@@ -26,8 +26,8 @@ bool IsBegin(StringView line) {
          std::ranges::all_of(rights, [](char16_t c) { return c >= u'0' && c <= u'7'; });
 }
 
-// A line of data: how many bytes it holds, and four characters for three of them. Some programs add a check
-// character, and others lose blanks at the end.
+// A line of data: its number of bytes, and four characters for each three of them. Some programs add a check
+// character, and others remove blanks at the end.
 bool IsData(StringView line) {
   constexpr char16_t kFirst = u' ', kLast = u'`';
   if (line.empty()) return true;
@@ -38,7 +38,7 @@ bool IsData(StringView line) {
   return line.size() <= length + 1 && line.size() + kLostBlanks >= length;
 }
 
-// The position behind the file whose first line ends in front of position; 0 where there is no whole file.
+// The position after the file whose first line ends before position; 0 if there is no complete file.
 std::size_t EndOfFile(StringView text, std::size_t position) {
   while (position < text.size()) {
     const StringView line = LineAt(text, position, position);
@@ -51,8 +51,8 @@ std::size_t EndOfFile(StringView text, std::size_t position) {
 }  // namespace
 
 void RemoveUuencodedFiles(String& text) {
-  std::size_t kept = 0;    // what is kept ends here, in the same string
-  std::size_t copied = 0;  // and is what stood in front of this position
+  std::size_t kept = 0;    // the kept text ends here, in the same string
+  std::size_t copied = 0;  // everything before this position is processed
   for (std::size_t search = text.find(kBegin); search != String::npos; search = text.find(kBegin, search)) {
     std::size_t next = 0;
     const bool lineStart = search == 0 || text[search - 1] == u'\n';

@@ -1,4 +1,4 @@
-// UuencodedFiles: files that a mail program put into the text itself, as programs older than MIME do.
+// UuencodedFiles: removes uuencoded files from a text, where programs older than MIME put them.
 #pragma once
 
 #include "platform/Text.h"
@@ -7,8 +7,8 @@ namespace Mime {
 
 using Platform::String;
 
-// Takes out each file, from its line "begin 644 NAME" up to its line "end". Text that only resembles one
-// stays: every line between has to have the length that its first character says. Linear in the size; pure.
+// Removes each file, from its line "begin 644 NAME" to its line "end". Text that only resembles a file is
+// kept: each line between must have the length that its first character gives. Linear in the size; pure.
 void RemoveUuencodedFiles(String& text);
 
 }  // namespace Mime

@@ -9,14 +9,14 @@
 namespace Gateway {
 namespace {
 
-// Longer lines, sentences of more lines and blocks of more header lines are not those of a mail program.
+// Mail programs write no longer lines, sentences or blocks of header lines than these.
 constexpr std::size_t kLongestLine = 1000;
 constexpr std::size_t kMostSentenceLines = 4;
 constexpr std::size_t kMostLines = 80;
 
 struct Line {
-  std::size_t Begin;  // its place in the text
-  String Words;       // without quote signs, with single blanks; empty for a blank line
+  std::size_t Begin;  // position in the text
+  String Words;       // without quote signs and with single blanks; empty for a blank line
 };
 
 String WordsOf(StringView line) {
@@ -35,8 +35,7 @@ String WordsOf(StringView line) {
   return words;
 }
 
-// The last lines of a text, read as far as they are asked for. 0 is the last one. Blank lines that follow
-// each other are one.
+// The last lines of a text, read on demand. Line 0 is the last one. Consecutive blank lines count as one.
 class LastLines {
  public:
   explicit LastLines(StringView text) : rest_(text) {}
@@ -68,7 +67,8 @@ class LastLines {
   std::vector<Line> lines_;
 };
 
-// How many lines from at on are a sentence that introduces a quote, the fewest that do.
+// The number of lines, from at upwards, that form a sentence that introduces a quote; the smallest such
+// number.
 std::size_t SentenceLength(LastLines& lines, std::size_t at) {
   for (const SentenceBegin begin : {SentenceBegin::Sure, SentenceBegin::Name}) {
     String sentence;
@@ -94,7 +94,7 @@ bool IsAmong(StringView alternatives, StringView word) {
   return false;
 }
 
-// The name of a header line, without the stars of bold text; empty for any other line.
+// The name of a header line, without the asterisks of bold text; empty for any other line.
 StringView HeaderName(StringView words) {
   constexpr std::size_t kLongestName = 30;
   const auto colon = words.substr(0, kLongestName).find_first_of(u":\uFF1A");
@@ -151,8 +151,8 @@ HeaderBlock HeaderLines(LastLines& lines, std::size_t at, const AttributionLangu
   return block;
 }
 
-// True for a line that is drawn above header lines: of underscores or dashes alone, or with words between
-// dashes. The words are those of the table; above header lines, "Alice wrote:" is another form of them.
+// True for a separator above header lines: underscores or dashes alone, or text between dashes. The text is
+// that of the table; above header lines "Alice wrote:" is another form of it.
 bool IsHeading(StringView words, bool aboveHeaders) {
   constexpr std::size_t kShortestRule = 8;
   const auto isRule = [](char16_t c) { return c == u'_' || IsDash(c); };
@@ -169,7 +169,7 @@ bool IsHeading(StringView words, bool aboveHeaders) {
                      [&](const AttributionLanguage& language) { return IsAmong(language.Headings, inner); });
 }
 
-// Where the heading above at is, if there is one: the place behind it. Otherwise at.
+// The index after the heading above at; at if there is none.
 std::size_t PassHeading(LastLines& lines, std::size_t at, bool aboveHeaders) {
   const std::size_t heading = at + (lines.HasBlank(at) ? 1 : 0);
   return lines.Has(heading) && IsHeading(lines[heading].Words, aboveHeaders) ? heading + 1 : at;

@@ -10,10 +10,10 @@ namespace Gateway {
 
 using Platform::StringView;
 
-// How much of the text in front of a quote its writer has written: all of it but the attribution at its end,
-// quoted or not, and the blank lines and bare quote signs around that. A line is taken for an attribution
-// only in the full shape that a known program gives it; whatever else the text ends with is its writer's.
-// Pure; takes time in proportion to the text at most.
+// The length of what the writer wrote in the text in front of a quote. The attribution at its end, quoted or
+// not, and the blank lines and bare quote signs around it don't count. A line is an attribution only in the
+// complete form of a known mail program; any other end of the text is the writer's. Pure; linear in the size
+// of the text.
 std::size_t EndOfOwnText(StringView text);
 
 }  // namespace Gateway

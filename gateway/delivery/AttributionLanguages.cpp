@@ -5,7 +5,7 @@ namespace {
 
 // clang-format off
 constexpr AttributionLanguage kLanguages[] = {
-    // Sentences that consist of a date and an address alone come from several languages.
+    // Sentences of a date and an address alone occur in several languages.
     {"any", u"{date+address}:", u"", u"", u"", u"", u"", u""},
     {"English",
      u"On {date} wrote:|At {date} wrote:|{date+address} wrote:|{address} wrote:|{address} writes:|Quoting {address}:",

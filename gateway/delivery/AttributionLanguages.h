@@ -1,4 +1,4 @@
-// AttributionLanguages: how mail programs word an attribution in each language.
+// AttributionLanguages: the forms of an attribution in each language.
 //
 // To add a language, add its row. Alternatives are separated by "|".
 #pragma once
@@ -14,16 +14,15 @@ using Platform::StringView;
 struct AttributionLanguage {
   const char* Name;
 
-  // Sentences with a colon at their end. "{date}" is a text that begins with a date behind three words at
-  // most, or behind one where it begins the sentence; "{address}" a text with a mail address; "{name}" any
-  // text;
-  // "{date+address}" is both. A name may follow in a "{date}" and a date in an "{address}".
+  // Sentences that end with a colon. "{date}" is a text that begins with a date after at most three words, or
+  // after at most one at the start of the sentence; "{address}" a text with a mail address; "{name}" any
+  // text; "{date+address}" has both. A "{date}" may contain a name, and an "{address}" a date.
   StringView Sentences;
 
-  // The words between dashes above the header lines.
+  // The text between dashes above the header lines.
   StringView Headings;
 
-  // The names of the header lines: who wrote, when, to whom, what of; and those that a program may add.
+  // The names of the header lines: sender, date, recipient, subject; and optional ones.
   StringView From, Date, To, Subject, More;
 };
 

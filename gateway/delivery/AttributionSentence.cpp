@@ -19,7 +19,7 @@ StringView TrimmedView(StringView text) {
                                    : text.substr(first, text.find_last_not_of(u' ') - first + 1);
 }
 
-// Takes the number that text begins with. Gives how many digits it has.
+// Removes the number at the start of text. Returns the number of its digits.
 std::size_t TakeNumber(StringView& text, int& number) {
   std::size_t digits = 0;
   number = 0;
@@ -30,7 +30,7 @@ std::size_t TakeNumber(StringView& text, int& number) {
   return digits;
 }
 
-// Takes ".", "/" or "-" and a blank behind it.
+// Removes ".", "/" or "-" and a blank after it.
 bool TakeDateSign(StringView& text) {
   if (text.empty() || !IsOneOf(text[0], u"./-")) return false;
   text.remove_prefix(1);
@@ -43,7 +43,7 @@ bool BeginsWithDate(StringView text, std::ptrdiff_t mostWords) {
   return digit != text.end() && std::count(text.begin(), digit, u' ') <= mostWords && HoldsDate(text);
 }
 
-// False for the end of a sentence whose beginning is on the line above.
+// False for the end of a sentence that begins on the line above.
 bool HasWholeBrackets(StringView text) {
   return std::count(text.begin(), text.end(), u'<') == std::count(text.begin(), text.end(), u'>');
 }
@@ -87,7 +87,7 @@ bool IsDateAndSender(StringView text) {
          BeginsWithDate(text, 1) && (weekday.empty() || IsOneOf(weekday.back(), u",."));
 }
 
-// Whether a part of a sentence is what its place is for.
+// True if a part of a sentence matches its placeholder.
 bool Fits(StringView part, StringView place, bool first) {
   part = TrimmedView(part);
   if (part.empty()) return false;
@@ -97,7 +97,7 @@ bool Fits(StringView part, StringView place, bool first) {
   return IsDateAndSender(part);
 }
 
-// Compares sentence with one of the table, both without their colon.
+// Compares the sentence with one of the table, both without the colon.
 bool Matches(StringView sentence, StringView pattern) {
   bool first = true;
   while (true) {

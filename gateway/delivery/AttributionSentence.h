@@ -1,4 +1,4 @@
-// AttributionSentence: a sentence compared with the sentences by which mail programs introduce a quote.
+// AttributionSentence: compares a sentence with the sentences that introduce a quote.
 #pragma once
 
 #include "platform/Text.h"
@@ -7,8 +7,8 @@ namespace Gateway {
 
 using Platform::StringView;
 
-// Where a sentence must show that it is complete. One that begins with a word of its language or with a date
-// does; one that begins with a name has no sure beginning, since the line above may belong to the name.
+// Whether the sentence must be complete. One that begins with a word of its language or with a date is
+// complete; for one that begins with a name, the line above may belong to the name.
 enum class SentenceBegin { Sure, Name };
 
 // True if a year of four digits stands in the text, or a date of numbers with a year of two, as in

@@ -11,12 +11,12 @@
 namespace Gateway {
 namespace {
 
-// The component refuses a reply of more characters. In front of the marker there may stand an attribution,
-// quote signs and blank lines beside it, which are not part of the reply.
+// The component refuses a reply of more characters. An attribution, quote signs and blank lines in front of
+// the marker are extra.
 constexpr std::size_t kLongestReply = 32767;
 constexpr std::size_t kLongestAttribution = 16384;
 
-// More line ends than these between two words of the marker are no wrapping.
+// Two words of the marker with more line ends between them are not wrapped.
 constexpr int kMostLineEnds = 2;
 
 std::size_t SkipInvisible(StringView text, std::size_t at) {
@@ -24,7 +24,7 @@ std::size_t SkipInvisible(StringView text, std::size_t at) {
   return at;
 }
 
-// What may stand on the marker's line beside it: quote signs, and the stars and underscores of bold text.
+// What the marker's line may also hold: quote signs, and the asterisks and underscores of bold text.
 bool IsFrame(char16_t c) {
   return IsBlank(c) || IsInvisible(c) || IsQuoteSign(c) || c == u'*' || c == u'_';
 }
@@ -40,8 +40,8 @@ bool FillsItsLines(StringView text, std::size_t begin, std::size_t end) {
   return std::all_of(before.begin(), before.end(), IsFrame) && (end == text.size() || IsLineEnd(text[end]));
 }
 
-// Passes over what stands between two words: blanks, and line ends with the quote signs behind them. False
-// where the words aren't parted.
+// Skips what separates two words: blanks, and line ends with quote signs after them. Returns false if nothing
+// separates them.
 bool MatchGap(StringView text, std::size_t& at) {
   bool parted = false;
   int lineEnds = 0;
@@ -52,7 +52,8 @@ bool MatchGap(StringView text, std::size_t& at) {
     } else if (!(IsBlank(c) || IsInvisible(c) || (lineEnds > 0 && IsQuoteSign(c)))) {
       return parted;
     }
-    parted = parted || IsLineEnd(c) || IsBlank(c) || c == u'\u200B';  // a zero-width space parts words, too
+    parted =
+        parted || IsLineEnd(c) || IsBlank(c) || c == u'\u200B';  // a zero-width space separates words, too
   }
   return parted;
 }
@@ -72,7 +73,7 @@ const std::optional<String>& CutMarker::Text() {
   return text_;
 }
 
-String CutMarker::Words() {
+String CutMarker::OriginalText() {
   return Text().value_or(String());
 }
 
@@ -97,8 +98,8 @@ void CutMarker::TakeSteps() {
   }
 }
 
-// A run of hyphens matches in its number, or with more at either end of the marker. Where dashes stand for
-// some of them, their number depends on the program: one dash for each hyphen, or for two or three of them.
+// Hyphens match in the same number; at either end of the marker there may be more. If dashes replace them,
+// the number depends on the program: one dash for each hyphen, or for two or three of them.
 bool CutMarker::MatchDashes(StringView text, std::size_t& at, const Step& step, Place& place) const {
   std::size_t fewest = 0, most = 0;
   for (std::size_t i = at; i < text.size() && (IsDash(text[i]) || IsInvisible(text[i])); ++i) {
@@ -139,9 +140,9 @@ std::optional<CutMarker::Place> CutMarker::MatchAt(StringView text, std::size_t 
   return place;
 }
 
-// The first marker. One that is only part of longer runs of hyphens, as the component finds it, takes them
-// along. Only the beginning of a run of dashes is tried, so that no character is looked at more often than
-// the marker is long.
+// The first marker. If it is part of longer runs of hyphens, as the component accepts, it includes them. Only
+// the start of a run of dashes is tried, which limits the comparisons for each character to the length of the
+// marker.
 std::optional<CutMarker::Place> CutMarker::Find(StringView text) const {
   const std::size_t exact = text.find(*text_);
   const std::size_t end = steps_.empty() ? 0 : std::min(exact, text.size());
@@ -168,7 +169,7 @@ std::size_t CutMarker::Repair(String& body) {
   std::size_t above = found->Begin;
   while (above > 0 && IsFrame(body[above - 1])) --above;
   std::size_t own = EndOfOwnText(searched.substr(0, above));
-  // Quote signs behind the writer's own words on the marker's line are part of these words.
+  // Quote signs after the writer's own text on the marker's line belong to that text.
   if (own == above && above > 0 && !IsLineEnd(body[above - 1])) own = found->Begin;
   body.replace(own, found->End - own, *text_);
   return own;

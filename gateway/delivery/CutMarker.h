@@ -1,8 +1,9 @@
-// CutMarker: the line of a notification above which its reader writes, as answering mail programs deform it.
+// CutMarker: finds the cut marker in a reply and restores it.
 //
-// The component cuts a reply in front of the marker, and finds it only as it was sent. Here it is found with
-// all that programs do to it: it is wrapped, its blanks are doubled or become no-break spaces, soft hyphens
-// and zero-width characters come in between, its hyphens become dashes. One object a handler; main thread.
+// The cut marker is the line of a notification above which its reader writes. The component cuts a reply at
+// the marker, and recognises only the marker's original text. Mail programs change it: they wrap it, double
+// its blanks or replace them with no-break spaces, insert soft hyphens and zero-width characters, and turn
+// its hyphens into dashes. One object for each handler; main thread.
 #pragma once
 
 #include <cstddef>
@@ -18,26 +19,26 @@ using Platform::StringView;
 
 class CutMarker {
  public:
-  // Puts the marker as it was sent in the place of the first one of body, deformed or not, and takes away
-  // what the mail program put in front of it: quote signs, blank lines and the attribution ("On ... wrote:").
-  // All else of body stays as it is. A marker that begins so late that the text in front of it is too long
-  // for a reply is not looked for. Gives the marker's position; npos where body has none, and where its text
-  // can't be had. Takes time in proportion to the text in front of the marker at most.
+  // Replaces the first marker in body, changed or not, with its original text, and deletes what the mail
+  // program put in front of it: quote signs, blank lines and the attribution ("On ... wrote:"). The rest of
+  // body is unchanged. A marker after more text than a reply may have is not searched. Returns the position
+  // of the marker; npos if body has none, or if the marker's text isn't available. Linear in the text in
+  // front of the marker.
   std::size_t Repair(String& body);
 
-  // The marker as it is sent, in words for a report; empty where it can't be had.
-  String Words();
+  // The original text of the marker, for a report; empty if it isn't available.
+  String OriginalText();
 
  private:
-  // What the text of the marker consists of.
+  // The elements of the marker's text.
   struct Step {
     enum { Letter, Dashes, Gap } Kind;
-    char16_t Character = 0;  // of a letter
-    std::size_t Count = 0;   // of dashes
+    char16_t Character = 0;  // if a letter
+    std::size_t Count = 0;   // if dashes
   };
   struct Place {
     std::size_t Begin, End;
-    bool Alone = false;  // the dashes differ so much that the marker has to fill its lines to be one
+    bool Alone = false;  // the dashes differ so much that nothing else may be on the marker's lines
   };
 
   const std::optional<String>& Text();
@@ -46,7 +47,7 @@ class CutMarker {
   std::optional<Place> MatchAt(StringView text, std::size_t begin) const;
   bool MatchDashes(StringView text, std::size_t& at, const Step& step, Place& place) const;
 
-  std::optional<String> text_;  // fetched for the first body, and again for the next if that went wrong
+  std::optional<String> text_;  // loaded for the first body; after an error, again for the next
   std::vector<Step> steps_;
 };
 

@@ -25,7 +25,7 @@ Outcome Deliver(const String& mailBox, const std::vector<std::string>& sources, 
   const auto handle = [&](RawMail raw) {
     if (StopWanted()) return false;
     if (!raw.Fault.empty()) {
-      report.Tell(raw.Source, {}, Platform::FromUtf8(raw.Fault), {raw.FaultOutcome});
+      report.Add(raw.Source, {}, Platform::FromUtf8(raw.Fault), {raw.FaultOutcome});
       return true;
     }
     String messageId;
@@ -38,13 +38,13 @@ Outcome Deliver(const String& mailBox, const std::vector<std::string>& sources, 
       const String failure = handler.MailHandler_HandleMessage(MakeMessageObject(std::move(mail)));
       Verdict verdict = judge.Judge(failure);
       if (verdict.Result == Outcome::Delivered) verdict.WhyEmpty = std::move(whyEmpty);
-      report.Tell(raw.Source, messageId, failure, verdict);
+      report.Add(raw.Source, messageId, failure, verdict);
     } catch (const Mime::LimitExceeded& limit) {
-      report.Tell(raw.Source, messageId,
-                  Platform::FromUtf8("it is refused unread: " + std::string(limit.what())),
-                  {Outcome::Refused});
+      report.Add(raw.Source, messageId,
+                 Platform::FromUtf8("the message was not read: " + std::string(limit.what())),
+                 {Outcome::Refused});
     } catch (const std::exception&) {
-      report.Tell(raw.Source, messageId, Platform::CurrentFailure().Description(), {Outcome::Retry});
+      report.Add(raw.Source, messageId, Platform::CurrentFailure().Description(), {Outcome::Retry});
     }
     return true;
   };

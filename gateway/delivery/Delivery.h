@@ -1,4 +1,4 @@
-// Delivery: hands the mails of sources to the component, one after the other, and reports each outcome.
+// Delivery: passes the mails of sources to the component, one after the other, and reports each outcome.
 #pragma once
 
 #include <string>
@@ -9,9 +9,9 @@
 
 namespace Gateway {
 
-// Delivers every mail of the sources, of which standard input may be an mbox, to the mailbox and tells the
-// report of each. Gives the outcome of all. Ends between two mails when a stop signal has come. Raises 429
-// where the component can't be had. Main thread.
+// Delivers every mail of the sources to the mailbox and adds its outcome to the report. input says what
+// standard input is. Returns the outcome of all. Ends between two mails after a stop signal. Raises 429 if
+// the component can't be created. Main thread.
 Outcome Deliver(const String& mailBox, const std::vector<std::string>& sources, StandardInput input,
                 DeliveryReport& report);
 

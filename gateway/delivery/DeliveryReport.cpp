@@ -13,8 +13,8 @@ namespace Gateway {
 
 DeliveryReport::DeliveryReport(bool json) : json_(json), progress_(isatty(STDERR_FILENO) != 0) {}
 
-void DeliveryReport::Tell(const std::string& source, const String& messageId, const String& failure,
-                          const Verdict& verdict) {
+void DeliveryReport::Add(const std::string& source, const String& messageId, const String& failure,
+                         const Verdict& verdict) {
   const Outcome result = verdict.Result;
   ++(result == Outcome::Delivered ? delivered_ : result == Outcome::Refused ? refused_ : toTryAgain_);
   if (!verdict.WhyEmpty.empty()) ++empty_;
@@ -30,7 +30,7 @@ void DeliveryReport::Tell(const std::string& source, const String& messageId, co
   } else {
     std::string outcome = "delivered";
     if (result != Outcome::Delivered)
-      outcome = (result == Outcome::Refused ? "complaint: " : "to be tried again: ") +
+      outcome = (result == Outcome::Refused ? "refused: " : "to be tried again: ") +
                 Platform::TerminalLine(verdict.Reason.empty() ? failure : verdict.Reason);
     if (!verdict.WhyEmpty.empty()) outcome += ", but " + verdict.WhyEmpty;
     WriteLine(Platform::TerminalLine(Platform::FromUtf8(source)) + "  " +
@@ -48,13 +48,12 @@ Outcome DeliveryReport::Finish(bool stopped) {
                               : std::to_string(total) + (total == 1 ? " message: " : " messages: ") +
                                     std::to_string(delivered_) + " delivered" +
                                     (empty_ == 0 ? ", " : " (" + std::to_string(empty_) + " empty), ") +
-                                    std::to_string(refused_) + " with complaints, " +
-                                    std::to_string(toTryAgain_) + " to be tried again";
-    if (stopped) summary += "; stopped before the end, what isn't listed here was not tried";
+                                    std::to_string(refused_) + " refused, " + std::to_string(toTryAgain_) +
+                                    " to be tried again";
+    if (stopped) summary += "; stopped before the end: messages that aren't listed were not tried";
     WriteLine(summary);
   }
-  if (outputLost_)
-    std::fputs("tvmail: part of the output was lost, the exit code is right all the same\n", stderr);
+  if (outputLost_) std::fputs("tvmail: part of the output was lost; the exit code is correct\n", stderr);
   if (toTryAgain_ > 0 || stopped) return Outcome::Retry;
   return refused_ > 0 ? Outcome::Refused : Outcome::Delivered;
 }
@@ -74,8 +73,8 @@ void DeliveryReport::ShowProgress() {
   const auto now = std::chrono::steady_clock::now();
   if (now - lastProgress_ < kInterval) return;
   lastProgress_ = now;
-  std::fprintf(stderr, "\r%zu delivered, %zu with complaints, %zu to be tried again ...", delivered_,
-               refused_, toTryAgain_);
+  std::fprintf(stderr, "\r%zu delivered, %zu refused, %zu to be tried again ...", delivered_, refused_,
+               toTryAgain_);
   std::fflush(stderr);
   progressShown_ = true;
 }

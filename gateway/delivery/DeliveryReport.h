@@ -1,4 +1,4 @@
-// DeliveryReport: tells what became of each mail and of all of them.
+// DeliveryReport: prints the outcome of each mail and a summary.
 #pragma once
 
 #include <chrono>
@@ -13,19 +13,19 @@ namespace Gateway {
 using Platform::String;
 using Platform::StringView;
 
-// Called on the main thread. Each mail's line is written out before the next mail is begun, so that it stands
-// whatever happens then. Output that can't be written changes no outcome.
+// Main thread. Each mail's line is written before the next mail is begun, so that it is kept if the program
+// is stopped. An error on output changes no outcome.
 class DeliveryReport {
  public:
   explicit DeliveryReport(bool json);
 
-  // A mail's outcome, and failure, the words for it. The verdict's hint is for people, and no part of the
-  // JSON. Why a reply is empty is part of both.
-  void Tell(const std::string& source, const String& messageId, const String& failure,
-            const Verdict& verdict);
+  // Prints a mail's outcome. failure is the component's text. In text output verdict.Reason replaces failure;
+  // JSON has both. Both give WhyEmpty.
+  void Add(const std::string& source, const String& messageId, const String& failure, const Verdict& verdict);
 
-  // The summary. stopped: a signal ended the work, and mails may be left. Gives the outcome of all: Retry if
-  // any mail or the stop needs it, otherwise Refused if any was, otherwise Delivered.
+  // Prints the summary. stopped: a signal ended the work before the last mail. Returns the outcome of all:
+  // Retry if any mail has to be tried again or stopped is true, else Refused if any was refused, else
+  // Delivered.
   Outcome Finish(bool stopped);
 
  private:

@@ -1,4 +1,4 @@
-// EmptyReply: why a mail gives a reply without text.
+// EmptyReply: the reason why a mail gives a reply without text.
 #pragma once
 
 #include <string>
@@ -8,8 +8,8 @@
 
 namespace Gateway {
 
-// A sentence that says why nothing of the mail's text can be seen in the reply; empty where something can.
-// cut is the place of the cut marker in the mail's body, npos where it has none. Raises nothing.
+// A sentence that says why the reply has no visible text; empty if it has some. cut is the position of the
+// cut marker in the mail's body, npos without one. Raises nothing.
 std::string WhyReplyIsEmpty(const Mime::Mail& mail, std::size_t cut, CutMarker& marker);
 
 }  // namespace Gateway

@@ -10,7 +10,7 @@
 namespace Gateway {
 namespace {
 
-// Error texts that name a fault of the mail itself.
+// Texts of failures that the mail itself causes.
 constexpr std::int32_t kOwnFaults[] = {
     Platform::TextNumber::kNoDiscussionSubject,  // the subject holds no discussion number
     Platform::TextNumber::kNoSuchDiscussion,     // no discussion has that number
@@ -19,7 +19,7 @@ constexpr std::int32_t kOwnFaults[] = {
     Platform::TextNumber::kMailNotAccepted,      // the user doesn't take part by mail
 };
 
-// What a subject without its marks and a number or body that is too large raise.
+// Raised for a subject without its markers, and for a number or a body that is too large.
 constexpr struct {
   std::int32_t Failure;
   std::int32_t Reason;  // the number of its text

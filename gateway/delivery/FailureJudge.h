@@ -1,4 +1,4 @@
-// FailureJudge: whether a mail that the component complained of is itself at fault.
+// FailureJudge: decides whether a mail that the component refused is itself the cause.
 #pragma once
 
 #include <string>
@@ -13,29 +13,28 @@ using Platform::String;
 
 struct Verdict {
   Outcome Result = Outcome::Delivered;
-  // What a reader is told in place of a complaint that only names a failure, in his language; empty
-  // otherwise.
+  // For people, in their language, in place of a text that only names a failure; otherwise empty.
   String Reason = {};
-  std::string WhyEmpty =
-      {};  // why nothing can be read in a reply that was delivered; empty where something can
+  // Why a delivered reply has no visible text; empty if it has some.
+  std::string WhyEmpty = {};
 };
 
 class FailureJudge {
  public:
-  // Delivered for the empty text; Refused where the mail's sender, subject, body or discussion number is the
-  // reason, so that trying again can't help; Retry for all else, also when the texts can't be had to
-  // compare with. Raises nothing. Main thread.
+  // Judges the result of MailHandler_HandleMessage. Delivered for the empty text; Refused if the mail's
+  // sender, subject, body or discussion number is the cause, so that trying again can't help; Retry for
+  // everything else, also if the texts to compare with can't be loaded. Raises nothing. Main thread.
   Verdict Judge(const String& failure);
 
  private:
-  // A complaint that is the mail's own fault, as the component words it.
+  // A result of the component for which the mail itself is the cause.
   struct OwnFault {
     String Failure;
     String Reason;
   };
   static std::vector<OwnFault> LoadOwnFaults();
 
-  std::vector<OwnFault> ownFaults_;  // loaded at the first failure, and again at the next if that went wrong
+  std::vector<OwnFault> ownFaults_;  // loaded at the first failure; after an error, again at the next
 };
 
 }  // namespace Gateway

@@ -1,4 +1,4 @@
-// HandlerObject: one handler object of the component, got from its library's class factory and no other way.
+// HandlerObject: a handler object of the component, created by its library's class factory.
 #pragma once
 
 #include <memory>
@@ -9,7 +9,7 @@ namespace Gateway {
 
 class HandlerObject {
  public:
-  // Raises 429, with the reason, where the library or one of its interfaces can't be had.
+  // Raises 429, with the reason, if the library or one of its interfaces isn't available.
   HandlerObject();
 
   Platform::MailHandler& Mail() const { return *mail_; }

@@ -1,4 +1,4 @@
-// MessageObject: a mail as the component asks for it.
+// MessageObject: a mail as the object that the component reads.
 #pragma once
 
 #include "mime/Mail.h"
@@ -6,8 +6,7 @@
 
 namespace Gateway {
 
-// An object with the property Message, and of that From (nothing without an address), subject and body; of
-// From Address.
+// An object for which MailMessage is the proxy. It has no From if the mail has no address.
 Platform::ObjectRef MakeMessageObject(Mime::Mail mail);
 
 }  // namespace Gateway

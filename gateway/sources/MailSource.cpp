@@ -23,7 +23,7 @@ using Mime::InputFile;
 using Mime::kLargestMail;
 using Mime::MboxReader;
 
-constexpr const char* kNoMemory = "there isn't memory enough for it";
+constexpr const char* kNoMemory = "there is not enough memory";
 
 RawMail Fault(const std::string& source, const std::string& reason) {
   return {source, {}, "can't be read: " + reason, Outcome::Retry};
@@ -48,7 +48,7 @@ bool ReadMbox(InputFile& file, const std::string& path, const MailSink& sink) {
     try {
       if (!reader.Next(bytes, size)) return true;
     } catch (const std::system_error& error) {
-      // What stood before the error was not the whole message.
+      // The part before the error is not the whole message.
       return !StopWanted() && sink(Fault(source, error.code().message()));
     } catch (const std::bad_alloc&) {
       if (!sink(Fault(source, kNoMemory))) return false;
@@ -58,8 +58,8 @@ bool ReadMbox(InputFile& file, const std::string& path, const MailSink& sink) {
   }
 }
 
-// Where path is a name of standard input it is only what the outcomes are told of: such a name can be opened
-// also where standard input is closed.
+// If standardInput is true, path is only the name in the outcomes: opening /dev/stdin can succeed even if
+// standard input is closed.
 bool ReadFile(const std::string& path, bool standardInput, Form form, const MailSink& sink) {
   RawMail mail{path, {}, {}, Outcome::Retry};
   try {
@@ -71,8 +71,7 @@ bool ReadFile(const std::string& path, bool standardInput, Form form, const Mail
       return sink({path,
                    {},
                    "is no mbox: its first line isn't \"From \" with a sender and a time; without --mbox it "
-                   "is read as "
-                   "one message",
+                   "is read as one message",
                    Outcome::Refused});
     }
     Mime::SkipEnvelopeLine(file);
@@ -88,7 +87,7 @@ bool ReadFile(const std::string& path, bool standardInput, Form form, const Mail
   return sink(std::move(mail));
 }
 
-// Names in a Maildir begin with the time of delivery, so that their order is that of arrival.
+// Names in a Maildir begin with the time of delivery, so they sort in order of arrival.
 bool ReadMaildir(const fs::path& folder, const MailSink& sink) {
   std::vector<fs::path> files;
   for (const char* name : {"new", "cur"}) {
@@ -112,7 +111,7 @@ bool IsMaildir(const fs::path& folder) {
   return fs::is_directory(folder / "new", error) && fs::is_directory(folder / "cur", error);
 }
 
-// True for a file that a delivery wrote into a Maildir, also where a link leads to it.
+// True for a file in the folder new or cur of a Maildir, and for a link to one.
 bool IsInMaildir(const fs::path& file) {
   std::error_code error;
   const fs::path part = fs::canonical(file, error).parent_path();
@@ -120,7 +119,7 @@ bool IsInMaildir(const fs::path& file) {
   return (name == "new" || name == "cur" || name == "tmp") && IsMaildir(part.parent_path());
 }
 
-// True also where another name leads to the pipe or device that standard input is.
+// True also for another name of the pipe or device that is standard input.
 bool IsStandardInput(const std::string& path) {
   struct stat named = {}, input = {};
   return path == "-" || path == "/dev/stdin" || path == "/dev/fd/0" || path == "/proc/self/fd/0" ||

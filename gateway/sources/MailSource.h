@@ -1,9 +1,8 @@
-// MailSource: the mails behind what the command line names: a message file, an mbox, a Maildir, or standard
-// input.
+// MailSource: reads mails from a message file, an mbox, a Maildir, or standard input.
 //
-// Whoever sends a mail decides what its lines are, so that a line of a mail that was handed over alone never
-// separates two: standard input is one mail unless the caller knows it to be an mbox, and a file of a Maildir
-// always is. A file that a person names is an mbox where its first line is a separator.
+// The sender of a mail decides what its lines contain. So a line of a mail that was passed alone never
+// separates two mails: standard input is one mail unless the caller says that it is an mbox, and a file of a
+// Maildir always is one. Another file is an mbox if its first line is a separator.
 #pragma once
 
 #include <functional>
@@ -13,24 +12,24 @@
 
 namespace Gateway {
 
-// A mail as it was found, or what kept it from being read.
+// A mail, or the reason why it could not be read.
 struct RawMail {
   std::string
       Source;  // the path; path:index for a message of an mbox, counted from 1; "-" for standard input
   std::string Bytes;
-  std::string Fault;  // in words; empty when the bytes are the mail
+  std::string Fault;  // for people; empty if Bytes holds the mail
   Outcome FaultOutcome = Outcome::Retry;
 };
 
-// What standard input holds.
+// What standard input contains.
 enum class StandardInput { OneMail, Mbox };
 
-// Takes one mail after the other; false ends the reading.
+// Receives one mail after the other. Returning false ends the reading.
 using MailSink = std::function<bool(RawMail)>;
 
-// Hands each mail of a source to the sink, in the order of the mbox, or of the file names of the Maildir's
-// new and cur together. What can't be read is handed on as a fault and ends nothing but its own source; this
-// raises nothing of its own. False if the sink ended it.
+// Passes each mail of a source to the sink, in the order of the mbox, or of the file names in the Maildir's
+// folders new and cur together. What can't be read is passed as a fault and ends only its own source; no
+// exception is raised except by the sink. Returns false if the sink ended the reading.
 //
 // "-" is standard input, and so are /dev/stdin and any path that leads to the same pipe or device. The line
 // "From sender time" in front of a single mail is dropped.

@@ -5,8 +5,8 @@ namespace Gateway {
 
 enum class Outcome {
   Delivered,
-  Refused,  // the mail itself is at fault; trying again won't help
-  Retry,    // anything else; nothing is lost
+  Refused,  // the mail itself is the cause; trying again won't help
+  Retry,    // any other failure; nothing is lost
 };
 
 }  // namespace Gateway

@@ -16,7 +16,7 @@ void OnSignal(int) {
 void CatchStopSignals() {
   struct sigaction action = {};
   action.sa_handler = OnSignal;
-  // A second signal ends the program at once; a read that waits is interrupted by the first.
+  // A second signal kills the program. The first one interrupts a blocking read.
   action.sa_flags = static_cast<int>(SA_RESETHAND);
   sigemptyset(&action.sa_mask);
   sigaction(SIGINT, &action, nullptr);

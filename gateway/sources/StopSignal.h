@@ -1,13 +1,13 @@
-// StopSignal: the wish of a user or a service manager that the program ends soon.
+// StopSignal: a request by the user or a service manager to stop.
 #pragma once
 
 namespace Gateway {
 
-// From here on an interrupt or a termination ends the work between two messages instead of in the middle of
-// one, and a reader of the output that goes away no longer kills the program. Main thread.
+// From now on SIGINT and SIGTERM end the work between two messages, and a closed pipe on output no longer
+// kills the program. Main thread.
 void CatchStopSignals();
 
-// True once such a signal has come.
+// True after such a signal.
 bool StopWanted();
 
 }  // namespace Gateway

@@ -1,4 +1,4 @@
-// tvmail about: what the component's library says of itself, and where everything lies.
+// tvmail about: the description of the component's library, and the folders and files in use.
 #include <CLI/CLI.hpp>
 #include <iostream>
 #include <memory>
@@ -202,8 +202,7 @@ int About(bool json) {
 }  // namespace
 
 void AddAboutCommand(CLI::App& program, Invocation& invocation) {
-  CLI::App* about =
-      program.add_subcommand("about", "Tell what the component's library is, and where data lies");
+  CLI::App* about = program.add_subcommand("about", "Show the component's library, and where data is stored");
   auto json = std::make_shared<bool>(false);
   about->add_flag("--json", *json, "Print one JSON object");
   about->callback([&invocation, json] { invocation.Run = [json] { return About(*json); }; });

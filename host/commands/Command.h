@@ -1,8 +1,8 @@
-// Command: how a subcommand of tvmail joins the program.
+// Command: how a subcommand is added to tvmail.
 //
-// A command adds itself to the parser and sets Run in its callback; the program calls Run after the whole
-// command line has been read, prints a Failure that leaves it on standard error as "tvmail: ...", and exits
-// with the code of its number then. Everything runs on the main thread.
+// A command adds itself to the parser and sets Run in its callback. The program calls Run after it has parsed
+// the whole command line. Run returns the exit code. A Failure that Run raises is printed on standard error
+// as "tvmail: ...", and its number decides the exit code. Everything runs on the main thread.
 #pragma once
 
 #include <functional>

@@ -16,30 +16,31 @@ namespace {
 constexpr const char* kNotes =
     R"(Each message becomes a reply in the discussion that its subject names. A source is a message file, an mbox
 (its first line is "From " with a sender and a time), a Maildir (its folders new and cur), or "-" for standard
-input, which is read where no source is given. Mails are only read: none is moved, marked or removed.
+input, which is the default. Mails are only read: none is moved, marked or deleted.
 
-Standard input is exactly one message, whatever its lines say; the "From " line that a mail server writes in
-front is dropped. With --mbox it is an mbox: give that only for a file of your own, never to a mail server.
+Standard input is exactly one message, whatever its lines contain. A "From " line that a mail server writes in
+front of it is dropped. With --mbox standard input is an mbox. Use that for your own files only, never in the
+configuration of a mail server.
 
-One line tells what became of each message: its source, its Message-ID, and "delivered", or "complaint" or "to
-be tried again" with the reason. A reply without text is delivered and said to be empty: that of an encrypted
-mail, or of one that was written below the line above which replies are read. With --json each line is an
-object: source, messageId, reason (why the reply is empty), failure (empty when the message was handled
-without complaint).
+One line is printed for each message: its source, its Message-ID, and "delivered", or "refused" or "to be tried
+again" with the reason. If the reply has no text, the line says so and why: the mail is encrypted, or its text is
+below the line above which replies are read. With --json each line is an object: source, messageId, reason (for
+people; also why a reply is empty), failure (the component's text; empty if the message was delivered).
 
 Exit codes:
   0   every message was delivered
-  65  a complaint about a message: its sender, its subject, its body, or no such discussion. Trying again won't
-      help. The reply of an unknown or refused sender stands all the same, so don't deliver it a second time.
-  75  a message couldn't be delivered now; it has to be tried again. In doubt it is 75, and 75 outdoes 65.
-      Also where the store of the mailboxes is missing, as on a disk that isn't mounted.
+  65  a message was refused because of its sender, its subject, its body, or a discussion that doesn't exist.
+      Trying again won't help. The reply of an unknown or refused sender is stored all the same: don't deliver it
+      a second time.
+  75  a message couldn't be delivered now and has to be tried again, or it is unknown whether it was. 75 takes
+      precedence over 65. Also if the store of the mailboxes is missing, for example on a disk that isn't mounted.
   64  the command line is wrong
-  78  the store of the mailboxes is there, and the mailbox isn't
+  78  the store of the mailboxes exists, but the mailbox doesn't
 
-A message that is delivered twice makes two replies. Where one of several messages has to be tried again, give
-only those to the next call that are listed so; a mail server does best to hand over one message in a call.
-A reply stands once its line is written; a message that was under way when the machine or this program was
-killed may stand without its line, so look at "tvmail project show" before you give it again.)";
+A message that is delivered twice makes two replies. If one of several messages has to be tried again, pass only
+those listed so to the next call. A mail server should pass one message in each call. A reply is stored before its
+line is printed. If the program or the machine was stopped, the last reply may be stored without its line: check
+"tvmail project show" before you deliver that message again.)";
 
 struct DeliverOptions {
   std::string MailBox;
@@ -50,10 +51,10 @@ struct DeliverOptions {
 
 int Deliver(const DeliverOptions& options) {
   const String mailBox = Trim(ArgumentText(options.MailBox));
-  // A mail server tries again as long as the disk of the mailboxes isn't mounted.
+  // If the disk of the mailboxes isn't mounted, the mail server has to try again.
   RequireStore(Hive::LocalMachine, TryAgain);
   RequireMailbox(mailBox);
-  // Nobody sits in front of a delivery, so there is nobody to ask or to show a box to.
+  // A delivery has no user who could answer a dialog.
   Runtime::InstallToolkit(nullptr);
   Gateway::CatchStopSignals();
 
@@ -75,7 +76,7 @@ int Deliver(const DeliverOptions& options) {
 void AddDeliverCommand(CLI::App& program, Invocation& invocation) {
   CLI::App* command = program.add_subcommand("deliver", "Turn mails into replies in a project's discussions");
   const auto options = std::make_shared<DeliverOptions>();
-  command->add_option("MAILBOX", options->MailBox, "The mailbox whose project takes the replies")->required();
+  command->add_option("MAILBOX", options->MailBox, "The mailbox whose project gets the replies")->required();
   command->add_option("SOURCE", options->Sources, "Message files, mboxes, Maildirs; - for standard input");
   command->add_flag("--json", options->Json, "Print one JSON object a line for each message");
   command->add_flag("--mbox", options->Mbox, "Standard input is an mbox");
@@ -83,7 +84,8 @@ void AddDeliverCommand(CLI::App& program, Invocation& invocation) {
   command->callback([options, &invocation] {
     if (options->Sources.empty()) options->Sources.emplace_back("-");
     if (options->Mbox && std::ranges::find(options->Sources, "-") == options->Sources.end())
-      throw CLI::ValidationError("--mbox", "is for standard input; a file is recognised by its first line");
+      throw CLI::ValidationError("--mbox",
+                                 "is for standard input; a file is recognised as an mbox by its first line");
     invocation.Run = [options] { return Deliver(*options); };
   });
 }

@@ -1,4 +1,4 @@
-// tvmail init: makes the stores, the keys that the component expects, and the registration of every library.
+// tvmail init: creates the stores and the keys that the component expects, and registers every library.
 #include <CLI/CLI.hpp>
 #include <iostream>
 
@@ -21,21 +21,20 @@ constexpr StringView kComponents[] = {u"TvGeneralServices.so",    u"TvResourceSe
                                       u"TvGeneralGuiServices.so", u"Talvane40.so",
                                       u"OstrCipherCOM.so",        u"TvEmailServices.so"};
 
-void MakeStore(Hive hive, StringView path) {
+void CreateStore(Hive hive, StringView path) {
   try {
     RegistryStore::Create(hive);
     RegistryStore::CreateKey(hive, path);
   } catch (const Failure& failure) {
-    throw CommandError(
-        CannotCreate,
-        failure.Description() +
-            u": put that right, or name another folder in TALVANE_HOME, and run tvmail init again");
+    throw CommandError(CannotCreate,
+                       failure.Description() +
+                           u": fix this, or set TALVANE_HOME to another folder, and run tvmail init again");
   }
 }
 
 int Init() {
-  MakeStore(Hive::LocalMachine, RegistryPath::kMailBoxes);
-  MakeStore(Hive::CurrentUser, RegistryPath::kTalvane);
+  CreateStore(Hive::LocalMachine, RegistryPath::kMailBoxes);
+  CreateStore(Hive::CurrentUser, RegistryPath::kTalvane);
   bool complete = true;
   for (const StringView component : kComponents) {
     try {
@@ -53,8 +52,7 @@ int Init() {
             << (complete ? " (all registered)\n" : " (not all registered)\n");
   if (!complete)
     throw CommandError(TryAgain,
-                       "not every library is registered: put what is told above right and run tvmail init "
-                       "again");
+                       "not every library is registered: fix the errors above and run tvmail init again");
   return Done;
 }
 
@@ -62,9 +60,9 @@ int Init() {
 
 void AddInitCommand(CLI::App& program, Invocation& invocation) {
   CLI::App* init =
-      program.add_subcommand("init", "Make the stores and register the libraries; safe to repeat");
+      program.add_subcommand("init", "Create the stores and register the libraries; safe to repeat");
   init->footer(
-      "The data lies in TALVANE_HOME if set; else in /var/lib/talvane for the superuser, and in\n"
+      "The data is stored in TALVANE_HOME if set; else in /var/lib/talvane for the superuser, and in\n"
       "$XDG_DATA_HOME/talvane or ~/.local/share/talvane for a user.");
   init->callback([&invocation] { invocation.Run = Init; });
 }

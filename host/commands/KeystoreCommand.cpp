@@ -1,4 +1,4 @@
-// tvmail keystore: makes the sealed files from which the AES-128 encoder takes its key.
+// tvmail keystore: creates key store files for the AES-128 encoder.
 #include <CLI/CLI.hpp>
 #include <iostream>
 #include <memory>
@@ -27,10 +27,10 @@ int Create(const KeystoreOptions& options) {
   const String file = AbsolutePath(options.File);
   const String label = ArgumentText(options.Label);
   RequireStores();
-  const String password = ReadNewSecret(options.PasswordFile, "Password that seals " + options.File);
+  const String password = ReadNewSecret(options.PasswordFile, "Password for " + options.File);
   KeyStore(Services().CreateByName(KeyStore::kName)).CreateKey(file, password, label);
-  std::cout << "A new key " << TerminalLine(label) << " lies in " << TerminalLine(file)
-            << ", sealed with its password.\n";
+  std::cout << "A new key " << TerminalLine(label) << " is stored in " << TerminalLine(file)
+            << ", encrypted with the password.\n";
   return Done;
 }
 
@@ -40,11 +40,11 @@ void AddKeystoreCommand(CLI::App& program, Invocation& invocation) {
   CLI::App* keystore = program.add_subcommand("keystore", "Key stores of the AES-128 encoder");
   keystore->require_subcommand(1);
   auto options = std::make_shared<KeystoreOptions>();
-  CLI::App* create = keystore->add_subcommand("create", "Make a random key in a key store file");
+  CLI::App* create = keystore->add_subcommand("create", "Create a random key in a key store file");
   create->add_option("FILE", options->File, "The key store file")->required();
   create->add_option("--label", options->Label, "The key's name in the store")->required();
   create->add_option("--password-file", options->PasswordFile,
-                     "File with the store's password, - for standard input; asked for without it");
+                     "File with the store's password, - for standard input; without it the terminal asks");
   create->callback([&invocation, options] { invocation.Run = [options] { return Create(*options); }; });
 }
 

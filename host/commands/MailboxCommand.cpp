@@ -33,29 +33,28 @@ struct MailboxOptions {
   SendOptions Send;
 };
 
-// What is typed into the dialog. Without it the dialog is left by its Cancel, which keeps the logon.
+// The entries for the dialog. Without them the dialog is cancelled, which keeps the present logon.
 struct Logon {
-  std::optional<String> ProjectPath;  // none where the box is locked
+  std::optional<String> ProjectPath;  // nothing where the text box is locked
   String UserId;
   String Password;
 };
 
-// The component keeps entries without the blanks at their ends, and so would store what doesn't open the
-// project.
+// The component trims entries, and would then store a logon that doesn't open the project.
 void RequireNoBlanksAround(const String& text, const std::string& what) {
   if (Trim(text) != text)
     throw CommandError(DataRefused,
                        "the " + what +
-                           " begins or ends with a blank, which a mailbox doesn't keep: change it "
-                           "in the project");
+                           " begins or ends with a blank, which a mailbox can't store: change it in the "
+                           "project");
 }
 
 Logon ReadLogon(const MailboxOptions& options, const std::optional<MailboxRecord>& former) {
   if (former && options.Project)
     throw CommandError(
         WrongUse,
-        "a mailbox can't move to another project: leave out --project, or delete the mailbox and "
-        "add it again");
+        "a mailbox can't move to another project: omit --project, or delete the mailbox and add "
+        "it again");
   Logon logon;
   if (!former) {
     if (!options.Project) throw CommandError(WrongUse, "--project is missing: name the project's file");
@@ -86,7 +85,7 @@ std::shared_ptr<OptionToolkit> MakeHand(std::optional<Logon> logon) {
   });
 }
 
-// Runs the dialog and gives the name that stands after its check.
+// Runs the dialog and returns the mailbox name that its check gave.
 String Configure(MailHandler& handler, bool add, const String& name, const ObjectRef& session,
                  const std::shared_ptr<OptionToolkit>& hand) {
   std::shared_ptr<DialogToolkit> dialog;
@@ -99,35 +98,36 @@ String Configure(MailHandler& handler, bool add, const String& name, const Objec
   String product;
   const FailureWatch watch;
   const bool configured{handler.MailHandler_Configure(add ? 1 : 0, bound, product, session)};
-  // A change counts as configured even if its dialog was only closed, so the dialog itself is asked too.
+  // The component reports a change as configured even if its dialog was only closed, so the dialog is asked
+  // as well.
   if (hand) {
     hand->Finish();
     if (!configured || !hand->Accepted())
-      throw CommandError(CodeOf(watch, DataRefused), "nothing was changed: the reason is told above");
+      throw CommandError(CodeOf(watch, DataRefused), "nothing was changed, for the reason above");
   } else if (!dialog->Shown()) {
-    throw CommandError(CodeOf(watch, TryAgain), "the dialog can't be opened: the reason is told above");
+    throw CommandError(CodeOf(watch, TryAgain), "the dialog can't be opened, for the reason above");
   } else if (!configured || !dialog->Hidden()) {
     throw CommandError(Cancelled, "the dialog was cancelled: nothing was changed");
   }
   return bound;
 }
 
-// A second add would write over the record, and a failed one would take the old record out.
+// Adding it again would overwrite the record, and a failure would delete the old one.
 void RequireUnbound(const String& name) {
   const auto existing = FindMailbox(name);
   if (existing && existing->Complete())
     throw CommandError(DataRefused, u"mailbox " + existing->Name + u" is bound to " + existing->ProjectPath +
-                                        u" already: change it by tvmail mailbox change");
+                                        u" already: change it with tvmail mailbox change");
 }
 
-// A record that lacks something can't be changed, but it can be made whole.
+// An incomplete record can't be changed; adding the mailbox again replaces it.
 MailboxRecord RequireComplete(const String& name) {
   MailboxRecord mailbox = RequireMailbox(name);
   if (!mailbox.Complete())
     throw CommandError(DataRefused,
                        u"mailbox " + mailbox.Name +
-                           u" is incomplete: add it again by tvmail mailbox add, or delete it by tvmail "
-                           u"mailbox delete");
+                           u" is incomplete: add it again with tvmail mailbox add, or delete it with "
+                           u"tvmail mailbox delete");
   return mailbox;
 }
 
@@ -154,15 +154,15 @@ int Store(const MailboxOptions& options, bool add) {
   const FailureWatch watch;
   if (!handler.Mail().MailHandler_MboxUpdate(bound, session))
     throw CommandError(CodeOf(watch, TryAgain),
-                       u"mailbox " + bound + u" wasn't stored: the reason is told above");
+                       u"mailbox " + bound + u" wasn't stored, for the reason above");
 
   const MailboxRecord stored = RequireMailbox(bound);
   std::cout << "Mailbox " << TerminalLine(stored.Name) << " is bound to " << TerminalLine(stored.ProjectPath)
             << '\n';
   if (!EqualsIgnoreCase(stored.Name, name)) {
-    std::cout << "A mailbox carries the name of its project: " << TerminalLine(stored.Name)
-              << " stands instead of " << TerminalLine(name) << ".\n";
-    if (former) std::cout << "The record " << TerminalLine(name) << " stands beside it.\n";
+    std::cout << "A mailbox has the name of its project: " << TerminalLine(stored.Name)
+              << " was stored instead of " << TerminalLine(name) << ".\n";
+    if (former) std::cout << "The mailbox " << TerminalLine(name) << " was kept as well.\n";
   }
   return Done;
 }
@@ -173,13 +173,13 @@ int Delete(const std::string& typedName, bool force) {
   Runtime::InstallToolkit(boxes);
   const Gateway::HandlerObject handler;
   handler.Mail().MailHandler_MboxDelete(mailbox.Name);
-  // Without a path there is no project whose settings could be left behind.
+  // Without a path there is no project whose settings could remain.
   if (boxes->BoxCount() > 0 && !force && !mailbox.ProjectPath.empty())
     throw CommandError(
         TryAgain, u"mailbox " + mailbox.Name +
-                      u" stays, for the reason told above: try again, or remove the record alone by --force");
-  // The component takes the settings out of the project and leaves the record to its host: a record that
-  // stayed would go on delivering, show in the list, and keep the project's name taken.
+                      u" was kept, for the reason above: try again, or delete the record alone with --force");
+  // The component removes the settings from the project; the record is its host's. A remaining record would
+  // still accept mail, be listed, and block the project's name.
   if (!RemoveMailbox(mailbox))
     throw CommandError(TryAgain, u"the record of mailbox " + mailbox.Name + u" can't be removed: try again");
   std::cout << "Mailbox " << TerminalLine(mailbox.Name) << " is deleted.\n";
@@ -207,7 +207,7 @@ int List(bool json) {
     return Done;
   }
   if (mailboxes.empty()) {
-    std::cout << "There is no mailbox yet. Add one by tvmail mailbox add.\n";
+    std::cout << "There is no mailbox yet. Add one with tvmail mailbox add.\n";
     return Done;
   }
   std::vector<std::array<std::string, 3>> rows = {{"Name", "User", "Project"}};
@@ -230,17 +230,17 @@ int ListForPostfix(const std::string& domain) {
   std::cout << map.Text;
   for (const String& name : map.LeftOut)
     std::cerr << "tvmail: warning: mailbox " << TerminalLine(name)
-              << " is not in the table: it is incomplete, or an address can't carry its name\n";
+              << " is not in the table: it is incomplete, or its name can't be part of an address\n";
   return Done;
 }
 
 void AddLogonOptions(CLI::App& command, MailboxOptions& options, bool add) {
   command.add_option("NAME", options.Name, "The mailbox's name")->required();
   command.add_option("--project", options.Project,
-                     add ? "The project's file" : "Refused: a mailbox stays with its project");
+                     add ? "The project's file" : "Refused: a mailbox can't move to another project");
   command.add_option("--user", options.User, "The user who opens the project");
   command.add_option("--password-file", options.PasswordFile,
-                     "File with that user's password, - for standard input; asked for without it");
+                     "File with that user's password, - for standard input; without it the terminal asks");
   options.Send.AddTo(command);
 }
 
@@ -259,10 +259,10 @@ void AddMailboxCommand(CLI::App& program, Invocation& invocation) {
 
   CLI::App* change = mailbox->add_subcommand("change", "Change a mailbox's logon or how its mail is sent");
   AddLogonOptions(*change, *options, false);
-  change->footer("Without options the dialog opens. What isn't given stays as it is.");
+  change->footer("Without options the dialog opens. Settings that aren't given are kept.");
   change->callback([&invocation, options] { invocation.Run = [options] { return Store(*options, false); }; });
 
-  CLI::App* remove = mailbox->add_subcommand("delete", "Delete a mailbox; its project stays");
+  CLI::App* remove = mailbox->add_subcommand("delete", "Delete a mailbox; its project is kept");
   remove->add_option("NAME", options->Name, "The mailbox's name")->required();
   auto force = std::make_shared<bool>(false);
   remove->add_flag("--force", *force, "Delete the record even if the project's settings can't be removed");
@@ -273,7 +273,8 @@ void AddMailboxCommand(CLI::App& program, Invocation& invocation) {
   auto json = std::make_shared<bool>(false);
   list->add_flag("--json", *json, "Print one JSON array");
   auto domain = std::make_shared<std::optional<std::string>>();
-  list->add_option("--postfix-map", *domain, "Print a table of Postfix: NAME@DOMAIN OK for each mailbox")
+  list->add_option("--postfix-map", *domain,
+                   "Print a recipient table for Postfix: NAME@DOMAIN OK for each mailbox")
       ->type_name("DOMAIN")
       ->excludes("--json");
   list->callback([&invocation, json, domain] {

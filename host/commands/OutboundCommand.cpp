@@ -38,9 +38,10 @@ void ChooseTransport(Form& form, UserInput& input, const std::string& transport)
   input.Choose(list, wanted);
   // Without a MAPI profile the dialog says so and goes back to SMTP.
   if (list.ListIndex() != wanted)
-    throw CommandError(DataRefused,
-                       "--transport mapi can't be chosen without a MAPI profile: add one by tvmail outbound "
-                       "add-profile");
+    throw CommandError(
+        DataRefused,
+        "--transport mapi can't be chosen without a MAPI profile: add one with tvmail outbound "
+        "add-profile");
 }
 
 void ChooseProfile(Form& form, UserInput& input, const String& profile) {
@@ -54,8 +55,8 @@ void ChooseProfile(Form& form, UserInput& input, const String& profile) {
     }
     known += (known.empty() ? u"" : u", ") + list.List()[i];
   }
-  throw CommandError(DataRefused, u"there is no MAPI profile " + profile + u": take one of " + known +
-                                      u", or add it by tvmail outbound add-profile");
+  throw CommandError(DataRefused, u"there is no MAPI profile " + profile + u": use one of " + known +
+                                      u", or add it with tvmail outbound add-profile");
 }
 
 void TypeSmtp(Form& form, UserInput& input, StringView box, const std::string& option,
@@ -65,8 +66,8 @@ void TypeSmtp(Form& form, UserInput& input, StringView box, const std::string& o
   TypeOption(form, input, box, option, ArgumentText(*text));
 }
 
-// The dialog shows the stored address and name only where a host is stored with them, and saves what it
-// shows. Raises a CommandError for a stored one that would be lost unseen.
+// The dialog loads the stored address and name only if a host is stored, and saves what it shows. Raises a
+// CommandError if a stored one would be lost that way.
 void RequireSmtpShown(Form& form, const SendOptions& given) {
   if (form[u"chkEnableEmail"].Value() == 0 || form[u"cmbProvider"].ListIndex() != kSmtp) return;
   const auto key = RegistryKey::Open(Hive::CurrentUser, RegistryPath::kOutbound);
@@ -89,7 +90,7 @@ void Fill(const OutboundOptions& options, Form& form, UserInput& input) {
   Control& enabled = form[u"chkEnableEmail"];
   if (options.Enable || options.Disable) input.Check(enabled, options.Enable);
   if (options.Send.Any() && enabled.Value() == 0)
-    throw CommandError(WrongUse, "outbound e-mail is off, and then no transport is saved: add --enable");
+    throw CommandError(WrongUse, "outbound e-mail is disabled, so no transport would be saved: add --enable");
   const SendOptions& send = options.Send;
   if (send.Transport) ChooseTransport(form, input, *send.Transport);
   if (send.Profile) ChooseProfile(form, input, ArgumentText(*send.Profile));
@@ -103,7 +104,7 @@ void Fill(const OutboundOptions& options, Form& form, UserInput& input) {
 struct OutboundSettings {
   bool Configured = false;
   bool Enabled = true;
-  String Transport;  // "mapi", "smtp", or what else is stored
+  String Transport;  // "mapi", "smtp", or any other stored text
   String Profile, HostName, Address, RealName;
 };
 
@@ -144,7 +145,7 @@ int Show(bool json) {
     return Done;
   }
   if (!settings.Configured) {
-    std::cout << "Outbound e-mail isn't configured yet. Configure it by tvmail outbound.\n";
+    std::cout << "Outbound e-mail isn't configured yet. Configure it with tvmail outbound.\n";
     return Done;
   }
   std::cout << "Discussions send e-mail: " << (settings.Enabled ? "yes" : "no") << '\n';
@@ -171,22 +172,21 @@ int Configure(const OutboundOptions& options) {
   const FailureWatch watch;
   const bool configured{handler.Manager().ConfigureOutBoundEmail()};
   if (hand) hand->Finish();
-  // The component counts the settings as configured also where the last of them couldn't be written.
+  // The component reports success even if the last setting could not be written.
   const bool stored = configured && !(hand && CodeOf(watch, Done) == TryAgain);
   if (stored) return Show(false);
   if (dialog && dialog->Shown())
-    throw CommandError(Cancelled, "the dialog was cancelled: the settings stay as they were");
-  if (dialog)
-    throw CommandError(CodeOf(watch, TryAgain), "the dialog can't be opened: the reason is told above");
-  throw CommandError(CodeOf(watch, DataRefused), "the settings weren't saved: the reason is told above");
+    throw CommandError(Cancelled, "the dialog was cancelled: the settings were not changed");
+  if (dialog) throw CommandError(CodeOf(watch, TryAgain), "the dialog can't be opened, for the reason above");
+  throw CommandError(CodeOf(watch, DataRefused), "the settings weren't saved, for the reason above");
 }
 
 int AddProfile(const std::string& typedName) {
   RequireStores();
   const String name = Trim(ArgumentText(typedName));
   if (!Runtime::RegistryStore::IsKeyName(name))
-    throw CommandError(
-        DataRefused, "a profile's name has 1 to 255 characters and no backslash among them: choose another");
+    throw CommandError(DataRefused,
+                       "a profile's name has 1 to 255 characters and no backslash: choose another");
   Runtime::RegistryStore::CreateKey(Hive::CurrentUser, String(RegistryPath::kMapiProfiles) + u"\\" + name);
   std::cout << "MAPI profile " << TerminalLine(name) << " is defined.\n";
   return Done;
@@ -197,12 +197,6 @@ int AddProfile(const std::string& typedName) {
 void AddOutboundCommand(CLI::App& program, Invocation& invocation) {
   CLI::App* outbound = program.add_subcommand("outbound", "Configure how discussions send e-mail");
   outbound->require_subcommand(0, 1);
-  outbound->footer(
-      "Without options the dialog opens; with options they are entered into it and it is closed by its OK. "
-      "What\n"
-      "isn't given is saved as the dialog shows it, which is as it is stored. Where no SMTP host is stored "
-      "yet,\n"
-      "address and real name are shown empty: give them together with --host.");
   auto options = std::make_shared<OutboundOptions>();
   CLI::Option* enable = outbound->add_flag("--enable", options->Enable, "Discussions send e-mail");
   outbound->add_flag("--disable", options->Disable, "Discussions send no e-mail")->excludes(enable);
@@ -212,9 +206,10 @@ void AddOutboundCommand(CLI::App& program, Invocation& invocation) {
       invocation.Run = [options] { return Configure(*options); };
     else if (options->Any())
       invocation.Run = []() -> int {
-        throw CommandError(WrongUse,
-                           "options of outbound in front of a command of its own have no effect: run one "
-                           "after the other");
+        throw CommandError(
+            WrongUse,
+            "options of outbound in front of a subcommand have no effect: run the commands one "
+            "after the other");
       };
   });
 
@@ -227,6 +222,11 @@ void AddOutboundCommand(CLI::App& program, Invocation& invocation) {
   auto name = std::make_shared<std::string>();
   profile->add_option("NAME", *name, "The profile's name")->required();
   profile->callback([&invocation, name] { invocation.Run = [name] { return AddProfile(*name); }; });
+  // Set last, since subcommands copy the footer when they are added.
+  outbound->footer(
+      "Without options the dialog opens. Options are entered into the dialog, which is then closed with OK.\n"
+      "Settings that aren't given are kept. While no SMTP host is stored, give --address and --real-name\n"
+      "together with --host.");
 }
 
 }  // namespace Host

@@ -1,4 +1,4 @@
-// tvmail project: makes projects with their users and discussions, and shows what is in them.
+// tvmail project: creates projects, adds users and discussions, and shows their content.
 #include <CLI/CLI.hpp>
 #include <filesystem>
 #include <iostream>
@@ -138,23 +138,23 @@ int Show(const ProjectOptions& options) {
 }  // namespace
 
 void AddProjectCommand(CLI::App& program, Invocation& invocation) {
-  CLI::App* project = program.add_subcommand("project", "Make and show projects");
+  CLI::App* project = program.add_subcommand("project", "Create and show projects");
   project->require_subcommand(1);
   auto options = std::make_shared<ProjectOptions>();
   const auto add = [&](const char* name, const char* description, int (*run)(const ProjectOptions&)) {
     CLI::App* command = project->add_subcommand(name, description);
-    command->add_option("FILE", options->File, "The project's file, by custom named *.TVS")->required();
+    command->add_option("FILE", options->File, "The project's file, usually named *.TVS")->required();
     command->callback(
         [&invocation, options, run] { invocation.Run = [options, run] { return run(*options); }; });
     return command;
   };
 
-  CLI::App* create = add("create", "Make a project and its owner", Create);
-  create->add_option("--name", options->Name, "The project's name, which its mailbox will carry")->required();
+  CLI::App* create = add("create", "Create a project and its owner", Create);
+  create->add_option("--name", options->Name, "The project's name, which its mailbox gets, too")->required();
   create->add_option("--user", options->User, "The owner, who opens the project")->required();
   create->add_option("--email", options->Address, "The owner's e-mail address");
   create->add_option("--password-file", options->PasswordFile,
-                     "File with the owner's password, - for standard input; asked for without it");
+                     "File with the owner's password, - for standard input; without it the terminal asks");
 
   CLI::App* user = add("add-user", "Add a user who answers by mail", AddUser);
   user->add_option("--name", options->User, "The user's name")->required();

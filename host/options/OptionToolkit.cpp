@@ -18,7 +18,7 @@ void OptionToolkit::ShowModal(Form& form) {
     act_(form, input);
     accepted_ = !form.IsShown();
   } catch (const CommandError&) {
-    complaint_ = std::current_exception();
+    error_ = std::current_exception();
   }
   if (form.IsShown()) input.Close();
   if (form.IsShown()) form.Hide();
@@ -30,7 +30,7 @@ void OptionToolkit::MessageBox(StringView text, const std::optional<String>&) {
 }
 
 void OptionToolkit::Finish() const {
-  if (complaint_) std::rethrow_exception(complaint_);
+  if (error_) std::rethrow_exception(error_);
 }
 
 void TypeOption(Form& form, UserInput& input, StringView box, const std::string& option, const String& text) {
@@ -42,7 +42,7 @@ void TypeOption(Form& form, UserInput& input, StringView box, const std::string&
   input.Focus(control);
   if (!input.Type(control, text))
     throw CommandError(WrongUse,
-                       option + " can't be changed now: leave it out, or change the setting that locks it");
+                       option + " can't be changed now: omit it, or change the setting that locks it");
 }
 
 }  // namespace Host

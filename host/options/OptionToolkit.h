@@ -1,6 +1,6 @@
-// OptionToolkit: the user whose hand is the command line. It does one act to the dialog
-// that is shown, types given values and presses a button, and closes the dialog if that leaves it open.
-// Message boxes go to standard error.
+// OptionToolkit: a forms toolkit that fills a dialog from the command line. It runs one function on the
+// dialog that is shown, which types values and presses a button, and closes the dialog if it is still open
+// then. Message boxes go to standard error. Used on one thread.
 #pragma once
 
 #include <exception>
@@ -20,13 +20,13 @@ class OptionToolkit : public FormsToolkit {
 
   explicit OptionToolkit(Act act) : act_(std::move(act)) {}
 
-  // True if a dialog was shown and the act closed it.
+  // True if a dialog was shown and the function closed it.
   bool Accepted() const { return accepted_; }
 
-  // How many message boxes were shown so far.
+  // The number of message boxes so far.
   std::size_t BoxCount() const { return boxCount_; }
 
-  // To be called after the dialog: raises the CommandError that ended the act.
+  // To be called after the dialog. Raises the CommandError that the function raised.
   void Finish() const;
 
   void Load(Form& form) override;
@@ -44,7 +44,7 @@ class OptionToolkit : public FormsToolkit {
   Act act_;
   bool accepted_ = false;
   std::size_t boxCount_ = 0;
-  std::exception_ptr complaint_;
+  std::exception_ptr error_;
 };
 
 // Types a text given as an option. Raises a CommandError where the box, as the dialog stands, doesn't take it

@@ -19,9 +19,10 @@ String AskText(const Terminal& terminal, StringView prompt) {
 void Ask(SendSettings& settings, const String& mapi, const String& smtp) {
   const Terminal terminal;
   if (!terminal.Interactive())
-    throw CommandError(WrongUse,
-                       "how the project's mail is sent isn't told: give --transport smtp with --host and "
-                       "--address, or --transport mapi with --profile");
+    throw CommandError(
+        WrongUse,
+        "the transport of the project's mail is missing: give --transport smtp with --host and "
+        "--address, or --transport mapi with --profile");
   while (settings.Transport.empty()) {
     const String answer = AskText(terminal, u"Transport of the project's mail (smtp/mapi) [smtp]: ");
     if (answer.empty() || EqualsIgnoreCase(answer, u"smtp")) settings.Transport = smtp;
@@ -36,14 +37,15 @@ void Ask(SendSettings& settings, const String& mapi, const String& smtp) {
   }
 }
 
-// The settings that a project's file has held so far are checked as well.
+// The settings from the project file are checked as well.
 void RequireNoControls(const SendSettings& settings) {
   for (const String* setting :
        {&settings.HostName, &settings.Address, &settings.RealName, &settings.MapiProfile}) {
     if (HasControl(*setting))
-      throw CommandError(DataRefused, "\"" + TerminalLine(*setting) +
-                                          "\", with which the project's mail would be sent, holds a line end "
-                                          "or another control character: give another by its option");
+      throw CommandError(DataRefused,
+                         "\"" + TerminalLine(*setting) +
+                             "\", a setting for sending the project's mail, contains a line end or "
+                             "another control character: replace it with its option");
   }
 }
 
@@ -76,10 +78,9 @@ SendSettings ResolveSendSettings(const SendOptions& options, const SendSettings&
   if (settings.Transport.empty()) throw CommandError(WrongUse, "--transport is missing: give smtp or mapi");
   const bool isMapi = settings.Transport == mapi;
   if (isMapi && (options.HostName || options.Address || options.RealName))
-    throw CommandError(WrongUse,
-                       "--host, --address and --real-name belong to --transport smtp: leave them out");
+    throw CommandError(WrongUse, "--host, --address and --real-name belong to --transport smtp: omit them");
   if (!isMapi && options.Profile)
-    throw CommandError(WrongUse, "--profile belongs to --transport mapi: leave it out");
+    throw CommandError(WrongUse, "--profile belongs to --transport mapi: omit it");
   Put(settings.HostName, options.HostName);
   Put(settings.Address, options.Address);
   Put(settings.RealName, options.RealName);

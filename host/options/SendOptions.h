@@ -1,4 +1,4 @@
-// SendOptions: how a project's mail is sent, as options tell it.
+// SendOptions: the options that say how a project's mail is sent.
 #pragma once
 
 #include <optional>
@@ -19,15 +19,16 @@ struct SendOptions {
   std::optional<std::string> RealName;
   std::optional<std::string> Profile;
 
-  // Adds --transport, --host, --address, --real-name and --profile, to be read into this.
+  // Adds --transport, --host, --address, --real-name and --profile to the command. This object must outlive
+  // the parsing.
   void AddTo(CLI::App& command);
 
   // True if one was given.
   bool Any() const;
 };
 
-// What was given, and the present settings for what wasn't. Where neither names a transport the person at the
-// terminal is asked. Raises a CommandError for what is missing still, for an option that belongs to the other
+// The options that were given, and the present settings for the others. If neither gives a transport, the
+// user at the terminal is asked. Raises a CommandError for a missing setting, for an option of the other
 // transport, and for a setting with a control character.
 SendSettings ResolveSendSettings(const SendOptions& options, const SendSettings& present);
 

@@ -17,13 +17,13 @@ bool StartsWith(StringView text, StringView beginning) {
   return beginning.size() <= text.size() && EqualsIgnoreCase(text.substr(0, beginning.size()), beginning);
 }
 
-// What a control holds, or of a secret only that it holds something.
+// The text of a control; for a password only whether there is one.
 String ShownText(const Control& control) {
   const String text = control.Text();
   return control.PasswordChar() == 0 || text.empty() ? text : TextOf(TextNumber::kAsTyped);
 }
 
-// The one choice that the answer names: by its number from 1, or by the beginning of its text.
+// The only choice that the answer names: its number, counted from 1, or the beginning of its text.
 std::optional<std::size_t> FindChoice(const std::vector<String>& choices, const String& answer) {
   for (std::size_t i = 0; i < choices.size(); ++i) {
     if (answer == Number(i + 1) || EqualsIgnoreCase(choices[i], answer)) return i;
@@ -42,7 +42,7 @@ std::optional<std::size_t> FindChoice(const std::vector<String>& choices, const 
 String PlainCaption(StringView caption) {
   String plain;
   for (std::size_t i = 0; i < caption.size(); ++i) {
-    // Where captions have no letters that a key has, the access key stands behind them: "(&P)".
+    // Captions in scripts without key letters have the access key at the end: "(&P)".
     const StringView rest = caption.substr(i);
     if (rest.size() > 3 && rest.starts_with(u"(&") && rest[3] == u')') {
       i += 3;
@@ -128,7 +128,7 @@ bool FormQuestions::AskCheck(Control& box, const String& name) {
     const auto answer = Answer(name + u" (" + choices[0] + u"/" + choices[1] + u") [" + present + u"]: ");
     if (!answer) return false;
     if (answer->empty()) return true;
-    // English answers count in every language.
+    // English answers are valid in every language.
     auto choice = FindChoice(choices, *answer);
     if (!choice) choice = FindChoice({u"yes", u"no"}, *answer);
     if (choice) {

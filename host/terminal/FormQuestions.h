@@ -1,4 +1,4 @@
-// FormQuestions: one form asked on the terminal: its fields as questions, its buttons as a choice.
+// FormQuestions: shows a form on the terminal: its fields as questions, its buttons as a choice.
 #pragma once
 
 #include <optional>
@@ -12,7 +12,7 @@ namespace Host {
 
 using namespace Platform;
 
-// A caption without the marks of its access key and without a colon at its end; "&&" is an "&".
+// A caption without the mark of its access key and the colon at its end; "&&" becomes "&".
 String PlainCaption(StringView caption);
 
 class FormQuestions {
@@ -20,11 +20,11 @@ class FormQuestions {
   FormQuestions(Form& form, FormsToolkit& toolkit, const Terminal& terminal)
       : form_(form), input_(form, toolkit), terminal_(terminal) {}
 
-  // Asks until the form isn't shown any more.
+  // Asks until the form is closed.
   void Ask();
 
  private:
-  // Each gives false at the end of the input.
+  // Each returns false at the end of the input.
   bool AskFields();
   bool AskField(Control& control, const String& name);
   bool AskText(Control& box, const String& name);

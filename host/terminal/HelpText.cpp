@@ -17,7 +17,7 @@ namespace Host {
 
 namespace {
 
-constexpr std::size_t kLargestPage = 1 << 20;  // in bytes; no page comes near it
+constexpr std::size_t kLargestPage = 1 << 20;  // in bytes; far above any page
 constexpr std::size_t kWidest = 80;            // in columns; longer lines are hard to read
 constexpr const char* kPagers = "if command -v less >/dev/null; then exec less; else exec more; fi";
 
@@ -32,7 +32,7 @@ std::size_t Columns() {
   return known ? std::min<std::size_t>(size.ws_col, kWidest) : kWidest;
 }
 
-// The length of the part of a line that fits.
+// The length of the part of the line that fits.
 std::size_t FittingLength(StringView line, std::size_t columns) {
   std::size_t used = 0, breakAt = 0;
   for (std::size_t i = 0; i < line.size(); ++i) {
@@ -44,7 +44,7 @@ std::size_t FittingLength(StringView line, std::size_t columns) {
   return line.size();
 }
 
-// A signal that is meant for the pager, or comes of its end, doesn't end the program.
+// Signals for the pager, and SIGPIPE when it ends, don't end the program.
 class LeftToPager {
  public:
   LeftToPager() {
@@ -63,7 +63,7 @@ class LeftToPager {
 
 bool ShowInPager(const std::string& text) {
   const char* wanted = std::getenv("PAGER");
-  setenv("LESS", "FRX", 0);  // a short page stays on the screen
+  setenv("LESS", "FRX", 0);  // a short page is left on the screen
   const LeftToPager signals;
   std::FILE* pager = popen(wanted && *wanted ? wanted : kPagers, "w");
   if (!pager) return false;

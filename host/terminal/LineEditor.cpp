@@ -19,7 +19,7 @@ namespace Host {
 
 namespace {
 
-// Keys that the editor is told of by control characters: those of its own, and one that no key sends.
+// Control characters for keys: those of the editor, and one that no key sends.
 constexpr wchar_t kToBegin = 1, kBack = 2, kToEnd = 5, kForward = 6, kEscape = 27, kDeleteForward = 30;
 
 std::optional<unsigned char> ReadByte(int timeout) {
@@ -32,10 +32,10 @@ std::optional<unsigned char> ReadByte(int timeout) {
   }
 }
 
-// The characters that a person types, with the sequences of keys read as what they stand for.
+// Reads the typed characters and translates the escape sequences of keys.
 class Keys {
  public:
-  // Nothing at the end of the input.
+  // Returns nothing at the end of the input.
   std::optional<wchar_t> Next() {
     for (;;) {
       if (!waiting_.empty()) {
@@ -54,7 +54,7 @@ class Keys {
   }
 
  private:
-  static constexpr int kPause = 50;  // in milliseconds; a key's bytes follow each other sooner
+  static constexpr int kPause = 50;  // in milliseconds; the bytes of one key arrive faster
 
   static wchar_t Character(unsigned char first) {
     std::string bytes(1, static_cast<char>(first));
@@ -70,7 +70,7 @@ class Keys {
     return static_cast<wchar_t>(0x10000 + ((units[0] - 0xD800) << 10) + (units[1] - 0xDC00));
   }
 
-  // Behind an escape: a sequence of a key, or a key that was pressed with Alt.
+  // After an escape: the sequence of a key, or a key pressed with Alt.
   void ReadSequence() {
     const auto kind = ReadByte(kPause);
     if (!kind) return;
@@ -116,8 +116,8 @@ Session& SessionOf(EditLine* editor) {
   return *static_cast<Session*>(session);
 }
 
-// Called when the editor has its signal handlers and before the prompt is on the screen: what is typed at
-// once behind it belongs to the editor, not to the terminal's own line editing.
+// Called after the editor installed its signal handlers and before the prompt is shown. From now on the
+// editor handles the input, not the terminal's line editing.
 char* PromptOf(EditLine* editor) {
   el_set(editor, EL_PREP_TERM, 1);
   return SessionOf(editor).Prompt.data();
@@ -152,7 +152,7 @@ void ShowChoices(const std::vector<std::string>& choices) {
   std::fputs(list.c_str(), stdout);
 }
 
-// Bound to the tab key: puts the rest of the path in, or shows what it could be.
+// The function of the tab key: inserts the rest of the path, or lists the choices.
 unsigned char CompleteHere(EditLine* editor, int) {
   const LineInfoW* line = el_wline(editor);
   const std::string typed = Utf8(line->buffer, line->cursor);
@@ -167,7 +167,7 @@ unsigned char CompleteHere(EditLine* editor, int) {
   return el_insertstr(editor, completion.Path.c_str()) == 0 ? CC_REFRESH : CC_REFRESH_BEEP;
 }
 
-// The editor reads and writes in the encoding of the thread's locale; everything here is UTF-8.
+// The editor uses the encoding of the thread's locale; all texts here are UTF-8.
 class Utf8Locale {
  public:
   Utf8Locale() : utf8_(newlocale(LC_CTYPE_MASK, "C.UTF-8", nullptr)) {

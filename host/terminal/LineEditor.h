@@ -1,4 +1,4 @@
-// LineEditor: a line that is typed with the keys of an editor. What is typed is kept nowhere else.
+// LineEditor: reads a line with editing keys. Entries are not kept in a history.
 #pragma once
 
 #include <optional>
@@ -6,13 +6,13 @@
 
 namespace Host {
 
-// True if standard input and output are a terminal that can move its cursor.
+// True if standard input and output are a terminal whose cursor can be moved.
 bool CanEditLine();
 
-// Shows the prompt, one line in UTF-8 without control characters, and gives what is typed, in UTF-8 without
-// its line end. The tab key completes a path. Nothing at the end of the input (Ctrl-D on an empty line).
-// Signals that end or stop the program put the terminal back first; one that was stopped goes on with what
-// was typed. One thread.
+// Shows the prompt, one line in UTF-8 without control characters, and returns the typed line in UTF-8 without
+// its line end. The tab key completes a path. Returns nothing at the end of the input (Ctrl-D on an empty
+// line). A signal that ends or stops the program restores the terminal first; after a stop the editing
+// continues. One thread.
 std::optional<std::string> ReadEditedLine(const std::string& prompt);
 
 }  // namespace Host

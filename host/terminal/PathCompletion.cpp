@@ -12,7 +12,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-// The names in a folder that begin so; those of folders end in "/".
+// The names in a folder that begin so. Names of folders get a "/".
 std::vector<std::string> NamesIn(const std::string& folder, const std::string& beginning) {
   std::vector<std::string> names;
   std::error_code error;
@@ -28,7 +28,7 @@ std::vector<std::string> NamesIn(const std::string& folder, const std::string& b
   return names;
 }
 
-// The beginning that all names have, cut at a whole character.
+// The longest common beginning of all names, cut between two characters.
 std::string CommonBeginning(const std::vector<std::string>& names) {
   const std::string& first = names.front();
   const std::string& last = names.back();

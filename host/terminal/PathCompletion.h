@@ -1,4 +1,4 @@
-// PathCompletion: the rest of a path that a person begins to type.
+// PathCompletion: completes a path that the user has begun to type.
 #pragma once
 
 #include <string>
@@ -7,19 +7,18 @@
 namespace Host {
 
 struct Completion {
-  std::string Path;                  // as far as it is certain; a folder ends in "/"
-  std::vector<std::string> Choices;  // the names that go on from there, sorted; empty where none does
+  std::string Path;                  // the common part of all choices; a folder ends in "/"
+  std::vector<std::string> Choices;  // the possible names, sorted; empty if there are none
 };
 
-// True for the beginning of a path: what begins with "/", "~/", "./" or "../".
+// True if the text begins like a path: with "/", "~/", "./" or "../".
 bool LooksLikePath(const std::string& typed);
 
-// The whole path for what was typed: "~/" is the home folder, and other relative paths begin in the present
-// one.
+// The absolute path for a typed one: "~/" is the home folder, and relative paths begin in the current folder.
 std::string WholePath(const std::string& typed);
 
-// Reads the folder that the typed path leads to. Names that aren't UTF-8 and hidden ones are left out, hidden
-// ones unless their point was typed.
+// Reads the folder of the typed path. Leaves out names that aren't UTF-8, and hidden ones unless their dot
+// was typed.
 Completion CompletePath(const std::string& typed);
 
 }  // namespace Host

@@ -14,10 +14,10 @@ namespace Host {
 
 namespace {
 
-// More than any password has; a wrong file such as a device or a disk image isn't read to its end.
+// Above any password. A wrong file, such as a device or a disk image, isn't read to its end.
 constexpr std::size_t kLongestSecret = 64 * 1024;
 
-// Some editors write it in front of a UTF-8 text.
+// Some editors write it at the start of a UTF-8 text.
 constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
 
 std::string ReadBytes(std::istream& in, const std::string& name) {
@@ -26,27 +26,27 @@ std::string ReadBytes(std::istream& in, const std::string& name) {
   if (in.bad())
     throw CommandError(TryAgain, "the password file " + name + " can't be read to its end: try again");
   if (bytes.size() > kLongestSecret)
-    throw CommandError(DataRefused,
-                       name + " is too long for a password file: name the file that holds it alone");
+    throw CommandError(
+        DataRefused, name + " is too long for a password file: name a file that contains only the password");
   return bytes;
 }
 
-// A pipe, as in --password-file <(command), has no rights that matter.
+// The permissions of a pipe, as in --password-file <(command), don't matter.
 void WarnOfReaders(const std::string& file) {
   struct stat status {};
   if (stat(file.c_str(), &status) != 0 || !S_ISREG(status.st_mode)) return;
   if ((status.st_mode & (S_IRGRP | S_IROTH)) == 0) return;
   std::cerr << "tvmail: warning: other users may read the password file " << Platform::TerminalText(file)
-            << ": take the right from them by chmod 600\n";
+            << ": remove that permission with chmod 600\n";
 }
 
 std::string ReadBytesOf(const std::string& file) {
   if (file == "-") return ReadBytes(std::cin, "standard input");
   std::ifstream in(file, std::ios::binary);
-  // A folder opens and then fails to read.
+  // A folder can be opened, but not read.
   if (in.peek() == std::ifstream::traits_type::eof() && (!in.is_open() || in.bad()))
     throw CommandError(DataRefused,
-                       "the password file " + file + " can't be read: check its name and its rights");
+                       "the password file " + file + " can't be read: check its name and its permissions");
   WarnOfReaders(file);
   in.clear();
   return ReadBytes(in, file);
@@ -54,7 +54,7 @@ std::string ReadBytesOf(const std::string& file) {
 
 Platform::String ReadFile(const std::string& file) {
   if (file.empty())
-    throw CommandError(WrongUse, "--password-file is empty: name the file that holds the password");
+    throw CommandError(WrongUse, "--password-file is empty: name the file that contains the password");
   const std::string name = file == "-" ? "standard input" : file;
   std::string bytes = ReadBytesOf(file);
   if (bytes.starts_with(kByteOrderMark)) bytes.erase(0, kByteOrderMark.size());
@@ -70,7 +70,7 @@ Platform::String ReadFile(const std::string& file) {
 Platform::String Ask(const std::string& prompt) {
   Terminal terminal;
   if (!terminal.Interactive())
-    throw CommandError(WrongUse, "no password was given: name a file that holds it by --password-file");
+    throw CommandError(WrongUse, "no password was given: name a file that contains it with --password-file");
   for (;;) {
     const auto answer = terminal.ReadHidden(Platform::FromUtf8(prompt + ": "));
     if (!answer) throw CommandError(Cancelled, "no password was typed: nothing was done");

@@ -1,5 +1,5 @@
-// Secret: how a password reaches the program. Never on the command line, where every user of the machine sees
-// it.
+// Secret: reads a password. A password is never taken from the command line, which every user of the machine
+// can see.
 #pragma once
 
 #include <optional>
@@ -9,14 +9,14 @@
 
 namespace Host {
 
-// Reads a password from a file, or from standard input for "-". A byte order mark in front of it and one line
-// end behind it are cut and nothing else. A file that other users may read gets a warning on standard error.
-// Without a file the person at the terminal is asked, without echo, for what the prompt says, until something
-// is typed. Raises a CommandError where the file has no name, can't be read, is empty or isn't UTF-8, and
-// where there is no terminal to ask at.
+// Reads a password from a file, or from standard input for "-". A byte order mark in front and one line end
+// after it are removed, and nothing else. Warns on standard error if other users may read the file. Without a
+// file, asks on the terminal with the prompt, without echo, until something is typed. Raises a CommandError
+// if the file's name is empty, if the file can't be read, is empty or isn't UTF-8, and if there is no
+// terminal.
 Platform::String ReadSecret(const std::optional<std::string>& file, const std::string& prompt);
 
-// The same for a new password: at a terminal it is asked for twice, until both are equal.
+// The same for a new password: on a terminal it is asked for twice, until both entries are equal.
 Platform::String ReadNewSecret(const std::optional<std::string>& file, const std::string& prompt);
 
 }  // namespace Host

@@ -24,8 +24,8 @@ namespace TextNumber = Platform::TextNumber;
 
 volatile sig_atomic_t arrivedSignal = 0;
 
-// Switches the terminal's echo off. A signal that would end or stop the program waits until the echo is back,
-// so that nobody is left with a dumb terminal; it is seen while the program waits for input, and only then.
+// Switches the terminal's echo off. Signals that would end or stop the program are blocked while it is off,
+// except while the program waits for input, and so the echo is always restored.
 class WithoutEcho {
  public:
   WithoutEcho() {
@@ -55,7 +55,7 @@ class WithoutEcho {
     if (signal != 0) raise(signal);
   }
 
-  // The signals that are blocked while the program waits.
+  // The signal mask while the program waits.
   const sigset_t& MaskOfWaiting() const { return mask_; }
 
   WithoutEcho(const WithoutEcho&) = delete;
@@ -69,8 +69,8 @@ class WithoutEcho {
   bool on_ = false;
 };
 
-// Byte by byte, so that nothing behind the line is taken from whoever reads standard input next. While it
-// waits the mask is in force, if there is one.
+// Reads byte by byte, so that bytes after the line remain for the next reader of standard input. Uses the
+// mask, if given, while it waits.
 std::optional<std::string> ReadBytes(const sigset_t* mask) {
   std::string line;
   char c = 0;
@@ -87,7 +87,7 @@ std::optional<std::string> ReadBytes(const sigset_t* mask) {
   return line;
 }
 
-// Shows the prompt, of which only the last line can be edited behind.
+// Shows the prompt. The line editor gets only its last line.
 std::optional<std::string> ReadVisible(const Terminal& terminal, StringView prompt) {
   if (!CanEditLine()) {
     terminal.Write(prompt);
@@ -98,7 +98,7 @@ std::optional<std::string> ReadVisible(const Terminal& terminal, StringView prom
   return ReadEditedLine(Platform::TerminalText(prompt.substr(lastLine)));
 }
 
-// Asks until the answer is UTF-8.
+// Asks until the answer is valid UTF-8.
 template <class Read>
 std::optional<String> Ask(const Terminal& terminal, Read read) {
   for (;;) {
@@ -131,7 +131,7 @@ std::optional<String> Terminal::ReadHidden(StringView prompt) const {
       Write(prompt);
       return ReadBytes(&silence.MaskOfWaiting());
     });
-    // Ctrl-Z takes effect when the echo is back; whoever returns from it is asked again.
+    // Ctrl-Z takes effect once the echo is restored; the question is asked again afterwards.
     if (!answer && arrivedSignal == SIGTSTP) continue;
     return answer && Interactive() ? WithoutEscapes(*answer) : answer;
   }

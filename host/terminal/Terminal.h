@@ -1,5 +1,5 @@
-// Terminal: the lines that a person reads and types. Where standard input or output is no terminal, what the
-// program asks goes to standard error, so that standard output holds results alone. One thread.
+// Terminal: writes and reads lines for a user. If standard input or output is no terminal, prompts go to
+// standard error, so that standard output contains only results. One thread.
 #pragma once
 
 #include <optional>
@@ -13,21 +13,21 @@ using Platform::StringView;
 
 class Terminal {
  public:
-  // True if a person sits at both ends.
+  // True if standard input and output are a terminal.
   bool Interactive() const;
 
-  // What could steer the terminal or turn the writing direction is shown as an escape; line ends and tabs
-  // stay.
+  // Characters that could control the terminal or change the writing direction are shown as escapes; line
+  // ends and tabs are kept.
   void Write(StringView text) const;
 
-  // Shows the prompt and reads one line without its line end and without what keys such as the arrows send.
-  // On a terminal the line can be edited, and the tab key completes a path. Nothing at the end of the input.
-  // A line that isn't UTF-8 is refused with a text and asked for again.
+  // Shows the prompt and returns one line, without its line end and the escape sequences of keys. On a
+  // terminal the line can be edited, and the tab key completes a path. Returns nothing at the end of the
+  // input. After a line that isn't UTF-8 it shows an error and asks again.
   std::optional<String> ReadLine(StringView prompt) const;
 
-  // The same without editing, and the terminal shows nothing of what is typed. Its echo is put back on every
-  // way out. Asks again when the program was stopped at the prompt (Ctrl-Z) and came back. Where standard
-  // input is no terminal the line is taken as it is.
+  // The same without editing and without echo. The echo is restored in every case. Asks again after the
+  // program was stopped at the prompt (Ctrl-Z) and continued. If standard input is no terminal, the line is
+  // returned unchanged.
   std::optional<String> ReadHidden(StringView prompt) const;
 };
 

@@ -11,7 +11,7 @@ namespace Host {
 
 namespace {
 
-// A terminal has no size in twips; forms are centred on a common screen and never drawn.
+// A terminal has no size in twips. Forms are centred on a screen of this size, which has no visible effect.
 constexpr float kScreenWidth = 1920 * 15, kScreenHeight = 1080 * 15;
 
 }  // namespace
@@ -34,7 +34,7 @@ std::optional<String> TerminalToolkit::OpenFile(const OpenFileRequest& request) 
   const auto answer = terminal_.ReadLine(request.Title + present + u": ");
   if (!answer) return std::nullopt;
   if (!answer->empty()) return FromUtf8(WholePath(ToUtf8(*answer)));
-  // Enter alone takes the file that stands there; without one it is a cancel.
+  // Enter alone accepts the present file; without one it cancels.
   if (request.FileName.empty()) return std::nullopt;
   return request.FileName;
 }
@@ -53,7 +53,7 @@ bool TerminalToolkit::ShowTopic(StringView topic) {
   return true;
 }
 
-// A missing page is told here, in the user's language; for a caller that is the viewer's work done.
+// Reports a missing page in the user's language; the caller takes that as success.
 void TerminalToolkit::ShowPage(const std::optional<std::string>& page) {
   if (page && ShowHelpText(terminal_, *page)) return;
   terminal_.Write(Runtime::TextOf(TextNumber::kHelpMissing) + u"\n");

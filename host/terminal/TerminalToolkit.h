@@ -1,8 +1,8 @@
 // TerminalToolkit: shows any form as questions on the terminal, field by field in tab order, then its
 // buttons.
 //
-// Without a terminal it reads the answers from standard input, and what it shows goes to standard error. The
-// end of the input is the close box.
+// Without a terminal it reads the answers from standard input and writes to standard error. The end of the
+// input closes the form, like its close box.
 #pragma once
 
 #include <optional>

@@ -24,7 +24,7 @@ bool IsSet(const char* variable) {
   return value != nullptr && *value != 0;
 }
 
-// Nothing without a display or the plug-in, or where the plug-in refuses.
+// Returns nothing without a display or the plug-in, or if the plug-in can't be used.
 std::shared_ptr<FormsToolkit> LoadWindows() {
   if (!IsSet("DISPLAY") && !IsSet("WAYLAND_DISPLAY")) return nullptr;
   const std::filesystem::path file(ToUtf8(Runtime::LibraryFolder() + u"/" + String(kPlugin)));

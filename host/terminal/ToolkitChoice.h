@@ -1,4 +1,4 @@
-// ToolkitChoice: the toolkit in which a dialog opens when its values weren't given as options.
+// ToolkitChoice: selects the toolkit for a dialog whose values weren't given as options.
 #pragma once
 
 #include <memory>
@@ -9,17 +9,17 @@ namespace Host {
 
 using namespace Platform;
 
-// A toolkit that hands everything on to another one and knows how the dialog ended, which the component
-// doesn't tell.
+// A toolkit that forwards everything to another one and records how the dialog ended, which the component
+// doesn't report.
 class DialogToolkit : public FormsToolkit {
  public:
   explicit DialogToolkit(std::shared_ptr<FormsToolkit> toolkit) : toolkit_(std::move(toolkit)) {}
 
-  // True if a dialog was shown to its end.
+  // True if a dialog was shown and has ended.
   bool Shown() const { return shown_; }
 
-  // True if the last dialog was hidden, as the mailbox dialog is when it has taken its entries; any other end
-  // unloads a dialog.
+  // True if the last dialog was hidden, as the mailbox dialog is after it accepted its entries; otherwise the
+  // dialog was unloaded.
   bool Hidden() const { return hidden_; }
 
   void Load(Form& form) override { toolkit_->Load(form); }
@@ -50,8 +50,8 @@ class DialogToolkit : public FormsToolkit {
   bool hidden_ = false;
 };
 
-// Installs the desktop's windows where there is a display and the plug-in, and the terminal otherwise. The
-// reason for doing without windows on a display goes to standard error.
+// Installs the desktop's windows if there are a display and the plug-in, otherwise the terminal. If there is
+// a display without windows, the reason goes to standard error.
 std::shared_ptr<DialogToolkit> InstallDialogToolkit();
 
 }  // namespace Host

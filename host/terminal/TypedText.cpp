@@ -6,7 +6,7 @@ namespace {
 
 constexpr char16_t kEscape = 0x1B;
 
-// The length of the escape sequence with which the text begins.
+// The length of the escape sequence at the start of the text.
 std::size_t SequenceLength(Platform::StringView text) {
   if (text.size() < 2) return 1;
   if (text[1] == u'O') return text.size() < 3 ? 2 : 3;

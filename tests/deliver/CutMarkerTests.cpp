@@ -1,4 +1,4 @@
-// What mail programs make of the cut marker and put in front of it, and what of a body is left of that.
+// The cut marker and the attribution above it, in the forms that mail programs give them.
 #include "gateway/delivery/CutMarker.h"
 #include "gateway/delivery/EmptyReply.h"
 #include "tests/support/World.h"
@@ -8,7 +8,7 @@ namespace {
 
 constexpr const char* kMarker = "----- Reply above this line -----";
 
-// [M] stands for the marker.
+// [M] is the marker.
 std::string Written(std::string text) {
   for (auto at = text.find("[M]"); at != std::string::npos; at = text.find("[M]"))
     text.replace(at, 3, kMarker);
@@ -17,7 +17,7 @@ std::string Written(std::string text) {
 
 class CutMarker : public testing::Test {
  protected:
-  // The repaired body, with a bar in front of the place that was told.
+  // The repaired body, with a bar at the position that Repair returned.
   std::string Repaired(const std::string& text) {
     String body = FromUtf8(Written(text));
     const std::size_t cut = marker.Repair(body);
@@ -87,7 +87,7 @@ TEST_F(CutMarker, IsTheFirstAndNothingElseChanges) {
   EXPECT_EQ(misses + " (none)", Repaired(misses));
 }
 
-TEST_F(CutMarker, LosesTheAttributionAboveItInEveryLanguageAndProgram) {
+TEST_F(CutMarker, RemovesTheAttributionAboveItInEveryLanguageAndProgram) {
   const char* const attributions[] = {
       // Gmail, Apple Mail, Thunderbird, Yahoo and others, one sentence
       "On Mon, Nov 2, 2026 at 9:14\u202FAM Alice Archer <alice@x.org> wrote:\n\n",
@@ -190,7 +190,7 @@ TEST_F(CutMarker, LosesTheAttributionAboveItInEveryLanguageAndProgram) {
   EXPECT_EQ(Written("a\n|[M]"), Repaired("a\nOn Mon, Nov 2, 2026, Alice <a@x.org> wrote: > [M]"));
 }
 
-TEST_F(CutMarker, LeavesTheWritersOwnWordsAboveIt) {
+TEST_F(CutMarker, KeepsTheWritersOwnTextAboveIt) {
   const char* const own[] = {
       "Alice wrote:",
       "On Monday Alice wrote:",
@@ -222,7 +222,7 @@ TEST_F(CutMarker, LeavesTheWritersOwnWordsAboveIt) {
   EXPECT_EQ(Written("On 2 Nov 2026 I come\n|[M]"), Repaired("On 2 Nov 2026 I come\nA <a@x.org> wrote:\n[M]"));
 }
 
-TEST_F(CutMarker, TellsWhyNothingIsAboveIt) {
+TEST_F(CutMarker, ReportsWhyNothingIsAboveIt) {
   const struct {
     std::string Body;
     bool Encrypted;
@@ -231,10 +231,10 @@ TEST_F(CutMarker, TellsWhyNothingIsAboveIt) {
       {"a\n[M]", false, ""},
       {"a", true, ""},
       {"", true, "the mail is encrypted"},
-      {" \n\u00A0\u200B", false, "the mail holds no text"},
+      {" \n\u00A0\u200B", false, "the mail has no text"},
       {"\n> [M]\n> x\n\nbelow", false,
        "above the line \"----- Reply above this line -----\", and the text below"},
-      {"On 2 Nov 2026, Al <a@x.org> wrote:\n[M]\n", false, "holds no text above the line"},
+      {"On 2 Nov 2026, Al <a@x.org> wrote:\n[M]\n", false, "has no text above the line"},
   };
   for (const auto& row : rows) {
     Mime::Mail mail;
@@ -247,7 +247,7 @@ TEST_F(CutMarker, TellsWhyNothingIsAboveIt) {
   }
 }
 
-TEST_F(CutMarker, IsAskedForAgainWhereItCouldNotBeHad) {
+TEST_F(CutMarker, IsLoadedAgainAfterAFailure) {
   world.Services.Missing.insert("TvResourceServices.Resource");
   EXPECT_EQ(Written("[M] (none)"), Repaired("[M]"));
   world.Services.Missing.clear();

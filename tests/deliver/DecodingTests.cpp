@@ -1,4 +1,4 @@
-// What the bytes of a mail mean: headers, charsets, flowed text, HTML and mboxes.
+// Decoding of mails: headers, charsets, flowed text, HTML and mboxes.
 #include <span>
 
 #include "gateway/delivery/MessageObject.h"
@@ -174,7 +174,7 @@ TEST(HtmlText, ReadsLikeTheScreen) {
     EXPECT_EQ(Platform::ToUtf8(Mime::HtmlToText(Platform::FromUtf8(row.Input))), row.Expected) << row.Input;
 }
 
-// Each of these took minutes where the time grew with the square of the size.
+// Each of these took minutes with a quadratic algorithm.
 TEST(HtmlText, OfHostileDocumentsIsReadWhole) {
   const struct {
     std::string Repeated, Then, ThenRepeated, Expected;
@@ -204,7 +204,7 @@ TEST(HtmlText, OfHostileDocumentsIsReadWhole) {
   EXPECT_TEXT(u"a", Mime::HtmlToText(Platform::FromUtf8(attributes + ">a")));
 }
 
-TEST(HeaderText, OfAMegabyteOfBrokenWordsIsReadAsItStands) {
+TEST(HeaderText, KeepsAMegabyteOfBrokenWordsUnchanged) {
   std::string header;
   while (header.size() < (1 << 20)) header += "=?a?q?x";
   EXPECT_TEXT(Platform::FromUtf8(header), Mime::DecodeHeader(header));
@@ -352,7 +352,7 @@ TEST(MailReader, FindsTheSenderInEverySpelling) {
   }
 }
 
-// A part, or a mail without its other fields, of a type.
+// A part, or a mail without other fields, of the given type.
 std::string Part(const std::string& type, const std::string& body) {
   return "Content-Type: " + type + "\n\n" + body;
 }

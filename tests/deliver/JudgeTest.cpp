@@ -1,4 +1,4 @@
-// The outcome of every result that the component gives, in every language.
+// The outcome for every result of the component, in every language.
 #include <set>
 #include <thread>
 
@@ -33,7 +33,7 @@ class Judge : public testing::TestWithParam<std::string> {
   World world;
 };
 
-TEST_P(Judge, RefusesAMailForAFaultOfItsOwnAlone) {
+TEST_P(Judge, RefusesAMailOnlyIfItIsTheCause) {
   const struct {
     std::int32_t Number;  // of the text; below 10000 that of a failure
     Outcome Expected;

@@ -1,4 +1,4 @@
-// What hostile mail and input that never ends can do to tvmail deliver, which is: nothing.
+// Hostile mail and endless input have no effect beyond their own outcome.
 #include <functional>
 
 #include "mime/LimitCheck.h"
@@ -43,7 +43,7 @@ TEST(LimitCheck, ReadsAMailAtALimitAndRefusesOneBeyondWithTheReason) {
          return "Content-Type: multipart/digest; boundary=b\n\n--b\n\n" + Nested(n - 1, "c");
        },
        "nested more"},
-      // A line that looks like a delimiter in front of each type leads out of nothing.
+      // A line like a delimiter in front of each type ends no part.
       {limits.Depth - 1,
        [&](std::size_t n) {
          std::string mail = list + "--b\n" + Nested(n, "c");
@@ -101,7 +101,7 @@ TEST(LimitCheck, ReadsAMailAtALimitAndRefusesOneBeyondWithTheReason) {
   EXPECT_THROW(Mime::ReadMail("From: " + Repeated("a:", 45000) + "\n\n"), Mime::LimitExceeded);
 }
 
-TEST(LimitCheck, LetsPassWhatRealMailHolds) {
+TEST(LimitCheck, AcceptsTheContentOfRealMail) {
   std::string patch = "From: a@b\nContent-Type: multipart/mixed; boundary=b\n\n--b\n\n";
   patch += Repeated("--- a/file\n+++ b/file\nkey: value\n", 20000) + "--b--\n";
   const std::string mails[] = {
@@ -196,13 +196,12 @@ TEST_F(HostileInput, BadMailEndsNeitherABatchNorAnMbox) {
   for (const char* part : {"new", "cur"}) fs::create_directories(Path("Mail") / part);
   for (int i = 0; i < 200; ++i)
     WriteFile(Path("Mail/new") / std::to_string(i), i % 20 == 0 ? Mail("b") : parts);
-  Expect({{"tvmail deliver Apollo groups parts good", 65, "1 delivered, 2 with complaints, 0 to be"},
+  Expect({{"tvmail deliver Apollo groups parts good", 65, "1 delivered, 2 refused, 0 to be"},
           {"tvmail deliver Apollo mbox", 65,
-           "mbox:2  (no Message-ID)  complaint: it is refused unread: it has more than 5000 parts\nmbox:3  "
+           "mbox:2  (no Message-ID)  refused: the message was not read: it has more than 5000 parts\nmbox:3  "
            "<m@x>"},
-          {"(ulimit -n 24; tvmail deliver Apollo Mail)", 65,
-           "200 messages: 10 delivered, 190 with complaints"}});
-  // The sanitizers need terabytes of addresses.
+          {"(ulimit -n 24; tvmail deliver Apollo Mail)", 65, "200 messages: 10 delivered, 190 refused"}});
+  // The sanitizers reserve terabytes of address space.
   const std::string scarce = "ulimit -v 400000; ";
   if (Run(scarce + "tvmail --version").Exit != 0) return;
   const std::string large = "(cat mbox; head -c 100000000 /dev/zero | tr '\\0' x; echo; cat mbox) >big; ";
@@ -211,7 +210,7 @@ TEST_F(HostileInput, BadMailEndsNeitherABatchNorAnMbox) {
        {scarce + "tvmail deliver Apollo big good", 75, "big:6  <m@x>  delivered\ngood  <m@x>  delivered"}});
 }
 
-TEST_F(HostileInput, ATerminationEndsInputThatNeverEnds) {
+TEST_F(HostileInput, SIGTERMEndsEndlessInput) {
   const std::string ended =
       " & p=$!; until (( 0x$(sed -n 's/SigCgt:\\s*//p' /proc/$p/status) & 0x4000 )); do sleep 0.01; done; "
       "sleep 0.1; kill -TERM $p; for i in {1..500}; do kill -0 $p 2>/dev/null || break; sleep 0.02; done; "

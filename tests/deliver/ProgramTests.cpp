@@ -20,7 +20,7 @@ std::string ReplyText(std::string body, const std::string& subject, const std::s
   return text.substr(0, text.size() - 1) + ",";
 }
 
-TEST_F(Deliver, TurnsEverySampleIntoTheReplyThatIsExpectedOfIt) {
+TEST_F(Deliver, TurnsEverySampleIntoItsExpectedReply) {
   std::istringstream expected(ReadFile(fs::path(SAMPLES) / "EXPECTED"));
   std::size_t samples = 0;
   std::vector<std::string> replies[2];
@@ -48,7 +48,7 @@ TEST_F(Deliver, TurnsEverySampleIntoTheReplyThatIsExpectedOfIt) {
   }
 }
 
-TEST_F(Deliver, TellsEachOutcomeByItsExitCodeAndReason) {
+TEST_F(Deliver, ReportsEachOutcomeByItsExitCodeAndReason) {
   WriteFile(Path("good"), Mail("b"));
   WriteFile(Path("unknown"), Mail("b", "nobody@x"));
   WriteFile(Path("long"), Mail(std::string(40000, 'x')));
@@ -79,18 +79,18 @@ TEST_F(Deliver, TellsEachOutcomeByItsExitCodeAndReason) {
        "\"unknown\"",
        ""},
       {"tvmail deliver Apollo below", 0,
-       "delivered, but the reply is empty: the mail holds no text above the line \"----- Reply above this "
+       "delivered, but the reply is empty: the mail has no text above the line \"----- Reply above this "
        "line "
-       "-----\", and the text below it is not read\n1 message: 1 delivered (1 empty), 0 with",
+       "-----\", and the text below it is not read\n1 message: 1 delivered (1 empty), 0 refused",
        ""},
       {"tvmail deliver Apollo sealed --json", 0, "\"reason\":\"the reply is empty: the mail is encrypted",
        ""},
       {"tvmail deliver Apollo enveloped", 0, "delivered, but the reply is empty: the mail is encrypted", ""},
-      {"tvmail deliver Apollo < /dev/null", 65, "(no Message-ID)  complaint: ", ""},
-      {"tvmail deliver Apollo junk", 65, "complaint: ", ""},
+      {"tvmail deliver Apollo < /dev/null", 65, "(no Message-ID)  refused: ", ""},
+      {"tvmail deliver Apollo junk", 65, "refused: ", ""},
       {"tvmail deliver Apollo long", 65, "is too large for a reply.\n", ""},
       {"tvmail deliver Apollo 'huge number'", 65, "is too large for a reply.\n", ""},
-      {"tvmail deliver Apollo 'no number'", 65, "complaint: ", ""},
+      {"tvmail deliver Apollo 'no number'", 65, "refused: ", ""},
       {"tvmail deliver Apollo other", 65, "The subject isn't that of a reply to a discussion's notification.",
        ""},
       {"LC_ALL=de_DE.UTF-8 tvmail deliver Apollo other", 65,
@@ -98,26 +98,26 @@ TEST_F(Deliver, TellsEachOutcomeByItsExitCodeAndReason) {
       {"tvmail deliver Apollo other --json", 65, "Invalid argument\"}\n", ""},
       {"for l in de_DE.UTF-8 ja_JP.UTF-8; do LC_ALL=$l LANG=$l tvmail deliver Apollo unknown other; c=$?; "
        "[ $c = 65 ] || exit $c; done; exit 65",
-       65, "2 with complaints, 0 to be tried again", ""},
+       65, "2 refused, 0 to be tried again", ""},
       {"b=$(dirname $(command -v tvmail)); mkdir -p copy/bin && cp $b/tvmail copy/bin && cp -r $b/../lib "
        "copy && "
        "copy/bin/tvmail init && rm copy/lib/TvResourceServices.so && copy/bin/tvmail deliver Apollo unknown "
        "other; "
        "c=$?; tvmail init; exit $c",
-       75, "0 with complaints, 2 to be tried again", ""},
+       75, "0 refused, 2 to be tried again", ""},
       {"tvmail deliver Apollo steering", 0, "<\\u001B]0;x\\u0007>", ""},
       {"tvmail deliver Apollo missing folder unknown good", 75,
        "can't be read: No such file or directory\nfolder  (no Message-ID)  to be tried again: ", ""},
       {"tvmail deliver Apollo missing folder unknown good", 75,
-       "4 messages: 1 delivered, 1 with complaints, 2 to be tried again", ""},
+       "4 messages: 1 delivered, 1 refused, 2 to be tried again", ""},
       {"truncate -s 130M big; tvmail deliver Apollo big", 65, "is larger than 128 MB", ""},
-      {"(cat good; head -c 25000000 /dev/zero | base64) | tvmail deliver Apollo", 65, "complaint: ", ""},
+      {"(cat good; head -c 25000000 /dev/zero | base64) | tvmail deliver Apollo", 65, "refused: ", ""},
       {"tvmail project add-user Apollo.TVS --name j --email jörg@münchen.example && tvmail project add-user "
        "Apollo.TVS --name k --email k@xn--mnchen-3ya.example && tvmail deliver Apollo punycode unicode",
        0, "2 delivered", ""},
       {"tvmail deliver Nobody good", 78, "", "mailbox"},
       {"tvmail deliver '' good", 78, "", "mailbox"},
-      {"TALVANE_HOME=$PWD/nowhere tvmail deliver Apollo good", 75, "", "mount the disk"},
+      {"TALVANE_HOME=$PWD/nowhere tvmail deliver Apollo good", 75, "", "mount its disk"},
       {"mkdir mine; mv home/user* mine; tvmail deliver Apollo good; c=$?; mv mine/* home; exit $c", 0,
        "delivered", ""},
       {"tvmail deliver", 64, "", "MAILBOX"},
@@ -125,7 +125,7 @@ TEST_F(Deliver, TellsEachOutcomeByItsExitCodeAndReason) {
       {"tvmail deliver Apollo good >/dev/full", 0, "", "can't be written"},
       {"tvmail deliver Apollo unknown | true; exit ${PIPESTATUS[0]}", 65, "", ""},
       {"mv Apollo.TVS away; tvmail deliver Apollo unknown good; c=$?; mv away Apollo.TVS; exit $c", 75,
-       "2 messages: 0 delivered, 0 with complaints, 2 to be tried again", ""},
+       "2 messages: 0 delivered, 0 refused, 2 to be tried again", ""},
   };
   for (const auto& row : rows) {
     const Outcome outcome = Run(row.Line);
@@ -135,7 +135,7 @@ TEST_F(Deliver, TellsEachOutcomeByItsExitCodeAndReason) {
   }
 }
 
-TEST_F(Deliver, ReadsAMaildirInTheOrderOfArrivalAndGoesOnWhereAFileVanished) {
+TEST_F(Deliver, ReadsAMaildirInTheOrderOfArrivalAndSkipsAFileThatVanished) {
   for (const char* part : {"new", "cur", "tmp"}) fs::create_directories(Path("Mail") / part);
   WriteFile(Path("Mail/cur/1.a:2,S"), Mail("first"));
   WriteFile(Path("Mail/new/2.b"), Mail("second"));
@@ -147,7 +147,7 @@ TEST_F(Deliver, ReadsAMaildirInTheOrderOfArrivalAndGoesOnWhereAFileVanished) {
       outcome.Output,
       "Mail/cur/1.a:2,S  <m@x>  delivered\nMail/new/2.b  <m@x>  delivered\nMail/new/3.c  (no Message-ID)  "
       "to be tried again: can't be read: No such file or directory\nMail/cur/4.d:2,  <m@x>  delivered\n"
-      "4 messages: 3 delivered, 0 with complaints, 1 to be tried again\n");
+      "4 messages: 3 delivered, 0 refused, 1 to be tried again\n");
 }
 
 TEST_F(Deliver, TwoAtOnceMakeEachReplyOnce) {
@@ -164,8 +164,8 @@ TEST_F(Deliver, TwoAtOnceMakeEachReplyOnce) {
   }
 }
 
-// Delivers the file in the background from a pipe that stays open, so that the last message is still to come
-// however fast the others were, until so many outcomes are told. Then the shell's next commands follow.
+// Delivers the file in the background from a pipe that stays open, so that the last message is still
+// incomplete, until so many outcomes are printed. The shell then runs the next commands.
 std::string InBackground(const std::string& file, std::size_t outcomes) {
   return ": >lines; rm -f pipe; mkfifo pipe; exec 3<>pipe; cat " + file +
          " >pipe 3>&- & tvmail deliver Apollo --mbox <pipe >lines 3>&- & wait_for_deliveries " +
@@ -187,13 +187,13 @@ TEST_F(Deliver, KilledAtAnyMomentLeavesEachReplyOnceOrNotAtAll) {
     const std::string name = "at" + std::to_string(outcomes);
     WriteFile(Path("mbox"), Mbox(kCount, name));
     const Outcome outcome = Run(InBackground("mbox", outcomes) + "kill -KILL $!; wait $!; cat lines");
-    const std::size_t told = CountOf(outcome.Output, "  delivered\n");
-    EXPECT_GE(told, outcomes);
-    EXPECT_LT(told, kCount + 0u);
+    const std::size_t printed = CountOf(outcome.Output, "  delivered\n");
+    EXPECT_GE(printed, outcomes);
+    EXPECT_LT(printed, kCount + 0u);
     const std::string project = Project();
-    const std::size_t standing = CountOf(project, "\"" + name + "-");
-    EXPECT_TRUE(standing == told || standing == told + 1) << standing << " stand, told " << told;
-    for (std::size_t i = 0; i < standing; ++i)
+    const std::size_t stored = CountOf(project, "\"" + name + "-");
+    EXPECT_TRUE(stored == printed || stored == printed + 1) << stored << " stored, printed " << printed;
+    for (std::size_t i = 0; i < stored; ++i)
       EXPECT_EQ(CountOf(project, "\"" + name + "-" + std::to_string(i) + "-end\""), 1u);
   }
   EXPECT_EQ(Run("tvmail deliver Apollo " + (fs::path(SAMPLES) / "07-base64.eml").string()).Exit, 0);

@@ -12,13 +12,13 @@ class Commands : public testing::Test {
   Program program;
 };
 
-// The mailbox Apollo is bound already.
+// With the mailbox Apollo, bound to apollo.TVS.
 class MailboxCommands : public Commands {
  protected:
   MailboxCommands() { program.SetUp(); }
 };
 
-TEST_F(Commands, BeforeInitTellWhatToRunFirst) {
+TEST_F(Commands, BeforeInitNameTheCommandToRunFirst) {
   for (const char* arguments :
        {"mailbox list", "mailbox delete x", "mailbox change x --host h", "outbound show", "outbound --enable",
         "project create p.TVS --name P --user ann --password-file password"}) {
@@ -27,7 +27,7 @@ TEST_F(Commands, BeforeInitTellWhatToRunFirst) {
   EXPECT_FALSE(std::filesystem::exists(program.File("p.TVS")));
 }
 
-TEST_F(Commands, InitTellsAHomeThatCannotBeMade) {
+TEST_F(Commands, InitReportsAHomeThatCannotBeCreated) {
   WriteFile(program.File("home"), "a file");
   program.Expect({{"init", 73, "", "TALVANE_HOME"}});
   EXPECT_EQ("a file", ReadFile(program.File("home")));
@@ -56,8 +56,8 @@ TEST_F(MailboxCommands, WrongUseGives64AndSaysWhatIsWrong) {
        {"mailbox change Apollo --project other.TVS", 64, "", "can't move to another project"},
        {"mailbox change Apollo --password secret", 64, "", "--password"},
        {"outbound --enable --disable", 64, "", "excludes"},
-       {"outbound --enable --host h show", 64, "", "in front of a command"},
-       {"outbound --profile x add-profile q", 64, "", "in front of a command"},
+       {"outbound --enable --host h show", 64, "", "in front of a subcommand"},
+       {"outbound --profile x add-profile q", 64, "", "in front of a subcommand"},
        {"project create p.TVS --name P", 64, "", "--user"},
        {"mailbox list --json extra", 64, "", "extra"}});
 }
@@ -114,14 +114,14 @@ TEST_F(MailboxCommands, WhatIsRefusedChangesNothing) {
   EXPECT_EQ(before, program.Run("project show apollo.TVS --json").Output);
 }
 
-TEST_F(MailboxCommands, AMailboxIsListedWithTheAbsolutePathOfItsProjectAlsoBehindASecondInit) {
+TEST_F(MailboxCommands, AMailboxIsListedWithTheAbsolutePathOfItsProjectAlsoAfterASecondInit) {
   program.Expect({{"init", 0, program.File("home").string(), ""}, {"mailbox list", 0, "Apollo", ""}});
   EXPECT_EQ("[{\"name\":\"Apollo\",\"projectPath\":\"" + program.File("apollo.TVS").string() +
                 "\",\"userId\":\"ann\"}]\n",
             program.Run("mailbox list --json").Output);
 }
 
-TEST_F(MailboxCommands, APathBehindALinkIsTheFileThatTheSystemWouldOpen) {
+TEST_F(MailboxCommands, APathThroughALinkIsTheFileThatTheSystemOpens) {
   std::filesystem::create_directories(program.File("real/sub"));
   std::filesystem::create_symlink("real/sub", program.File("link"));
   program.Expect(
@@ -131,7 +131,7 @@ TEST_F(MailboxCommands, APathBehindALinkIsTheFileThatTheSystemWouldOpen) {
   EXPECT_TRUE(std::filesystem::exists(program.File("real/b.TVS")));
 }
 
-TEST_F(MailboxCommands, ARecordWithoutTextsIsIncompleteAndHindersNoOther) {
+TEST_F(MailboxCommands, ARecordWithoutTextsIsIncompleteAndAffectsNoOther) {
   const String parent = u"Software\\Ostrand Software\\Email\\MailBoxes\\";
   program.Store(Hive::LocalMachine, parent + u"Bytes", u"TVSFilePath", {3, Bytes{1, 2}});
   program.Store(Hive::LocalMachine, parent + u"Half", u"TVSFilePath", {1, u"/none.TVS"});
@@ -140,7 +140,7 @@ TEST_F(MailboxCommands, ARecordWithoutTextsIsIncompleteAndHindersNoOther) {
        {"mailbox list --postfix-map t.example.org", 0, "Apollo@t.example.org OK\n", "Half is not in"},
        {"mailbox list --postfix-map 'a b'", 64, "", "the domain"},
        {"mailbox change Apollo --host h", 0, "bound", ""},
-       {"deliver Apollo </dev/null", 65, "1 with complaints", ""},
+       {"deliver Apollo </dev/null", 65, "1 refused", ""},
        {"mailbox change Bytes --host h", 65, "", "is incomplete: add it again"},
        {"mailbox change Half", 65, "", "is incomplete: add it again"},
        {"mailbox delete Half", 75, "", "--force"},
@@ -148,7 +148,7 @@ TEST_F(MailboxCommands, ARecordWithoutTextsIsIncompleteAndHindersNoOther) {
        {"mailbox list", 0, "Half    ", ""}});
 }
 
-TEST_F(MailboxCommands, WhatIsShownCannotSteerTheTerminal) {
+TEST_F(MailboxCommands, ShowNoControlCharacters) {
   const String mailbox = String(RegistryPath::kMailBoxes) + u"\\B";
   program.Store(Hive::LocalMachine, mailbox, MailBoxValue::kProjectPath, {1, u"/\x1B[31m\u202E.TVS"});
   program.Expect(
@@ -266,8 +266,8 @@ TEST_F(MailboxCommands, AStoredTransportIsReadAsTheComponentReadsIt) {
   }
 }
 
-TEST_F(MailboxCommands, AFullDiskIsNoFaultOfTheEntries) {
-  // A value of many pages, so that its end is a write that doesn't fit below the limit of 32 kB.
+TEST_F(MailboxCommands, AFullDiskGivesTryAgain) {
+  // A value of many pages, whose last write exceeds the limit of 32 kB.
   program.Store(Hive::CurrentUser, RegistryPath::kOutbound, SendingValue::kHostName,
                 {1, String(500000, u'h')});
   program.Store(Hive::LocalMachine, String(RegistryPath::kMailBoxes) + u"\\Apollo", MailBoxValue::kUserId,
@@ -292,7 +292,7 @@ TEST_F(Commands, AKeyStoreIsReadableByItsOwnerAlone) {
   EXPECT_EQ(std::filesystem::perms(0600), std::filesystem::status(program.File("keys")).permissions());
 }
 
-TEST_F(Commands, AboutTellsTheSlotsOfBothInterfaces) {
+TEST_F(Commands, AboutShowsTheSlotsOfBothInterfaces) {
   const std::string json = program.Run("about --json").Output;
   WriteFile(program.File("empty"), "");
   EXPECT_EQ(1,
@@ -308,7 +308,7 @@ TEST_F(Commands, AboutTellsTheSlotsOfBothInterfaces) {
                   {"about >/dev/full", 75, "", "can't be written"}});
 }
 
-TEST_F(MailboxCommands, DoWithoutALibraryAsLongAsItIsGoneAndRecover) {
+TEST_F(MailboxCommands, ReportAMissingLibraryAndRecover) {
   const auto libraries = program.UseCopy();
   program.Expect({{"init", 0, "all registered", ""}});
   const struct {
