@@ -24,7 +24,7 @@ class LabelWidget : public ControlWidget {
  public:
   LabelWidget(const ControlState& state, QWidget* window, Report report)
       : ControlWidget(state, new QLabel(window), std::move(report)) {
-    AsLabel()->setTextFormat(Qt::PlainText);
+    static_cast<QLabel*>(widget_)->setTextFormat(Qt::PlainText);
   }
   void Apply(const ControlState& state, ControlProperty property) override {
     ControlWidget::Apply(state, property);

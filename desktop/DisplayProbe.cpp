@@ -45,7 +45,10 @@ std::string Reason(std::int32_t number, const std::string& detail) {
 }  // namespace
 
 bool CanOpenDisplay(std::string& reason) {
-  const auto unset = [](const char* name) { return !getenv(name) || !*getenv(name); };
+  const auto unset = [](const char* name) {
+    const char* value = getenv(name);
+    return !value || !*value;
+  };
   if (unset("DISPLAY") && unset("WAYLAND_DISPLAY") && unset("QT_QPA_PLATFORM")) {
     reason = Reason(TextNumber::kNoDisplay, "DISPLAY is not set");
     return false;

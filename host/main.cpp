@@ -1,6 +1,7 @@
 // tvmail: the mail-reader host on the command line.
 #include <CLI/CLI.hpp>
 #include <csignal>
+#include <cstdio>
 #include <iostream>
 #include <memory>
 
@@ -74,9 +75,12 @@ int Main(int argc, char** argv) {
 }  // namespace
 }  // namespace Host
 
-int main(int argc, char** argv) {
+int main(int argc, char** argv) try {
   Host::HoldStandardStreams();
   // A write beyond the file size limit then fails with an error instead of ending the program.
   std::signal(SIGXFSZ, SIG_IGN);
   return Host::Main(argc, argv);
+} catch (...) {
+  std::fputs("tvmail: out of memory, nothing was lost: try again\n", stderr);
+  return Host::TryAgain;
 }

@@ -76,7 +76,8 @@ std::size_t SentenceLength(LastLines& lines, std::size_t at) {
       const String& words = lines[i].Words;
       const bool ended = i > at && !words.empty() && IsOneOf(words.back(), u".!?");
       if (words.empty() || ended || words.size() > kLongestLine) break;
-      sentence = sentence.empty() ? words : words + u" " + sentence;
+      if (!sentence.empty()) sentence.insert(0, u" ");
+      sentence.insert(0, words);
       // Without a time, the first of several lines could be the writer's own: "On 2 Nov 2026 I come".
       const bool sure = i == at || begin == SentenceBegin::Name || HoldsTime(sentence);
       if (sure && IsAttributionSentence(sentence, begin)) return i + 1 - at;

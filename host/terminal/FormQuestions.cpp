@@ -124,8 +124,9 @@ bool FormQuestions::AskText(Control& box, const String& name) {
 bool FormQuestions::AskCheck(Control& box, const String& name) {
   const std::vector<String> choices = {TextOf(TextNumber::kYes), TextOf(TextNumber::kNo)};
   const String& present = box.Value() != 0 ? choices[0] : choices[1];
+  const String question = name + u" (" + choices[0] + u"/" + choices[1] + u") [" + present + u"]: ";
   for (;;) {
-    const auto answer = Answer(name + u" (" + choices[0] + u"/" + choices[1] + u") [" + present + u"]: ");
+    const auto answer = Answer(question);
     if (!answer) return false;
     if (answer->empty()) return true;
     // English answers are valid in every language.

@@ -15,7 +15,7 @@ namespace Host {
 namespace {
 
 // Above any password. A wrong file, such as a device or a disk image, isn't read to its end.
-constexpr std::size_t kLongestSecret = 64 * 1024;
+constexpr std::size_t kLongestSecret = std::size_t{64} << 10;
 
 // Some editors write it at the start of a UTF-8 text.
 constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
