@@ -35,7 +35,7 @@ PostfixMap MakePostfixMap(const std::vector<MailboxRecord>& mailboxes, const std
     const std::string name = ToUtf8(mailbox.Name);
     if (mailbox.Complete() && name.size() <= 64 && name.front() != '#' &&
         IsDotted(name, "!#$%&'*+-/=?^_`{|}~"))
-      map.Text += name + "@" + domain + " OK\n";
+      map.Text.append(name).append("@").append(domain).append(" OK\n");
     else
       map.LeftOut.push_back(mailbox.Name);
   }
