@@ -143,8 +143,14 @@ inline constexpr std::int32_t kAnswerFromList = 20010;
 inline constexpr std::int32_t kEditAgain = 20011;
 inline constexpr std::int32_t kNotUtf8 = 20012;
 inline constexpr std::int32_t kHelpMissing = 20013;
+inline constexpr std::int32_t kEntryWithControl = 20014;
 inline constexpr std::int32_t kSubjectOfNoReply = 20020;
 inline constexpr std::int32_t kReplyTooLarge = 20021;
+inline constexpr std::int32_t kEncryptedMail = 20022;
+inline constexpr std::int32_t kMailWithoutText = 20023;
+inline constexpr std::int32_t kNoTextAboveMarker = 20024;
+inline constexpr std::int32_t kTextBelowMarkerOnly = 20025;
+inline constexpr std::int32_t kRefusedUnread = 20026;
 inline constexpr std::int32_t kPathNotWhole = 20030;
 inline constexpr std::int32_t kFileMissing = 20031;
 inline constexpr std::int32_t kFileIsFolder = 20032;
@@ -152,6 +158,14 @@ inline constexpr std::int32_t kFileNotOrdinary = 20033;
 inline constexpr std::int32_t kFileTooLarge = 20034;
 inline constexpr std::int32_t kFileUnreadable = 20035;
 inline constexpr std::int32_t kPathEmpty = 20038;
+inline constexpr std::int32_t kContentNotUtf8 = 20040;
+inline constexpr std::int32_t kNoProjectSection = 20041;
+inline constexpr std::int32_t kNoProjectFormat = 20042;
+inline constexpr std::int32_t kProjectFormatUnknown = 20043;
+inline constexpr std::int32_t kSettingsCancelled = 20050;
+inline constexpr std::int32_t kMailBoxCancelled = 20051;
+inline constexpr std::int32_t kDialogNotOpened = 20052;
+inline constexpr std::int32_t kDialogOnTerminal = 20053;
 
 // A text of a catalogue, and the number of its places for arguments.
 struct CatalogueText {
@@ -173,15 +187,29 @@ inline constexpr CatalogueText kProgramTexts[] = {{kFormIntroduction},
                                                   {kEditAgain},
                                                   {kNotUtf8},
                                                   {kHelpMissing},
+                                                  {kEntryWithControl},
                                                   {kSubjectOfNoReply},
                                                   {kReplyTooLarge},
+                                                  {kEncryptedMail},
+                                                  {kMailWithoutText},
+                                                  {kNoTextAboveMarker, 1},
+                                                  {kTextBelowMarkerOnly, 1},
+                                                  {kRefusedUnread, 1},
                                                   {kPathNotWhole, 1},
                                                   {kFileMissing, 1},
                                                   {kFileIsFolder, 1},
                                                   {kFileNotOrdinary, 1},
                                                   {kFileTooLarge, 1},
                                                   {kFileUnreadable, 2},
-                                                  {kPathEmpty}};
+                                                  {kPathEmpty},
+                                                  {kContentNotUtf8},
+                                                  {kNoProjectSection},
+                                                  {kNoProjectFormat},
+                                                  {kProjectFormatUnknown, 1},
+                                                  {kSettingsCancelled},
+                                                  {kMailBoxCancelled},
+                                                  {kDialogNotOpened},
+                                                  {kDialogOnTerminal, 1}};
 
 inline constexpr CatalogueText kSharedTexts[] = {{kCutMarker}};
 

@@ -4,6 +4,8 @@
 
 #include "platform/Failure.h"
 #include "platform/Hex.h"
+#include "platform/StoredNames.h"
+#include "runtime/Texts.h"
 
 namespace Runtime {
 namespace {
@@ -11,8 +13,9 @@ namespace {
 constexpr StringView kFormat = u"1";
 constexpr char16_t kByteOrderMark = 0xFEFF;
 
-[[noreturn]] void Refuse(StringView why) {
-  throw Failure(FailureNumber::RefusedInput, u"Runtime.ProjectText", String(why));
+// A person reads the number's text behind the path of the file.
+[[noreturn]] void Refuse(std::int32_t number, StringView argument = {}) {
+  throw Failure(FailureNumber::RefusedInput, u"Runtime.ProjectText", TextOf(number, argument));
 }
 
 bool IsBlank(char16_t c) {
@@ -101,7 +104,7 @@ ProjectText::Line ProjectText::Read(String text, String end) {
 }
 
 ProjectText::ProjectText(std::string_view bytes) {
-  if (!IsUtf8(bytes) || bytes.find('\0') != std::string_view::npos) Refuse(u"isn't a text in UTF-8");
+  if (!IsUtf8(bytes) || bytes.find('\0') != std::string_view::npos) Refuse(TextNumber::kContentNotUtf8);
   const String text = FromUtf8(bytes);
   StringView rest = text;
   if (rest.starts_with(kByteOrderMark)) {
@@ -122,13 +125,10 @@ ProjectText::ProjectText(std::string_view bytes) {
 void ProjectText::RequireProject() const {
   std::size_t first = 0;
   while (first < lines_.size() && lines_[first].Kind == LineKind::Comment) ++first;
-  if (first == lines_.size() || FindSection(kProjectSection) != first)
-    Refuse(u"isn't a project file: its first section isn't [Project]");
+  if (first == lines_.size() || FindSection(kProjectSection) != first) Refuse(TextNumber::kNoProjectSection);
   const auto format = KeyValue(kProjectSection, u"Format");
-  if (!format) Refuse(u"isn't a project file: its section [Project] has no key Format");
-  if (*format != kFormat)
-    Refuse(u"is a project file of format " + format->substr(0, 20) +
-           u", which this version can't read; use the version that made it");
+  if (!format) Refuse(TextNumber::kNoProjectFormat);
+  if (*format != kFormat) Refuse(TextNumber::kProjectFormatUnknown, format->substr(0, 20));
 }
 
 std::string ProjectText::ToBytes() const {

@@ -10,7 +10,9 @@
 #include "gateway/sources/StopSignal.h"
 #include "mime/LimitCheck.h"
 #include "platform/Failure.h"
+#include "platform/StoredNames.h"
 #include "runtime/ClassLookup.h"
+#include "runtime/Texts.h"
 
 namespace Gateway {
 
@@ -41,7 +43,7 @@ Outcome Deliver(const String& mailBox, const std::vector<std::string>& sources, 
       report.Add(raw.Source, messageId, failure, verdict);
     } catch (const Mime::LimitExceeded& limit) {
       report.Add(raw.Source, messageId,
-                 Platform::FromUtf8("the message was not read: " + std::string(limit.what())),
+                 Runtime::TextOf(Platform::TextNumber::kRefusedUnread, Platform::FromUtf8(limit.what())),
                  {Outcome::Refused});
     } catch (const std::exception&) {
       report.Add(raw.Source, messageId, Platform::CurrentFailure().Description(), {Outcome::Retry});

@@ -8,8 +8,8 @@
 
 namespace Gateway {
 
-// A sentence that says why the reply has no visible text; empty if it has some. cut is the position of the
-// cut marker in the mail's body, npos without one. Raises nothing.
+// A sentence in the user's language that says why the reply has no visible text; empty if it has some. cut is
+// the position of the cut marker in the mail's body, npos without one. Raises nothing.
 std::string WhyReplyIsEmpty(const Mime::Mail& mail, std::size_t cut, CutMarker& marker);
 
 }  // namespace Gateway

@@ -26,6 +26,8 @@ One line is printed for each message: its source, its Message-ID, and "delivered
 again" with the reason. If the reply has no text, the line says so and why: the mail is encrypted, or its text is
 below the line above which replies are read. With --json each line is an object: source, messageId, reason (for
 people; also why a reply is empty), failure (the component's text; empty if the message was delivered).
+The words of the outcome are English in every language, for programs that read them; the reason is in the
+language of LANG.
 
 Exit codes:
   0   every message was delivered

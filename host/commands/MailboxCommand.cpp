@@ -17,8 +17,10 @@
 #include "host/terminal/Secret.h"
 #include "host/terminal/ToolkitChoice.h"
 #include "platform/Json.h"
+#include "platform/StoredNames.h"
 #include "platform/TerminalText.h"
 #include "runtime/ProcessServices.h"
+#include "runtime/Texts.h"
 
 namespace Host {
 
@@ -105,9 +107,9 @@ String Configure(MailHandler& handler, bool add, const String& name, const Objec
     if (!configured || !hand->Accepted())
       throw CommandError(CodeOf(watch, DataRefused), "nothing was changed, for the reason above");
   } else if (!dialog->Shown()) {
-    throw CommandError(CodeOf(watch, TryAgain), "the dialog can't be opened, for the reason above");
+    throw CommandError(CodeOf(watch, TryAgain), Runtime::TextOf(TextNumber::kDialogNotOpened));
   } else if (!configured || !dialog->Hidden()) {
-    throw CommandError(Cancelled, "the dialog was cancelled: nothing was changed");
+    throw CommandError(Cancelled, Runtime::TextOf(TextNumber::kMailBoxCancelled));
   }
   return bound;
 }

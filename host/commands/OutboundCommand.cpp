@@ -16,6 +16,7 @@
 #include "platform/TerminalText.h"
 #include "runtime/ProcessServices.h"
 #include "runtime/RegistryStore.h"
+#include "runtime/Texts.h"
 
 namespace Host {
 
@@ -176,8 +177,8 @@ int Configure(const OutboundOptions& options) {
   const bool stored = configured && !(hand && CodeOf(watch, Done) == TryAgain);
   if (stored) return Show(false);
   if (dialog && dialog->Shown())
-    throw CommandError(Cancelled, "the dialog was cancelled: the settings were not changed");
-  if (dialog) throw CommandError(CodeOf(watch, TryAgain), "the dialog can't be opened, for the reason above");
+    throw CommandError(Cancelled, Runtime::TextOf(TextNumber::kSettingsCancelled));
+  if (dialog) throw CommandError(CodeOf(watch, TryAgain), Runtime::TextOf(TextNumber::kDialogNotOpened));
   throw CommandError(CodeOf(watch, DataRefused), "the settings weren't saved, for the reason above");
 }
 

@@ -5,11 +5,13 @@
 #include <iostream>
 
 #include "host/terminal/TerminalToolkit.h"
+#include "platform/StoredNames.h"
 #include "platform/TerminalText.h"
 #include "platform/Text.h"
 #include "runtime/Folders.h"
 #include "runtime/Libraries.h"
 #include "runtime/ProcessServices.h"
+#include "runtime/Texts.h"
 
 namespace Host {
 
@@ -33,8 +35,7 @@ std::shared_ptr<FormsToolkit> LoadWindows() {
   String reason;
   auto windows = Runtime::LoadToolkit(String(kPlugin), reason);
   if (!windows)
-    std::cerr << "tvmail: the dialog opens on the terminal, since it can't in a window: "
-              << TerminalText(reason) << '\n';
+    std::cerr << "tvmail: " << TerminalText(Runtime::TextOf(TextNumber::kDialogOnTerminal, reason)) << '\n';
   return windows;
 }
 

@@ -1,8 +1,27 @@
 #include "platform/Forms/UserInput.h"
 
 #include "platform/Failure.h"
+#include "platform/Services.h"
+#include "platform/StoredNames.h"
+#include "platform/contracts/ResourceServices.h"
 
 namespace Platform {
+
+namespace {
+
+// In the user's language, and in English where the catalogue of the programs can't be had.
+String RefusedEntryText() {
+  static const char kHere = 0;
+  try {
+    const Resource texts(Services().CreateByName(u"TvResourceServices.Resource"));
+    texts.LoadResources(Services().FolderOf(&kHere) + u"\\TvMailRes.dll", u"TvMail");
+    return texts.ResourceString(TextNumber::kEntryWithControl);
+  } catch (const std::exception&) {
+    return u"An entry holds a line end or another control character. Remove it.";
+  }
+}
+
+}  // namespace
 
 void UserInput::Act(const std::function<void()>& act) {
   try {
@@ -83,8 +102,7 @@ bool UserInput::EntriesAreFit() {
     if (!HasControl(box->Text())) continue;
     Act([&] {
       form_.MoveFocus(*box);
-      throw Failure(FailureNumber::RefusedInput, {},
-                    u"An entry holds a line end or another control character. Remove it.");
+      throw Failure(FailureNumber::RefusedInput, {}, RefusedEntryText());
     });
     return false;
   }
