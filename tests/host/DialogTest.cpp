@@ -141,6 +141,7 @@ TEST_F(DialogTest, IsHeldInTheLanguageOfItsUser) {
   const Outcome refused =
       program.Shell("LC_ALL=de_DE.UTF-8 tvmail mailbox add x" + kSmtp, "a.TVS\nann\nb\n\n");
   EXPECT_PRED2(Holds, refused.Errors, "a.TVS ist nicht der vollständige Pfad der Projektdatei");
+  EXPECT_PRED2(Holds, refused.Errors, "Der Dialog wurde abgebrochen; es wurde nichts geändert.");
 }
 
 // Keys that move the cursor, delete and complete a path work; the sequences of others are dropped.
