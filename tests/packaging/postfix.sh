@@ -99,6 +99,6 @@ try() {
 follow "One address"
 try apollo@example.org
 [ "$(postconf -h mailbox_size_limit)" = 0 ] || fail "a store may grow"
-follow "A domain"
+follow "A separate domain"
 try apollo@talvane.example.org
 send good stranger@talvane.example.org 2>&1 | grep -q 550 || fail "mail to no mailbox isn't accepted"
