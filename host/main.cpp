@@ -22,14 +22,17 @@ int Explain(ExitCode code, const std::string& text) {
   return code;
 }
 
+// The code, once all output is written.
+int Written(int code) {
+  std::cout.flush();
+  if (std::cout) return code;
+  return Explain(TryAgain, "the output can't be written: the disk may be full, or the pipe closed");
+}
+
 int Run(const Invocation& invocation) {
   try {
     Runtime::InstallToolkit(std::make_shared<TerminalToolkit>());
-    const int code = invocation.Run();
-    std::cout.flush();
-    if (!std::cout)
-      return Explain(TryAgain, "the output can't be written: the disk may be full, or the pipe closed");
-    return code;
+    return Written(invocation.Run());
   } catch (const CommandError& error) {
     return Explain(error.Code(), error.what());
   } catch (const Platform::Failure& failure) {
@@ -62,7 +65,7 @@ int Main(int argc, char** argv) {
   try {
     program.parse(argc, argv);
   } catch (const CLI::Success& help) {
-    return program.exit(help);
+    return Written(program.exit(help));
   } catch (const CLI::ParseError& error) {
     // An unknown word is reported rather than the missing command.
     const auto unknown = program.remaining(true);

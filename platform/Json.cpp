@@ -1,6 +1,7 @@
 #include "platform/Json.h"
 
 #include "platform/Hex.h"
+#include "platform/TerminalText.h"
 
 namespace Platform {
 
@@ -17,7 +18,7 @@ std::string Quoted(StringView text) {
       out += "\\n";
     } else if (IsSurrogatePair(text, i)) {
       out += ToUtf8(text.substr(i++, 2));
-    } else if (IsControl(c) || IsSurrogate(c)) {
+    } else if (IsUnsafeOnTerminal(c) || IsSurrogate(c)) {
       out += "\\u" + ToUtf8(HexText(c));
     } else if (c < 0x80) {
       out += static_cast<char>(c);

@@ -6,14 +6,8 @@ namespace Platform {
 
 namespace {
 
-// Control characters, characters that change the writing direction, and invisible ones.
-bool IsUnsafe(char16_t c) {
-  return IsControl(c) || c == 0x061C || (c >= 0x200B && c <= 0x200F) || (c >= 0x2028 && c <= 0x202E) ||
-         (c >= 0x2060 && c <= 0x206F) || c == 0xFEFF;
-}
-
 void AppendVisibly(String& visible, char16_t c) {
-  if (IsUnsafe(c) || IsSurrogate(c)) {
+  if (IsUnsafeOnTerminal(c) || IsSurrogate(c)) {
     visible += u"\\u" + HexText(c);
   } else {
     visible += c;
@@ -21,6 +15,11 @@ void AppendVisibly(String& visible, char16_t c) {
 }
 
 }  // namespace
+
+bool IsUnsafeOnTerminal(char16_t c) {
+  return IsControl(c) || c == 0x061C || (c >= 0x200B && c <= 0x200F) || (c >= 0x2028 && c <= 0x202E) ||
+         (c >= 0x2060 && c <= 0x206F) || c == 0xFEFF;
+}
 
 std::string TerminalText(StringView text) {
   String visible;

@@ -7,6 +7,9 @@
 
 namespace Platform {
 
+// True for control characters, characters that change the writing direction, and invisible ones.
+bool IsUnsafeOnTerminal(char16_t c);
+
 // The text in UTF-8. Control characters, which could be commands to the terminal, lone surrogates, characters
 // that change the writing direction and other invisible ones are written as \uXXXX. Tabs and line ends stay;
 // CR LF and CR become LF.

@@ -3,6 +3,7 @@
 #include <sqlite3.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
+#include <sys/statvfs.h>
 
 #include <cerrno>
 #include <chrono>
@@ -38,6 +39,11 @@ bool IsAtFileSizeLimit(const std::string& file) {
   return reaches("") || reaches("-wal") || reaches("-shm") || reaches("-journal");
 }
 
+bool IsDiskFull(const std::string& file) {
+  struct statvfs disk {};
+  return statvfs(file.c_str(), &disk) == 0 && disk.f_bavail == 0;
+}
+
 [[noreturn]] void RaiseReason(const std::string& file, const std::string& reason) {
   throw Platform::Failure(Platform::FailureNumber::DeviceFailed, u"Runtime.Database",
                           Platform::FromUtf8(file + " " + reason));
@@ -67,6 +73,7 @@ std::string Database::ReasonOf(int result) const {
   // SQLite doesn't pass on the errno. A file size near the limit shows that it was EFBIG.
   if ((result & 0xFF) == SQLITE_IOERR && IsAtFileSizeLimit(file_))
     return "can't be written: " + SystemReason(EFBIG);
+  if ((result & 0xFF) == SQLITE_IOERR && IsDiskFull(file_)) return ReasonOf(SQLITE_FULL);
   return std::string("failed: ") + (handle_ ? sqlite3_errmsg(handle_) : sqlite3_errstr(result));
 }
 

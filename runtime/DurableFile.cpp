@@ -45,9 +45,11 @@ bool IsMissing(int error) {
 void RequireSmallFile(const std::string& path, const struct stat& status, std::size_t largest) {
   if (S_ISDIR(status.st_mode))
     Refuse(path, "is a folder; name the file in it", Platform::FailureNumber::RefusedInput);
-  if (!S_ISREG(status.st_mode)) Refuse(path, "is no ordinary file; name another one");
+  if (!S_ISREG(status.st_mode))
+    Refuse(path, "is no ordinary file; name another one", Platform::FailureNumber::RefusedInput);
   if (status.st_size < 0 || static_cast<std::uint64_t>(status.st_size) > largest)
-    Refuse(path, "is too large: more than " + std::to_string(largest) + " bytes");
+    Refuse(path, "is too large: more than " + std::to_string(largest) + " bytes",
+           Platform::FailureNumber::RefusedInput);
 }
 
 // Checks the file before opening it, since opening a device can have effects.

@@ -5,8 +5,8 @@
 // file system that can't sync folders is ignored.
 //
 // Paths are UTF-8. Every failure's description begins with the path: 76 for a file or folder that doesn't
-// exist, 58 for a file that exists already, 70 for a missing permission, 380 for a folder in the place of a
-// file, 57 for other reasons. Any thread.
+// exist, 58 for a file that exists already, 70 for a missing permission, 380 for a folder or a device in the
+// place of a file and for a file that is too large, 57 for other reasons. Any thread.
 #pragma once
 
 #include <sys/types.h>

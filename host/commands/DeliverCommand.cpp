@@ -73,6 +73,16 @@ int Deliver(const DeliverOptions& options) {
   return TryAgain;
 }
 
+// Every other code than 75 would make a mail server return the mail, and what is raised here is no fault of
+// it.
+int DeliverOrKeep(const DeliverOptions& options) {
+  try {
+    return Deliver(options);
+  } catch (const Failure& failure) {
+    throw CommandError(TryAgain, failure.Description());
+  }
+}
+
 }  // namespace
 
 void AddDeliverCommand(CLI::App& program, Invocation& invocation) {
@@ -88,7 +98,7 @@ void AddDeliverCommand(CLI::App& program, Invocation& invocation) {
     if (options->Mbox && std::ranges::find(options->Sources, "-") == options->Sources.end())
       throw CLI::ValidationError("--mbox",
                                  "is for standard input; a file is recognised as an mbox by its first line");
-    invocation.Run = [options] { return Deliver(*options); };
+    invocation.Run = [options] { return DeliverOrKeep(*options); };
   });
 }
 

@@ -50,7 +50,7 @@ int Create(const ProjectOptions& options) {
   const String password = ReadNewSecret(options.PasswordFile, "Password of " + options.User);
   projects.CreateProject(path, ArgumentText(options.Name), ArgumentText(options.User),
                          ArgumentText(options.Address), password);
-  std::cout << "Project " << options.Name << " is in " << TerminalLine(path) << '\n';
+  std::cout << "Project " << TerminalLine(FromUtf8(options.Name)) << " is in " << TerminalLine(path) << '\n';
   return Done;
 }
 
@@ -58,7 +58,7 @@ int AddUser(const ProjectOptions& options) {
   const String path = ExistingProject(options);
   const std::int32_t key = Administration().AddUser(path, ArgumentText(options.User),
                                                     ArgumentText(options.Address), !options.RefuseMail);
-  std::cout << "User " << options.User << " has the key " << key << '\n';
+  std::cout << "User " << TerminalLine(FromUtf8(options.User)) << " has the key " << key << '\n';
   return Done;
 }
 

@@ -1,6 +1,8 @@
 #include "host/terminal/Secret.h"
 
+#include <fcntl.h>
 #include <sys/stat.h>
+#include <unistd.h>
 
 #include <fstream>
 #include <iostream>
@@ -40,8 +42,17 @@ void WarnOfReaders(const std::string& file) {
             << ": remove that permission with chmod 600\n";
 }
 
+// In the place of a closed one there is a file that can only be written.
+bool IsStandardInputClosed() {
+  return (fcntl(STDIN_FILENO, F_GETFL) & O_ACCMODE) == O_WRONLY;
+}
+
 std::string ReadBytesOf(const std::string& file) {
-  if (file == "-") return ReadBytes(std::cin, "standard input");
+  if (file == "-") {
+    if (IsStandardInputClosed())
+      throw CommandError(TryAgain, "standard input is closed: give the password there, or name a file");
+    return ReadBytes(std::cin, "standard input");
+  }
   std::ifstream in(file, std::ios::binary);
   // A folder can be opened, but not read.
   if (in.peek() == std::ifstream::traits_type::eof() && (!in.is_open() || in.bad()))

@@ -25,7 +25,7 @@ class KeyStoreFile {
 
   const String& Path() const { return path_; }
 
-  // All keys. Raises 57 if other users may read or write the file.
+  // All keys. Raises 380 if other users may read or write the file.
   StoredKeys Read(const String& password) const;
 
   // Adds a key. A file that doesn't exist is created. The key is on disk when this returns. Raises 58 if the
@@ -34,7 +34,7 @@ class KeyStoreFile {
 
  private:
   StoredKeys Unseal(const Runtime::SmallFile& file, const String& password) const;
-  [[noreturn]] void RefuseFile(StringView reason, std::int32_t number = FailureNumber::DeviceFailed) const;
+  [[noreturn]] void RefuseFile(StringView reason, std::int32_t number = FailureNumber::RefusedInput) const;
 
   String path_;
   std::string name_;  // the path in UTF-8

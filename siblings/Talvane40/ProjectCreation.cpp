@@ -17,9 +17,16 @@ namespace fs = std::filesystem;
   throw Failure(number, u"Talvane40", FromUtf8(what));
 }
 
+// False also for a path that can't be reached; creating the file then gives the reason.
 bool Exists(const fs::path& path) {
   std::error_code ignored;
-  return fs::symlink_status(path, ignored).type() != fs::file_type::not_found;
+  return fs::exists(fs::symlink_status(path, ignored));
+}
+
+bool IsMissing(const fs::path& folder) {
+  std::error_code ignored;
+  const fs::file_status status = fs::status(folder, ignored);
+  return fs::status_known(status) && !fs::is_directory(status);
 }
 
 constexpr const char* kEndsOfADatabase[] = {"", "-wal", "-shm", "-journal"};
@@ -59,7 +66,7 @@ void CreateProject(StringView path, StringView name, const DescribedUser& owner,
   if (Exists(file))
     Refuse("The file " + file.string() + " exists already. Choose another name for the project.",
            FailureNumber::AlreadyExists);
-  if (!fs::is_directory(folder))
+  if (IsMissing(folder))
     Refuse("The folder " + folder.string() + " doesn't exist. Create it first.", FailureNumber::PathNotFound);
 
   const std::string databaseName = FreeDatabaseName(file);

@@ -48,7 +48,7 @@ std::string ReadBytes(const fs::path& file) {
   std::ifstream stream(file, std::ios::binary);
   std::string bytes{std::istreambuf_iterator<char>(stream), {}};
   if (!stream.is_open() || stream.bad() || fs::is_directory(file)) {
-    Raise(FailureNumber::PathNotFound, FromUtf8(file.string() + " can't be read; install it again"));
+    Damaged(FromUtf8(file.string() + " can't be read; install it again"));
   }
   return bytes;
 }

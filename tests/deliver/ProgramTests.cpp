@@ -118,6 +118,7 @@ TEST_F(Deliver, ReportsEachOutcomeByItsExitCodeAndReason) {
       {"tvmail deliver Nobody good", 78, "", "mailbox"},
       {"tvmail deliver '' good", 78, "", "mailbox"},
       {"TALVANE_HOME=$PWD/nowhere tvmail deliver Apollo good", 75, "", "mount its disk"},
+      {"TALVANE_HOME=home tvmail deliver Apollo good", 75, "", "absolute path"},
       {"mkdir mine; mv home/user* mine; tvmail deliver Apollo good; c=$?; mv mine/* home; exit $c", 0,
        "delivered", ""},
       {"tvmail deliver", 64, "", "MAILBOX"},

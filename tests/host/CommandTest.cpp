@@ -288,7 +288,10 @@ TEST_F(Commands, AKeyStoreIsReadableByItsOwnerAlone) {
   program.Expect({{"init", 0, "Data folder", ""},
                   {"keystore create keys --label main --password-file password", 0, "main", ""},
                   {"keystore create keys --label main --password-file password", 65, "", "another label"},
-                  {"keystore create keys --label more --password-file wrong", 65, "", "keys"}});
+                  {"keystore create keys --label more --password-file wrong", 65, "", "keys"},
+                  {"keystore create wrong --label a --password-file wrong", 65, "", "isn't a key store"},
+                  {"keystore create /dev/null --label a --password-file wrong", 65, "", "no ordinary file"},
+                  {"keystore create keys --label a --password-file - <&-", 75, "", "input is closed"}});
   EXPECT_EQ(std::filesystem::perms(0600), std::filesystem::status(program.File("keys")).permissions());
 }
 
@@ -305,7 +308,8 @@ TEST_F(Commands, AboutShowsTheSlotsOfBothInterfaces) {
     at = found;
   }
   program.Expect({{"about", 0, "AddMode: 16-bit integer by reference", ""},
-                  {"about >/dev/full", 75, "", "can't be written"}});
+                  {"about >/dev/full", 75, "", "can't be written"},
+                  {"--help >/dev/full", 75, "", "can't be written"}});
 }
 
 TEST_F(MailboxCommands, ReportAMissingLibraryAndRecover) {
@@ -339,7 +343,7 @@ TEST(Json, EscapesWhatWouldBreakALineOrAReader) {
     Platform::String Text;
     const char* Expected;
   } cases[] = {{u"a\"b\\c/d", R"("a\"b\\c/d")"},
-               {u"\t\r\n\x01\x7f\x9b", R"("\u0009\u000D\n\u0001\u007F\u009B")"},
+               {u"\t\r\n\x01\x7f\x9b\u202E", R"("\u0009\u000D\n\u0001\u007F\u009B\u202E")"},
                {u"é€", "\"é€\""},
                {u"\U0001F600", "\"\U0001F600\""},
                {{u'x', 0xD83D}, R"("x\uD83D")"},
