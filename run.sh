@@ -2,7 +2,7 @@
 # Installs what is missing, builds, and shows the main job on real mail: a project with a bound mailbox, into which the
 # given mails (files, mboxes, Maildirs) or the samples are delivered, and the discussions with their new replies.
 #   ./run.sh [MAIL...]
-# Everything lies in one folder: $TALVANE_DEMO, or run/ beside this script. Safe to repeat: what exists is kept.
+# Everything is in one folder: $TALVANE_DEMO, or run/ beside this script. Safe to repeat: what exists is kept.
 set -eu
 here=$(cd "$(dirname "$0")" && pwd)
 if [ "${1:-}" = --help ] || [ "${1:-}" = -h ]; then
@@ -28,7 +28,7 @@ step "Stores and registration, below $demo"
 
 if [ ! -e "$project" ]; then
   step "A project with its users and discussions"
-  # A project that was begun and not finished is made anew.
+  # A project whose creation was interrupted is created again.
   rm -rf "$demo/new"
   mkdir "$demo/new"
   [ -e "$password" ] || (umask 077; head -c 18 /dev/urandom | base64 >"$password")
@@ -60,8 +60,8 @@ step "The project's discussions"
 "$tvmail" project show "$project"
 
 case $outcome in
-  0) printf '\nDone: every mail became a reply. The project lies in %s\n' "$project" ;;
-  65) printf '\nDone: the mails that could be answered became replies; those at fault are told above. The project lies in %s\n' "$project" ;;
+  0) printf '\nDone: every mail became a reply. The project is in %s\n' "$project" ;;
+  65) printf '\nDone: the mails that could be answered became replies; the others are listed above with the reason. The project is in %s\n' "$project" ;;
   *)
     printf '\nNot done: a mail could not be delivered for a reason other than its own (tvmail ended with %s).\n' "$outcome" >&2
     exit "$outcome"
