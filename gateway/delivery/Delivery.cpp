@@ -15,6 +15,17 @@
 #include "runtime/Texts.h"
 
 namespace Gateway {
+namespace {
+
+// Without the text of the cut marker the component would store the reply with all that it answers.
+void RequireText(CutMarker& marker) {
+  if (!marker.OriginalText().empty()) return;
+  throw Platform::Failure(Platform::FailureNumber::DeviceFailed, u"Gateway",
+                          u"The text of the cut marker can't be loaded: install TvResourceServices.so and "
+                          u"the TvComRes catalogues, and register them by tvmail init.");
+}
+
+}  // namespace
 
 Outcome Deliver(const String& mailBox, const std::vector<std::string>& sources, StandardInput input,
                 DeliveryReport& report) {
@@ -35,6 +46,7 @@ Outcome Deliver(const String& mailBox, const std::vector<std::string>& sources, 
     try {
       Mime::Mail mail = Mime::ReadMail(std::move(raw.Bytes));
       messageId = mail.MessageId;
+      RequireText(marker);
       const std::size_t cut = marker.Repair(mail.Body);
       std::string whyEmpty = WhyReplyIsEmpty(mail, cut, marker);
       const String failure = handler.MailHandler_HandleMessage(MakeMessageObject(std::move(mail)));

@@ -102,9 +102,9 @@ TEST_F(Deliver, ReportsEachOutcomeByItsExitCodeAndReason) {
       {"b=$(dirname $(command -v tvmail)); mkdir -p copy/bin && cp $b/tvmail copy/bin && cp -r $b/../lib "
        "copy && "
        "copy/bin/tvmail init && rm copy/lib/TvResourceServices.so && copy/bin/tvmail deliver Apollo unknown "
-       "other; "
+       "other good; "
        "c=$?; tvmail init; exit $c",
-       75, "0 refused, 2 to be tried again", ""},
+       75, "0 delivered, 0 refused, 3 to be tried again", ""},
       {"tvmail deliver Apollo steering", 0, "<\\u001B]0;x\\u0007>", ""},
       {"tvmail deliver Apollo missing folder unknown good", 75,
        "can't be read: No such file or directory\nfolder  (no Message-ID)  to be tried again: ", ""},

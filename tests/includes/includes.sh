@@ -31,8 +31,8 @@ src/mailbox: src/security src/services platform*
 src/security: platform*
 src/services: platform*
 runtime: platform*
-platform/contracts: platform platform/Forms
-platform/Forms: platform
+platform/Forms: platform platform/contracts
+platform/contracts: platform
 platform: platform/Forms
 '
 # HEADER: the one file or folder that adapts its library. A header with a dot that no line names is the system's, or
