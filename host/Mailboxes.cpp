@@ -1,9 +1,9 @@
 #include "host/Mailboxes.h"
-#include "platform/StoredNames.h"
 
 #include "host/CommandError.h"
 #include "host/RegistryKey.h"
 #include "host/Stores.h"
+#include "platform/StoredNames.h"
 
 namespace Host {
 

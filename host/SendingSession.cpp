@@ -1,10 +1,10 @@
 #include "host/SendingSession.h"
-#include "platform/StoredNames.h"
 
 #include "platform/Failure.h"
 #include "platform/NumberReader.h"
 #include "platform/PropertyObject.h"
 #include "platform/Services.h"
+#include "platform/StoredNames.h"
 #include "platform/contracts/GeneralServices.h"
 #include "platform/contracts/ResourceServices.h"
 #include "runtime/Folders.h"

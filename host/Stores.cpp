@@ -1,9 +1,9 @@
 #include "host/Stores.h"
-#include "platform/StoredNames.h"
 
 #include <filesystem>
 
 #include "host/CommandError.h"
+#include "platform/StoredNames.h"
 #include "runtime/Folders.h"
 #include "runtime/RegistryStore.h"
 
@@ -29,9 +29,10 @@ void RequireStore(Hive hive, ExitCode code) {
 
 void RequireStores() {
   RequireStore(Hive::LocalMachine);
+  // Opened first, since another user's store is refused with its reason, where this user has no store.
+  const bool hasMailBoxes = RegistryStore::KeyExists(Hive::LocalMachine, RegistryPath::kMailBoxes);
   RequireStore(Hive::CurrentUser);
-  if (!RegistryStore::KeyExists(Hive::LocalMachine, RegistryPath::kMailBoxes) ||
-      !RegistryStore::KeyExists(Hive::CurrentUser, RegistryPath::kTalvane))
+  if (!hasMailBoxes || !RegistryStore::KeyExists(Hive::CurrentUser, RegistryPath::kTalvane))
     throw CommandError(NotConfigured, "the set-up of the stores is incomplete: run tvmail init first");
 }
 

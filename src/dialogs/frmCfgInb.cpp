@@ -1,8 +1,8 @@
 #include "src/dialogs/frmCfgInb.h"
-#include "platform/StoredNames.h"
 
 #include "platform/Failure.h"
 #include "platform/Forms/FormsToolkit.h"
+#include "platform/StoredNames.h"
 #include "src/dialogs/FormServices.h"
 #include "src/dialogs/HelpServices.h"
 #include "src/dialogs/modCfgIn.h"

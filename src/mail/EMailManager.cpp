@@ -1,6 +1,6 @@
 #include "src/mail/EMailManager.h"
-#include "platform/StoredNames.h"
 
+#include "platform/StoredNames.h"
 #include "src/mailbox/MailBoxFlows.h"
 #include "src/services/modMain.h"
 

@@ -1,6 +1,6 @@
 #include "src/mailbox/MailBoxFlows.h"
-#include "platform/StoredNames.h"
 
+#include "platform/StoredNames.h"
 #include "platform/contracts/HostObjects.h"
 #include "src/mailbox/MailBoxRecords.h"
 #include "src/mailbox/ProjectEmailSettings.h"

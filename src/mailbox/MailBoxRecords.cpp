@@ -1,8 +1,8 @@
 #include "src/mailbox/MailBoxRecords.h"
-#include "platform/StoredNames.h"
 
 #include <array>
 
+#include "platform/StoredNames.h"
 #include "src/mailbox/RegistryValues.h"
 #include "src/security/ComponentSecurity.h"
 #include "src/services/modComponents.h"

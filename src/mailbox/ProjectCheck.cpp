@@ -1,7 +1,7 @@
 #include "src/mailbox/ProjectCheck.h"
-#include "platform/StoredNames.h"
 
 #include "platform/CheckedArithmetic.h"
+#include "platform/StoredNames.h"
 #include "src/mailbox/MailBoxRecords.h"
 #include "src/services/modComponents.h"
 #include "src/services/modMain.h"

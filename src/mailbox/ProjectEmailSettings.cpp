@@ -1,6 +1,6 @@
 #include "src/mailbox/ProjectEmailSettings.h"
-#include "platform/StoredNames.h"
 
+#include "platform/StoredNames.h"
 #include "src/mailbox/MailBoxRecords.h"
 #include "src/services/modComponents.h"
 #include "src/services/modMain.h"

@@ -1,6 +1,6 @@
 #include "src/mailbox/RegistryValues.h"
-#include "platform/StoredNames.h"
 
+#include "platform/StoredNames.h"
 #include "src/services/modComponents.h"
 #include "src/services/modMain.h"
 

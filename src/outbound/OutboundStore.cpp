@@ -1,7 +1,7 @@
 #include "src/outbound/OutboundStore.h"
-#include "platform/StoredNames.h"
 
 #include "platform/Failure.h"
+#include "platform/StoredNames.h"
 #include "src/mailbox/RegistryValues.h"
 #include "src/services/modComponents.h"
 #include "src/services/modMain.h"

@@ -1,9 +1,9 @@
 #include "src/outbound/frmCfgOut.h"
-#include "platform/StoredNames.h"
 
 #include "platform/Failure.h"
 #include "platform/Forms/FormsToolkit.h"
 #include "platform/Services.h"
+#include "platform/StoredNames.h"
 #include "src/dialogs/FormServices.h"
 #include "src/dialogs/HelpServices.h"
 #include "src/outbound/OutboundStore.h"

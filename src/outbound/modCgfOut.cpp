@@ -1,8 +1,8 @@
 #include "src/outbound/modCgfOut.h"
-#include "platform/StoredNames.h"
 
 #include "platform/Failure.h"
 #include "platform/NumberReader.h"
+#include "platform/StoredNames.h"
 #include "src/dialogs/FormServices.h"
 #include "src/mailbox/RegistryValues.h"
 #include "src/outbound/MapiProfiles.h"

@@ -1,7 +1,7 @@
 #include "src/services/modComponents.h"
-#include "platform/StoredNames.h"
 
 #include "platform/Services.h"
+#include "platform/StoredNames.h"
 #include "src/services/IgnoreFailure.h"
 #include "src/services/ResourceObjects.h"
 #include "src/services/modMain.h"

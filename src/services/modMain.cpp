@@ -1,9 +1,9 @@
 #include "src/services/modMain.h"
-#include "platform/StoredNames.h"
 
 #include "platform/Forms/FormsToolkit.h"
 #include "platform/NumberReader.h"
 #include "platform/Services.h"
+#include "platform/StoredNames.h"
 #include "src/services/IgnoreFailure.h"
 #include "src/services/ResourceObjects.h"
 #include "src/services/modResource.h"
