@@ -3,6 +3,7 @@
 #include <histedit.h>
 #include <locale.h>
 #include <poll.h>
+#include <signal.h>
 #include <unistd.h>
 
 #include <cerrno>
@@ -12,6 +13,7 @@
 #include <memory>
 #include <string_view>
 
+#include "host/terminal/HeldSignals.h"
 #include "host/terminal/PathCompletion.h"
 #include "platform/TerminalText.h"
 
@@ -22,19 +24,11 @@ namespace {
 // Control characters for keys: those of the editor, and one that no key sends.
 constexpr wchar_t kToBegin = 1, kBack = 2, kToEnd = 5, kForward = 6, kEscape = 27, kDeleteForward = 30;
 
-std::optional<unsigned char> ReadByte(int timeout) {
-  for (;;) {
-    pollfd input{STDIN_FILENO, POLLIN, 0};
-    const int ready = poll(&input, 1, timeout);
-    unsigned char byte = 0;
-    if (ready > 0 && read(STDIN_FILENO, &byte, 1) == 1) return byte;
-    if (ready >= 0 || errno != EINTR) return std::nullopt;
-  }
-}
-
 // Reads the typed characters and translates the escape sequences of keys.
 class Keys {
  public:
+  Keys(EditLine* editor, HeldSignals& signals) : editor_(editor), signals_(signals) {}
+
   // Returns nothing at the end of the input.
   std::optional<wchar_t> Next() {
     for (;;) {
@@ -56,7 +50,36 @@ class Keys {
  private:
   static constexpr int kPause = 50;  // in milliseconds; the bytes of one key arrive faster
 
-  static wchar_t Character(unsigned char first) {
+  // Waits without limit if the timeout is negative.
+  std::optional<unsigned char> ReadByte(int timeout) {
+    const timespec limit{0, timeout * 1'000'000L};
+    for (;;) {
+      pollfd input{STDIN_FILENO, POLLIN, 0};
+      const int ready = ppoll(&input, 1, timeout < 0 ? nullptr : &limit, &signals_.MaskOfWaiting());
+      unsigned char byte = 0;
+      if (ready > 0 && read(STDIN_FILENO, &byte, 1) == 1) return byte;
+      if (ready >= 0 || errno != EINTR) return std::nullopt;
+      if (signals_.Arrived() != 0) TakeSignal();
+    }
+  }
+
+  // The editor would do this in its own function that reads a character, which is replaced here. A signal
+  // takes effect with the terminal as it was before; if the program continues, the line is shown again.
+  void TakeSignal() {
+    if (signals_.Arrived() == SIGWINCH) {
+      signals_.Deliver();
+      el_resize(editor_);
+      return;
+    }
+    el_set(editor_, EL_PREP_TERM, 0);
+    signals_.Deliver();
+    el_set(editor_, EL_PREP_TERM, 1);
+    el_resize(editor_);
+    std::fputs("\r", stdout);
+    el_set(editor_, EL_REFRESH);
+  }
+
+  wchar_t Character(unsigned char first) {
     std::string bytes(1, static_cast<char>(first));
     const std::size_t length = first < 0xC0 ? 1 : first < 0xE0 ? 2 : first < 0xF0 ? 3 : 4;
     while (bytes.size() < length) {
@@ -102,6 +125,8 @@ class Keys {
     }
   }
 
+  EditLine* editor_;
+  HeldSignals& signals_;
   std::deque<wchar_t> waiting_;
 };
 
@@ -116,10 +141,7 @@ Session& SessionOf(EditLine* editor) {
   return *static_cast<Session*>(session);
 }
 
-// Called after the editor installed its signal handlers and before the prompt is shown. From now on the
-// editor handles the input, not the terminal's line editing.
 char* PromptOf(EditLine* editor) {
-  el_set(editor, EL_PREP_TERM, 1);
   return SessionOf(editor).Prompt.data();
 }
 
@@ -200,17 +222,19 @@ bool CanEditLine() {
 
 std::optional<std::string> ReadEditedLine(const std::string& prompt) {
   const Utf8Locale locale;
-  Session session{{}, prompt};
+  HeldSignals signals({SIGCONT, SIGWINCH});
   const std::unique_ptr<EditLine, EndEditor> editor(el_init("tvmail", stdin, stdout, stderr));
   if (!editor) throw std::bad_alloc();
+  Session session{{editor.get(), signals}, prompt};
   el_wset(editor.get(), EL_CLIENTDATA, &session);
-  el_wset(editor.get(), EL_SIGNAL, 1);
   el_wset(editor.get(), EL_EDITOR, L"emacs");
   el_wset(editor.get(), EL_GETCFN, ReadKey);
   el_set(editor.get(), EL_PROMPT, PromptOf);
   el_wset(editor.get(), EL_ADDFN, L"complete-path", L"Complete a path", CompleteHere);
   el_wset(editor.get(), EL_BIND, L"^I", L"complete-path", nullptr);
   el_wset(editor.get(), EL_BIND, L"^^", L"ed-delete-next-char", nullptr);
+  // Before the prompt is seen: what is typed at once must not be edited by the terminal as well.
+  el_set(editor.get(), EL_PREP_TERM, 1);
   int length = 0;
   const wchar_t* line = el_wgets(editor.get(), &length);
   if (!line || length <= 0) {

@@ -1,15 +1,15 @@
 #include "host/terminal/Terminal.h"
 
 #include <poll.h>
-#include <signal.h>
 #include <termios.h>
 #include <unistd.h>
 
-#include <array>
 #include <cerrno>
 #include <iostream>
+#include <optional>
 #include <string>
 
+#include "host/terminal/HeldSignals.h"
 #include "host/terminal/LineEditor.h"
 #include "host/terminal/TypedText.h"
 #include "platform/StoredNames.h"
@@ -22,63 +22,42 @@ namespace {
 
 namespace TextNumber = Platform::TextNumber;
 
-volatile sig_atomic_t arrivedSignal = 0;
-
-// Switches the terminal's echo off. Signals that would end or stop the program are blocked while it is off,
-// except while the program waits for input, and so the echo is always restored.
+// Switches the terminal's echo off. A signal that would end or stop the program takes effect once the echo is
+// restored.
 class WithoutEcho {
  public:
   WithoutEcho() {
-    arrivedSignal = 0;
-    sigprocmask(SIG_BLOCK, nullptr, &mask_);
     if (tcgetattr(STDIN_FILENO, &before_) != 0) return;
-    sigset_t blocked;
-    sigemptyset(&blocked);
-    for (const int signal : kSignals) sigaddset(&blocked, signal);
-    sigprocmask(SIG_BLOCK, &blocked, nullptr);
-    struct sigaction remember {};
-    remember.sa_handler = [](int signal) { arrivedSignal = signal; };
-    for (std::size_t i = 0; i < kSignals.size(); ++i) sigaction(kSignals[i], &remember, &actions_[i]);
+    signals_.emplace();
     termios silent = before_;
     silent.c_lflag &= ~static_cast<tcflag_t>(ECHO);
     silent.c_lflag |= ECHONL;
     tcsetattr(STDIN_FILENO, TCSAFLUSH, &silent);
-    on_ = true;
   }
   ~WithoutEcho() {
-    if (!on_) return;
-    tcsetattr(STDIN_FILENO, TCSAFLUSH, &before_);
-    for (std::size_t i = 0; i < kSignals.size(); ++i) sigaction(kSignals[i], &actions_[i], nullptr);
-    sigprocmask(SIG_SETMASK, &mask_, nullptr);
-    const int signal = arrivedSignal;
-    arrivedSignal = 0;
-    if (signal != 0) raise(signal);
+    if (signals_) tcsetattr(STDIN_FILENO, TCSAFLUSH, &before_);
   }
-
-  // The signal mask while the program waits.
-  const sigset_t& MaskOfWaiting() const { return mask_; }
-
   WithoutEcho(const WithoutEcho&) = delete;
   WithoutEcho& operator=(const WithoutEcho&) = delete;
 
+  // Null if standard input is not a terminal.
+  const HeldSignals* Signals() const { return signals_ ? &*signals_ : nullptr; }
+
  private:
-  static constexpr std::array kSignals = {SIGINT, SIGTERM, SIGHUP, SIGQUIT, SIGTSTP};
-  sigset_t mask_{};
   termios before_{};
-  std::array<struct sigaction, kSignals.size()> actions_{};
-  bool on_ = false;
+  std::optional<HeldSignals> signals_;
 };
 
-// Reads byte by byte, so that bytes after the line remain for the next reader of standard input. Uses the
-// mask, if given, while it waits.
-std::optional<std::string> ReadBytes(const sigset_t* mask) {
+// Reads byte by byte, so that bytes after the line remain for the next reader of standard input. Returns
+// nothing when one of the signals, if given, arrives.
+std::optional<std::string> ReadBytes(const HeldSignals* signals) {
   std::string line;
   char c = 0;
   for (;;) {
     pollfd input{STDIN_FILENO, POLLIN, 0};
-    const bool ready = ppoll(&input, 1, nullptr, mask) > 0;
+    const bool ready = ppoll(&input, 1, nullptr, signals ? &signals->MaskOfWaiting() : nullptr) > 0;
     const ssize_t got = ready ? read(STDIN_FILENO, &c, 1) : -1;
-    if (got < 0 && errno == EINTR && arrivedSignal == 0) continue;
+    if (got < 0 && errno == EINTR && !(signals && signals->Arrived() != 0)) continue;
     if (got <= 0) return got == 0 && !line.empty() ? std::optional(line) : std::nullopt;
     if (c == '\n') break;
     line += c;
@@ -129,10 +108,10 @@ std::optional<String> Terminal::ReadHidden(StringView prompt) const {
     const WithoutEcho silence;
     const auto answer = Ask(*this, [&] {
       Write(prompt);
-      return ReadBytes(&silence.MaskOfWaiting());
+      return ReadBytes(silence.Signals());
     });
     // Ctrl-Z takes effect once the echo is restored; the question is asked again afterwards.
-    if (!answer && arrivedSignal == SIGTSTP) continue;
+    if (!answer && silence.Signals() && silence.Signals()->Arrived() == SIGTSTP) continue;
     return answer && Interactive() ? WithoutEscapes(*answer) : answer;
   }
 }

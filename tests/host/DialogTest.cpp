@@ -75,12 +75,18 @@ TEST_F(DialogTest, AcceptsNoAddressWithAControlCharacter) {
                   {"outbound", 0, "a@b\n", "another control character", refused + "\n\n\na@b\n\n\n"}});
 }
 
-TEST_F(DialogTest, AsksAgainWhenItWasStoppedAtAHiddenPrompt) {
+TEST_F(DialogTest, ShowsItsPromptAgainAfterAStop) {
   ASSERT_EQ(0, program.Run("mailbox add x" + kLogon + kSmtp).Exit);
   const std::string shown = program.OnTerminal(
       "mailbox change Apollo --user ann",
       {{"Password of ann: ", kControlZ}, {"Password of ann: ", kControlZ}, {"Password of ann: ", "secret"}});
   EXPECT_PRED2(Holds, shown, "is bound to");
+  setenv("TERM", "xterm", 1);
+  program.OnTerminal(
+      "mailbox change Apollo",
+      {{"[ann]: ", "bo" + kControlF}, {"bo", kControlZ}, {"[ann]: bo", kControlZ}, {"[ann]: bo", kControlC}},
+      128 + SIGINT);
+  unsetenv("TERM");
 }
 
 TEST_F(DialogTest, IsLeftByCtrlCAtEveryPrompt) {

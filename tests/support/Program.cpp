@@ -71,8 +71,10 @@ std::string Program::OnTerminal(const std::string& arguments,
     shown.append(bytes, static_cast<std::size_t>(count));
     while (answer != answers.end() && shown.find(answer->first, seen) != std::string::npos) {
       seen = shown.find(answer->first, seen) + answer->first.size();
-      // Ctrl-C and Ctrl-Z act by themselves; a line end after them would answer the next prompt.
-      const bool control = answer->second.ends_with(kControlZ) || answer->second.ends_with(kControlC);
+      // These keys act by themselves; a line end after them would answer the next prompt.
+      const bool control =
+          !answer->second.empty() &&
+          (kControlC + kControlF + kControlZ).find(answer->second.back()) != std::string::npos;
       const std::string typed = answer->second + (control ? "" : "\n");
       if (write(terminal, typed.data(), typed.size()) < 0) break;
       ++answer;

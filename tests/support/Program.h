@@ -37,8 +37,8 @@ class Program {
   }
 
   // Runs the program on a terminal and types each answer after its prompt, with Enter unless it ends in
-  // Ctrl-C or Ctrl-Z. Expects the exit code, and a terminal that echoes lines afterwards. Gives the
-  // terminal's output.
+  // Ctrl-C, Ctrl-F (no effect at the end of a line) or Ctrl-Z. Expects the exit code, and a terminal that
+  // echoes lines afterwards. Gives the terminal's output.
   std::string OnTerminal(const std::string& arguments,
                          const std::vector<std::pair<std::string, std::string>>& answers, int exit = 0) const;
 
@@ -63,7 +63,7 @@ class Program {
   std::string program_;
 };
 
-inline const std::string kControlC = "\x03", kControlZ = "\x1A";
+inline const std::string kControlC = "\x03", kControlF = "\x06", kControlZ = "\x1A";
 inline const std::string kLogon = " --project apollo.TVS --user ann --password-file password";
 inline const std::string kSmtp = " --transport smtp --host mx.example.org --address talvane@example.org";
 
