@@ -11,7 +11,7 @@ namespace Mime {
 using Platform::String;
 
 struct Mail {
-  std::optional<String> FromAddress;  // in the form of Platform::CanonicalAddress; nothing without an address
+  std::optional<String> FromAddress;  // as it is written; nothing without an address
   String MessageId;                   // with its angle brackets; empty without one
   String Subject;
   String Body;

@@ -4,7 +4,6 @@
 
 #include "mime/Charset.h"
 #include "mime/HeaderText.h"
-#include "platform/MailAddress.h"
 
 namespace Mime {
 namespace {
@@ -94,7 +93,7 @@ std::optional<String> SenderAddress(const ParsedMessage& message, std::string_vi
     const char* nameless = address.empty() ? FirstAddress(message.From(), false) : nullptr;
     if (nameless) address = GuessText(nameless, likelyCharset);
   }
-  address = Platform::CanonicalAddress(Bare(address));
+  address = Bare(address);
   if (address.empty()) return std::nullopt;
   return address;
 }

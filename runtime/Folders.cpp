@@ -54,7 +54,7 @@ std::string HomePath() {
     return WithoutSeparatorAtEnd(home);
   }
   if (geteuid() == 0) return "/var/lib/talvane";
-  // The XDG Base Directory Specification says that a relative path is to be ignored.
+  // A relative path is to be ignored (XDG Base Directory, version 0.8).
   if (const std::string data = Variable("XDG_DATA_HOME"); data.starts_with('/'))
     return WithoutSeparatorAtEnd(data) + "/talvane";
   const std::string home = UserFolder();

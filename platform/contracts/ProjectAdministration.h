@@ -59,7 +59,7 @@ class ProjectAdministration : public ObjectProxy {
     Call(u"CreateProject", path, name, owner, address, password);
   }
   // The new user's key. User names must differ in more than case. The user can't open the project. The
-  // address must be valid (MailAddress.h) and is stored without blanks around it.
+  // address must be valid (Runtime::AddressFault) and is stored without blanks around it.
   std::int32_t AddUser(StringView path, StringView name, StringView address, bool mailAccepted) const {
     return Call(u"AddUser", path, name, address, mailAccepted).ToInt32();
   }

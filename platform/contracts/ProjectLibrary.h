@@ -16,7 +16,7 @@ namespace Platform {
 class ProjectUser {
  public:
   virtual ~ProjectUser();
-  // In the form of CanonicalAddress; empty if the user has none. The view is valid as long as the user
+  // In the form of Runtime::CanonicalAddress; empty if the user has none. The view is valid as long as the user
   // object.
   virtual StringView GetEMailAddress() = 0;
   virtual Boolean IsMailAccepted() = 0;

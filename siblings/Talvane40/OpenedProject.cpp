@@ -1,7 +1,7 @@
 #include "siblings/Talvane40/OpenedProject.h"
 
-#include "platform/MailAddress.h"
 #include "platform/Object.h"
+#include "runtime/MailAddress.h"
 #include "siblings/Talvane40/PasswordHash.h"
 
 namespace Talvane40 {
@@ -10,7 +10,7 @@ namespace {
 class SnapshotUser : public ProjectUser {
  public:
   explicit SnapshotUser(DescribedUser user) : user_(std::move(user)) {
-    user_.Address = Platform::CanonicalAddress(user_.Address);
+    user_.Address = Runtime::CanonicalAddress(user_.Address);
   }
   StringView GetEMailAddress() override { return user_.Address; }
   Boolean IsMailAccepted() override { return user_.MailAccepted; }

@@ -2,8 +2,8 @@
 
 #include <algorithm>
 
-#include "platform/MailAddress.h"
 #include "platform/contracts/ProjectAdministration.h"
+#include "runtime/MailAddress.h"
 #include "siblings/Talvane40/ProjectCreation.h"
 #include "siblings/Talvane40/ProjectLocation.h"
 
@@ -38,7 +38,7 @@ String VettedProjectName(const Value& value) {
 
 String VettedAddress(const Value& value) {
   String address = Trim(value.ToString());
-  if (const String fault = AddressFault(address); !fault.empty())
+  if (const String fault = Runtime::AddressFault(address); !fault.empty())
     Refuse(u"\"" + address + u"\" is no e-mail address: " + fault + u". Give one such as ann@example.org.");
   return address;
 }

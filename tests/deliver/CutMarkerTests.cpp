@@ -202,8 +202,8 @@ TEST_F(CutMarker, KeepsTheWritersOwnTextAboveIt) {
       "From: Berlin\nSubject: travel",
       "From: team\nTo: client\nDate: tomorrow\nSubject: Delay",
       "Trip\n________________\nFrom: Berlin\nTo: Paris",
-      "From: A\nDate: 2 Nov 2026\nTo: C\nSubject: Plan (Ostrand Talvane Project Apollo, "
-      "Ostrand Talvane Discussion 1) as sent\nMy answer.",
+      ("From: A\nDate: 2 Nov 2026\nTo: C\nSubject: Plan (Ostrand Talvane Project Apollo, "
+       "Ostrand Talvane Discussion 1) as sent\nMy answer."),
       "On 2.11.2026 I wrote to bob@x.org:",
       "On 2.11.26 the customer wrote:",
       "Som jag skrev den 2 nov 2026:",

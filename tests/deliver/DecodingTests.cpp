@@ -10,6 +10,7 @@
 #include "mime/Mail.h"
 #include "mime/Mbox.h"
 #include "platform/contracts/HostObjects.h"
+#include "runtime/MailAddress.h"
 #include "tests/support/World.h"
 
 namespace {
@@ -318,7 +319,9 @@ TEST(MailReader, FindsTheTextAmongTheParts) {
   };
   for (const auto& row : rows) {
     const Mime::Mail mail = Mime::ReadMail(row.Bytes);
-    EXPECT_EQ(mail.FromAddress ? Platform::ToUtf8(*mail.FromAddress) : "(none)", row.From) << row.Bytes;
+    EXPECT_EQ(mail.FromAddress ? Platform::ToUtf8(Runtime::CanonicalAddress(*mail.FromAddress)) : "(none)",
+              row.From)
+        << row.Bytes;
     EXPECT_EQ(Platform::ToUtf8(mail.Subject), row.Subject) << row.Bytes;
     EXPECT_EQ(Platform::ToUtf8(mail.Body), row.Body) << row.Bytes;
   }
@@ -348,7 +351,9 @@ TEST(MailReader, FindsTheSenderInEverySpelling) {
   };
   for (const Row& row : rows) {
     const Mime::Mail mail = Mime::ReadMail("From: " + row.Input + "\n\nb");
-    EXPECT_EQ(mail.FromAddress ? Platform::ToUtf8(*mail.FromAddress) : "(none)", row.Expected) << row.Input;
+    EXPECT_EQ(mail.FromAddress ? Platform::ToUtf8(Runtime::CanonicalAddress(*mail.FromAddress)) : "(none)",
+              row.Expected)
+        << row.Input;
   }
 }
 

@@ -43,7 +43,7 @@ openssl/: siblings/OstrCipherCOM/ siblings/Talvane40/PasswordHash. mime/
 gmime/: mime/
 glib: mime/
 gio/: mime/
-unicode/: mime/ platform/MailAddress.
+unicode/: mime/ runtime/MailAddress.
 CLI/: host/commands/ host/options/ host/main.cpp
 histedit.h: host/terminal/
 editline/: host/terminal/

@@ -4,9 +4,9 @@
 
 #include "platform/CheckedArithmetic.h"
 #include "platform/Guid.h"
-#include "platform/MailAddress.h"
 #include "platform/NumberReader.h"
 #include "platform/Object.h"
+#include "runtime/MailAddress.h"
 #include "tests/support/Texts.h"
 
 namespace Tests {
@@ -83,7 +83,7 @@ TEST(MailAddress, IsValidByTheStandardsOrHasAFaultWithTheReason) {
       {u"a@" + String(64, u'x') + u".c", "no domain"},
   };
   for (const auto& row : rows) {
-    const std::string fault = ToUtf8(AddressFault(row.Address));
+    const std::string fault = ToUtf8(Runtime::AddressFault(row.Address));
     EXPECT_EQ(fault.empty(), row.Fault.empty()) << ToUtf8(row.Address) << ": " << fault;
     EXPECT_NE(fault.find(row.Fault), std::string::npos) << ToUtf8(row.Address) << ": " << fault;
   }
@@ -104,7 +104,7 @@ TEST(MailAddress, HasOneSpellingForOneMailbox) {
       {u"a@[192.0.2.1]", u"a@[192.0.2.1]"},
       {u"no address", u"no address"},
   };
-  for (const auto& row : rows) EXPECT_TEXT(row.Canonical, CanonicalAddress(row.Address));
+  for (const auto& row : rows) EXPECT_TEXT(row.Canonical, Runtime::CanonicalAddress(row.Address));
 }
 
 TEST(Text, EachStrayByteBecomesOneReplacementCharacter) {

@@ -6,7 +6,9 @@
 
 #include "platform/Text.h"
 
-namespace Platform {
+namespace Runtime {
+
+using namespace Platform;
 
 // The reason why the text is no address, in English, such as "the domain is missing"; empty for an address. A
 // local part may be ASCII or UTF-8, quoted or not; a domain may be of any script, or an address of IPv4, IPv6
@@ -18,4 +20,4 @@ String AddressFault(StringView address);
 // addresses of one mailbox become equal but for case. A text that is no address is returned unchanged.
 String CanonicalAddress(StringView address);
 
-}  // namespace Platform
+}  // namespace Runtime

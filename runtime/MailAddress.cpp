@@ -1,4 +1,4 @@
-#include "platform/MailAddress.h"
+#include "runtime/MailAddress.h"
 
 #include <arpa/inet.h>
 #include <unicode/uchar.h>
@@ -9,7 +9,7 @@
 #include <algorithm>
 #include <array>
 
-namespace Platform {
+namespace Runtime {
 namespace {
 
 // RFC 5321 section 4.5.3.1, in octets. Its limit for a path includes two brackets.
@@ -197,4 +197,4 @@ String CanonicalAddress(StringView address) {
   return Composed(local) + u'@' + CanonicalDomain(parts.Domain);
 }
 
-}  // namespace Platform
+}  // namespace Runtime
