@@ -3,7 +3,6 @@
 #include <dlfcn.h>
 #include <unistd.h>
 
-#include <filesystem>
 #include <map>
 #include <mutex>
 #include <utility>
@@ -14,9 +13,17 @@
 namespace Runtime {
 namespace {
 
-// The path that RegisterComponent is registering, and the failure text of the last registration.
+// The path that RegisterComponent is registering, where that library is loaded, and the failure text of the
+// last registration.
 thread_local std::string registering;
+thread_local const void* registeringBase = nullptr;
 thread_local String registrationFailure;
+
+// The address at which the library of an address is loaded; null if no library has it.
+const void* BaseOf(const void* address) {
+  Dl_info library{};
+  return dladdr(address, &library) != 0 ? library.dli_fbase : nullptr;
+}
 
 [[noreturn]] void RaiseCannotLoad(const std::string& path, const std::string& reason) {
   throw Failure(FailureNumber::CannotCreate, u"Runtime.Libraries",
@@ -71,6 +78,7 @@ void RunRegistration(const String& file, const char* exportName) {
   const std::string path = LocateLibrary(file);
   auto* function = Export<RegisterServerFunction>(Library(path), path, exportName);
   registering = path;
+  registeringBase = BaseOf(reinterpret_cast<const void*>(function));
   registrationFailure.clear();
   const std::int32_t status = function();
   registering.clear();
@@ -89,10 +97,10 @@ std::string LocateLibrary(const String& file) {
 }
 
 String FileToRegister(const void* codeAddress) {
-  // If a file has several names, the loader knows only the first one with which it was loaded.
-  std::error_code error;
-  std::string path = FileOfAddress(codeAddress);
-  if (!registering.empty() && std::filesystem::equivalent(path, registering, error)) path = registering;
+  // If a file has several names, the loader knows only the first one with which it was loaded, and that name
+  // may be gone.
+  const bool isRegistering = !registering.empty() && BaseOf(codeAddress) == registeringBase;
+  const std::string path = isRegistering ? registering : FileOfAddress(codeAddress);
   const bool ours = FolderOfPath(path) == LibraryPath();
   return FromUtf8(ours ? path.substr(LibraryPath().size() + 1) : path);
 }
