@@ -1,6 +1,7 @@
 #include "gateway/delivery/Attribution.h"
 
-#include <vector>
+#include <algorithm>
+#include <deque>
 
 #include "gateway/delivery/AttributionLanguages.h"
 #include "gateway/delivery/AttributionSentence.h"
@@ -64,7 +65,7 @@ class LastLines {
   }
 
   StringView rest_;
-  std::vector<Line> lines_;
+  std::deque<Line> lines_;  // references to lines stay valid while more are read
 };
 
 // The number of lines, from at upwards, that form a sentence that introduces a quote; the smallest such
