@@ -29,7 +29,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     for (const auto& [label, key] : KeyStoreFile(FromUtf8(file.Path())).Read(u"pw"))
       Fuzz::Require(key.size() == kStoredKeySize);
   } catch (const Failure& failure) {
-    Fuzz::Require(failure.Number() == FailureNumber::DeviceFailed ||
+    Fuzz::Require(failure.Number() == FailureNumber::RefusedInput ||
+                  failure.Number() == FailureNumber::DeviceFailed ||
                   failure.Number() == FailureNumber::WrongPassword);
   }
   return 0;
