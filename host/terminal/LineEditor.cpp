@@ -154,7 +154,7 @@ int ReadKey(EditLine* editor, wchar_t* key) {
 std::string Utf8(const wchar_t* begin, const wchar_t* end) {
   Platform::String text;
   for (const wchar_t* c = begin; c != end; ++c) {
-    const auto code = static_cast<std::uint32_t>(*c);
+    const wchar_t code = *c;
     if (code < 0x10000) {
       text += static_cast<char16_t>(code);
     } else {
