@@ -16,8 +16,8 @@ namespace Platform {
 class ProjectUser {
  public:
   virtual ~ProjectUser();
-  // In the form of Runtime::CanonicalAddress; empty if the user has none. The view is valid as long as the user
-  // object.
+  // In the form of Runtime::CanonicalAddress; empty if the user has none. The view is valid as long as the
+  // user object.
   virtual StringView GetEMailAddress() = 0;
   virtual Boolean IsMailAccepted() = 0;
   virtual std::int32_t GetUserKey() = 0;  // 1 or more; never given to another user
