@@ -69,7 +69,7 @@ int main(int argc, char** argv) {
       const Platform::StringView body(mail.Body);
       replies.Add(Platform::ToUtf8(mail.Subject), Platform::ToUtf8(body.substr(0, body.find(kCutMarker))));
       ++count;
-      return true;
+      return Gateway::Outcome::Delivered;
     });
     std::printf("%zu replies\n", count);
     return 0;

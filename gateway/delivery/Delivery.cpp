@@ -35,11 +35,11 @@ Outcome Deliver(const String& mailBox, const std::vector<std::string>& sources, 
 
   FailureJudge judge;
   CutMarker marker;
-  const auto handle = [&](RawMail raw) {
-    if (StopWanted()) return false;
+  const auto handle = [&](RawMail raw) -> std::optional<Outcome> {
+    if (StopWanted()) return std::nullopt;
     if (!raw.Fault.empty()) {
       report.Add(raw.Source, {}, Platform::FromUtf8(raw.Fault), {raw.FaultOutcome});
-      return true;
+      return raw.FaultOutcome;
     }
     String messageId;
     const Runtime::ClassLookupScope lookup;
@@ -53,14 +53,16 @@ Outcome Deliver(const String& mailBox, const std::vector<std::string>& sources, 
       Verdict verdict = judge.Judge(failure);
       if (verdict.Result == Outcome::Delivered) verdict.WhyEmpty = std::move(whyEmpty);
       report.Add(raw.Source, messageId, failure, verdict);
+      return verdict.Result;
     } catch (const Mime::LimitExceeded& limit) {
       report.Add(raw.Source, messageId,
                  Runtime::TextOf(Platform::TextNumber::kRefusedUnread, Platform::FromUtf8(limit.what())),
                  {Outcome::Refused});
+      return Outcome::Refused;
     } catch (const std::exception&) {
       report.Add(raw.Source, messageId, Platform::CurrentFailure().Description(), {Outcome::Retry});
+      return Outcome::Retry;
     }
-    return true;
   };
   const bool all = std::all_of(sources.begin(), sources.end(), [&](const std::string& source) {
     return ReadMailSource(source, input, handle);

@@ -49,7 +49,7 @@ bool ReadMbox(InputFile& file, const std::string& path, const MailSink& sink) {
       if (!reader.Next(bytes, size)) return true;
     } catch (const std::system_error& error) {
       // The part before the error is not the whole message.
-      return !StopWanted() && sink(Fault(source, error.code().message()));
+      return !StopWanted() && sink(Fault(source, error.code().message())).has_value();
     } catch (const std::bad_alloc&) {
       if (!sink(Fault(source, kNoMemory))) return false;
       continue;
@@ -72,7 +72,8 @@ bool ReadFile(const std::string& path, bool standardInput, Form form, const Mail
                    {},
                    "is no mbox: its first line isn't \"From \" with a sender and a time; without --mbox it "
                    "is read as one message",
-                   Outcome::Refused});
+                   Outcome::Refused})
+          .has_value();
     }
     Mime::SkipEnvelopeLine(file);
     const std::size_t size = file.TakeAll(mail.Bytes, kLargestMail);
@@ -84,7 +85,7 @@ bool ReadFile(const std::string& path, bool standardInput, Form form, const Mail
   } catch (const std::bad_alloc&) {
     mail = Fault(path, kNoMemory);
   }
-  return sink(std::move(mail));
+  return sink(std::move(mail)).has_value();
 }
 
 // Names in a Maildir begin with the time of delivery, so they sort in order of arrival.
@@ -136,7 +137,7 @@ bool ReadMailSource(const std::string& path, StandardInput input, const MailSink
   if (!fs::is_directory(path, error))
     return ReadFile(path, false, IsInMaildir(path) ? Form::OneMail : Form::Recognise, sink);
   if (IsMaildir(path)) return ReadMaildir(path, sink);
-  return sink(Fault(path, "it is a folder, but no Maildir, which has the folders new and cur"));
+  return sink(Fault(path, "it is a folder, but no Maildir, which has the folders new and cur")).has_value();
 }
 
 }  // namespace Gateway

@@ -6,6 +6,7 @@
 #pragma once
 
 #include <functional>
+#include <optional>
 #include <string>
 
 #include "gateway/sources/Outcome.h"
@@ -19,13 +20,16 @@ struct RawMail {
   std::string Bytes;
   std::string Fault;  // for people; empty if Bytes holds the mail
   Outcome FaultOutcome = Outcome::Retry;
+  // The envelope's sender, empty for the null return path; nothing if the source doesn't know it.
+  std::optional<std::string> EnvelopeSender = {};
 };
 
 // What standard input contains.
 enum class StandardInput { OneMail, Mbox };
 
-// Receives one mail after the other. Returning false ends the reading.
-using MailSink = std::function<bool(RawMail)>;
+// Receives one mail after the other, and returns what became of it. Nothing ends the reading; the mail was
+// not handled then.
+using MailSink = std::function<std::optional<Outcome>(RawMail)>;
 
 // Passes each mail of a source to the sink, in the order of the mbox, or of the file names in the Maildir's
 // folders new and cur together. What can't be read is passed as a fault and ends only its own source; no

@@ -5,8 +5,10 @@ namespace Gateway {
 
 enum class Outcome {
   Delivered,
-  Refused,  // the mail itself is the cause; trying again won't help
-  Retry,    // any other failure; nothing is lost
+  Duplicate,  // its reply was stored before; nothing was changed
+  Refused,    // by the mail's own fault or by a policy; trying again won't help
+  Held,       // refused, and kept with its reason
+  Retry,      // any other failure; nothing is lost
 };
 
 }  // namespace Gateway

@@ -64,6 +64,8 @@ int Deliver(const DeliverOptions& options) {
   const auto input = options.Mbox ? Gateway::StandardInput::Mbox : Gateway::StandardInput::OneMail;
   switch (Gateway::Deliver(mailBox, options.Sources, input, report)) {
     case Gateway::Outcome::Delivered:
+    case Gateway::Outcome::Duplicate:
+    case Gateway::Outcome::Held:
       return Done;
     case Gateway::Outcome::Refused:
       return DataRefused;

@@ -57,7 +57,7 @@ std::vector<std::string> MessagesOf(const std::string& bytes) {
   Gateway::ReadMailSource(path, Gateway::StandardInput::OneMail, [&](Gateway::RawMail mail) {
     EXPECT_EQ(mail.Source, path + ":" + std::to_string(messages.size() + 1));
     messages.push_back(mail.Bytes + mail.Fault);
-    return true;
+    return Gateway::Outcome::Delivered;
   });
   return messages;
 }
