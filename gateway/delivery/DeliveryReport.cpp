@@ -32,7 +32,7 @@ void DeliveryReport::Add(const std::string& source, const String& messageId, con
     if (result != Outcome::Delivered)
       outcome = (result == Outcome::Refused ? "refused: " : "to be tried again: ") +
                 Platform::TerminalLine(verdict.Reason.empty() ? failure : verdict.Reason);
-    if (!verdict.WhyEmpty.empty()) outcome += ", but " + verdict.WhyEmpty;
+    if (!verdict.WhyEmpty.empty()) outcome += " (" + verdict.WhyEmpty + ")";
     WriteLine(Platform::TerminalLine(Platform::FromUtf8(source)) + "  " +
               (messageId.empty() ? "(no Message-ID)" : Platform::TerminalLine(messageId)) + "  " + outcome);
   }

@@ -23,11 +23,11 @@ front of it is dropped. With --mbox standard input is an mbox. Use that for your
 configuration of a mail server.
 
 One line is printed for each message: its source, its Message-ID, and "delivered", or "refused" or "to be tried
-again" with the reason. If the reply has no text, the line says so and why: the mail is encrypted, or its text is
-below the line above which replies are read. With --json each line is an object: source, messageId, reason (for
+again" with the reason. If the reply has no text, "delivered" is followed by the reason in parentheses: the mail is
+encrypted, or its text is below the line above which replies are read. With --json each line is an object: source, messageId, reason (for
 people; also why a reply is empty), failure (the component's text; empty if the message was delivered).
-The words of the outcome are English in every language, for programs that read them; the reason is in the
-language of LANG.
+The words of the outcome are English in every language, for programs that read them; the reason is a sentence in
+the language of LANG.
 
 Exit codes:
   0   every message was delivered

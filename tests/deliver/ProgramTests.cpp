@@ -79,13 +79,14 @@ TEST_F(Deliver, ReportsEachOutcomeByItsExitCodeAndReason) {
        "\"unknown\"",
        ""},
       {"tvmail deliver Apollo below", 0,
-       "delivered, but the reply is empty: the mail has no text above the line \"----- Reply above this "
+       "delivered (the reply is empty: the mail has no text above the line \"----- Reply above this "
        "line "
-       "-----\", and the text below it is not read\n1 message: 1 delivered (1 empty), 0 refused",
+       "-----\", and the text below it is not read)\n1 message: 1 delivered (1 empty), 0 refused",
        ""},
       {"tvmail deliver Apollo sealed --json", 0, "\"reason\":\"the reply is empty: the mail is encrypted",
        ""},
-      {"tvmail deliver Apollo enveloped", 0, "delivered, but the reply is empty: the mail is encrypted", ""},
+      {"tvmail deliver Apollo enveloped", 0, "delivered (the reply is empty: the mail is encrypted", ""},
+      {"LC_ALL=de_DE.UTF-8 tvmail deliver Apollo sealed", 0, "delivered (die Antwort ist leer: ", ""},
       {"tvmail deliver Apollo < /dev/null", 65, "(no Message-ID)  refused: ", ""},
       {"tvmail deliver Apollo junk", 65, "refused: ", ""},
       {"tvmail deliver Apollo long", 65, "is too large for a reply.\n", ""},
