@@ -14,7 +14,8 @@ using Platform::String;
 using Platform::StringView;
 
 // Main thread. Each mail's line is written before the next mail is begun, so that it is kept if the program
-// is stopped. An error on output changes no outcome.
+// is stopped. An error on output changes no outcome. Output that nobody reads delays the work, but not its
+// end after a stop signal: the outcomes that were not written are then counted on standard error.
 class DeliveryReport {
  public:
   explicit DeliveryReport(bool json);
@@ -23,12 +24,13 @@ class DeliveryReport {
   // JSON has both. Both give WhyEmpty.
   void Add(const std::string& source, const String& messageId, const String& failure, const Verdict& verdict);
 
-  // Prints the summary. stopped: a signal ended the work before the last mail. Returns the outcome of all:
-  // Retry if any mail has to be tried again or stopped is true, else Refused if any was refused, else
-  // Delivered.
+  // Prints the summary, on standard error if standard output failed. stopped: a signal ended the work before
+  // the last mail. Returns the outcome of all: Retry if any mail has to be tried again or stopped is true,
+  // else Refused if any was refused, else Delivered.
   Outcome Finish(bool stopped);
 
  private:
+  std::string Summary(bool stopped) const;
   void WriteLine(const std::string& line);
   void ShowProgress();
   void ClearProgress();
@@ -42,6 +44,7 @@ class DeliveryReport {
   std::size_t empty_ = 0;  // of those delivered
   std::size_t refused_ = 0;
   std::size_t toTryAgain_ = 0;
+  std::size_t lostOutcomes_ = 0;  // of all these
 };
 
 }  // namespace Gateway

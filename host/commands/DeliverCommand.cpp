@@ -29,6 +29,9 @@ people; also why a reply is empty), failure (the component's text; empty if the 
 The words of the outcome are English in every language, for programs that read them; the reason is a sentence in
 the language of LANG.
 
+After SIGTERM or SIGINT no other message is begun, and the exit code is 75 if any is left. If nobody reads the
+lines, those that are not written are counted on standard error.
+
 Exit codes:
   0   every message was delivered
   65  a message was refused because of its sender, its subject, its body, or a discussion that doesn't exist.
