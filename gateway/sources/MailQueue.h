@@ -3,8 +3,10 @@
 #pragma once
 
 #include <chrono>
+#include <memory>
 
 #include "gateway/sources/MailSource.h"
+#include "gateway/sources/QueueSettings.h"
 
 namespace Gateway {
 
@@ -30,5 +32,9 @@ class MailQueue {
   // nothing. Raises what is wrong.
   virtual void Check() = 0;
 };
+
+// A queue as the settings describe it. Reaches for nothing yet. Raises 380, saying what is missing, for
+// settings that no server can meet.
+std::unique_ptr<MailQueue> MakeQueue(const QueueSettings& settings);
 
 }  // namespace Gateway
