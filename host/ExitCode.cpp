@@ -33,8 +33,8 @@ ExitCode CodeOf(std::int32_t failureNumber) {
 
 ExitCode CodeOf(const Platform::FailureWatch& watch, ExitCode withoutFailure) {
   ExitCode code = withoutFailure;
-  for (const std::int32_t number : watch.Numbers()) {
-    const auto found = Find(number);
+  for (const Platform::Failure& failure : watch.Failures()) {
+    const auto found = Find(failure.Number());
     if (found) code = *found;
     if (found == TryAgain) break;
   }

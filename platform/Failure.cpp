@@ -1,5 +1,6 @@
 #include "platform/Failure.h"
 
+#include <cstddef>
 #include <new>
 #include <utility>
 
@@ -48,7 +49,7 @@ Failure::Failure(std::int32_t number, String source, String description)
       source_(std::move(source)),
       description_(std::move(description)),
       what_(ToUtf8(description_)) {
-  FailureWatch::Record(number);
+  FailureWatch::Record(*this);
 }
 
 Failure::~Failure() = default;
@@ -59,8 +60,15 @@ FailureWatch::~FailureWatch() {
   innermostWatch = outer_;
 }
 
-void FailureWatch::Record(std::int32_t number) noexcept try {
-  if (innermostWatch) innermostWatch->numbers_.push_back(number);
+std::vector<Failure> FailureWatch::TakeNew() {
+  if (!innermostWatch) return {};
+  const auto& failures = innermostWatch->failures_;
+  const std::size_t first = std::exchange(innermostWatch->taken_, failures.size());
+  return {failures.begin() + static_cast<std::ptrdiff_t>(first), failures.end()};
+}
+
+void FailureWatch::Record(const Failure& failure) noexcept try {
+  if (innermostWatch) innermostWatch->failures_.push_back(failure);
 } catch (const std::bad_alloc&) {
   // The failure itself is raised all the same.
 }

@@ -60,9 +60,9 @@ class Failure : public std::exception {
   std::string what_;
 };
 
-// Records the number of each Failure created on this thread during its life, also of those that were caught.
-// A host uses it to find out why an operation of the component failed whose result is only False. Watches may
-// be nested; only the innermost one records. Created, used and destroyed on one thread.
+// Records each Failure created on this thread during its life, also those that were caught. A host uses it to
+// find out why an operation of the component failed whose result is only False. Watches may be nested; only
+// the innermost one records. Created, used and destroyed on one thread.
 class FailureWatch {
  public:
   FailureWatch();
@@ -70,15 +70,20 @@ class FailureWatch {
   FailureWatch(const FailureWatch&) = delete;
   FailureWatch& operator=(const FailureWatch&) = delete;
 
-  // In the order of creation; a number is missing if there was no memory for it.
-  const std::vector<std::int32_t>& Numbers() const { return numbers_; }
+  // In the order of creation; one is missing if there was no memory for it.
+  const std::vector<Failure>& Failures() const { return failures_; }
+
+  // The failures that the innermost watch of this thread has recorded since the last call; none without a
+  // watch.
+  static std::vector<Failure> TakeNew();
 
  private:
   friend class Failure;
-  static void Record(std::int32_t number) noexcept;
+  static void Record(const Failure& failure) noexcept;
 
   FailureWatch* outer_;
-  std::vector<std::int32_t> numbers_;
+  std::vector<Failure> failures_;
+  std::size_t taken_ = 0;
 };
 
 // Raises a Failure with one of FailureNumber and its standard description, followed by a colon and the

@@ -174,6 +174,7 @@ int Delete(const std::string& typedName, bool force) {
   const auto boxes = std::make_shared<OptionToolkit>([](Form&, UserInput&) {});
   Runtime::InstallToolkit(boxes);
   const Gateway::HandlerObject handler;
+  const FailureWatch watch;  // for the boxes
   handler.Mail().MailHandler_MboxDelete(mailbox.Name);
   // Without a path there is no project whose settings could remain.
   if (boxes->BoxCount() > 0 && !force && !mailbox.ProjectPath.empty())

@@ -3,6 +3,7 @@
 #include <iostream>
 
 #include "host/CommandError.h"
+#include "host/FailureReason.h"
 #include "platform/TerminalText.h"
 
 namespace Host {
@@ -26,7 +27,7 @@ void OptionToolkit::ShowModal(Form& form) {
 
 void OptionToolkit::MessageBox(StringView text, const std::optional<String>&) {
   ++boxCount_;
-  std::cerr << "tvmail: " << TerminalText(Trim(text)) << '\n';
+  std::cerr << "tvmail: " << TerminalText(WithReason(text)) << '\n';
 }
 
 void OptionToolkit::Finish() const {

@@ -3,14 +3,15 @@
 
 #include <memory>
 
+#include "host/FailureReason.h"
 #include "platform/Forms/FormsToolkit.h"
 
 namespace Host {
 
 using namespace Platform;
 
-// A toolkit that forwards everything to another one and records how the dialog ended, which the component
-// doesn't report.
+// A toolkit that forwards everything to another one, with the reason of a failure in a message box, and
+// records how the dialog ended, which the component doesn't report.
 class DialogToolkit : public FormsToolkit {
  public:
   explicit DialogToolkit(std::shared_ptr<FormsToolkit> toolkit) : toolkit_(std::move(toolkit)) {}
@@ -30,7 +31,7 @@ class DialogToolkit : public FormsToolkit {
   }
   void Unload(Form& form) override { toolkit_->Unload(form); }
   void MessageBox(StringView text, const std::optional<String>& title) override {
-    toolkit_->MessageBox(text, title);
+    toolkit_->MessageBox(WithReason(text), title);
   }
   std::optional<String> OpenFile(const OpenFileRequest& request) override {
     return toolkit_->OpenFile(request);

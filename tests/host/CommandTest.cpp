@@ -266,7 +266,7 @@ TEST_F(MailboxCommands, AStoredTransportIsReadAsTheComponentReadsIt) {
   }
 }
 
-TEST_F(MailboxCommands, AFullDiskGivesTryAgain) {
+TEST_F(MailboxCommands, AFullDiskAndADamagedProjectGiveTryAgainAndTheReason) {
   // A value of many pages, whose last write exceeds the limit of 32 kB.
   program.Store(Hive::CurrentUser, RegistryPath::kOutbound, SendingValue::kHostName,
                 {1, String(500000, u'h')});
@@ -278,7 +278,14 @@ TEST_F(MailboxCommands, AFullDiskGivesTryAgain) {
     const Outcome outcome =
         program.Shell("(trap '' XFSZ; ulimit -f 32; exec tvmail " + std::string(line) + ") 2>&1 | cat");
     EXPECT_EQ(75, outcome.Exit) << line << outcome.Output;
+    EXPECT_PRED2(Holds, outcome.Output, "at most 32768 bytes");
   }
+  program.Expect(
+      {{"mailbox change Apollo --user ann --password-file wrong", 65, "", "The project can't be opened"}});
+  const std::string database = program.File("apollo.db").string();
+  WriteFile(database, "damaged");
+  program.Expect({{"mailbox change Apollo --user ann --password-file password", 75, "",
+                   "\n" + database + " is no database; restore it"}});
   EXPECT_PRED2(Holds,
                program.Shell("(ulimit -f 16; TALVANE_HOME=$PWD/new exec tvmail init) 2>&1 | cat").Output,
                "at most 16384 bytes");
