@@ -5,14 +5,14 @@
 #include <vector>
 
 #include "gateway/delivery/DeliveryReport.h"
-#include "gateway/sources/MailSource.h"
+#include "gateway/delivery/MailProcessor.h"
 
 namespace Gateway {
 
 // Delivers every mail of the sources to the mailbox and adds its outcome to the report. input says what
 // standard input is. Returns the outcome of all. Ends between two mails after a stop signal. Raises 429 if
 // the component can't be created. Main thread.
-Outcome Deliver(const String& mailBox, const std::vector<std::string>& sources, StandardInput input,
-                DeliveryReport& report);
+Outcome Deliver(const String& mailBox, const DeliverySettings& settings,
+                const std::vector<std::string>& sources, StandardInput input, DeliveryReport& report);
 
 }  // namespace Gateway

@@ -2,7 +2,9 @@
 
 #include <unistd.h>
 
+#include <algorithm>
 #include <cerrno>
+#include <utility>
 
 #include "gateway/delivery/StoppableOutput.h"
 #include "platform/Json.h"
@@ -11,6 +13,38 @@
 
 namespace Gateway {
 namespace {
+
+// The words for people, English in every language, for programs that read them.
+constexpr std::pair<Outcome, const char*> kWords[] = {{Outcome::Delivered, "delivered"},
+                                                      {Outcome::Duplicate, "duplicate"},
+                                                      {Outcome::Refused, "refused"},
+                                                      {Outcome::Held, "held"},
+                                                      {Outcome::Retry, "to be tried again"}};
+
+std::string WordOf(Outcome outcome) {
+  const auto* found = std::ranges::find(kWords, outcome, &std::pair<Outcome, const char*>::first);
+  return found->second;
+}
+
+std::string JsonLine(const MailResult& result) {
+  return Platform::JsonObject()
+      .Add("source", Platform::FromUtf8(result.Source))
+      .Add("messageId", result.MessageId)
+      .Add("outcome", Platform::FromUtf8(result.Result == Outcome::Retry ? "retry" : WordOf(result.Result)))
+      .Add("reason", result.Reason.empty() ? result.WhyEmpty : result.Reason)
+      .Add("replyStored", result.ReplyStored)
+      .Add("failure", result.Failure)
+      .Text();
+}
+
+std::string TextLine(const MailResult& result) {
+  std::string outcome = WordOf(result.Result);
+  if (!result.Reason.empty()) outcome += ": " + Platform::TerminalLine(result.Reason);
+  if (!result.WhyEmpty.empty()) outcome += " (" + Platform::TerminalLine(result.WhyEmpty) + ")";
+  return Platform::TerminalLine(Platform::FromUtf8(result.Source)) + "  " +
+         (result.MessageId.empty() ? "(no Message-ID)" : Platform::TerminalLine(result.MessageId)) + "  " +
+         outcome;
+}
 
 // An error on standard error is ignored, since there is no other place for the text.
 void WriteError(const std::string& text) {
@@ -21,29 +55,11 @@ void WriteError(const std::string& text) {
 
 DeliveryReport::DeliveryReport(bool json) : json_(json), progress_(isatty(STDERR_FILENO) != 0) {}
 
-void DeliveryReport::Add(const std::string& source, const String& messageId, const String& failure,
-                         const Verdict& verdict) {
-  const Outcome result = verdict.Result;
-  ++(result == Outcome::Delivered ? delivered_ : result == Outcome::Refused ? refused_ : toTryAgain_);
-  if (!verdict.WhyEmpty.empty()) ++empty_;
+void DeliveryReport::Add(const MailResult& result) {
+  ++counts_[result.Result];
+  if (!result.WhyEmpty.empty()) ++empty_;
   ClearProgress();
-  if (json_) {
-    WriteLine(
-        Platform::JsonObject()
-            .Add("source", Platform::FromUtf8(source))
-            .Add("messageId", messageId)
-            .Add("reason", verdict.Reason.empty() ? Platform::FromUtf8(verdict.WhyEmpty) : verdict.Reason)
-            .Add("failure", failure)
-            .Text());
-  } else {
-    std::string outcome = "delivered";
-    if (result != Outcome::Delivered)
-      outcome = (result == Outcome::Refused ? "refused: " : "to be tried again: ") +
-                Platform::TerminalLine(verdict.Reason.empty() ? failure : verdict.Reason);
-    if (!verdict.WhyEmpty.empty()) outcome += " (" + verdict.WhyEmpty + ")";
-    WriteLine(Platform::TerminalLine(Platform::FromUtf8(source)) + "  " +
-              (messageId.empty() ? "(no Message-ID)" : Platform::TerminalLine(messageId)) + "  " + outcome);
-  }
+  WriteLine(json_ ? JsonLine(result) : TextLine(result));
   if (outputLost_) ++lostOutcomes_;
   ShowProgress();
 }
@@ -59,18 +75,29 @@ Outcome DeliveryReport::Finish(bool stopped) {
       note += "; the last " + std::to_string(lostOutcomes_) + " outcomes were not written";
     WriteError(note + "; the exit code is correct\n");
   }
-  if (toTryAgain_ > 0 || stopped) return Outcome::Retry;
-  return refused_ > 0 ? Outcome::Refused : Outcome::Delivered;
+  if (counts_.contains(Outcome::Retry) || stopped) return Outcome::Retry;
+  return counts_.contains(Outcome::Refused) ? Outcome::Refused : Outcome::Delivered;
+}
+
+// Duplicates and held mail are named if there are any.
+std::string DeliveryReport::Counts() const {
+  std::string text;
+  for (const auto& [outcome, word] : kWords) {
+    const auto counted = counts_.find(outcome);
+    const bool any = counted != counts_.end();
+    if (!any && (outcome == Outcome::Duplicate || outcome == Outcome::Held)) continue;
+    text += (text.empty() ? "" : ", ") + std::to_string(any ? counted->second : 0) + " " + word;
+    if (outcome == Outcome::Delivered && empty_ > 0) text += " (" + std::to_string(empty_) + " empty)";
+  }
+  return text;
 }
 
 std::string DeliveryReport::Summary(bool stopped) const {
-  const std::size_t total = delivered_ + refused_ + toTryAgain_;
-  std::string summary =
-      total == 0
-          ? "no messages found"
-          : std::to_string(total) + (total == 1 ? " message: " : " messages: ") + std::to_string(delivered_) +
-                " delivered" + (empty_ == 0 ? ", " : " (" + std::to_string(empty_) + " empty), ") +
-                std::to_string(refused_) + " refused, " + std::to_string(toTryAgain_) + " to be tried again";
+  std::size_t total = 0;
+  for (const auto& [outcome, count] : counts_) total += count;
+  std::string summary = total == 0
+                            ? "no messages found"
+                            : std::to_string(total) + (total == 1 ? " message: " : " messages: ") + Counts();
   if (stopped) summary += "; stopped before the end: the other messages were not tried";
   return summary;
 }
@@ -92,8 +119,7 @@ void DeliveryReport::ShowProgress() {
   const auto now = std::chrono::steady_clock::now();
   if (now - lastProgress_ < kInterval) return;
   lastProgress_ = now;
-  WriteError("\r" + std::to_string(delivered_) + " delivered, " + std::to_string(refused_) + " refused, " +
-             std::to_string(toTryAgain_) + " to be tried again ...");
+  WriteError("\r" + Counts() + " ...");
   progressShown_ = true;
 }
 

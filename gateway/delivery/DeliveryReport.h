@@ -3,15 +3,12 @@
 
 #include <chrono>
 #include <cstddef>
+#include <map>
 #include <string>
 
-#include "gateway/delivery/FailureJudge.h"
-#include "platform/Text.h"
+#include "gateway/delivery/MailResult.h"
 
 namespace Gateway {
-
-using Platform::String;
-using Platform::StringView;
 
 // Main thread. Each mail's line is written before the next mail is begun, so that it is kept if the program
 // is stopped. An error on output changes no outcome. Output that nobody reads delays the work, but not its
@@ -20,9 +17,8 @@ class DeliveryReport {
  public:
   explicit DeliveryReport(bool json);
 
-  // Prints a mail's outcome. failure is the component's text. In text output verdict.Reason replaces failure;
-  // JSON has both. Both give WhyEmpty.
-  void Add(const std::string& source, const String& messageId, const String& failure, const Verdict& verdict);
+  // Prints a mail's outcome.
+  void Add(const MailResult& result);
 
   // Prints the summary, on standard error if standard output failed. stopped: a signal ended the work before
   // the last mail. Returns the outcome of all: Retry if any mail has to be tried again or stopped is true,
@@ -30,6 +26,7 @@ class DeliveryReport {
   Outcome Finish(bool stopped);
 
  private:
+  std::string Counts() const;
   std::string Summary(bool stopped) const;
   void WriteLine(const std::string& line);
   void ShowProgress();
@@ -40,10 +37,8 @@ class DeliveryReport {
   bool progressShown_ = false;
   bool outputLost_ = false;
   std::chrono::steady_clock::time_point lastProgress_;
-  std::size_t delivered_ = 0;
-  std::size_t empty_ = 0;  // of those delivered
-  std::size_t refused_ = 0;
-  std::size_t toTryAgain_ = 0;
+  std::map<Outcome, std::size_t> counts_;
+  std::size_t empty_ = 0;         // of those delivered
   std::size_t lostOutcomes_ = 0;  // of all these
 };
 

@@ -10,14 +10,14 @@ namespace {
 namespace TextNumber = Platform::TextNumber;
 
 // Never empty, since an empty text stands for a reply with text.
-std::string Reason(std::int32_t number, StringView marker = {}) {
+String Reason(std::int32_t number, StringView marker = {}) {
   const String text = Runtime::TextOf(number, marker);
-  return text.empty() ? "the reply is empty" : Platform::ToUtf8(text);
+  return text.empty() ? u"the reply is empty" : text;
 }
 
 }  // namespace
 
-std::string WhyReplyIsEmpty(const Mime::Mail& mail, std::size_t cut, CutMarker& marker) {
+String WhyReplyIsEmpty(const Mime::Mail& mail, std::size_t cut, CutMarker& marker) {
   const StringView body = mail.Body;
   if (!IsBlankText(body.substr(0, cut))) return {};
   if (mail.Encrypted) return Reason(TextNumber::kEncryptedMail);

@@ -43,11 +43,12 @@ std::vector<FailureJudge::OwnFault> FailureJudge::LoadOwnFaults() {
   texts.LoadResources(Runtime::LibraryFolder() + u"\\TvEmailServicesRes.dll", u"TvEmailServices");
   const String notice = texts.ResourceString(Platform::TextNumber::kMailNotice);
   std::vector<OwnFault> faults;
-  for (const std::int32_t number : kOwnFaults)
-    faults.push_back({Platform::NotedFailureText(notice, texts.ResourceString(number)), {}});
+  for (const std::int32_t number : kOwnFaults) {
+    const String reason = texts.ResourceString(number);
+    faults.push_back({Platform::NotedFailureText(notice, reason), reason});
+  }
   for (const auto& [number, reason] : kOwnFailures)
-    faults.push_back({Platform::NotedFailureText(notice, DescriptionOf(number)),
-                      Platform::NotedFailureText(notice, Runtime::TextOf(reason))});
+    faults.push_back({Platform::NotedFailureText(notice, DescriptionOf(number)), Runtime::TextOf(reason)});
   return faults;
 }
 
@@ -56,12 +57,12 @@ Verdict FailureJudge::Judge(const String& failure) {
   try {
     if (ownFaults_.empty()) ownFaults_ = LoadOwnFaults();
   } catch (const std::exception&) {
-    return {Outcome::Retry};
+    return {Outcome::Retry, failure};
   }
   for (const OwnFault& fault : ownFaults_) {
     if (fault.Failure == failure) return {Outcome::Refused, fault.Reason};
   }
-  return {Outcome::Retry};
+  return {Outcome::Retry, failure};
 }
 
 }  // namespace Gateway

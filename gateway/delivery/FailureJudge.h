@@ -1,7 +1,6 @@
 // FailureJudge: decides whether a mail that the component refused is itself the cause.
 #pragma once
 
-#include <string>
 #include <vector>
 
 #include "gateway/sources/Outcome.h"
@@ -13,10 +12,8 @@ using Platform::String;
 
 struct Verdict {
   Outcome Result = Outcome::Delivered;
-  // For people, in their language, in place of a text that only names a failure; otherwise empty.
+  // For people, in their language. Empty if the result is Delivered.
   String Reason = {};
-  // Why a delivered reply has no visible text; empty if it has some.
-  std::string WhyEmpty = {};
 };
 
 class FailureJudge {

@@ -65,7 +65,7 @@ int Deliver(const DeliverOptions& options) {
 
   Gateway::DeliveryReport report(options.Json);
   const auto input = options.Mbox ? Gateway::StandardInput::Mbox : Gateway::StandardInput::OneMail;
-  switch (Gateway::Deliver(mailBox, options.Sources, input, report)) {
+  switch (Gateway::Deliver(mailBox, {}, options.Sources, input, report)) {
     case Gateway::Outcome::Delivered:
     case Gateway::Outcome::Duplicate:
     case Gateway::Outcome::Held:

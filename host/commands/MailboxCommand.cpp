@@ -183,8 +183,7 @@ int Delete(const std::string& typedName, bool force) {
                       u" was kept, for the reason above: try again, or delete the record alone with --force");
   // The component removes the settings from the project; the record is its host's. A remaining record would
   // still accept mail, be listed, and block the project's name.
-  if (!RemoveMailbox(mailbox))
-    throw CommandError(TryAgain, u"the record of mailbox " + mailbox.Name + u" can't be removed: try again");
+  Gateway::RemoveMailbox(mailbox.Name);
   std::cout << "Mailbox " << TerminalLine(mailbox.Name) << " is deleted.\n";
   return Done;
 }

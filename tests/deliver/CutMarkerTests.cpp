@@ -241,7 +241,7 @@ TEST_F(CutMarker, ReportsWhyNothingIsAboveIt) {
     mail.Body = FromUtf8(Written(row.Body));
     mail.Encrypted = row.Encrypted;
     const std::size_t cut = marker.Repair(mail.Body);
-    const std::string reason = WhyReplyIsEmpty(mail, cut, marker);
+    const std::string reason = Utf8(WhyReplyIsEmpty(mail, cut, marker));
     EXPECT_EQ(row.Reason.empty(), reason.empty()) << row.Body;
     EXPECT_NE(std::string::npos, reason.find(row.Reason)) << reason;
   }

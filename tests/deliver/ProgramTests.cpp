@@ -75,7 +75,7 @@ TEST_F(Deliver, ReportsEachOutcomeByItsExitCodeAndReason) {
       {"tvmail deliver apollo - < good", 0, "delivered", ""},
       {"(echo 'From x'; cat good) | tvmail deliver Apollo", 0, "-  <m@x>  delivered", ""},
       {"tvmail deliver Apollo --json good unknown", 65,
-       "{\"source\":\"good\",\"messageId\":\"<m@x>\",\"reason\":\"\",\"failure\":\"\"}\n{\"source\":"
+       "{\"source\":\"good\",\"messageId\":\"<m@x>\",\"outcome\":\"delivered\",\"reason\":\"\",\"replyStored\":false,\"failure\":\"\"}\n{\"source\":"
        "\"unknown\"",
        ""},
       {"tvmail deliver Apollo below", 0,

@@ -1,0 +1,39 @@
+// MailProcessor: turns the mails of one mailbox into replies, one after the other.
+#pragma once
+
+#include <memory>
+
+#include "gateway/delivery/MailResult.h"
+#include "gateway/policy/PolicySettings.h"
+#include "gateway/sources/MailSource.h"
+
+namespace Gateway {
+
+struct DeliverySettings {
+  PolicySettings Policy;
+  bool Hold = false;  // keep refused mail, with its reason
+  int HeldDays = 90;  // how long held mail is kept
+};
+
+// Each object has its own handler object of the component. Created, used and destroyed on one thread; the
+// objects of several threads don't wait for each other, except for the stores.
+class MailProcessor {
+ public:
+  // The mailbox is found in any case. Raises 429, with the reason, if the component or a sibling can't be
+  // created.
+  MailProcessor(String mailbox, DeliverySettings settings);
+  MailProcessor(const MailProcessor&) = delete;
+  MailProcessor& operator=(const MailProcessor&) = delete;
+  ~MailProcessor();
+
+  // Decides what becomes of a mail, and does it. Delivered, Duplicate and Held are durable when this returns.
+  // Reads the mailbox's record for each mail, so that a change takes effect at once; a missing record gives
+  // Retry. Raises nothing.
+  MailResult Process(RawMail raw);
+
+ private:
+  class Work;
+  std::unique_ptr<Work> work_;
+};
+
+}  // namespace Gateway
