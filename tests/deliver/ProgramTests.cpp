@@ -75,7 +75,8 @@ TEST_F(Deliver, ReportsEachOutcomeByItsExitCodeAndReason) {
       {"tvmail deliver apollo - < good", 0, "delivered", ""},
       {"(echo 'From x'; cat good) | tvmail deliver Apollo", 0, "-  <m@x>  delivered", ""},
       {"tvmail deliver Apollo --json good unknown", 65,
-       "{\"source\":\"good\",\"messageId\":\"<m@x>\",\"outcome\":\"delivered\",\"reason\":\"\",\"replyStored\":false,\"failure\":\"\"}\n{\"source\":"
+       "{\"source\":\"good\",\"messageId\":\"<m@x>\",\"outcome\":\"delivered\",\"reason\":\"\","
+       "\"replyStored\":false,\"failure\":\"\"}\n{\"source\":"
        "\"unknown\"",
        ""},
       {"tvmail deliver Apollo below", 0,
@@ -95,7 +96,7 @@ TEST_F(Deliver, ReportsEachOutcomeByItsExitCodeAndReason) {
       {"tvmail deliver Apollo other", 65, "The subject isn't that of a reply to a discussion's notification.",
        ""},
       {"LC_ALL=de_DE.UTF-8 tvmail deliver Apollo other", 65,
-       "E-Mail.) Der Betreff ist nicht der einer Antwort", ""},
+       "refused: Der Betreff ist nicht der einer Antwort", ""},
       {"tvmail deliver Apollo other --json", 65, "Invalid argument\"}\n", ""},
       {"for l in de_DE.UTF-8 ja_JP.UTF-8; do LC_ALL=$l LANG=$l tvmail deliver Apollo unknown other; c=$?; "
        "[ $c = 65 ] || exit $c; done; exit 65",
