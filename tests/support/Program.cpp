@@ -26,6 +26,9 @@ void ExpectPiece(const std::string& piece, const std::string& text) {
 
 Program::Program() : program_(TVMAIL_PROGRAM) {
   umask(077);  // of the files of passwords
+  // A shell that starts the tests in the background lets them ignore these signals, and the program would
+  // inherit it.
+  for (const int number : {SIGINT, SIGQUIT}) signal(number, SIG_DFL);
   WriteFile(File("password"), "secret\n");
   WriteFile(File("wrong"), "guess\n");
 }
