@@ -18,12 +18,4 @@ String RegistryKey::Text(StringView name) const {
   return content.IsString() ? content.ToString() : String();
 }
 
-std::vector<String> RegistryKey::SubKeys() const {
-  Value collection{Array()};
-  std::vector<String> names;
-  if (!cursor_.EnumKeys(collection) || !collection.IsArray()) return names;
-  for (const Value& name : collection.ToArray()) names.push_back(name.ToString());
-  return names;
-}
-
 }  // namespace Host

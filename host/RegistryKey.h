@@ -1,8 +1,7 @@
-// RegistryKey: reads and deletes registry keys through the sibling TvGeneralServices.
+// RegistryKey: reads registry keys through the sibling TvGeneralServices.
 #pragma once
 
 #include <optional>
-#include <vector>
 
 #include "platform/contracts/GeneralServices.h"
 
@@ -17,12 +16,6 @@ class RegistryKey {
 
   // The text of a value; empty if the value doesn't exist or is no text.
   String Text(StringView name) const;
-
-  // The names of the sub keys, ordered by name.
-  std::vector<String> SubKeys() const;
-
-  // Deletes a sub key with everything below it. Returns false on failure.
-  bool Delete(StringView subKey) const { return cursor_.DeleteKey(subKey); }
 
  private:
   explicit RegistryKey(RegUtil cursor) : cursor_(std::move(cursor)) {}

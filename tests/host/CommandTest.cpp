@@ -331,7 +331,7 @@ TEST_F(MailboxCommands, ReportAMissingLibraryAndRecover) {
        "TvGeneralServices.Dll"},
       {"TvResourceServices.so", "outbound --enable --host h --address a@b", "TvResourceServices.dll"},
       {"Talvane40.so", "project show apollo.TVS", "Talvane40.so"},
-      {"TvGeneralServices.so", "mailbox list", "TvGeneralServices"},
+      {"TvGeneralServices.so", "outbound show", "TvGeneralServices"},
       {"TvEmailServices.so", "about", "TvEmailServices.so"}};
   for (const auto& [library, arguments, error] : cases) {
     std::filesystem::rename(libraries / library, program.File("away"));
