@@ -19,3 +19,9 @@ tvmail deliver Apollo "$2/samples/mail/15-unknown-sender.eml" >"$folder/shown" |
 fact "Absender" "the installed texts are found, in the user's language"
 printf '?\n' | tvmail outbound >"$folder/shown" 2>&1 || true
 fact "share/talvane/help\|SMTP" "the installed help is found"
+cd "$folder/installed/share/doc/TvEmailServices"
+for page in *.md docs/*.md; do
+  for link in $(sed -n 's/[^(]*](\([^):]*\))/\1\n/gp' "$page" | grep -v ' '); do
+    [ -e "$(dirname "$page")/$link" ] || { echo "not so: $link, a link of $page, is installed"; exit 1; }
+  done
+done
