@@ -50,6 +50,11 @@ inline constexpr StringView kWritten = u"EMail";
 inline constexpr StringView kRead = u"Email";
 }  // namespace ProjectSection
 
+// The Message-ID of a notification that this host sends begins so, behind its angle bracket.
+namespace Notice {
+inline constexpr StringView kMessageIdStart = u"talvane.notice.";
+}  // namespace Notice
+
 // The numbers of the catalogues' texts. Other texts are appended to some: a reason to kSettingsRefused,
 // kSectionNotRemoved and kRecordNotRemoved to kNotDeleted.
 namespace TextNumber {
@@ -166,6 +171,19 @@ inline constexpr std::int32_t kSettingsCancelled = 20050;
 inline constexpr std::int32_t kMailBoxCancelled = 20051;
 inline constexpr std::int32_t kDialogNotOpened = 20052;
 inline constexpr std::int32_t kDialogOnTerminal = 20053;
+inline constexpr std::int32_t kStrangerRefused = 20100;
+inline constexpr std::int32_t kUserTakesNoMail = 20101;
+inline constexpr std::int32_t kMailWithoutSender = 20102;
+inline constexpr std::int32_t kAutomaticField = 20103;
+inline constexpr std::int32_t kNoReturnAddress = 20104;
+inline constexpr std::int32_t kMailingList = 20105;
+inline constexpr std::int32_t kOwnNotice = 20106;
+inline constexpr std::int32_t kOwnAddress = 20107;
+inline constexpr std::int32_t kFromAmbiguous = 20110;
+inline constexpr std::int32_t kNotAuthenticated = 20111;
+inline constexpr std::int32_t kAuthenticationFailed = 20112;
+inline constexpr std::int32_t kNoAuthenticationPass = 20113;
+inline constexpr std::int32_t kMailTooLarge = 20120;
 
 // A text of a catalogue, and the number of its places for arguments.
 struct CatalogueText {
@@ -209,7 +227,20 @@ inline constexpr CatalogueText kProgramTexts[] = {{kFormIntroduction},
                                                   {kSettingsCancelled},
                                                   {kMailBoxCancelled},
                                                   {kDialogNotOpened},
-                                                  {kDialogOnTerminal, 1}};
+                                                  {kDialogOnTerminal, 1},
+                                                  {kStrangerRefused, 1},
+                                                  {kUserTakesNoMail, 1},
+                                                  {kMailWithoutSender},
+                                                  {kAutomaticField, 1},
+                                                  {kNoReturnAddress},
+                                                  {kMailingList, 1},
+                                                  {kOwnNotice},
+                                                  {kOwnAddress, 1},
+                                                  {kFromAmbiguous},
+                                                  {kNotAuthenticated, 1},
+                                                  {kAuthenticationFailed, 1},
+                                                  {kNoAuthenticationPass, 1},
+                                                  {kMailTooLarge, 2}};
 
 inline constexpr CatalogueText kSharedTexts[] = {{kCutMarker}};
 

@@ -5,9 +5,12 @@
 
 #include "gateway/delivery/AttributionLanguages.h"
 #include "gateway/delivery/AttributionSentence.h"
-#include "gateway/delivery/MailCharacters.h"
+#include "mime/MailCharacters.h"
 
 namespace Gateway {
+
+using namespace Mime;
+
 namespace {
 
 // Mail programs write no longer lines, sentences or blocks of header lines than these.

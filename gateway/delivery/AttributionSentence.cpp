@@ -4,9 +4,12 @@
 #include <optional>
 
 #include "gateway/delivery/AttributionLanguages.h"
-#include "gateway/delivery/MailCharacters.h"
+#include "mime/MailCharacters.h"
 
 namespace Gateway {
+
+using namespace Mime;
+
 namespace {
 
 bool IsDigit(char16_t c) {

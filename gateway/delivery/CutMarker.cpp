@@ -1,7 +1,7 @@
 #include "gateway/delivery/CutMarker.h"
 
 #include "gateway/delivery/Attribution.h"
-#include "gateway/delivery/MailCharacters.h"
+#include "mime/MailCharacters.h"
 #include "platform/Failure.h"
 #include "platform/Services.h"
 #include "platform/StoredNames.h"
@@ -9,6 +9,9 @@
 #include "runtime/Folders.h"
 
 namespace Gateway {
+
+using namespace Mime;
+
 namespace {
 
 // The component refuses a reply of more characters. An attribution, quote signs and blank lines in front of

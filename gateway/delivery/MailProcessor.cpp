@@ -1,10 +1,10 @@
 #include "gateway/delivery/MailProcessor.h"
 
 #include "gateway/delivery/CutMarker.h"
-#include "gateway/delivery/EmptyReply.h"
 #include "gateway/delivery/FailureJudge.h"
 #include "gateway/delivery/HandlerObject.h"
 #include "gateway/delivery/MessageObject.h"
+#include "gateway/policy/EmptyReply.h"
 #include "mime/LimitCheck.h"
 #include "platform/Failure.h"
 #include "platform/StoredNames.h"
@@ -43,7 +43,7 @@ class MailProcessor::Work {
     result.MessageId = mail.MessageId;
     RequireText(marker_);
     const std::size_t cut = marker_.Repair(mail.Body);
-    String whyEmpty = WhyReplyIsEmpty(mail, cut, marker_);
+    String whyEmpty = WhyReplyIsEmpty(mail, cut, marker_.OriginalText());
     result.Failure = object_.Mail().MailHandler_HandleMessage(MakeMessageObject(std::move(mail)));
     const Verdict verdict = judge_.Judge(result.Failure);
     result.Result = verdict.Result;

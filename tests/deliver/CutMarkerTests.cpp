@@ -1,6 +1,6 @@
 // The cut marker and the attribution above it, in the forms that mail programs give them.
 #include "gateway/delivery/CutMarker.h"
-#include "gateway/delivery/EmptyReply.h"
+#include "gateway/policy/EmptyReply.h"
 #include "tests/support/World.h"
 
 namespace Tests {
@@ -241,7 +241,7 @@ TEST_F(CutMarker, ReportsWhyNothingIsAboveIt) {
     mail.Body = FromUtf8(Written(row.Body));
     mail.Encrypted = row.Encrypted;
     const std::size_t cut = marker.Repair(mail.Body);
-    const std::string reason = Utf8(WhyReplyIsEmpty(mail, cut, marker));
+    const std::string reason = Utf8(Gateway::WhyReplyIsEmpty(mail, cut, marker.OriginalText()));
     EXPECT_EQ(row.Reason.empty(), reason.empty()) << row.Body;
     EXPECT_NE(std::string::npos, reason.find(row.Reason)) << reason;
   }

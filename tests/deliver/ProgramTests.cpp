@@ -82,7 +82,8 @@ TEST_F(Deliver, ReportsEachOutcomeByItsExitCodeAndReason) {
       {"tvmail deliver Apollo below", 0,
        "delivered (the reply is empty: the mail has no text above the line \"----- Reply above this "
        "line "
-       "-----\", and the text below it is not read)\n1 message: 1 delivered (1 empty), 0 refused",
+       "-----\", and the text below it is not read; write your reply above it)\n1 message: 1 delivered (1 "
+       "empty), 0 refused",
        ""},
       {"tvmail deliver Apollo sealed --json", 0, "\"reason\":\"the reply is empty: the mail is encrypted",
        ""},

@@ -7,7 +7,7 @@
 
 #include "platform/Text.h"
 
-namespace Gateway {
+namespace Mime {
 
 using Platform::String;
 using Platform::StringView;
@@ -57,4 +57,4 @@ constexpr bool IsBlankText(StringView text) {
                      [](char16_t c) { return IsBlank(c) || IsLineEnd(c) || IsInvisible(c); });
 }
 
-}  // namespace Gateway
+}  // namespace Mime

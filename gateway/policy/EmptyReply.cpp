@@ -1,0 +1,25 @@
+#include "gateway/policy/EmptyReply.h"
+
+#include "mime/MailCharacters.h"
+#include "platform/StoredNames.h"
+
+namespace Gateway {
+
+namespace TextNumber = Platform::TextNumber;
+
+String WhyReplyIsEmpty(const Mime::Mail& mail, std::size_t cut, StringView marker) {
+  const StringView body = mail.Body;
+  if (!Mime::IsBlankText(body.substr(0, cut))) return {};
+  const auto reason = [&](std::int32_t number) { return MakeRefusal(Rule::kEmpty, number, marker).Reason; };
+  if (mail.Encrypted) return reason(TextNumber::kEncryptedMail);
+  if (cut == StringView::npos) return reason(TextNumber::kMailWithoutText);
+  const bool textBelow = !Mime::IsBlankText(body.substr(cut + marker.size()));
+  return reason(textBelow ? TextNumber::kTextBelowMarkerOnly : TextNumber::kNoTextAboveMarker);
+}
+
+std::optional<Refusal> RefuseEmptyReply(const GateFacts& facts, const PolicySettings& settings) {
+  if (settings.PostEmpty || facts.WhyEmpty.empty()) return std::nullopt;
+  return Refusal{Rule::kEmpty, facts.WhyEmpty};
+}
+
+}  // namespace Gateway

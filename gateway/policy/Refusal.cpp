@@ -1,0 +1,23 @@
+#include "gateway/policy/Refusal.h"
+
+#include "runtime/Texts.h"
+
+namespace Gateway {
+namespace {
+
+constexpr std::size_t kLongestArgument = 254;  // an address
+
+String Shortened(StringView argument) {
+  if (argument.size() <= kLongestArgument) return String(argument);
+  return String(argument.substr(0, kLongestArgument)) + u"...";
+}
+
+}  // namespace
+
+Refusal MakeRefusal(std::string_view rule, std::int32_t text, StringView first, StringView second) {
+  String reason = Runtime::TextOf(text, Shortened(first), Shortened(second));
+  if (reason.empty()) reason = u"The mail was refused by the rule \"" + Platform::FromUtf8(rule) + u"\".";
+  return {rule, std::move(reason)};
+}
+
+}  // namespace Gateway
