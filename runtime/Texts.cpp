@@ -2,20 +2,39 @@
 
 #include <exception>
 
-#include "platform/Services.h"
-#include "platform/contracts/ResourceServices.h"
+#include "platform/Failure.h"
+#include "runtime/Catalogue.h"
+#include "runtime/EnglishTexts.h"
 #include "runtime/Folders.h"
+#include "runtime/TextTemplate.h"
 
 namespace Runtime {
+namespace {
 
-String TextOf(std::int32_t number, StringView first, StringView second) {
+const Catalogue& BuiltIn() {
+  static const Catalogue& english = *new Catalogue(EnglishTexts(), "the built-in catalogue");
+  return english;
+}
+
+}  // namespace
+
+String TextOf(std::int32_t number, StringView first, StringView second) try {
+  // Texts are wanted while failures are told, of which a missing catalogue is none.
+  const Platform::FailureWatch unrecorded;
+  Languages languages;
   try {
-    const Platform::Resource texts(Platform::Services().CreateByName(u"TvResourceServices.Resource"));
-    texts.LoadResources(LibraryFolder() + u"\\TvMailRes.dll", u"TvMail");
-    return texts.ResourceStrings(number, first, second);
+    LoadLanguages(LibraryFolder() + u"\\TvMailRes.dll", languages);
   } catch (const std::exception&) {
-    return {};
+    // The catalogues that could be loaded are used.
   }
+  const String arguments[] = {String(first), String(second)};
+  for (const Catalogue* catalogue : {languages.Own.get(), languages.English.get(), &BuiltIn()}) {
+    const String* text = catalogue ? catalogue->Find(number) : nullptr;
+    if (text) return Expand(*text, arguments);
+  }
+  return {};
+} catch (const std::exception&) {
+  return {};
 }
 
 }  // namespace Runtime

@@ -10,9 +10,9 @@ namespace Runtime {
 using Platform::String;
 using Platform::StringView;
 
-// The text of one of TextNumber::kProgramTexts with its arguments. Empty if the text service or its catalogue
-// can't be loaded. Raises nothing. Any thread. It reads the registry, so the registry's own code must not
-// call it.
+// The text of one of TextNumber::kProgramTexts with its arguments: in the user's language, or in English if
+// its catalogue is missing. Needs neither the registry nor a component, so that their own failures can be
+// told. Empty only without memory. Raises nothing. Any thread.
 String TextOf(std::int32_t number, StringView first = {}, StringView second = {});
 
 }  // namespace Runtime

@@ -1,6 +1,6 @@
 #include "siblings/TvResourceServices/Resource.h"
 
-#include "siblings/TvResourceServices/Template.h"
+#include "runtime/TextTemplate.h"
 
 namespace TvResourceServices {
 
@@ -15,7 +15,7 @@ const Resource::Table& Resource::Members() {
 
 Value Resource::LoadResources(std::span<Value> arguments) {
   languages_ = {};
-  LoadLanguages(arguments[0].ToString(), languages_);
+  Runtime::LoadLanguages(arguments[0].ToString(), languages_);
   return {};
 }
 
@@ -44,7 +44,7 @@ Value Resource::GetFontName(std::span<Value>) {
 String Resource::Text(std::int32_t number, std::span<const String> arguments) const {
   for (const auto& catalogue : {languages_.Own, languages_.English}) {
     if (!catalogue) continue;
-    if (const String* text = catalogue->Find(number)) return Expand(*text, arguments);
+    if (const String* text = catalogue->Find(number)) return Runtime::Expand(*text, arguments);
   }
   return u"(no text for message " + FromUtf8(std::to_string(number)) + u")";
 }

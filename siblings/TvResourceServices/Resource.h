@@ -5,9 +5,11 @@
 
 #include "platform/Component.h"
 #include "platform/Object.h"
-#include "siblings/TvResourceServices/Catalogue.h"
+#include "runtime/Catalogue.h"
 
 namespace TvResourceServices {
+
+using namespace Platform;
 
 extern std::atomic<long> liveObjects;
 
@@ -24,7 +26,7 @@ class Resource : public ObjectWithMembers<Resource> {
 
   String Text(std::int32_t number, std::span<const String> arguments) const;
 
-  Languages languages_;
+  Runtime::Languages languages_;
   LiveObject live_{liveObjects};
 };
 

@@ -12,15 +12,20 @@
 
 #include "platform/Text.h"
 
-namespace TvResourceServices {
+namespace Runtime {
 
-using namespace Platform;
+using Platform::String;
+using Platform::StringView;
 
 class Catalogue {
  public:
   // Raises 57, with the file and the line, for an invalid line, a duplicate number or bytes that are not
-  // UTF-8; 76 for a file that can't be read.
+  // UTF-8, and for a file that can't be read. The descriptions are in English, since they are about the
+  // texts.
   explicit Catalogue(const std::filesystem::path& file);
+
+  // The texts in the bytes of a catalogue's file, whose name is for descriptions.
+  Catalogue(std::string_view bytes, const std::string& name);
 
   // The text of a number, owned by the catalogue; null if there is none.
   const String* Find(std::int32_t number) const;
@@ -46,4 +51,4 @@ struct Languages {
 // is raised. After a failure the next call tries again.
 void LoadLanguages(StringView resourceFile, Languages& languages);
 
-}  // namespace TvResourceServices
+}  // namespace Runtime

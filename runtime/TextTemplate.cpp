@@ -1,6 +1,6 @@
-#include "siblings/TvResourceServices/Template.h"
+#include "runtime/TextTemplate.h"
 
-namespace TvResourceServices {
+namespace Runtime {
 
 bool IsTemplate(StringView text) {
   for (std::size_t i = 0; i < text.size(); ++i) {
@@ -34,4 +34,4 @@ String Expand(StringView text, std::span<const String> arguments) {
   return result;
 }
 
-}  // namespace TvResourceServices
+}  // namespace Runtime

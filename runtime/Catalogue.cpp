@@ -1,4 +1,4 @@
-#include "siblings/TvResourceServices/Catalogue.h"
+#include "runtime/Catalogue.h"
 
 #include <cerrno>
 #include <charconv>
@@ -10,17 +10,21 @@
 #include "platform/Failure.h"
 #include "runtime/Folders.h"
 #include "runtime/Language.h"
-#include "siblings/TvResourceServices/Template.h"
+#include "runtime/TextTemplate.h"
 
-namespace TvResourceServices {
+namespace Runtime {
 namespace {
 
 namespace fs = std::filesystem;
 
+using Platform::Failure;
+using Platform::FromUtf8;
+using Platform::ToUtf8;
+
 constexpr StringView kBlanks = u" \t";
 
 [[noreturn]] void Damaged(const String& what) {
-  throw Failure(FailureNumber::DeviceFailed, u"TvResourceServices.Resource.LoadResources", what);
+  throw Failure(Platform::FailureNumber::DeviceFailed, u"Runtime.Catalogue", what);
 }
 
 StringView Trimmed(StringView text) {
@@ -61,8 +65,8 @@ std::string StemOf(StringView resourceFile) {
   file.replace_extension();
   if (separator == StringView::npos) return file.string();
   const fs::path folder(ToUtf8(resourceFile.substr(0, separator)));
-  const fs::path installed = fs::path(Runtime::DataPath()) / "resources" / file;
-  if (folder == Runtime::LibraryPath() && !fs::exists((folder / file).string() + ".en.txt") &&
+  const fs::path installed = fs::path(DataPath()) / "resources" / file;
+  if (folder == LibraryPath() && !fs::exists((folder / file).string() + ".en.txt") &&
       fs::exists(installed.string() + ".en.txt"))
     return installed.string();
   return (folder / file).string();
@@ -80,21 +84,21 @@ std::shared_ptr<const Catalogue> Shared(const std::string& file) {
 
 }  // namespace
 
-Catalogue::Catalogue(const fs::path& file) {
-  const std::string bytes = ReadBytes(file);
+Catalogue::Catalogue(const fs::path& file) : Catalogue(ReadBytes(file), file.string()) {}
+
+Catalogue::Catalogue(std::string_view bytes, const std::string& name) {
   std::size_t lineNumber = 0;
   for (std::size_t start = 0; start < bytes.size();) {
     const std::size_t end = std::min(bytes.find('\n', start), bytes.size());
-    std::string_view line = std::string_view(bytes).substr(start, end - start);
+    std::string_view line = bytes.substr(start, end - start);
     if (start == 0 && line.starts_with("\xEF\xBB\xBF")) line.remove_prefix(3);
     if (line.ends_with('\r')) line.remove_suffix(1);
     ++lineNumber;
     try {
-      if (!IsUtf8(line)) Damaged(u"the line is not UTF-8");
+      if (!Platform::IsUtf8(line)) Damaged(u"the line is not UTF-8");
       ReadLine(FromUtf8(line));
     } catch (const Failure& failure) {
-      Damaged(FromUtf8(file.string() + ", line " + std::to_string(lineNumber) + ": ") +
-              failure.Description());
+      Damaged(FromUtf8(name + ", line " + std::to_string(lineNumber) + ": ") + failure.Description());
     }
     start = end + 1;
   }
@@ -128,7 +132,7 @@ const String* Catalogue::Find(std::int32_t number) const {
 void LoadLanguages(StringView resourceFile, Languages& languages) {
   static auto& mutex = *new std::mutex;
   static auto& loaded = *new std::map<std::string, std::map<String, Languages, std::less<>>, std::less<>>;
-  const std::string own = Runtime::UserLanguage();
+  const std::string own = UserLanguage();
   const std::lock_guard lock(mutex);
   auto& files = loaded[own];
   if (const auto known = files.find(resourceFile); known != files.end()) {
@@ -151,4 +155,4 @@ void LoadLanguages(StringView resourceFile, Languages& languages) {
   files.emplace(resourceFile, languages);
 }
 
-}  // namespace TvResourceServices
+}  // namespace Runtime

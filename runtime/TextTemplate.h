@@ -1,14 +1,15 @@
-// Template: a text with placeholders: "%1" to "%9" for arguments, "%%" for a percent sign. Pure functions;
-// any thread.
+// TextTemplate: a text with placeholders: "%1" to "%9" for arguments, "%%" for a percent sign. Pure
+// functions; any thread.
 #pragma once
 
 #include <span>
 
 #include "platform/Text.h"
 
-namespace TvResourceServices {
+namespace Runtime {
 
-using namespace Platform;
+using Platform::String;
+using Platform::StringView;
 
 // True if every percent sign of the text belongs to a placeholder.
 bool IsTemplate(StringView text);
@@ -18,4 +19,4 @@ bool IsTemplate(StringView text);
 // blank is left.
 String Expand(StringView text, std::span<const String> arguments);
 
-}  // namespace TvResourceServices
+}  // namespace Runtime
