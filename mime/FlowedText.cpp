@@ -1,18 +1,16 @@
 #include "mime/FlowedText.h"
 
+#include <algorithm>
+
 namespace Mime {
 namespace {
 
 // Removes the first line from the text and returns it without its line end.
 StringView TakeLine(StringView& text) {
-  const std::size_t end = text.find_first_of(u"\r\n");
+  const std::size_t end = Platform::FindEither(text, u'\r', u'\n');
   const StringView line = text.substr(0, end);
-  if (end == StringView::npos) {
-    text = {};
-  } else {
-    const bool pair = text.substr(end, 2) == u"\r\n";
-    text.remove_prefix(end + (pair ? 2 : 1));
-  }
+  text.remove_prefix(end);
+  text.remove_prefix(text.starts_with(u"\r\n") ? 2 : std::min<std::size_t>(text.size(), 1));
   return line;
 }
 

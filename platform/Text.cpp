@@ -66,6 +66,21 @@ String Trim(StringView text) {
   return String(text.substr(first, text.find_last_not_of(u' ') - first + 1));
 }
 
+// A block is compared without a branch, which lets the compiler compare many characters at once. It is short,
+// since the position in the last one is found character by character.
+std::size_t FindEither(StringView text, char16_t one, char16_t other, std::size_t begin) {
+  const auto isEither = [=](char16_t c) { return (c == one) | (c == other); };
+  const auto hasEither = [=](StringView block) {
+    char16_t any = 0;
+    for (const char16_t c : block) any = static_cast<char16_t>(any | isEither(c));
+    return any != 0;
+  };
+  constexpr std::size_t kBlock = 24;
+  while (begin + kBlock <= text.size() && !hasEither({text.data() + begin, kBlock})) begin += kBlock;
+  while (begin < text.size() && !isEither(text[begin])) ++begin;
+  return begin;
+}
+
 bool EqualsIgnoreCase(StringView left, StringView right) {
   if (left.size() != right.size()) return false;  // folding never leaves a plane, so it keeps lengths
   for (std::size_t i = 0, j = 0; i < left.size();) {

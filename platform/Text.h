@@ -16,6 +16,10 @@ using StringView = std::u16string_view;
 // The text without space characters at both ends. Tabs and line ends stay.
 String Trim(StringView text);
 
+// The first position of one of two characters, from begin on; the size of the text if neither is found.
+// Several times as fast as find_first_of.
+std::size_t FindEither(StringView text, char16_t one, char16_t other, std::size_t begin = 0);
+
 // True if both texts are equal but for the case of letters, of any script. One character is compared with one
 // character, independently of the process locale.
 bool EqualsIgnoreCase(StringView left, StringView right);
