@@ -4,6 +4,7 @@
 #include <cctype>
 #include <iterator>
 #include <new>
+#include <utility>
 
 #include "mime/Limits.h"
 
@@ -41,6 +42,17 @@ bool HasTime(std::string_view line) {
   return false;
 }
 
+// The sender of a line "From sender time".
+std::string SenderOf(std::string_view line) {
+  line.remove_prefix(kMboxStart.size());
+  const std::string_view sender = TakeWord(line);
+  const bool isDay = std::find(std::begin(kDays), std::end(kDays), sender) != std::end(kDays);
+  const std::string_view next = TakeWord(line);
+  const bool timeAlone =
+      isDay && std::find(std::begin(kMonths), std::end(kMonths), next) != std::end(kMonths);
+  return timeAlone ? std::string() : std::string(sender);
+}
+
 bool IsEmptyLine(std::string_view line) {
   return line.find_first_not_of("\r\n") == std::string_view::npos;
 }
@@ -75,20 +87,28 @@ bool BeginsAnMbox(InputFile& file) {
   return IsMboxSeparator(file.PeekLine(LineEndOf(file)), true);
 }
 
-void SkipEnvelopeLine(InputFile& file) {
+std::optional<std::string> SkipEnvelopeLine(InputFile& file) {
   const char lineEnd = LineEndOf(file);
-  std::string_view line = file.PeekLine(lineEnd);
-  if (!line.starts_with(kMboxStart)) return;
-  line.remove_prefix(kMboxStart.size());
-  const std::size_t next = line.find_first_not_of(" \t");
-  if (next != std::string_view::npos && line[next] == ':') return;
+  const std::string_view line = file.PeekLine(lineEnd);
+  if (!line.starts_with(kMboxStart)) return std::nullopt;
+  const std::size_t next = line.find_first_not_of(" \t", kMboxStart.size());
+  if (next != std::string_view::npos && line[next] == ':') return std::nullopt;
+  std::string sender = SenderOf(line);
   std::string dropped;
   file.TakeLine(dropped, lineEnd, 0);
+  return sender;
 }
 
 MboxReader::MboxReader(InputFile& file) : file_(file), lineEnd_(LineEndOf(file)) {
-  std::string separator;
-  more_ = file.TakeLine(separator, lineEnd_, 0) > 0;
+  TakeSeparator(file_.PeekLine(lineEnd_));
+}
+
+void MboxReader::TakeSeparator(std::string_view line) {
+  more_ = !line.empty();
+  if (!more_) return;
+  nextSender_ = SenderOf(line);
+  std::string dropped;
+  file_.TakeLine(dropped, lineEnd_, 0);
 }
 
 bool MboxReader::TakeLine(std::string& bytes, std::size_t& size) {
@@ -106,15 +126,14 @@ bool MboxReader::Next(std::string& bytes, std::size_t& size) {
   bytes.clear();
   size = 0;
   more_ = false;
+  sender_ = std::move(nextSender_);
   bool noMemory = false;
   bool behindEmptyLine = false;
   for (;;) {
     const std::string_view line = file_.PeekLine(lineEnd_);
     if (line.empty()) break;
-    std::string dropped;
     if (IsMboxSeparator(line, behindEmptyLine)) {
-      file_.TakeLine(dropped, lineEnd_, 0);
-      more_ = true;
+      TakeSeparator(line);
       break;
     }
     behindEmptyLine = IsEmptyLine(line);
@@ -123,6 +142,7 @@ bool MboxReader::Next(std::string& bytes, std::size_t& size) {
       file_.Skip(1);
     // The rest of a message that doesn't fit is still searched for the next separator.
     noMemory = noMemory || !TakeLine(bytes, size);
+    std::string dropped;
     if (noMemory) file_.TakeLine(dropped, lineEnd_, 0);
   }
   if (noMemory) throw std::bad_alloc();

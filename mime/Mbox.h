@@ -1,6 +1,7 @@
 // Mbox: reads the messages of an mbox, one at a time.
 #pragma once
 
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -21,8 +22,9 @@ char LineEndOf(InputFile& file);
 // True if the file, which wasn't read yet, begins with a separator.
 bool BeginsAnMbox(InputFile& file);
 
-// Skips the line "From sender time" that a mail server writes in front of a mail. A field "From :" is kept.
-void SkipEnvelopeLine(InputFile& file);
+// Skips the line "From sender time" that a mail server writes in front of a mail, and returns its sender,
+// which is empty if the line has only a time. Nothing if there is no such line. A field "From :" is kept.
+std::optional<std::string> SkipEnvelopeLine(InputFile& file);
 
 // Reads an mbox. The first line decides whether lines end in LF, CR LF or CR.
 class MboxReader {
@@ -36,13 +38,20 @@ class MboxReader {
   // into memory; reading can continue after it.
   bool Next(std::string& bytes, std::size_t& size);
 
+  // The sender that the separator in front of that message names; empty if it has only a time.
+  const std::string& Sender() const { return sender_; }
+
  private:
   // Appends a line of a message. Returns false, with nothing appended, if there isn't enough memory.
   bool TakeLine(std::string& bytes, std::size_t& size);
 
+  // Consumes a separator that was returned by PeekLine, and notes its sender.
+  void TakeSeparator(std::string_view line);
+
   InputFile& file_;
   char lineEnd_;
-  bool more_;
+  bool more_ = false;
+  std::string sender_, nextSender_;
 };
 
 }  // namespace Mime

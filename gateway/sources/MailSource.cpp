@@ -13,6 +13,7 @@
 #include "mime/InputFile.h"
 #include "mime/Limits.h"
 #include "mime/Mbox.h"
+#include "platform/Text.h"
 
 namespace Gateway {
 namespace {
@@ -39,6 +40,15 @@ RawMail Checked(RawMail mail, std::size_t size) {
 
 enum class Form { OneMail, Mbox, Recognise };
 
+// The envelope's sender by a line "From sender time". In front of a single mail a mail server has written it,
+// with MAILER-DAEMON for the null return path. In an mbox it says less: some mail programs put MAILER-DAEMON
+// or "-" in front of each message that they export.
+std::optional<std::string> EnvelopeSender(std::string sender, bool mbox) {
+  const bool daemon = Platform::EqualsIgnoreCase(Platform::FromUtf8(sender), u"MAILER-DAEMON");
+  if (sender == "-" || (mbox && daemon)) return std::nullopt;
+  return daemon || sender == "<>" ? std::string() : std::move(sender);
+}
+
 bool ReadMbox(InputFile& file, const std::string& path, const MailSink& sink) {
   MboxReader reader(file);
   std::string bytes;
@@ -54,7 +64,9 @@ bool ReadMbox(InputFile& file, const std::string& path, const MailSink& sink) {
       if (!sink(Fault(source, kNoMemory))) return false;
       continue;
     }
-    if (!sink(Checked({source, std::move(bytes), {}, Outcome::Retry}, size))) return false;
+    if (!sink(Checked({source, std::move(bytes), {}, Outcome::Retry, EnvelopeSender(reader.Sender(), true)},
+                      size)))
+      return false;
   }
 }
 
@@ -75,7 +87,8 @@ bool ReadFile(const std::string& path, bool standardInput, Form form, const Mail
                    Outcome::Refused})
           .has_value();
     }
-    Mime::SkipEnvelopeLine(file);
+    if (auto sender = Mime::SkipEnvelopeLine(file))
+      mail.EnvelopeSender = EnvelopeSender(*std::move(sender), false);
     const std::size_t size = file.TakeAll(mail.Bytes, kLargestMail);
     mail = Checked(std::move(mail), size);
   } catch (const std::system_error& error) {

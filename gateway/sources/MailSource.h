@@ -20,7 +20,8 @@ struct RawMail {
   std::string Bytes;
   std::string Fault;  // for people; empty if Bytes holds the mail
   Outcome FaultOutcome = Outcome::Retry;
-  // The envelope's sender, empty for the null return path; nothing if the source doesn't know it.
+  // The envelope's sender, empty for the null return path; nothing if the source doesn't know it. A file
+  // knows it by the line "From sender time" that is dropped.
   std::optional<std::string> EnvelopeSender = {};
 };
 

@@ -39,7 +39,7 @@ platform: platform/Forms
 # has to get its line.
 foreign='
 sqlite3.h: runtime/Database.
-openssl/: siblings/OstrCipherCOM/ siblings/Talvane40/PasswordHash. mime/
+openssl/: siblings/OstrCipherCOM/ siblings/Talvane40/PasswordHash. mime/ gateway/delivery/Digest.
 gmime/: mime/
 glib: mime/
 gio/: mime/

@@ -1,0 +1,33 @@
+// MailboxProject: the project of a mailbox, as the mailbox's record names it now.
+#pragma once
+
+#include "gateway/delivery/MailboxAddress.h"
+#include "platform/contracts/MailIntake.h"
+
+namespace Gateway {
+
+// One thread.
+class MailboxProject {
+ public:
+  // The mailbox is found in any case. Raises 429 without a sibling.
+  explicit MailboxProject(String mailbox);
+
+  // Opens the project that the record names; the one of before stays open if it is the same. Returns true if
+  // it is another one. Raises 57 if there is no record or its store can't be read, and as
+  // Platform::MailIntake::Open does.
+  bool Open();
+
+  // For the open project.
+  const Platform::MailIntake& Intake() const { return intake_; }
+
+  // The e-mail address of the open project's mailbox; empty if there is none. Raises as MailboxAddress does.
+  const String& Address() { return address_.Of(path_); }
+
+ private:
+  const String mailbox_;
+  const Platform::MailIntake intake_;
+  String path_;
+  MailboxAddress address_;
+};
+
+}  // namespace Gateway
