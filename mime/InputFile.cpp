@@ -18,6 +18,11 @@ InputFile::InputFile(const std::string& path, std::function<bool()> stopWanted)
   if (descriptor_ < 0) throw std::system_error(errno, std::generic_category());
 }
 
+InputFile::InputFile(int descriptor, std::function<bool()> stopWanted)
+    : buffer_(new char[kBufferSize]), descriptor_(descriptor), stopWanted_(std::move(stopWanted)) {
+  if (descriptor_ < 0) throw std::system_error(errno, std::generic_category());
+}
+
 InputFile::~InputFile() {
   if (descriptor_ != STDIN_FILENO) close(descriptor_);
 }

@@ -14,6 +14,10 @@ class InputFile {
   // Opens a file; "-" is standard input. stopWanted is called before each read, and several times a second
   // while a read blocks. Raises std::system_error if the file can't be opened.
   explicit InputFile(const std::string& path, std::function<bool()> stopWanted = {});
+
+  // Reads from an open descriptor, which is closed with the object. Raises std::system_error with errno for
+  // a negative one.
+  explicit InputFile(int descriptor, std::function<bool()> stopWanted = {});
   InputFile(const InputFile&) = delete;
   InputFile& operator=(const InputFile&) = delete;
   ~InputFile();

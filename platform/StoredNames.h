@@ -187,6 +187,34 @@ inline constexpr std::int32_t kMailTooLarge = 20120;
 inline constexpr std::int32_t kMailboxMissing = 20150;
 inline constexpr std::int32_t kMailNotHeld = 20151;
 inline constexpr std::int32_t kNothingStored = 20152;
+inline constexpr std::int32_t kSourceUnreachable = 20160;
+inline constexpr std::int32_t kSourceHostUnknown = 20161;
+inline constexpr std::int32_t kSourceTimeout = 20162;
+inline constexpr std::int32_t kSourceClosed = 20163;
+inline constexpr std::int32_t kCertificateRefused = 20164;
+inline constexpr std::int32_t kTlsFailed = 20165;
+inline constexpr std::int32_t kNoStartTls = 20166;
+inline constexpr std::int32_t kSourceLogonRefused = 20167;
+inline constexpr std::int32_t kAnswerNotUnderstood = 20168;
+inline constexpr std::int32_t kAnswerTooLarge = 20169;
+inline constexpr std::int32_t kMailboxNotOpened = 20170;
+inline constexpr std::int32_t kMailboxReadOnly = 20171;
+inline constexpr std::int32_t kRequestRefused = 20172;
+inline constexpr std::int32_t kPasswordFileOpen = 20173;
+inline constexpr std::int32_t kPasswordFileOwner = 20174;
+inline constexpr std::int32_t kPasswordFileContent = 20175;
+inline constexpr std::int32_t kNoMaildir = 20176;
+inline constexpr std::int32_t kMaildirDenied = 20177;
+inline constexpr std::int32_t kMailNotMoved = 20178;
+inline constexpr std::int32_t kNoUniqueIds = 20179;
+inline constexpr std::int32_t kMailTooLarge = 20180;
+inline constexpr std::int32_t kNoOrdinaryMail = 20181;
+inline constexpr std::int32_t kMailUnreadable = 20182;
+inline constexpr std::int32_t kSourceSettingMissing = 20183;
+inline constexpr std::int32_t kSourceSettingWrong = 20184;
+inline constexpr std::int32_t kCaFileUnreadable = 20185;
+inline constexpr std::int32_t kSourceInterrupted = 20186;
+inline constexpr std::int32_t kSettledMailsDamaged = 20187;
 
 // A text of a catalogue, and the number of its places for arguments.
 struct CatalogueText {
@@ -246,7 +274,35 @@ inline constexpr CatalogueText kProgramTexts[] = {{kFormIntroduction},
                                                   {kMailTooLarge, 2},
                                                   {kMailboxMissing, 1},
                                                   {kMailNotHeld, 2},
-                                                  {kNothingStored}};
+                                                  {kNothingStored},
+                                                  {kSourceUnreachable, 2},
+                                                  {kSourceHostUnknown, 2},
+                                                  {kSourceTimeout, 1},
+                                                  {kSourceClosed, 1},
+                                                  {kCertificateRefused, 2},
+                                                  {kTlsFailed, 2},
+                                                  {kNoStartTls, 1},
+                                                  {kSourceLogonRefused, 2},
+                                                  {kAnswerNotUnderstood, 2},
+                                                  {kAnswerTooLarge, 1},
+                                                  {kMailboxNotOpened, 2},
+                                                  {kMailboxReadOnly, 1},
+                                                  {kRequestRefused, 2},
+                                                  {kPasswordFileOpen, 1},
+                                                  {kPasswordFileOwner, 2},
+                                                  {kPasswordFileContent, 1},
+                                                  {kNoMaildir, 2},
+                                                  {kMaildirDenied, 2},
+                                                  {kMailNotMoved, 2},
+                                                  {kNoUniqueIds, 1},
+                                                  {kMailTooLarge, 1},
+                                                  {kNoOrdinaryMail},
+                                                  {kMailUnreadable, 1},
+                                                  {kSourceSettingMissing, 1},
+                                                  {kSourceSettingWrong, 2},
+                                                  {kCaFileUnreadable, 2},
+                                                  {kSourceInterrupted},
+                                                  {kSettledMailsDamaged, 2}};
 
 inline constexpr CatalogueText kSharedTexts[] = {{kCutMarker}};
 

@@ -4,7 +4,7 @@
 #   scripts/unpack-mail-servers.sh FOLDER
 set -eu
 folder=$1
-packages="postfix exim4-daemon-light procmail"
+packages="postfix exim4-daemon-light procmail dovecot-core dovecot-imapd dovecot-pop3d"
 [ ! -e "$folder/complete" ] || exit 0
 rm -rf "$folder"
 mkdir -p "$folder"

@@ -11,4 +11,9 @@ enum class Outcome {
   Retry,      // any other failure; nothing is lost
 };
 
+// True if the mail needs no further handling, so that it leaves a queue.
+constexpr bool IsSettled(Outcome outcome) {
+  return outcome == Outcome::Delivered || outcome == Outcome::Duplicate || outcome == Outcome::Held;
+}
+
 }  // namespace Gateway

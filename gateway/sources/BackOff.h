@@ -1,0 +1,29 @@
+// BackOff: how long a source that failed is left alone.
+#pragma once
+
+#include <chrono>
+#include <cstddef>
+
+namespace Gateway {
+
+inline constexpr std::chrono::milliseconds kShortestBackOff = std::chrono::seconds(5);
+inline constexpr std::chrono::milliseconds kLongestBackOff = std::chrono::minutes(15);
+
+// The pause after so many failures in a row: none after none; then 5 s, doubled with each failure, up to 15
+// minutes. The random number, from 0 up to 1, shortens it by up to half, so that many mailboxes of a server
+// that comes back don't all ask at once. Pure.
+std::chrono::milliseconds BackOffTime(std::size_t failures, double random);
+
+// Counts the failures of one source.
+class BackOff {
+ public:
+  void Succeeded() { failures_ = 0; }
+  void Failed() { ++failures_; }
+  std::size_t Failures() const { return failures_; }
+  std::chrono::milliseconds Pause(double random) const { return BackOffTime(failures_, random); }
+
+ private:
+  std::size_t failures_ = 0;
+};
+
+}  // namespace Gateway

@@ -1,0 +1,27 @@
+#include "gateway/sources/SourceFailure.h"
+
+#include "platform/Failure.h"
+#include "runtime/Texts.h"
+
+namespace Gateway {
+namespace {
+
+[[noreturn]] void RaiseText(std::int32_t number, const std::string& text) {
+  throw Platform::Failure(number, u"Gateway.MailQueue", Platform::FromUtf8(text));
+}
+
+}  // namespace
+
+std::string SourceText(std::int32_t text, const std::string& first, const std::string& second) {
+  return Platform::ToUtf8(Runtime::TextOf(text, Platform::FromUtf8(first), Platform::FromUtf8(second)));
+}
+
+void RaiseSource(std::int32_t text, const std::string& first, const std::string& second) {
+  RaiseText(Platform::FailureNumber::DeviceFailed, SourceText(text, first, second));
+}
+
+void RaiseSetting(std::int32_t text, const std::string& first, const std::string& second) {
+  RaiseText(Platform::FailureNumber::RefusedInput, SourceText(text, first, second));
+}
+
+}  // namespace Gateway
