@@ -4,6 +4,7 @@
 #include <optional>
 #include <string>
 
+#include "mime/MailHeader.h"
 #include "platform/Text.h"
 
 namespace Mime {
@@ -16,6 +17,7 @@ struct Mail {
   String Subject;
   String Body;
   bool Encrypted = false;  // the text can't be read; Body holds only unencrypted text
+  MailHeader Header = {};  // for rules about a mail's origin
 };
 
 // Reads a message of RFC 5322 with line ends of any kind. Malformed mail gives what can be read of it. Raises

@@ -16,6 +16,7 @@ Mail ReadMail(std::string bytes) {
   mail.MessageId = DecodeHeader(message.Field("Message-ID"));
   mail.Subject = DecodeHeader(message.Field("Subject"), body.Charset);
   mail.Body = std::move(body.Text);
+  mail.Header = HeaderOf(message);
   mail.Encrypted = body.Encrypted;
   return mail;
 }

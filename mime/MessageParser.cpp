@@ -54,8 +54,22 @@ InternetAddressList* ParsedMessage::From() const {
 
 std::string_view ParsedMessage::Field(const char* name) const {
   if (!message_) return {};
-  GMimeHeader* header =
-      g_mime_header_list_get_header(g_mime_object_get_header_list(GMIME_OBJECT(message_.get())), name);
+  return ValueOf(
+      g_mime_header_list_get_header(g_mime_object_get_header_list(GMIME_OBJECT(message_.get())), name));
+}
+
+std::vector<std::pair<std::string_view, std::string_view>> ParsedMessage::Fields() const {
+  std::vector<std::pair<std::string_view, std::string_view>> fields;
+  if (!message_) return fields;
+  GMimeHeaderList* list = g_mime_object_get_header_list(GMIME_OBJECT(message_.get()));
+  for (int i = 0; i < g_mime_header_list_get_count(list); ++i) {
+    GMimeHeader* header = g_mime_header_list_get_header_at(list, i);
+    fields.emplace_back(g_mime_header_get_name(header), ValueOf(header));
+  }
+  return fields;
+}
+
+std::string_view ParsedMessage::ValueOf(GMimeHeader* header) const {
   if (!header) return {};
   const gint64 offset = g_mime_header_get_offset(header);
   if (offset < 0 || static_cast<std::size_t>(offset) >= bytes_.size()) return {};

@@ -3,6 +3,8 @@
 
 #include <string>
 #include <string_view>
+#include <utility>
+#include <vector>
 
 #include "mime/GMimeReference.h"
 
@@ -29,6 +31,10 @@ class ParsedMessage {
   // parser. Valid as long as this object.
   std::string_view Field(const char* name) const;
 
+  // The names and the raw, folded values of all fields of the message's own header, in their order. Valid as
+  // long as this object.
+  std::vector<std::pair<std::string_view, std::string_view>> Fields() const;
+
   // The content after the header of the whole message.
   std::string_view RawBody() const;
 
@@ -36,6 +42,8 @@ class ParsedMessage {
   std::string_view RawContent(GMimePart* part) const;
 
  private:
+  std::string_view ValueOf(GMimeHeader* header) const;
+
   std::string bytes_;
   GByteArray* lent_;  // shares the bytes with the parser, which saves a copy of each attachment
   Owned<GMimeMessage> message_;

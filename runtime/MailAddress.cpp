@@ -152,14 +152,6 @@ bool IsAscii(StringView text) {
   return std::ranges::all_of(text, [](char16_t c) { return c < 0x80; });
 }
 
-String CanonicalDomain(StringView domain) {
-  if (domain.ends_with(u'.')) domain.remove_suffix(1);
-  if (IsLiteral(domain) || (IsAscii(domain) && FoldCase(domain).find(u"xn--") == String::npos))
-    return String(domain);
-  String unicode = ConvertDomain(domain, uidna_nameToUnicode);
-  return unicode.empty() ? String(domain) : unicode;
-}
-
 String Composed(String text) {
   if (IsAscii(text)) return text;
   UErrorCode status = U_ZERO_ERROR;
@@ -182,6 +174,14 @@ String AddressFault(StringView address) {
   if (String fault = LocalPartFault(parts.Local); !fault.empty()) return fault;
   if (String fault = DomainFault(parts.Domain); !fault.empty()) return fault;
   return ToUtf8(address).size() > kLongestAddress ? u"it is longer than 254 bytes" : u"";
+}
+
+String CanonicalDomain(StringView domain) {
+  if (domain.ends_with(u'.')) domain.remove_suffix(1);
+  if (IsLiteral(domain) || (IsAscii(domain) && FoldCase(domain).find(u"xn--") == String::npos))
+    return String(domain);
+  String unicode = ConvertDomain(domain, uidna_nameToUnicode);
+  return unicode.empty() ? String(domain) : unicode;
 }
 
 String CanonicalAddress(StringView address) {

@@ -20,4 +20,7 @@ String AddressFault(StringView address);
 // addresses of one mailbox become equal but for case. A text that is no address is returned unchanged.
 String CanonicalAddress(StringView address);
 
+// The domain of CanonicalAddress. A text that is no domain is returned unchanged.
+String CanonicalDomain(StringView domain);
+
 }  // namespace Runtime

@@ -1,0 +1,25 @@
+// Authentication: refuses mail of which no trusted mail server reports that it comes from its sender's
+// domain.
+//
+// The mail server in front of the mailbox checks SPF, DKIM and DMARC and adds its results on top of the
+// header (RFC 8601). It has to remove fields with its own name that came with the mail, as that standard
+// demands. Only the topmost field of its name counts here, so that a forged one below doesn't.
+//
+// DMARC takes a signing domain for aligned if it belongs to the same organisation, which only a list of all
+// public suffixes can tell. Here a domain is aligned with the From domain if it is equal, its parent or its
+// child. A parent rules its children. A child may belong to somebody else only where the From domain hands
+// out names to the public, and no user has an address right there. Bounce domains of mail services are such
+// children. A name without a point, such as a top-level domain, is no parent.
+#pragma once
+
+#include <optional>
+
+#include "gateway/policy/Gate.h"
+
+namespace Gateway {
+
+// Nothing if no authentication is required. Otherwise a refusal unless the server reports dmarc=pass for the
+// From domain, or spf=pass or dkim=pass for an aligned domain, and no dmarc=fail. Any thread.
+std::optional<Refusal> RefuseUnauthenticated(const GateFacts& facts, const PolicySettings& settings);
+
+}  // namespace Gateway
