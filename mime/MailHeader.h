@@ -25,8 +25,9 @@ struct MailHeader {
   // take 2 kB.
   static constexpr std::size_t kLongestValue = std::size_t{8} << 10;
 
-  // In their order. Some that are hidden from the parser have an X in place of the first letter of their
-  // name: see CheckLimits and RepairHeaders. Their number and size have limits: see MailLimits.
+  // In their order, but for those of the content, which are at the end. Some that are hidden from the parser
+  // have an X in place of the first letter of their name: see CheckLimits and RepairHeaders. Their number and
+  // size have limits: see MailLimits.
   std::vector<HeaderField> Fields;
 
   // The sender's address if the mail has one From field, which names one address as RFC 5322 wants it, with

@@ -60,11 +60,14 @@ std::string_view ParsedMessage::Field(const char* name) const {
 
 std::vector<std::pair<std::string_view, std::string_view>> ParsedMessage::Fields() const {
   std::vector<std::pair<std::string_view, std::string_view>> fields;
-  if (!message_) return fields;
-  GMimeHeaderList* list = g_mime_object_get_header_list(GMIME_OBJECT(message_.get()));
-  for (int i = 0; i < g_mime_header_list_get_count(list); ++i) {
-    GMimeHeader* header = g_mime_header_list_get_header_at(list, i);
-    fields.emplace_back(g_mime_header_get_name(header), ValueOf(header));
+  // The fields of the content, such as Content-Type, are those of the root part.
+  for (GMimeObject* object : {message_ ? GMIME_OBJECT(message_.get()) : nullptr, Root()}) {
+    if (!object) continue;
+    GMimeHeaderList* list = g_mime_object_get_header_list(object);
+    for (int i = 0; i < g_mime_header_list_get_count(list); ++i) {
+      GMimeHeader* header = g_mime_header_list_get_header_at(list, i);
+      fields.emplace_back(g_mime_header_get_name(header), ValueOf(header));
+    }
   }
   return fields;
 }

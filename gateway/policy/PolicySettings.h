@@ -17,7 +17,7 @@ struct PolicySettings {
   bool PostEmpty = false;      // without a text of its own
 
   // The authserv-id of RFC 8601 of the server whose result a mail needs; empty if none is required.
-  String RequireAuthenticated;
+  String RequireAuthenticated = {};
 
   std::size_t SizeLimit = std::size_t{25} << 20;  // of the whole mail, in bytes
 };

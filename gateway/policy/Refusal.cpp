@@ -15,9 +15,7 @@ String Shortened(StringView argument) {
 }  // namespace
 
 Refusal MakeRefusal(std::string_view rule, std::int32_t text, StringView first, StringView second) {
-  String reason = Runtime::TextOf(text, Shortened(first), Shortened(second));
-  if (reason.empty()) reason = u"The mail was refused by the rule \"" + Platform::FromUtf8(rule) + u"\".";
-  return {rule, std::move(reason)};
+  return {rule, Runtime::TextOf(text, Shortened(first), Shortened(second))};
 }
 
 }  // namespace Gateway

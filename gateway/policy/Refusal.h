@@ -26,8 +26,7 @@ struct Refusal {
 };
 
 // A refusal with the text of a number of Platform::TextNumber and its arguments, of which more than 254
-// characters are cut off: they come from the mail. The reason is never empty: without the catalogue it names
-// the rule. Raises nothing.
+// characters are cut off: they come from the mail. Raises nothing.
 Refusal MakeRefusal(std::string_view rule, std::int32_t text, StringView first = {}, StringView second = {});
 
 }  // namespace Gateway
