@@ -58,7 +58,9 @@ const ClassFactory& FindNow(const Key& key, const String& asked) {
     const RegistryState state = RegistryAccess(Hive::LocalMachine)->State();
     if (const ClassFactory* factory = known.Recall(asked, state)) return *factory;
     const auto found = FindClass(key);
-    if (!found) throw Failure(FailureNumber::CannotCreate, {}, u"it isn't registered; run \"tvmail init\"");
+    if (!found)
+      throw Failure(FailureNumber::CannotCreate, {},
+                    u"it isn't registered; run \"tvmail init\", also after an update");
     const ClassFactory& factory = LoadClassFactory(found->File, found->Id);
     known.Remember(asked, state, {LocateLibrary(found->File), &factory});
     return factory;

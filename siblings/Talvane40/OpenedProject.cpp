@@ -2,6 +2,7 @@
 
 #include "platform/Object.h"
 #include "runtime/MailAddress.h"
+#include "siblings/Talvane40/MailUnderWay.h"
 #include "siblings/Talvane40/PasswordHash.h"
 
 namespace Talvane40 {
@@ -52,7 +53,13 @@ class OpenedDiscussion : public ObjectWithMembers<OpenedDiscussion> {
 
  private:
   Value Reply(std::span<Value> arguments) {
-    state_->Database.AddReply(number_, arguments[0].ToString(), arguments[1].ToString(), state_->Author);
+    std::optional<MailUnderWay>& mail = MailOfThisThread();
+    const bool stored =
+        state_->Database.AddReply(number_, arguments[0].ToString(), arguments[1].ToString(), state_->Author,
+                                  mail ? std::optional<std::string_view>(mail->Key) : std::nullopt);
+    // A second reply of the mail finds the key that the first one has stored.
+    if (mail && mail->Result == IntakeResult::Nothing)
+      mail->Result = stored ? IntakeResult::Stored : IntakeResult::AlreadyStored;
     return {};
   }
 

@@ -4,53 +4,14 @@
 
 #include "platform/CheckedArithmetic.h"
 #include "platform/Failure.h"
+#include "siblings/Talvane40/ProjectSchema.h"
 
 namespace Talvane40 {
 namespace {
 
-// The triggers increment users_version, by which a program detects that its copy of the users is stale.
-constexpr const char* kTables = R"(
-  PRAGMA application_id = 1414943540;
-  PRAGMA user_version = 1;
-  CREATE TABLE project (
-    id INTEGER PRIMARY KEY CHECK (id = 1),
-    name TEXT NOT NULL,
-    users_version INTEGER NOT NULL DEFAULT 0) STRICT;
-  CREATE TABLE users (
-    key INTEGER PRIMARY KEY AUTOINCREMENT,
-    name TEXT NOT NULL,
-    folded_name TEXT NOT NULL UNIQUE,
-    email TEXT NOT NULL,
-    mail_accepted INTEGER NOT NULL CHECK (mail_accepted IN (0, 1)),
-    role TEXT NOT NULL CHECK (role IN ('owner', 'member')),
-    password_hash TEXT) STRICT;
-  CREATE TABLE discussions (
-    number INTEGER PRIMARY KEY AUTOINCREMENT,
-    title TEXT NOT NULL) STRICT;
-  CREATE TABLE replies (
-    id INTEGER PRIMARY KEY,
-    discussion INTEGER NOT NULL REFERENCES discussions (number),
-    subject TEXT NOT NULL,
-    body TEXT NOT NULL,
-    user INTEGER NOT NULL REFERENCES users (key),
-    at TEXT NOT NULL) STRICT;
-  CREATE INDEX replies_of_discussion ON replies (discussion);
-  CREATE TRIGGER user_added AFTER INSERT ON users
-    BEGIN UPDATE project SET users_version = users_version + 1; END;
-  CREATE TRIGGER user_changed AFTER UPDATE ON users
-    BEGIN UPDATE project SET users_version = users_version + 1; END;
-  CREATE TRIGGER user_removed AFTER DELETE ON users
-    BEGIN UPDATE project SET users_version = users_version + 1; END;
-)";
-constexpr std::int64_t kApplicationId = 1414943540;  // "TVS4"
-constexpr std::int64_t kVersion = 1;
-
-[[noreturn]] void Refuse(StringView what) {
-  throw Failure(FailureNumber::DeviceFailed, u"Talvane40", String(what));
-}
-
 [[noreturn]] void RefuseFile(const std::string& file, const char* why) {
-  Refuse(FromUtf8("The project database " + file + " " + why));
+  throw Failure(FailureNumber::DeviceFailed, u"Talvane40",
+                FromUtf8("The project database " + file + " " + why));
 }
 
 // The key of the row that was inserted last.
@@ -73,15 +34,9 @@ const std::string& Existing(const std::string& file) {
   return file;
 }
 
-// Returns the database after checking that it belongs to a project.
-Runtime::Database& Vetted(Runtime::Database& database) {
-  const std::string& file = database.File();
-  if (database.Number("PRAGMA application_id") != kApplicationId) {
-    RefuseFile(file, "is the database of another program, or empty. Restore it from a backup.");
-  }
-  const std::int64_t version = database.Number("PRAGMA user_version");
-  if (version > kVersion) RefuseFile(file, "was made by a newer version of Talvane. Use that version.");
-  if (version < kVersion) RefuseFile(file, "is damaged: it has no version. Restore it from a backup.");
+// Returns the database after bringing its tables to the current version.
+Runtime::Database& Current(Runtime::Database& database) {
+  RequireCurrentTables(database);
   return database;
 }
 
@@ -91,7 +46,7 @@ void ProjectDatabase::Create(const std::string& file, StringView name, const Des
                              StringView passwordHash) {
   Runtime::Database database(file);
   Runtime::Transaction transaction(database);
-  database.Run(kTables);
+  CreateTables(database);
   Runtime::Statement(database, "INSERT INTO project (id, name) VALUES (1, ?)").Run({ToUtf8(name)});
   InsertUser(database, owner, "owner", passwordHash);
   transaction.Commit();
@@ -100,14 +55,16 @@ void ProjectDatabase::Create(const std::string& file, StringView name, const Des
 
 ProjectDatabase::ProjectDatabase(const std::string& file)
     : database_(Existing(file)),
-      findLogon_(Vetted(database_), "SELECT key, password_hash FROM users WHERE folded_name = ?"),
+      findLogon_(Current(database_), "SELECT key, password_hash FROM users WHERE folded_name = ?"),
       role_(database_, "SELECT role FROM users WHERE key = ?"),
       mailAccepted_(database_, "SELECT mail_accepted FROM users WHERE key = ?"),
       usersVersion_(database_, "SELECT users_version FROM project"),
       discussion_(database_, "SELECT 1 FROM discussions WHERE number = ?"),
       addReply_(database_,
                 "INSERT INTO replies (discussion, subject, body, user, at) "
-                "VALUES (?, ?, ?, ?, strftime('%Y-%m-%dT%H:%M:%fZ', 'now'))") {
+                "VALUES (?, ?, ?, ?, strftime('%Y-%m-%dT%H:%M:%fZ', 'now'))"),
+      mail_(database_, "SELECT 1 FROM mails WHERE key = ?"),
+      addMail_(database_, "INSERT INTO mails (key, reply) VALUES (?, last_insert_rowid())") {
   database_.Run("PRAGMA foreign_keys=ON");
 }
 
@@ -166,11 +123,18 @@ std::vector<DescribedDiscussion> ProjectDatabase::Discussions() {
   return discussions;
 }
 
-void ProjectDatabase::AddReply(std::int32_t discussion, StringView subject, StringView body,
-                               std::int32_t userKey) {
+bool ProjectDatabase::IsMailStored(std::string_view mailKey) {
+  return mail_({mailKey}).Next();
+}
+
+bool ProjectDatabase::AddReply(std::int32_t discussion, StringView subject, StringView body,
+                               std::int32_t userKey, std::optional<std::string_view> mailKey) {
   Runtime::Transaction transaction(database_);
+  if (mailKey && IsMailStored(*mailKey)) return false;
   addReply_.Run({discussion, ToUtf8(subject), ToUtf8(body), userKey});
+  if (mailKey) addMail_.Run({*mailKey});
   transaction.Commit();
+  return true;
 }
 
 void ProjectDatabase::InsertUser(Runtime::Database& database, const DescribedUser& user,

@@ -25,7 +25,8 @@ class ProjectDatabase {
   static void Create(const std::string& file, StringView name, const DescribedUser& owner,
                      StringView passwordHash);
 
-  // Opens an existing file. Raises 57 if it is missing, no project database, or of a newer version.
+  // Opens an existing file, and upgrades one of a former version. Raises 57 if it is missing, no project
+  // database, of a newer version, or can't be upgraded.
   explicit ProjectDatabase(const std::string& file);
 
   // The user of a name, which is compared without regard to case; nothing if there is none.
@@ -47,7 +48,13 @@ class ProjectDatabase {
   // All discussions with their replies.
   std::vector<DescribedDiscussion> Discussions();
 
-  void AddReply(std::int32_t discussion, StringView subject, StringView body, std::int32_t userKey);
+  // True if a reply was stored with this key of a mail.
+  bool IsMailStored(std::string_view mailKey);
+
+  // Stores a reply together with the key of its mail, if it has one. False, and nothing is changed, if a
+  // reply was stored with this key before, by any process.
+  bool AddReply(std::int32_t discussion, StringView subject, StringView body, std::int32_t userKey,
+                std::optional<std::string_view> mailKey);
 
   // Adds a user without a password. Returns the key. Raises 58 if there is a user of that name.
   std::int32_t AddUser(const DescribedUser& user);
@@ -60,7 +67,7 @@ class ProjectDatabase {
                          std::optional<StringView> passwordHash);
 
   Runtime::Database database_;
-  Runtime::Statement findLogon_, role_, mailAccepted_, usersVersion_, discussion_, addReply_;
+  Runtime::Statement findLogon_, role_, mailAccepted_, usersVersion_, discussion_, addReply_, mail_, addMail_;
 };
 
 }  // namespace Talvane40

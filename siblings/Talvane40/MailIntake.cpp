@@ -1,0 +1,109 @@
+#include "siblings/Talvane40/MailIntake.h"
+
+#include <sys/stat.h>
+
+#include <algorithm>
+
+#include "platform/Hex.h"
+#include "siblings/Talvane40/MailUnderWay.h"
+#include "siblings/Talvane40/ProjectLocation.h"
+#include "siblings/Talvane40/SenderDirectory.h"
+
+namespace Talvane40 {
+namespace {
+
+[[noreturn]] void Refuse(std::int32_t number, StringView why) {
+  throw Failure(number, u"Talvane40.MailIntake", String(why));
+}
+
+// The key in lower case, as it is stored.
+std::string VettedKey(const Value& value) {
+  const String key = value.ToString();
+  if (key.empty() || key.size() > Platform::MailIntake::kLongestKey ||
+      !std::ranges::all_of(key, [](char16_t c) { return HexDigit(c) >= 0; }))
+    Refuse(FailureNumber::RefusedInput, u"The key of a mail must be 1 to 64 hexadecimal digits.");
+  return ToUtf8(FoldCase(key));
+}
+
+// Which file a path names now. Zeros if none.
+struct FileIdentity {
+  dev_t Device = 0;
+  ino_t Number = 0;
+  bool operator==(const FileIdentity&) const = default;
+};
+
+FileIdentity IdentityOf(const std::string& path) {
+  struct stat status {};
+  if (stat(path.c_str(), &status) != 0) return {};
+  return {status.st_dev, status.st_ino};
+}
+
+}  // namespace
+
+struct MailIntake::OpenedFiles {
+  // The identity is taken before the database is opened: if another file takes its place in between, the next
+  // look notices it.
+  explicit OpenedFiles(const std::string& file) : File(file), Identity(IdentityOf(file)), Database(file) {}
+
+  std::string File;
+  FileIdentity Identity;
+  ProjectDatabase Database;
+  SenderDirectory Senders;
+};
+
+MailIntake::MailIntake() = default;
+
+MailIntake::~MailIntake() {
+  std::optional<MailUnderWay>& mail = MailOfThisThread();
+  if (mail && mail->BegunBy == this) mail.reset();
+}
+
+const MailIntake::Table& MailIntake::Members() {
+  static const Table table = {Method(u"Open", 1, &MailIntake::Open),
+                              Method(u"IsStored", 1, &MailIntake::IsStored),
+                              Method(u"FindSender", 1, &MailIntake::FindSender),
+                              Method(u"Begin", 1, &MailIntake::Begin), Method(u"End", 0, &MailIntake::End)};
+  return table;
+}
+
+MailIntake::OpenedFiles& MailIntake::Opened() {
+  if (!opened_) Refuse(FailureNumber::ObjectNotSet, u"No project is open. Open one first.");
+  return *opened_;
+}
+
+Value MailIntake::Open(std::span<Value> arguments) {
+  std::unique_ptr<OpenedFiles> former = std::move(opened_);
+  const std::string file = ReadProjectLocation(arguments[0].ToString()).Database.string();
+  const bool same = former && former->File == file && former->Identity == IdentityOf(file);
+  opened_ = same ? std::move(former) : std::make_unique<OpenedFiles>(file);
+  return {};
+}
+
+Value MailIntake::IsStored(std::span<Value> arguments) {
+  return Opened().Database.IsMailStored(VettedKey(arguments[0]));
+}
+
+// Nothing, or whether mail of the user is accepted and the user's key.
+Value MailIntake::FindSender(std::span<Value> arguments) {
+  OpenedFiles& files = Opened();
+  const Sender* const sender = files.Senders.Find(files.Database, arguments[0].ToString());
+  if (!sender) return {};
+  return Array{sender->MailAccepted, sender->UserKey};
+}
+
+Value MailIntake::Begin(std::span<Value> arguments) {
+  std::optional<MailUnderWay>& mail = MailOfThisThread();
+  mail.reset();
+  Opened();
+  mail = MailUnderWay{.Key = VettedKey(arguments[0]), .BegunBy = this};
+  return {};
+}
+
+Value MailIntake::End(std::span<Value>) {
+  std::optional<MailUnderWay>& mail = MailOfThisThread();
+  const IntakeResult result = mail ? mail->Result : IntakeResult::Nothing;
+  mail.reset();
+  return static_cast<std::int32_t>(result);
+}
+
+}  // namespace Talvane40

@@ -1,0 +1,36 @@
+// MailIntake: stores each mail of a host once. platform/contracts/MailIntake.h is the contract.
+#pragma once
+
+#include <memory>
+
+#include "platform/Component.h"
+#include "platform/Object.h"
+
+namespace Talvane40 {
+
+using namespace Platform;
+
+extern std::atomic<long> liveObjects;
+
+class MailIntake : public ObjectWithMembers<MailIntake> {
+ public:
+  MailIntake();
+  ~MailIntake() override;
+  static const Table& Members();
+
+ private:
+  struct OpenedFiles;
+
+  Value Open(std::span<Value> arguments);
+  Value IsStored(std::span<Value> arguments);
+  Value FindSender(std::span<Value> arguments);
+  Value Begin(std::span<Value> arguments);
+  Value End(std::span<Value> arguments);
+
+  OpenedFiles& Opened();
+
+  std::unique_ptr<OpenedFiles> opened_;
+  LiveObject live_{liveObjects};
+};
+
+}  // namespace Talvane40

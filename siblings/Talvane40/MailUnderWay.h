@@ -1,0 +1,23 @@
+// MailUnderWay: the mail that a thread handles, between Begin and End of a MailIntake. A discussion of the
+// same thread stores its key together with the reply.
+#pragma once
+
+#include <optional>
+#include <string>
+
+#include "platform/contracts/MailIntake.h"
+
+namespace Talvane40 {
+
+using namespace Platform;
+
+struct MailUnderWay {
+  std::string Key;
+  const void* BegunBy = nullptr;  // the MailIntake, for comparison only
+  IntakeResult Result = IntakeResult::Nothing;
+};
+
+// The one of the calling thread; nothing between mails.
+std::optional<MailUnderWay>& MailOfThisThread();
+
+}  // namespace Talvane40

@@ -1,0 +1,95 @@
+#include "siblings/Talvane40/ProjectSchema.h"
+
+#include <iterator>
+
+#include "platform/Failure.h"
+
+namespace Talvane40 {
+namespace {
+
+using namespace Platform;
+
+// Each element leads from the version before it to the next one; the first one fills an empty database.
+// Former elements are never changed: a database in use has passed through them.
+constexpr const char* kVersions[] = {
+    // The triggers increment users_version, by which a program detects that its copy of the users is stale.
+    R"(
+  PRAGMA application_id = 1414943540;
+  PRAGMA user_version = 1;
+  CREATE TABLE project (
+    id INTEGER PRIMARY KEY CHECK (id = 1),
+    name TEXT NOT NULL,
+    users_version INTEGER NOT NULL DEFAULT 0) STRICT;
+  CREATE TABLE users (
+    key INTEGER PRIMARY KEY AUTOINCREMENT,
+    name TEXT NOT NULL,
+    folded_name TEXT NOT NULL UNIQUE,
+    email TEXT NOT NULL,
+    mail_accepted INTEGER NOT NULL CHECK (mail_accepted IN (0, 1)),
+    role TEXT NOT NULL CHECK (role IN ('owner', 'member')),
+    password_hash TEXT) STRICT;
+  CREATE TABLE discussions (
+    number INTEGER PRIMARY KEY AUTOINCREMENT,
+    title TEXT NOT NULL) STRICT;
+  CREATE TABLE replies (
+    id INTEGER PRIMARY KEY,
+    discussion INTEGER NOT NULL REFERENCES discussions (number),
+    subject TEXT NOT NULL,
+    body TEXT NOT NULL,
+    user INTEGER NOT NULL REFERENCES users (key),
+    at TEXT NOT NULL) STRICT;
+  CREATE INDEX replies_of_discussion ON replies (discussion);
+  CREATE TRIGGER user_added AFTER INSERT ON users
+    BEGIN UPDATE project SET users_version = users_version + 1; END;
+  CREATE TRIGGER user_changed AFTER UPDATE ON users
+    BEGIN UPDATE project SET users_version = users_version + 1; END;
+  CREATE TRIGGER user_removed AFTER DELETE ON users
+    BEGIN UPDATE project SET users_version = users_version + 1; END;
+)",
+    // The mails whose replies are stored, so that a mail that comes again is recognised.
+    R"(
+  PRAGMA user_version = 2;
+  CREATE TABLE mails (
+    key TEXT PRIMARY KEY,
+    reply INTEGER NOT NULL REFERENCES replies (id)) STRICT, WITHOUT ROWID;
+)"};
+constexpr std::int64_t kVersion = std::size(kVersions);
+constexpr std::int64_t kApplicationId = 1414943540;  // "TVS4"
+
+[[noreturn]] void Refuse(const Runtime::Database& database, StringView why) {
+  throw Failure(FailureNumber::DeviceFailed, u"Talvane40",
+                u"The project database " + FromUtf8(database.File()) + String(why));
+}
+
+// The version of a project's database that this program can use or upgrade.
+std::int64_t VersionOf(Runtime::Database& database) {
+  const std::int64_t version = database.Number("PRAGMA user_version");
+  if (version > kVersion) Refuse(database, u" was made by a newer version of Talvane. Use that version.");
+  if (version < 1) Refuse(database, u" is damaged: it has no version. Restore it from a backup.");
+  return version;
+}
+
+void UpgradeFrom(Runtime::Database& database, std::int64_t version) {
+  for (; version < kVersion; ++version) database.Run(kVersions[version]);
+}
+
+}  // namespace
+
+void CreateTables(Runtime::Database& database) {
+  UpgradeFrom(database, 0);
+}
+
+void RequireCurrentTables(Runtime::Database& database) {
+  if (database.Number("PRAGMA application_id") != kApplicationId)
+    Refuse(database, u" is the database of another program, or empty. Restore it from a backup.");
+  if (VersionOf(database) == kVersion) return;
+  try {
+    Runtime::Transaction transaction(database);
+    UpgradeFrom(database, VersionOf(database));  // again: another process may have upgraded it
+    transaction.Commit();
+  } catch (const Failure& failure) {
+    Refuse(database, u" is of a former version and can't be upgraded: " + failure.Description());
+  }
+}
+
+}  // namespace Talvane40

@@ -1,0 +1,191 @@
+// Mails that come once, again, at the same time or to a process that is killed, through the loaded library.
+#include "platform/contracts/MailIntake.h"
+
+#include <sys/mman.h>
+
+#include <atomic>
+#include <random>
+#include <set>
+#include <thread>
+
+#include "runtime/RegistryStore.h"
+#include "tests/support/Processes.h"
+#include "tests/talvane40/Projects.h"
+
+namespace Tests {
+namespace {
+
+namespace fs = std::filesystem;
+
+MailIntake NewIntake(StringView path) {
+  MailIntake intake(Platform::Services().CreateByName(MailIntake::kName));
+  intake.Open(path);
+  return intake;
+}
+
+String KeyOf(int number) {
+  const std::string digits = std::to_string(number);
+  return FromUtf8(std::string(64 - digits.size(), 'a') + digits);
+}
+
+IntakeResult Deliver(const MailIntake& intake, Project& project, StringView key, StringView subject = u"s") {
+  intake.Begin(key);
+  Reply(project, subject, u"b");
+  return intake.End();
+}
+
+class Intake : public testing::Test {
+ protected:
+  ProjectWorld world;
+  const MailIntake intake = NewIntake(world.Path);
+  const std::shared_ptr<Project> project = world.Open();
+};
+
+TEST_F(Intake, StoresTheReplyOfAMailOnce) {
+  EXPECT_FALSE(intake.IsStored(u"aB1"));
+  EXPECT_EQ(Deliver(intake, *project, u"Ab1"), IntakeResult::Stored);
+  EXPECT_EQ(intake.End(), IntakeResult::Nothing);
+  EXPECT_TRUE(NewIntake(world.Path).IsStored(u"aB1"));
+  EXPECT_EQ(Deliver(NewIntake(world.Path), *world.Open(), u"aB1"), IntakeResult::AlreadyStored);
+  EXPECT_EQ(world.Replies().size(), 1U);
+  intake.Begin(u"2");
+  EXPECT_EQ(intake.End(), IntakeResult::Nothing);
+  intake.Begin(u"2");
+  Reply(*project, u"s", u"b");
+  Reply(*project, u"the second of one mail", u"b");
+  EXPECT_EQ(intake.End(), IntakeResult::Stored);
+  EXPECT_EQ(world.Replies().size(), 2U);
+}
+
+TEST_F(Intake, AMailIsForgottenAtTheNextOneAndWithItsObjectAndConcernsNoOtherThread) {
+  intake.Begin(u"1");
+  EXPECT_EQ(Deliver(intake, *project, u"2"), IntakeResult::Stored);
+  NewIntake(world.Path).Begin(u"3");
+  Reply(*project, u"without a key", u"b");
+  intake.Begin(u"4");
+  std::thread([&] { Reply(*project, u"of another thread", u"b"); }).join();
+  EXPECT_EQ(intake.End(), IntakeResult::Nothing);
+  for (const auto& [key, stored] : {std::pair(u"1", false), {u"2", true}, {u"3", false}, {u"4", false}})
+    EXPECT_EQ(intake.IsStored(key), stored) << Utf8(key);
+  EXPECT_EQ(world.Replies().size(), 3U);
+}
+
+TEST_F(Intake, AReplyAndItsKeyAreOneTransaction) {
+  for (const char* table : {"replies", "mails"}) {
+    const std::string trigger = std::string("CREATE TRIGGER full AFTER INSERT ON ") + table +
+                                " BEGIN SELECT RAISE(ABORT, 'no room'); END";
+    world.Sql(trigger.c_str());
+    intake.Begin(u"1");
+    EXPECT_THROW(Reply(*project, u"s", u"b"), Failure) << table;
+    EXPECT_EQ(intake.End(), IntakeResult::Nothing) << table;
+    EXPECT_FALSE(intake.IsStored(u"1")) << table;
+    EXPECT_EQ(world.Replies().size(), 0U) << table;
+    world.Sql("DROP TRIGGER full");
+  }
+  EXPECT_EQ(Deliver(intake, *project, u"1"), IntakeResult::Stored);
+}
+
+TEST_F(Intake, RefusesKeysThatAreNoDigestAndWorkWithoutAProject) {
+  EXPECT_FALSE(intake.IsStored(String(64, u'f')));
+  for (const String& key : {String(), String(65, u'f'), String(u"g"), String(u"1 "), String(1, u'\0')}) {
+    intake.Begin(u"1");
+    EXPECT_PRED2(Holds, FailureText([&] { intake.IsStored(key); }), "1 to 64 hexadecimal digits");
+    EXPECT_PRED2(Holds, FailureText([&] { intake.Begin(key); }), "1 to 64 hexadecimal digits");
+    Reply(*project, u"s", u"b");
+    EXPECT_EQ(intake.End(), IntakeResult::Nothing) << "the mail of before is forgotten";
+  }
+  EXPECT_PRED2(Holds, FailureText([&] { intake.Open(world.PathOf("lost.TVS")); }), "doesn't exist");
+  EXPECT_PRED2(Holds, FailureText([&] { intake.IsStored(u"1"); }), "No project is open");
+  EXPECT_PRED2(Holds, FailureText([&] { intake.FindSender(u"a@b"); }), "No project is open");
+  EXPECT_PRED2(Holds, FailureText([&] { intake.Begin(u"1"); }), "No project is open");
+}
+
+TEST_F(Intake, AskToRunInitAgainIfTheRegistrationIsOlderThanTheClass) {
+  Runtime::RegistryStore::DeleteKey(Hive::LocalMachine, u"Software\\Classes\\Talvane40.MailIntake");
+  EXPECT_PRED2(Holds, FailureText([&] { NewIntake(world.Path); }),
+               "Talvane40.MailIntake: it isn't registered; run \"tvmail init\", also after an update");
+}
+
+TEST_F(Intake, OpenNoticesThatAnotherDatabaseIsInPlace) {
+  fs::copy(world.Database(), world.Database().string() + ".backup");
+  EXPECT_EQ(Deliver(intake, *project, u"1"), IntakeResult::Stored);
+  intake.Open(world.Path);
+  EXPECT_TRUE(intake.IsStored(u"1"));
+  for (const char* end : {"-wal", "-shm"}) fs::remove(world.Database().string() + end);
+  fs::rename(world.Database().string() + ".backup", world.Database());
+  intake.Open(world.Path);
+  EXPECT_FALSE(intake.IsStored(u"1"));
+}
+
+TEST_F(Intake, FindsTheUserThatTheComponentTakesForTheSender) {
+  world.Administer.AddUser(world.Path, u"cleo", u"Cleo@xn--bcher-kva.example", false);
+  world.Administer.AddUser(world.Path, u"second", u"BEN@example.org", false);
+  world.Sql("UPDATE users SET email = '' WHERE name = 'Ann'");
+  const std::tuple<StringView, std::int32_t, bool> rows[] = {{u"ben@example.org", 2, true},
+                                                             {u"\"BEN\"@Example.ORG.", 2, true},
+                                                             {u"cleo@bücher.example", 3, false},
+                                                             {u"ann@example.org", 0, false},
+                                                             {u"", 0, false},
+                                                             {u"no address", 0, false}};
+  for (const auto& [address, key, accepted] : rows) {
+    const MailSender sender = intake.FindSender(address);
+    EXPECT_EQ(sender.Found, key != 0) << Utf8(address);
+    EXPECT_EQ(sender.UserKey, key) << Utf8(address);
+    EXPECT_EQ(sender.MailAccepted, accepted) << Utf8(address);
+  }
+  world.Sql("UPDATE users SET mail_accepted = 0 WHERE name = 'ben'");
+  EXPECT_FALSE(intake.FindSender(u"ben@example.org").MailAccepted);
+}
+
+TEST_F(Intake, ThreadsAndProcessesWithTheSameMailsStoreEachOnce) {
+  constexpr int kMails = 60;
+  std::array<int, 3> stored{};
+  const auto deliverAll = [&](const MailIntake& by, Project& to, int& count) {
+    for (int i = 0; i < kMails; ++i) count += Deliver(by, to, KeyOf(i)) == IntakeResult::Stored;
+  };
+  int elsewhere = 0;
+  const pid_t process = StartProcess([&] { deliverAll(NewIntake(world.Path), *world.Open(), elsewhere); });
+  const MailIntake other = NewIntake(world.Path);
+  const std::shared_ptr<Project> otherProject = world.Open();
+  std::thread thread([&] { deliverAll(other, *otherProject, stored[0]); });
+  deliverAll(intake, *project, stored[1]);
+  thread.join();
+  EXPECT_EQ(EndOf(process), 0);
+  EXPECT_EQ(world.Replies().size(), std::size_t{kMails});
+  EXPECT_LE(stored[0] + stored[1], kMails);
+  deliverAll(intake, *project, stored[2]);
+  EXPECT_EQ(stored[2], 0);
+}
+
+TEST_F(Intake, AProcessKilledAtAnyPointAndItsMailsDeliveredAgainStoreEachOnce) {
+  constexpr int kMails = 400, kRounds = 25;
+  void* const shared = mmap(nullptr, 4096, PROT_READ | PROT_WRITE, MAP_SHARED | MAP_ANONYMOUS, -1, 0);
+  ASSERT_NE(shared, MAP_FAILED);
+  auto& delivered = *new (shared) std::atomic<int>;  // by the process of this round
+  const auto deliverAll = [&] {
+    const MailIntake by = NewIntake(world.Path);
+    const std::shared_ptr<Project> to = world.Open();
+    for (delivered = 0; delivered < kMails; ++delivered)
+      EXPECT_NE(Deliver(by, *to, KeyOf(delivered), KeyOf(delivered)), IntakeResult::Nothing);
+  };
+  std::minstd_rand random(42);
+  for (int round = 0; round < kRounds; ++round) {
+    delivered = 0;
+    const pid_t process = StartProcess(deliverAll);
+    const auto latest = std::chrono::steady_clock::now() + std::chrono::seconds(20);
+    while (delivered < kMails * round / kRounds && std::chrono::steady_clock::now() < latest)
+      std::this_thread::sleep_for(std::chrono::microseconds(20));
+    std::this_thread::sleep_for(std::chrono::microseconds(random() % 1000));
+    KillProcess(process);
+  }
+  EXPECT_GE(world.Replies().size(), std::size_t{kMails} / 2);
+  EXPECT_EQ(InAnotherProcess(deliverAll), 0);
+  const std::vector<DescribedReply> replies = world.Replies();
+  std::set<String> subjects;
+  for (const DescribedReply& reply : replies) subjects.insert(reply.Subject);
+  EXPECT_EQ(replies.size(), std::size_t{kMails});
+  EXPECT_EQ(subjects.size(), std::size_t{kMails});
+}
+
+}  // namespace
+}  // namespace Tests
