@@ -183,7 +183,7 @@ inline constexpr std::int32_t kFromAmbiguous = 20110;
 inline constexpr std::int32_t kNotAuthenticated = 20111;
 inline constexpr std::int32_t kAuthenticationFailed = 20112;
 inline constexpr std::int32_t kNoAuthenticationPass = 20113;
-inline constexpr std::int32_t kMailTooLarge = 20120;
+inline constexpr std::int32_t kMailBeyondSizeLimit = 20120;
 inline constexpr std::int32_t kMailboxMissing = 20150;
 inline constexpr std::int32_t kMailNotHeld = 20151;
 inline constexpr std::int32_t kNothingStored = 20152;
@@ -271,7 +271,7 @@ inline constexpr CatalogueText kProgramTexts[] = {{kFormIntroduction},
                                                   {kNotAuthenticated, 1},
                                                   {kAuthenticationFailed, 1},
                                                   {kNoAuthenticationPass, 1},
-                                                  {kMailTooLarge, 2},
+                                                  {kMailBeyondSizeLimit, 2},
                                                   {kMailboxMissing, 1},
                                                   {kMailNotHeld, 2},
                                                   {kNothingStored},

@@ -14,7 +14,7 @@ String Megabytes(std::size_t bytes) {
 
 std::optional<Refusal> RefuseSize(std::size_t size, const PolicySettings& settings) {
   if (size <= settings.SizeLimit) return std::nullopt;
-  return MakeRefusal(Rule::kSize, Platform::TextNumber::kMailTooLarge, Megabytes(size),
+  return MakeRefusal(Rule::kSize, Platform::TextNumber::kMailBeyondSizeLimit, Megabytes(size),
                      Megabytes(settings.SizeLimit));
 }
 
