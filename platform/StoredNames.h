@@ -207,7 +207,7 @@ inline constexpr std::int32_t kNoMaildir = 20176;
 inline constexpr std::int32_t kMaildirDenied = 20177;
 inline constexpr std::int32_t kMailNotMoved = 20178;
 inline constexpr std::int32_t kNoUniqueIds = 20179;
-inline constexpr std::int32_t kMailTooLarge = 20180;
+inline constexpr std::int32_t kMailBeyondLimit = 20180;
 inline constexpr std::int32_t kNoOrdinaryMail = 20181;
 inline constexpr std::int32_t kMailUnreadable = 20182;
 inline constexpr std::int32_t kSourceSettingMissing = 20183;
@@ -295,7 +295,7 @@ inline constexpr CatalogueText kProgramTexts[] = {{kFormIntroduction},
                                                   {kMaildirDenied, 2},
                                                   {kMailNotMoved, 2},
                                                   {kNoUniqueIds, 1},
-                                                  {kMailTooLarge, 1},
+                                                  {kMailBeyondLimit, 1},
                                                   {kNoOrdinaryMail},
                                                   {kMailUnreadable, 1},
                                                   {kSourceSettingMissing, 1},

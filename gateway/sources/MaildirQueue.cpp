@@ -135,7 +135,7 @@ std::optional<RawMail> MaildirQueue::Read(const Folders& folders, const std::str
     while (mail.Bytes.size() < kLargestHeader && file.TakeLine(mail.Bytes, '\n', kLargestHeader) > 2)
       continue;
     return Refused(std::move(mail),
-                   SourceText(TextNumber::kMailTooLarge, std::to_string(kLargestMail >> 20)));
+                   SourceText(TextNumber::kMailBeyondLimit, std::to_string(kLargestMail >> 20)));
   } catch (const std::system_error& error) {
     if (error.code() == std::errc::no_such_file_or_directory) return std::nullopt;
     mail.Fault = SourceText(TextNumber::kMailUnreadable, SystemReason(error.code().value()));
