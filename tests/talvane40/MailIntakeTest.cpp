@@ -28,6 +28,25 @@ String KeyOf(int number) {
   return FromUtf8(std::string(64 - digits.size(), 'a') + digits);
 }
 
+// A number that this process and its children count up.
+class SharedCount {
+ public:
+  SharedCount()
+      : count_(*new (mmap(nullptr, 4096, PROT_READ | PROT_WRITE, MAP_SHARED | MAP_ANONYMOUS, -1, 0))
+                   std::atomic<int>) {}
+  ~SharedCount() { munmap(&count_, 4096); }
+  std::atomic<int>& operator*() const { return count_; }
+
+  // Ends after 20 s at the latest, if a process that counts has failed.
+  void WaitFor(int count) const {
+    const auto latest = std::chrono::steady_clock::now() + std::chrono::seconds(20);
+    while (count_ < count && std::chrono::steady_clock::now() < latest) std::this_thread::yield();
+  }
+
+ private:
+  std::atomic<int>& count_;
+};
+
 IntakeResult Deliver(const MailIntake& intake, Project& project, StringView key, StringView subject = u"s") {
   intake.Begin(key);
   Reply(project, subject, u"b");
@@ -137,31 +156,45 @@ TEST_F(Intake, FindsTheUserThatTheComponentTakesForTheSender) {
   EXPECT_FALSE(intake.FindSender(u"ben@example.org").MailAccepted);
 }
 
-TEST_F(Intake, ThreadsAndProcessesWithTheSameMailsStoreEachOnce) {
-  constexpr int kMails = 60;
-  std::array<int, 3> stored{};
-  const auto deliverAll = [&](const MailIntake& by, Project& to, int& count) {
-    for (int i = 0; i < kMails; ++i) count += Deliver(by, to, KeyOf(i)) == IntakeResult::Stored;
+// Another connection holds the write lock until all writers of a mail wait for it.
+TEST_F(Intake, ThreadsAndProcessesWithTheSameMailAtTheSameTimeStoreItOnce) {
+  constexpr int kMails = 10, kWriters = 3;
+  const SharedCount locked, waiting, handled, stored;
+  const auto deliverAll = [&](const MailIntake& by, Project& to) {
+    for (int mail = 1; mail <= kMails; ++mail) {
+      by.Begin(KeyOf(mail));
+      locked.WaitFor(mail);
+      ++*waiting;
+      Reply(to, u"s", u"b");
+      const IntakeResult result = by.End();
+      EXPECT_NE(result, IntakeResult::Nothing);
+      *stored += result == IntakeResult::Stored;
+      ++*handled;
+    }
   };
-  int elsewhere = 0;
-  const pid_t process = StartProcess([&] { deliverAll(NewIntake(world.Path), *world.Open(), elsewhere); });
+  const pid_t process = StartProcess([&] { deliverAll(NewIntake(world.Path), *world.Open()); });
   const MailIntake other = NewIntake(world.Path);
   const std::shared_ptr<Project> otherProject = world.Open();
-  std::thread thread([&] { deliverAll(other, *otherProject, stored[0]); });
-  deliverAll(intake, *project, stored[1]);
-  thread.join();
+  std::thread threads[] = {std::thread([&] { deliverAll(other, *otherProject); }),
+                           std::thread([&] { deliverAll(intake, *project); })};
+  Runtime::Database holder(world.Database().string());
+  for (int mail = 1; mail <= kMails; ++mail) {
+    handled.WaitFor(kWriters * (mail - 1));
+    const Runtime::Transaction lock(holder);
+    ++*locked;
+    waiting.WaitFor(kWriters * mail);
+    std::this_thread::sleep_for(std::chrono::milliseconds(5));
+  }
+  for (std::thread& thread : threads) thread.join();
   EXPECT_EQ(EndOf(process), 0);
+  EXPECT_EQ(*stored, kMails);
   EXPECT_EQ(world.Replies().size(), std::size_t{kMails});
-  EXPECT_LE(stored[0] + stored[1], kMails);
-  deliverAll(intake, *project, stored[2]);
-  EXPECT_EQ(stored[2], 0);
 }
 
 TEST_F(Intake, AProcessKilledAtAnyPointAndItsMailsDeliveredAgainStoreEachOnce) {
   constexpr int kMails = 400, kRounds = 25;
-  void* const shared = mmap(nullptr, 4096, PROT_READ | PROT_WRITE, MAP_SHARED | MAP_ANONYMOUS, -1, 0);
-  ASSERT_NE(shared, MAP_FAILED);
-  auto& delivered = *new (shared) std::atomic<int>;  // by the process of this round
+  const SharedCount shared;
+  std::atomic<int>& delivered = *shared;  // by the process of this round
   const auto deliverAll = [&] {
     const MailIntake by = NewIntake(world.Path);
     const std::shared_ptr<Project> to = world.Open();
@@ -172,9 +205,7 @@ TEST_F(Intake, AProcessKilledAtAnyPointAndItsMailsDeliveredAgainStoreEachOnce) {
   for (int round = 0; round < kRounds; ++round) {
     delivered = 0;
     const pid_t process = StartProcess(deliverAll);
-    const auto latest = std::chrono::steady_clock::now() + std::chrono::seconds(20);
-    while (delivered < kMails * round / kRounds && std::chrono::steady_clock::now() < latest)
-      std::this_thread::sleep_for(std::chrono::microseconds(20));
+    shared.WaitFor(kMails * round / kRounds);
     std::this_thread::sleep_for(std::chrono::microseconds(random() % 1000));
     KillProcess(process);
   }
