@@ -1,4 +1,4 @@
-// DesktopTexts: what the windows themselves say, in the user's language, from the catalogue TvDesktopRes.
+// DesktopTexts: the texts of the windows themselves, in the user's language, from the catalogue TvDesktopRes.
 #pragma once
 
 #include <cstdint>

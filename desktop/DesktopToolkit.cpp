@@ -75,7 +75,7 @@ std::optional<String> DesktopToolkit::OpenFile(const OpenFileRequest& request) {
     dialog->setFileMode(QFileDialog::ExistingFile);
     dialog->setNameFilters(NameFilters(ToQt(request.Filter)));
     if (!request.FileName.empty()) dialog->selectFile(ToQt(request.FileName));
-    // The column with the type of each file isn't translated into every language; the filter tells the type.
+    // Qt doesn't translate the type of each file into every language; the filter shows the type.
     if (auto* details = dialog->findChild<QTreeView*>("treeView")) details->setColumnHidden(2, true);
     dialog->setAttribute(Qt::WA_DeleteOnClose);
     QObject::connect(dialog, &QDialog::finished, dialog, [dialog, chosen](int result) {

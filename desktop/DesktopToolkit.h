@@ -42,7 +42,7 @@ class DesktopToolkit : public FormsToolkit {
   // The window of the form that the calling thread shows; null without one.
   FormWindow* FrontWindow();
 
-  // Shows the file in the help window. Without a file, or if it can't be read, a message box tells that the
+  // Shows the file in the help window. Without a file, or if it can't be read, a message box says that the
   // page of that name is missing. Returns when the window is open or the box is closed.
   void ShowPage(const std::optional<std::string>& file, StringView name);
 

@@ -6,7 +6,8 @@
 namespace Desktop {
 namespace {
 
-// Forms give their names in English. A name whose pattern says the same is replaced by the user's own words.
+// The names that forms give are English. The name of a single pattern is replaced by one in the user's
+// language.
 QString NameOf(const QString& given, const QString& pattern) {
   QString own;
   if (pattern == "*") own = ToQt(DesktopText(TextNumber::kAllFiles));

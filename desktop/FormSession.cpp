@@ -41,7 +41,7 @@ FormSession::FormSession(GuiThread& gui, Form& form)
 
 FormSession::~FormSession() {
   if (form_.Observer() == this) form_.SetObserver(nullptr);
-  // Not at once: the window may be handling the event that led here.
+  // Posted, since the window may be handling the event that caused this.
   gui_.Post([window = window_] {
     window->hide();
     window->deleteLater();

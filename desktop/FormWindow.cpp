@@ -98,8 +98,8 @@ void FormWindow::Place(float left, float top) {
   const QPoint corner =
       ToPixels({left, top, 0, 0}, *this).topLeft() + QGuiApplication::primaryScreen()->geometry().topLeft();
   move(corner);
-  // A widget that hasn't been shown takes the place for that of its client area; its native window can be
-  // told that the place is that of the frame.
+  // Before a widget is shown, Qt takes the place for that of its client area; the native window can be set to
+  // take it for that of the frame.
   windowHandle()->setFramePosition(corner);
 }
 
@@ -153,8 +153,7 @@ bool FormWindow::eventFilter(QObject* watched, QEvent* event) {
   if (event->type() == QEvent::KeyPress) {
     const int key = static_cast<QKeyEvent*>(event)->key();
     auto* popup = QApplication::activePopupWidget();
-    if (key == Qt::Key_F1 && popup)
-      popup->close();  // an open list would lie above the help and hold the keys
+    if (key == Qt::Key_F1 && popup) popup->close();  // an open list would cover the help and receive its keys
     ReportKey(key);
   } else if (event->type() == QEvent::Shortcut) {
     return PressAccessKey(*watched);
@@ -170,8 +169,7 @@ void FormWindow::ReportKey(int key) {
   if (code != 0) queue_->Put({[code](UserInput& input) { input.KeyDown(code); }});
 }
 
-// A window that comes to the front gives the focus back to the control that had it: for the form nothing
-// changed.
+// An activated window returns the focus to the control that had it, which is no change for the form.
 void FormWindow::ReportFocus(const String& control, Qt::FocusReason reason) {
   if (reason == Qt::ActiveWindowFocusReason || reason == Qt::PopupFocusReason) return;
   ReportFor(control)([](UserInput& input, Control& target) { input.Focus(target); }, Echo{control, {}});
@@ -184,7 +182,7 @@ void FormWindow::changeEvent(QEvent* event) {
 }
 
 void FormWindow::closeEvent(QCloseEvent* event) {
-  event->ignore();  // the form decides; Ended hides the window
+  event->ignore();  // the form's handlers decide; Ended hides the window
   queue_->Put({[](UserInput& input) { input.Close(); }});
 }
 

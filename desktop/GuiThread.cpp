@@ -43,9 +43,9 @@ GuiThread::GuiThread() {
 }
 
 void GuiThread::Main(std::promise<void>& started) {
-  // Qt's data of this thread is counted by the objects that live on it. The display plug-in's static objects
-  // release one count more than they took when the process ends, so an object that is never deleted holds
-  // one: without it the data is freed twice.
+  // Qt counts references to its data of this thread, one for each object that lives on it. At process end the
+  // display plug-in's static objects release one more than they took. An object that is never deleted keeps
+  // one; without it the data is freed twice.
   static const auto* const holder = new QObject;
   static_cast<void>(holder);
   // The application keeps references to both for its whole life.
@@ -68,7 +68,7 @@ void GuiThread::Main(std::promise<void>& started) {
 void GuiThread::Post(std::function<void()> work) {
   const std::lock_guard lock(mutex_);
   posted_.push_back(std::move(work));
-  if (stopped_) return;  // work that is kept never breaks its promise, so a caller of Run goes on waiting
+  if (stopped_) return;  // the work is not destroyed, so a caller of Run waits until the process is gone
   QMetaObject::invokeMethod(
       receiver_, [this] { RunPosted(); }, Qt::QueuedConnection);
   woken_.notify_one();

@@ -28,7 +28,7 @@ class GuiThread {
   GuiThread& operator=(const GuiThread&) = delete;
 
   // Runs work on the thread later, in the order of the calls. Any thread. A failure of the work is logged;
-  // the work behind it runs. Once the process is ending, the work is not run.
+  // the work posted after it still runs. Once the process is ending, the work is not run.
   void Post(std::function<void()> work);
 
   // Runs work on the thread and returns its result; an exception of it is raised here. From any thread but
@@ -41,11 +41,11 @@ class GuiThread {
     return result.get();  // task is kept here, so that an ending process waits instead of raising
   }
 
-  // On the thread alone: runs what is posted until settled holds, for 0.2 s at most, after which a person
-  // would notice that the windows don't answer. Within posted work it returns at once.
+  // On the thread alone: runs posted work until settled returns true, for 0.2 s at most: a user would notice
+  // a longer delay. Within posted work it returns at once.
   void Await(const std::function<bool()>& settled);
 
-  // Has an Await look at its condition again. Any thread.
+  // Makes Await check its condition again. Any thread.
   void Wake();
 
   // Ends the thread when the process ends, before Qt's static objects are destroyed. To be called on the main

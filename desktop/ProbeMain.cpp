@@ -1,4 +1,4 @@
-// Opens the display. Exit code 0, or Qt's own end with its reason on standard error.
+// Opens the display and ends with exit code 0. If it can't, Qt aborts with the reason on standard error.
 #include <sys/resource.h>
 #include <QGuiApplication>
 

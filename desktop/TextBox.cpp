@@ -56,7 +56,7 @@ void TextBox::focusInEvent(QFocusEvent* event) {
   QLineEdit::focusInEvent(event);
   const auto reason = event->reason();
   if (reason == Qt::ActiveWindowFocusReason || reason == Qt::PopupFocusReason)
-    return;  // for the form the focus was here all the time
+    return;  // for the form, the focus has not moved
   if (reason == Qt::MouseFocusReason) {
     focusByPress_ = true;
     return;

@@ -1,5 +1,5 @@
 // TextBox: a line of text. The form decides what is selected when it gets the focus. Line ends and other
-// control characters never get into it, typed, pasted or dropped.
+// control characters that are typed, pasted or dropped are removed.
 //
 // Created and used on the windows' thread.
 #pragma once
@@ -16,8 +16,8 @@ class TextBox : public QLineEdit {
   // Shows passwordChar for each character; 0: the text itself. parent owns the box.
   TextBox(char16_t passwordChar, QWidget* parent);
 
-  // A press of the mouse is reported before the focus that it brings, and both after it has set the caret. A
-  // box without a function reports nothing.
+  // A mouse press is reported before the focus change that it causes, and both after the caret is set. A box
+  // without a function reports nothing.
   std::function<void()> OnMouseDown;
   std::function<void()> OnMouseMove;
   std::function<void()> OnFocus;

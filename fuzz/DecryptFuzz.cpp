@@ -1,6 +1,6 @@
 // DecryptFuzz: any text as an encoded string and as a password.
 //
-// Run it as "DecryptFuzz -max_total_time=60". The first byte of an input tells whether the rest are
+// Run it as "DecryptFuzz -max_total_time=60". The first byte of an input decides whether the rest are
 // single-byte codes or UTF-16.
 #include <algorithm>
 #include <cstdlib>

@@ -1,6 +1,6 @@
 // KeyStoreFuzz: any text as a key store, and any bytes as what a key store seals.
 //
-// The first byte of an input tells which of the two the rest is.
+// The first byte of an input decides which of the two the rest is.
 #include "fuzz/FuzzFiles.h"
 #include "siblings/OstrCipherCOM/KeyStoreFile.h"
 #include "siblings/OstrCipherCOM/OstrCipherCOM.h"

@@ -16,7 +16,7 @@ bool IsOfStorage(const Platform::Failure& failure) {
 
 String WithReason(StringView boxText) {
   String text = Platform::Trim(boxText);
-  // The first failure is the cause of the others. One that contains its text says more.
+  // The first failure is the cause of the others. One that contains its text is more detailed.
   String reason;
   for (const Platform::Failure& failure : Platform::FailureWatch::TakeNew()) {
     if (IsOfStorage(failure) && failure.Description().find(reason) != String::npos)

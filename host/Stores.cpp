@@ -29,7 +29,7 @@ void RequireStore(Hive hive, ExitCode code) {
 
 void RequireStores() {
   RequireStore(Hive::LocalMachine);
-  // Opened first, since another user's store is refused with its reason, where this user has no store.
+  // Opened before the user's store is required: if it belongs to another user, that is the reason to report.
   const bool hasMailBoxes = RegistryStore::KeyExists(Hive::LocalMachine, RegistryPath::kMailBoxes);
   RequireStore(Hive::CurrentUser);
   if (!hasMailBoxes || !RegistryStore::KeyExists(Hive::CurrentUser, RegistryPath::kTalvane))

@@ -22,7 +22,7 @@ int Explain(ExitCode code, const std::string& text) {
   return code;
 }
 
-// The code, once all output is written.
+// Writes the buffered output. Returns the code, or that of a failed write.
 int Written(int code) {
   std::cout.flush();
   if (std::cout) return code;

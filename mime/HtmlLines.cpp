@@ -20,8 +20,8 @@ void HtmlLines::Put(char16_t c) {
   BeginLine();
   atMark_ = false;
   if (IsInvisible(c)) return;
-  if (blankWaits_ && !text_.empty() && text_.back() != u'\n') text_ += u' ';
-  blankWaits_ = false;
+  if (blankPending_ && !text_.empty() && text_.back() != u'\n') text_ += u' ';
+  blankPending_ = false;
   text_ += c == 0xA0 ? u' ' : c;
 }
 
@@ -33,7 +33,7 @@ void HtmlLines::BreakLine() {
 
 void HtmlLines::EndLine() {
   if (atMark_) return;
-  blankWaits_ = false;
+  blankPending_ = false;
   if (!lineOpen_) return;
   lineOpen_ = false;
   CutBlanks();
@@ -50,14 +50,14 @@ void HtmlLines::PutMark(StringView mark) {
 void HtmlLines::PutBehind(StringView text) {
   const std::size_t end = text_.find_last_not_of(u'\n') + 1;
   const String lineEnds = text_.substr(end);
-  const bool emptyLineWaits = std::exchange(emptyLineWaits_, false);
+  const bool emptyLineWaits = std::exchange(emptyLinePending_, false);
   text_.resize(end);
   Blank();
   for (const char16_t c : text) Put(c);
   if (lineEnds.empty()) return;
   text_ += lineEnds;
   lineOpen_ = false;
-  emptyLineWaits_ = emptyLineWaits;
+  emptyLinePending_ = emptyLineWaits;
 }
 
 String HtmlLines::Take() {
@@ -66,8 +66,8 @@ String HtmlLines::Take() {
 }
 
 void HtmlLines::BeginLine() {
-  if (emptyLineWaits_ && !text_.empty() && !text_.ends_with(u"\n\n")) text_ += u'\n';
-  emptyLineWaits_ = false;
+  if (emptyLinePending_ && !text_.empty() && !text_.ends_with(u"\n\n")) text_ += u'\n';
+  emptyLinePending_ = false;
   lineOpen_ = true;
 }
 

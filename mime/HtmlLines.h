@@ -17,11 +17,11 @@ class HtmlLines {
   // limit is the largest number of characters; room for them is reserved at once.
   explicit HtmlLines(std::size_t limit) : limit_(limit) { text_.reserve(limit); }
 
-  void Put(char16_t c);                             // not for line ends and collapsible blanks
-  void Blank() { blankWaits_ = true; }              // a blank, if the line has text before and after it
-  void BreakLine();                                 // ends the line, even if it is empty
-  void EndLine();                                   // ends the line if it has text
-  void EmptyLine() { emptyLineWaits_ = !atMark_; }  // an empty line before the next text
+  void Put(char16_t c);                               // not for line ends and collapsible blanks
+  void Blank() { blankPending_ = true; }              // a blank, if the line has text before and after it
+  void BreakLine();                                   // ends the line, even if it is empty
+  void EndLine();                                     // ends the line if it has text
+  void EmptyLine() { emptyLinePending_ = !atMark_; }  // an empty line before the next text
 
   // Puts the mark of a list item. The item's first block begins on the same line: EndLine and EmptyLine have
   // no effect until text follows, or until EndMark. A mark for which the limit is too small becomes "*".
@@ -49,8 +49,8 @@ class HtmlLines {
   String text_;
   std::size_t limit_;
   bool lineOpen_ = false;  // the line has characters, which may be invisible
-  bool blankWaits_ = false;
-  bool emptyLineWaits_ = false;
+  bool blankPending_ = false;
+  bool emptyLinePending_ = false;
   bool atMark_ = false;
 };
 

@@ -35,8 +35,7 @@ StringView Core(StringView address) {
   return address;
 }
 
-// A web address keeps its blanks in their escaped form; in a mail address or a telephone number they say
-// nothing.
+// The blanks of a web address are escaped; in a mail address or a telephone number they have no meaning.
 String WithoutBlanks(StringView address) {
   const bool ofWeb = !BeginsWith(address, kMailTo) && !BeginsWith(address, u"tel:");
   String escaped;
@@ -55,7 +54,7 @@ String WithoutBlanks(StringView address) {
 String LinkAddress(StringView href) {
   if (href.size() > kLongestAddress) return {};
   String address = DecodeHtmlAttribute(href);
-  // As a browser does it; and a line end could begin a line of its own in the text.
+  // Browsers remove control characters, too. A line end would also break the line in the text.
   std::erase_if(address, [](char16_t c) { return c < 0x20 || c == 0x7F || c == u'<' || c == u'>'; });
   address = WithoutBlanks(Platform::Trim(address));
   if (address.empty() || address.front() == u'#') return {};
@@ -69,7 +68,7 @@ String LinkAddress(StringView href) {
   return hasScheme && WithoutScheme(address).size() == address.size() ? String() : address;
 }
 
-bool TellsAddress(StringView text, StringView address) {
+bool ShowsAddress(StringView text, StringView address) {
   const StringView shown = Core(text);
   const StringView wanted = Core(address);
   return std::equal(shown.begin(), shown.end(), wanted.begin(), wanted.end(),

@@ -15,6 +15,6 @@ String LinkAddress(StringView href);
 
 // True if a link's text is its target, apart from the scheme, a slash at the end and the case of ASCII
 // letters.
-bool TellsAddress(StringView text, StringView address);
+bool ShowsAddress(StringView text, StringView address);
 
 }  // namespace Mime

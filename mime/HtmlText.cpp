@@ -35,7 +35,7 @@ class TextCollector {
         if (hidden_ == 0) PutText(tokens_.Text());
         continue;
       }
-      behindPreTag_ = false;
+      afterPreTag_ = false;
       if (tokens_.What() == HtmlTokens::Kind::StartTag) {
         Start(tokens_.Element());
       } else {
@@ -94,7 +94,7 @@ class TextCollector {
         lines_.Blank();
         break;
       case Role::Preformatted:
-        behindPreTag_ = true;
+        afterPreTag_ = true;
         break;
       case Role::Quotation:
         PutCharacter(u'\u201C');
@@ -154,10 +154,10 @@ class TextCollector {
   }
 
   void PutCharacter(char16_t c) {
-    const bool secondOfLineEnd = c == u'\n' && behindReturn_;
-    const bool firstOfPre = (c == u'\n' || c == u'\r') && behindPreTag_;
-    behindReturn_ = c == u'\r';
-    behindPreTag_ = false;
+    const bool secondOfLineEnd = c == u'\n' && afterReturn_;
+    const bool firstOfPre = (c == u'\n' || c == u'\r') && afterPreTag_;
+    afterReturn_ = c == u'\r';
+    afterPreTag_ = false;
     if (secondOfLineEnd || firstOfPre) return;
     if (c == u'\n' || c == u'\r') {
       if (preformatted_ > 0) {
@@ -205,7 +205,7 @@ class TextCollector {
     if (!link_) return;
     const Link link = *std::exchange(link_, std::nullopt);
     const StringView text = lines_.From(link.Begin);
-    if (text.find_first_not_of(u" \n") == StringView::npos || TellsAddress(text, link.Address)) return;
+    if (text.find_first_not_of(u" \n") == StringView::npos || ShowsAddress(text, link.Address)) return;
     lines_.PutBehind(u"<" + link.Address + u">");
   }
 
@@ -230,8 +230,8 @@ class TextCollector {
   std::optional<Link> link_;
   std::size_t hidden_ = 0;        // open elements with hidden content
   std::size_t preformatted_ = 0;  // open elements in which blanks and line ends are kept
-  bool behindPreTag_ = false;     // a line end here is dropped
-  bool behindReturn_ = false;     // a line feed here belongs to the CR before it
+  bool afterPreTag_ = false;      // a line end here is dropped
+  bool afterReturn_ = false;      // a line feed here belongs to the CR before it
 };
 
 }  // namespace

@@ -60,8 +60,8 @@ StringView OnlyWordWithAt(StringView field) {
   return found;
 }
 
-// Takes off what is written around an address: blanks, quotes of all kinds, characters without width and
-// "mailto:". A straight quote can be part of an address, so it has to stand on both sides.
+// Removes what surrounds an address: blanks, quotes of all kinds, characters without width and "mailto:". A
+// straight quote can be part of an address, so it is removed only from both sides.
 StringView Bare(StringView address) {
   constexpr StringView kMailto = u"mailto:";
   constexpr StringView kAround =

@@ -13,7 +13,7 @@ namespace {
 constexpr StringView kFormat = u"1";
 constexpr char16_t kByteOrderMark = 0xFEFF;
 
-// A person reads the number's text behind the path of the file.
+// Messages show this text after the file's path.
 [[noreturn]] void Refuse(std::int32_t number, StringView argument = {}) {
   throw Failure(FailureNumber::RefusedInput, u"Runtime.ProjectText", TextOf(number, argument));
 }

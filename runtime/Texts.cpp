@@ -19,7 +19,8 @@ const Catalogue& BuiltIn() {
 }  // namespace
 
 String TextOf(std::int32_t number, StringView first, StringView second) try {
-  // Texts are wanted while failures are told, of which a missing catalogue is none.
+  // A text is often loaded while a failure is reported. A missing catalogue must not be recorded as another
+  // one.
   const Platform::FailureWatch unrecorded;
   Languages languages;
   try {

@@ -12,7 +12,7 @@ using Platform::StringView;
 
 // The text of one of TextNumber::kProgramTexts with its arguments: in the user's language, or in English if
 // its catalogue is missing. Needs neither the registry nor a component, so that their own failures can be
-// told. Empty only without memory. Raises nothing. Any thread.
+// reported. Empty only without memory. Raises nothing. Any thread.
 String TextOf(std::int32_t number, StringView first = {}, StringView second = {});
 
 }  // namespace Runtime

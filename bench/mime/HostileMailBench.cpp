@@ -26,7 +26,7 @@ struct Cost {
   std::string End;       // "read", "refused", or what killed the process
 };
 
-// What the process that reads tells the one that measures.
+// The result that the reading process sends to the measuring one.
 struct Result {
   double Milliseconds;
   bool Refused;
@@ -56,13 +56,13 @@ Cost CostOf(const HostileMail& mail, std::size_t size) {
   }
   close(channel[1]);
   Result result{};
-  const bool told = read(channel[0], &result, sizeof result) == sizeof result;
+  const bool sent = read(channel[0], &result, sizeof result) == sizeof result;
   close(channel[0]);
   int status = 0;
   rusage usage{};
   wait4(child, &status, 0, &usage);
   std::string end = result.Refused ? "refused" : "read";
-  if (!told) end = WIFSIGNALED(status) ? "signal " + std::to_string(WTERMSIG(status)) : "no memory";
+  if (!sent) end = WIFSIGNALED(status) ? "signal " + std::to_string(WTERMSIG(status)) : "no memory";
   return {result.Milliseconds, static_cast<std::size_t>(usage.ru_maxrss) << 10, end};
 }
 

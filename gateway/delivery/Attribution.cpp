@@ -13,7 +13,7 @@ using namespace Mime;
 
 namespace {
 
-// Mail programs write no longer lines, sentences or blocks of header lines than these.
+// Mail programs write shorter lines, sentences and blocks of header lines.
 constexpr std::size_t kLongestLine = 1000;
 constexpr std::size_t kMostSentenceLines = 4;
 constexpr std::size_t kMostLines = 80;
@@ -126,7 +126,7 @@ struct HeaderBlock {
   bool Dated = false;      // a date is the value of one of them
 };
 
-// True if the line above a line without a name was so full that its value had to go on there.
+// True if the line above a line without a name is so long that its value was continued there.
 bool IsWrapped(StringView above, StringView words) {
   constexpr std::size_t kNarrowest = 65, kWidest = 80;
   return above.size() <= kWidest && above.size() + 1 + std::min(words.find(u' '), words.size()) > kNarrowest;
@@ -156,8 +156,8 @@ HeaderBlock HeaderLines(LastLines& lines, std::size_t at, const AttributionLangu
   return block;
 }
 
-// True for a separator above header lines: underscores or dashes alone, or text between dashes. The text is
-// that of the table; above header lines "Alice wrote:" is another form of it.
+// True for a separator: between dashes, a heading of the table. Above header lines also a text with a colon
+// at its end, such as "Alice wrote:", between dashes, and underscores or dashes alone.
 bool IsHeading(StringView words, bool aboveHeaders) {
   constexpr std::size_t kShortestRule = 8;
   const auto isRule = [](char16_t c) { return c == u'_' || IsDash(c); };
@@ -180,8 +180,8 @@ std::size_t PassHeading(LastLines& lines, std::size_t at, bool aboveHeaders) {
   return lines.Has(heading) && IsHeading(lines[heading].Words, aboveHeaders) ? heading + 1 : at;
 }
 
-// The place behind the header lines and their heading. Without a heading in words they need their colons, a
-// date and a subject, since such lines could be the writer's own.
+// The index after the header lines at `at` and their heading; at if there are none. Without a heading of the
+// table they need colons, a date and a subject, since the writer could have written other ones.
 std::size_t PassHeaders(LastLines& lines, std::size_t at) {
   for (const bool colons : {true, false}) {
     for (const AttributionLanguage& language : AttributionLanguages()) {

@@ -10,10 +10,9 @@ namespace Gateway {
 
 using Platform::StringView;
 
-// The length of what the writer wrote in the text in front of a quote. The attribution at its end, quoted or
-// not, and the blank lines and bare quote signs around it don't count. A line is an attribution only in the
-// complete form of a known mail program; any other end of the text is the writer's. Pure; linear in the size
-// of the text.
+// The length of the writer's own text in the text in front of a quote: without the attribution at its end,
+// quoted or not, and without the blank lines and bare quote signs around it. Lines are taken for an
+// attribution only in the complete form of a known mail program. Pure; linear in the size of the text.
 std::size_t EndOfOwnText(StringView text);
 
 }  // namespace Gateway

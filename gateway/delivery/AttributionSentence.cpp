@@ -46,14 +46,14 @@ bool BeginsWithDate(StringView text, std::ptrdiff_t mostWords) {
   return digit != text.end() && std::count(text.begin(), digit, u' ') <= mostWords && HoldsDate(text);
 }
 
-// False for the end of a sentence that begins on the line above.
+// False for the end of a sentence whose opening bracket is on the line above.
 bool HasWholeBrackets(StringView text) {
   return std::count(text.begin(), text.end(), u'<') == std::count(text.begin(), text.end(), u'>');
 }
 
 // The first mail address of a text, with the brackets around it.
 struct Address {
-  StringView Front, Behind;  // what stands before and after it
+  StringView Front, Behind;  // the text before and after it
   bool Bracketed = false;
 };
 
@@ -73,7 +73,7 @@ std::optional<Address> FindAddress(StringView text) {
 }
 
 // True for a sender as a program writes it: a name with an address in brackets, or the address and then maybe
-// the name in brackets. A date may follow; other words are a person's.
+// the name in brackets. A date may follow. A person would write other words.
 bool IsSender(StringView text) {
   const auto address = FindAddress(text);
   if (!address || !HasWholeBrackets(text)) return false;
@@ -81,8 +81,8 @@ bool IsSender(StringView text) {
   return address->Behind.empty() || address->Behind.starts_with(u'(') || HoldsDate(address->Behind);
 }
 
-// True for a date with the sender behind it. Of what stands in front of the first digit, a weekday and its
-// comma are known.
+// True for a date with the sender after it. In front of the first digit only a weekday with its comma or
+// point is accepted.
 bool IsDateAndSender(StringView text) {
   const auto address = FindAddress(text);
   const StringView weekday = TrimmedView(text.substr(0, text.find_first_of(u"0123456789")));

@@ -11,11 +11,11 @@ using Platform::StringView;
 // complete; for one that begins with a name, the line above may belong to the name.
 enum class SentenceBegin { Sure, Name };
 
-// True if a year of four digits stands in the text, or a date of numbers with a year of two, as in
-// "02.11.26". Pure; any thread.
+// True if the text contains a year of four digits, or a date of numbers with a year of two, as in "02.11.26".
+// Pure; any thread.
 bool HoldsDate(StringView text);
 
-// True if a time of day stands in the text: "9:14", "09.14" or "9h14". Pure; any thread.
+// True if the text contains a time of day: "9:14", "09.14" or "9h14". Pure; any thread.
 bool HoldsTime(StringView text);
 
 // True if the whole of sentence has the shape of one in the table of languages that begins so. Blanks are

@@ -78,8 +78,7 @@ int Deliver(const DeliverOptions& options) {
   return TryAgain;
 }
 
-// Every other code than 75 would make a mail server return the mail, and what is raised here is no fault of
-// it.
+// With any code but 75 a mail server would return the mail, which doesn't cause these failures.
 int DeliverOrKeep(const DeliverOptions& options) {
   try {
     return Deliver(options);

@@ -74,7 +74,7 @@ Logon ReadLogon(const MailboxOptions& options, const std::optional<MailboxRecord
   return logon;
 }
 
-std::shared_ptr<OptionToolkit> MakeHand(std::optional<Logon> logon) {
+std::shared_ptr<OptionToolkit> MakeToolkit(std::optional<Logon> logon) {
   return std::make_shared<OptionToolkit>([logon](Form& form, UserInput& input) {
     if (!logon) {
       input.Escape();
@@ -89,10 +89,10 @@ std::shared_ptr<OptionToolkit> MakeHand(std::optional<Logon> logon) {
 
 // Runs the dialog and returns the mailbox name that its check gave.
 String Configure(MailHandler& handler, bool add, const String& name, const ObjectRef& session,
-                 const std::shared_ptr<OptionToolkit>& hand) {
+                 const std::shared_ptr<OptionToolkit>& toolkit) {
   std::shared_ptr<DialogToolkit> dialog;
-  if (hand) {
-    Runtime::InstallToolkit(hand);
+  if (toolkit) {
+    Runtime::InstallToolkit(toolkit);
   } else {
     dialog = InstallDialogToolkit();
   }
@@ -102,9 +102,9 @@ String Configure(MailHandler& handler, bool add, const String& name, const Objec
   const bool configured{handler.MailHandler_Configure(add ? 1 : 0, bound, product, session)};
   // The component reports a change as configured even if its dialog was only closed, so the dialog is asked
   // as well.
-  if (hand) {
-    hand->Finish();
-    if (!configured || !hand->Accepted())
+  if (toolkit) {
+    toolkit->Finish();
+    if (!configured || !toolkit->Accepted())
       throw CommandError(CodeOf(watch, DataRefused), "nothing was changed, for the reason above");
   } else if (!dialog->Shown()) {
     throw CommandError(CodeOf(watch, TryAgain), Runtime::TextOf(TextNumber::kDialogNotOpened));
@@ -141,17 +141,17 @@ int Store(const MailboxOptions& options, bool add) {
     former = RequireComplete(name);
     name = former->Name;
   }
-  std::shared_ptr<OptionToolkit> hand;
+  std::shared_ptr<OptionToolkit> toolkit;
   if (options.AnyLogon()) {
-    hand = MakeHand(ReadLogon(options, former));
+    toolkit = MakeToolkit(ReadLogon(options, former));
   } else if (!add && options.Send.Any()) {
-    hand = MakeHand(std::nullopt);
+    toolkit = MakeToolkit(std::nullopt);
   }
   const ObjectRef session = MakeSession(
       ResolveSendSettings(options.Send, former ? ReadSendSettings(former->ProjectPath) : SendSettings()));
 
   const Gateway::HandlerObject handler;
-  const String bound = Configure(handler.Mail(), add, name, session, hand);
+  const String bound = Configure(handler.Mail(), add, name, session, toolkit);
   if (add) RequireUnbound(bound);
   const FailureWatch watch;
   if (!handler.Mail().MailHandler_MboxUpdate(bound, session))

@@ -160,21 +160,21 @@ int Show(bool json) {
 
 int Configure(const OutboundOptions& options) {
   RequireStores();
-  std::shared_ptr<OptionToolkit> hand;
+  std::shared_ptr<OptionToolkit> toolkit;
   std::shared_ptr<DialogToolkit> dialog;
   if (options.Any()) {
-    hand = std::make_shared<OptionToolkit>(
+    toolkit = std::make_shared<OptionToolkit>(
         [&options](Form& form, UserInput& user) { Fill(options, form, user); });
-    Runtime::InstallToolkit(hand);
+    Runtime::InstallToolkit(toolkit);
   } else {
     dialog = InstallDialogToolkit();
   }
   const Gateway::HandlerObject handler;
   const FailureWatch watch;
   const bool configured{handler.Manager().ConfigureOutBoundEmail()};
-  if (hand) hand->Finish();
+  if (toolkit) toolkit->Finish();
   // The component reports success even if the last setting could not be written.
-  const bool stored = configured && !(hand && CodeOf(watch, Done) == TryAgain);
+  const bool stored = configured && !(toolkit && CodeOf(watch, Done) == TryAgain);
   if (stored) return Show(false);
   if (dialog && dialog->Shown())
     throw CommandError(Cancelled, Runtime::TextOf(TextNumber::kSettingsCancelled));

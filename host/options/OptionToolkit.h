@@ -15,7 +15,7 @@ using namespace Platform;
 
 class OptionToolkit : public FormsToolkit {
  public:
-  // What to do to the dialog, up to the button. A CommandError that leaves it waits in Finish.
+  // Fills the dialog and presses a button. A CommandError that it raises is raised again by Finish.
   using Act = std::function<void(Form& form, UserInput& input)>;
 
   explicit OptionToolkit(Act act) : act_(std::move(act)) {}
@@ -47,8 +47,8 @@ class OptionToolkit : public FormsToolkit {
   std::exception_ptr error_;
 };
 
-// Types a text given as an option. Raises a CommandError where the box, as the dialog stands, doesn't take it
-// whole; option is its name, as in "--host".
+// Types a text given as an option. Raises a CommandError if the box is disabled, locked or too short for it;
+// option is its name, as in "--host".
 void TypeOption(Form& form, UserInput& input, StringView box, const std::string& option, const String& text);
 
 }  // namespace Host

@@ -63,7 +63,7 @@ void FormQuestions::Ask() {
   while (form_.IsShown()) {
     if (!AskFields() || !AskButtons()) {
       input_.Close();
-      // A form whose Unload handler failed isn't hidden by it, and there is no input left to ask for more.
+      // The form is still shown if its Unload handler failed. Without input nothing more can be asked.
       if (form_.IsShown()) form_.Hide();
     }
   }
@@ -191,7 +191,7 @@ bool FormQuestions::AskButtons() {
     }
     if (*choice == buttons.size()) return true;
     input_.Press(*buttons[*choice]);
-    // What was refused is to be corrected in the fields; every other button leads back to the buttons.
+    // After the default button the fields are asked again, for corrections; after another one, the buttons.
     if (buttons[*choice]->IsDefault()) return true;
   }
   return true;

@@ -45,14 +45,14 @@ std::size_t FittingLength(StringView line, std::size_t columns) {
 }
 
 // Signals for the pager, and SIGPIPE when it ends, don't end the program.
-class LeftToPager {
+class SignalsIgnoredForPager {
  public:
-  LeftToPager() {
+  SignalsIgnoredForPager() {
     for (std::size_t i = 0; i < kSignals.size(); ++i) before_[i] = std::signal(kSignals[i], SIG_IGN);
   }
-  LeftToPager(const LeftToPager&) = delete;
-  LeftToPager& operator=(const LeftToPager&) = delete;
-  ~LeftToPager() {
+  SignalsIgnoredForPager(const SignalsIgnoredForPager&) = delete;
+  SignalsIgnoredForPager& operator=(const SignalsIgnoredForPager&) = delete;
+  ~SignalsIgnoredForPager() {
     for (std::size_t i = 0; i < kSignals.size(); ++i) std::signal(kSignals[i], before_[i]);
   }
 
@@ -64,7 +64,7 @@ class LeftToPager {
 bool ShowInPager(const std::string& text) {
   const char* wanted = std::getenv("PAGER");
   setenv("LESS", "FRX", 0);  // a short page is left on the screen
-  const LeftToPager signals;
+  const SignalsIgnoredForPager signals;
   std::FILE* pager = popen(wanted && *wanted ? wanted : kPagers, "w");
   if (!pager) return false;
   std::fwrite(text.data(), 1, text.size(), pager);

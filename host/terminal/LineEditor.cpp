@@ -233,7 +233,7 @@ std::optional<std::string> ReadEditedLine(const std::string& prompt) {
   el_wset(editor.get(), EL_ADDFN, L"complete-path", L"Complete a path", CompleteHere);
   el_wset(editor.get(), EL_BIND, L"^I", L"complete-path", nullptr);
   el_wset(editor.get(), EL_BIND, L"^^", L"ed-delete-next-char", nullptr);
-  // Before the prompt is seen: what is typed at once must not be edited by the terminal as well.
+  // Set before the prompt is shown, so that the terminal doesn't also edit what is typed at once.
   el_set(editor.get(), EL_PREP_TERM, 1);
   int length = 0;
   const wchar_t* line = el_wgets(editor.get(), &length);

@@ -42,7 +42,7 @@ void WarnOfReaders(const std::string& file) {
             << ": remove that permission with chmod 600\n";
 }
 
-// In the place of a closed one there is a file that can only be written.
+// HoldStandardStreams opens a closed one for writing only.
 bool IsStandardInputClosed() {
   return (fcntl(STDIN_FILENO, F_GETFL) & O_ACCMODE) == O_WRONLY;
 }

@@ -1,13 +1,19 @@
 // The texts of both dialogs in the language of the environment: whether they fit their fixed places, and
-// whether what the windows themselves say is in that language.
+// whether the windows' own texts are in that language.
 #include <QCheckBox>
 #include <QComboBox>
 #include <QFileDialog>
 #include <QFontMetrics>
 #include <QLabel>
+#include <QLibraryInfo>
 #include <QPushButton>
+#include <QTranslator>
 
+#include "platform/StoredNames.h"
+#include "runtime/Catalogue.h"
+#include "runtime/Folders.h"
 #include "runtime/Language.h"
+#include "runtime/TextTemplate.h"
 #include "tests/desktop/DesktopWorld.h"
 
 namespace Tests {
@@ -30,25 +36,38 @@ void ExpectRoom(const QWidget& window) {
     EXPECT_LE(list->fontMetrics().height() + 4, list->height());
 }
 
+// The text of the catalogue in the language of the environment, which must have one.
+QString TextOfCatalogue(std::int32_t number, const String& argument = {}) {
+  Runtime::Languages languages;
+  Runtime::LoadLanguages(Runtime::LibraryFolder() + u"\\TvDesktopRes.dll", languages);
+  const String* text = languages.Own ? languages.Own->Find(number) : nullptr;
+  return text ? QString::fromStdU16String(Runtime::Expand(*text, {&argument, 1})) : QString("no text");
+}
+
+// The text of Qt's own translation; in English where Qt has none.
+QString TextOfQt(const char* text) {
+  QTranslator translator;
+  const auto file = "qtbase_" + QString::fromStdString(Runtime::UserLanguage());
+  if (!translator.load(file, QLibraryInfo::path(QLibraryInfo::TranslationsPath))) return text;
+  return translator.translate("QFileDialog", text);
+}
+
 TEST(Captions, AreInTheUsersLanguageInTheFileDialogAndTheHelpsTitle) {
-  const std::string language = Runtime::UserLanguage();
-  const Strings wanted =
-      language == "de" ? Strings{"Suchen in:", "TVS-Dateien (*.TVS)", "Alle Dateien (*)", "Hilfe: "}
-      : language == "ja" ? Strings{"アドレス:", "TVS ファイル (*.TVS)", "すべてのファイル (*)", "ヘルプ: "}
-                         : Strings{"Look in:", "TVS Files (*.TVS)", "All files (*)", "Help: "};
   DesktopWorld world;
   Dialog user("frmCfgInb", world.Configure(true, u""));
   user.Click("cmdBrowse");
   ASSERT_TRUE(Eventually([] { return Visible<QFileDialog>(); }));
   OnWindows([&] {
     auto* dialog = Visible<QFileDialog>();
-    EXPECT_EQ(wanted[0], dialog->findChild<QLabel*>("lookInLabel")->text().toStdString());
-    EXPECT_EQ(wanted[1] + wanted[2], dialog->nameFilters().join("").toStdString());
+    EXPECT_EQ(TextOfQt("Look in:"), dialog->findChild<QLabel*>("lookInLabel")->text());
+    const QStringList filters = {TextOfCatalogue(TextNumber::kFilesOfKind, u"TVS") + " (*.TVS)",
+                                 TextOfCatalogue(TextNumber::kAllFiles) + " (*)"};
+    EXPECT_EQ(filters, dialog->nameFilters());
     dialog->reject();
   });
   user.Activate();
   user.Key(Qt::Key_F1);
-  EXPECT_EQ(0u, user.Help().find(Utf8(Trim(FromUtf8(wanted[3])))));
+  EXPECT_EQ(0u, user.Help().find(TextOfCatalogue(TextNumber::kHelpTitle).toStdString()));
 }
 
 TEST(Captions, HaveRoomInTheirPlaces) {

@@ -154,9 +154,9 @@ TEST(InboundWindow, TellsAScreenReaderWhatEachControlIs) {
   user.Enter("txtPwd", "word");
   const auto says = [&](const char* control) {
     return OnWindows([&] {
-      QAccessibleInterface* told = QAccessible::queryAccessibleInterface(user.Find(control));
-      return told->text(QAccessible::Name).toStdString() + (told->state().passwordEdit ? " secret" : "") +
-             (told->role() == QAccessible::EditableText ? " box" : "");
+      QAccessibleInterface* shown = QAccessible::queryAccessibleInterface(user.Find(control));
+      return shown->text(QAccessible::Name).toStdString() + (shown->state().passwordEdit ? " secret" : "") +
+             (shown->role() == QAccessible::EditableText ? " box" : "");
     });
   };
   EXPECT_EQ("Project Path box", says("txtTVSFileName"));

@@ -94,17 +94,17 @@ TEST(OutboundWindow, ShowsTheFieldsOfTheTransport) {
 
 TEST(OutboundWindow, LeavesMapiWhereTheMachineHasNoProfile) {
   DesktopWorld world;
-  const std::string told = Utf8(LoadTvResourceString(10043));
+  const std::string expected = Utf8(LoadTvResourceString(10043));
   SaveSmtpOutbound(u"mail.x", u"me@x", u"");
   Runtime::RegistryStore::Write(Hive::CurrentUser, RegistryPath::kOutbound, SendingValue::kTransportId,
                                 {1, Value(u"1")});
   auto call = world.ConfigureOutbound();
-  EXPECT_EQ(told, DesktopUser::AnswerBox()) << "while there is no window yet";
+  EXPECT_EQ(expected, DesktopUser::AnswerBox()) << "while there is no window yet";
   Dialog user("frmCfgOut", std::move(call));
   EXPECT_EQ(kSmtpLayout, Layout(user));
   OnWindows([&] { user.Find("cmbProvider")->setFocus(); });
   user.Key(Qt::Key_Up);
-  EXPECT_EQ(told, user.AnswerBox());
+  EXPECT_EQ(expected, user.AnswerBox());
   user.Activate();
   EXPECT_FALSE(user.BoxIsOpen());
   EXPECT_EQ("SMTP", user.Text("cmbProvider"));

@@ -20,12 +20,12 @@ others:\
 touch /var/mail/others
 chown talvane /var/mail /var/mail/others
 exim() { "$SERVERS/usr/sbin/exim4" "$@"; }
-# send MAIL: the delivery is over when this returns
+# send MAIL: returns after the delivery
 send() { exim -odf -oi -f alice@apollo.example apollo@talvane.example.org <"$WORK/$1"; }
 
 send good
 replied "Friday works for me." || fail "a mail becomes a reply: $(cat "$spool"/mainlog)"
-! grep . "/var/mail/others" || fail "nobody is told of a mail that became a reply"
+! grep . "/var/mail/others" || fail "a mail that became a reply causes no mail"
 send refused
 exim -qff
 grep -q "$sentence" "/var/mail/others" || fail "a refused mail comes back with its reason: $(cat "/var/mail/others" "$spool/mainlog")"

@@ -1,7 +1,7 @@
 #!/bin/sh
 # Runs a test as root of a machine of its own: processes, network (loopback alone), /etc, /usr/local, /srv, /var/lib and /var/mail
-# are private to it, with tvmail installed in /usr/local. So what users are told to type runs word for word.
-#   machine.sh BUILD SOURCE TEST      77 where this user may not make such a machine
+# are private to it, with tvmail installed in /usr/local. So the commands of the documents run unchanged.
+#   machine.sh BUILD SOURCE TEST      77 if this user may not create such a machine
 # The test finds in its environment: SOURCE; SERVERS, the unpacked mail servers; and WORK, an empty folder.
 set -eu
 skip() { echo "skipped: $*"; exit 77; }
@@ -10,7 +10,7 @@ SOURCE=$2
 SERVERS=$SOURCE/build/mail-servers
 [ "$(id -u)" = 0 ] || skip "a machine of its own needs root"
 for program in ip curl useradd; do command -v $program >/dev/null || skip "there is no $program"; done
-unshare --mount --net --pid --fork true 2>/dev/null || skip "this system lets even root make no private machine"
+unshare --mount --net --pid --fork true 2>/dev/null || skip "on this system not even root can create a private machine"
 
 WORK=$(mktemp -d)
 trap 'rm -rf "$WORK"' EXIT
@@ -22,7 +22,7 @@ for file in passwd group nsswitch.conf ld.so.cache ld.so.conf ld.so.conf.d servi
   [ ! -e "/etc/$file" ] || cp -a "/etc/$file" "$WORK/root/etc/"
 done
 echo "127.0.0.1 localhost" >"$WORK/root/etc/hosts"
-# The test lies in the copy, since what is mounted may cover the source.
+# The test runs from the copy, since a mount may hide the source.
 cp "$SOURCE"/tests/packaging/* "$WORK/test/"
 unshare --mount --net --pid --fork --kill-child --mount-proc sh -eu -c '
   for folder in etc usr/local srv var/lib var/mail; do mount --bind "$WORK/root/$folder" "/$folder"; done

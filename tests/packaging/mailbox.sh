@@ -1,16 +1,16 @@
-# To be sourced: the user talvane with the mailbox that README.md tells to set up, mails, and how to look at what became
-# of them.
+# To be sourced: creates the user talvane and the mailbox as README.md describes it, and mails; defines functions that
+# check what happened to the mails.
 tvmail=/usr/local/bin/tvmail
 home=/srv/talvane
 project=$home/apollo/Apollo.TVS
-# setup FROM TO: what README.md's set-up tells to type, from the line FROM to the line TO
+# setup FROM TO: the commands of README.md's set-up from the line FROM to the line TO
 setup() { sed -n '/^## Setting up/,/^## The/s/^    //p' "$SOURCE/README.md" | sed -n "/^$1/,/^$2/p"; }
 setup useradd "su talvane" | sed '$d' >"$WORK/as-root"
 setup mkdir "tvmail project show" >"$WORK/as-user"
 sh -eu "$WORK/as-root"
 as_talvane() { setpriv --reuid talvane --regid talvane --clear-groups env HOME=$home "$@"; }
 fail() { echo "not so: $*" >&2; exit 1; }
-# await TEXT COMMAND...: until it succeeds, for 20 seconds at most
+# await TEXT COMMAND...: repeats the command until it succeeds; fails with the text after 100 tries
 await() {
   text=$1
   shift
@@ -33,7 +33,7 @@ mail() {
 mail good alice@apollo.example "Friday works for me."
 mail refused mallory@elsewhere.example "Nobody knows me."
 mail deferred alice@apollo.example "The disk was away."
-# What the sender of a refused mail has to read.
+# A part of the answer to the sender of a refused mail.
 sentence='Talvane had a problem'
 replied() { as_talvane $tvmail project show $project | grep -q "$1"; }
 project_away() { mv $project $project.away; }

@@ -66,7 +66,7 @@ ldconfig -X
 export PATH="$SERVERS/usr/sbin:$PATH:/usr/local/bin"
 postalias /etc/aliases
 "$SERVERS/usr/lib/postfix/sbin/master" -w || fail "Postfix starts: $(cat "$log")"
-# follow HEADING: types what the recipe says; the reload is told to the server that runs
+# follow HEADING: runs the commands of the recipe; the reload goes to the running server
 follow() {
   sed -n "/^$1/,/^[^ ]/"'s/^    //p' "$SOURCE/packaging/postfix/README" |
     sed 's/^postfix reload/kill -HUP $(cat "$queue"\/pid\/master.pid)/' >"$WORK/typed"
@@ -78,7 +78,7 @@ follow() {
 send() { curl -sS -m 10 --url smtp://127.0.0.1:2525 --mail-from alice@apollo.example --mail-rcpt "$2" --upload-file "$WORK/$1"; }
 returned() { grep -rq "$1" /var/mail/apollo.example; }
 queued() { postqueue -p | grep -q "$1"; }
-# try RECIPIENT: a mail becomes a reply, one is returned, one waits until its project is there
+# try RECIPIENT: one mail becomes a reply, one is returned, one is deferred until its project is available
 try() {
   for kind in good refused deferred; do sed -i "s/^Message-ID: </&to-$1-/; \$s/\$/ To $1./" "$WORK/$kind"; done
   await "$1 becomes a reply" send good "$1"
@@ -92,7 +92,7 @@ try() {
   project_back
   postqueue -f
   await "and is delivered then" replied "disk was away.* To $1"
-  returned . && fail "nobody is told of mails that became replies"
+  returned . && fail "a mail that became a reply causes no mail"
   :
 }
 

@@ -15,7 +15,7 @@ send() {
 send good 0
 replied "Friday works for me." || fail "a mail becomes a reply"
 send refused 0
-grep -rq "Nobody knows me." $home/refused || fail "a refused mail is kept for a person to look at"
+grep -rq "Nobody knows me." $home/refused || fail "a refused mail is kept for inspection"
 project_away
 send deferred 75
 project_back

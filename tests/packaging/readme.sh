@@ -1,8 +1,8 @@
-# What README.md tells to type for a real machine, word for word: as a user of the mailboxes, as an ordinary user, as root.
+# Runs the commands of README.md's set-up unchanged: as the user of the mailboxes, as an ordinary user and as root.
 . "$WORK/test/mailbox.sh"
 case $(setup scripts "su talvane" | tr '\n' ' ') in
   "scripts/build.sh release && cmake --install build/release useradd "*" su talvane ") ;;
-  *) fail "the set-up as root is the one that was tried" ;;
+  *) fail "README.md's set-up as root is the one that this test runs" ;;
 esac
 useradd --create-home --home-dir /srv/ann ann
 mkdir /srv/root
