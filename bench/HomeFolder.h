@@ -1,4 +1,4 @@
-// HomeFolder: a home with a registry that knows the resource service, gone with the object.
+// HomeFolder: a home folder in which the resource service is registered. It is removed with the object.
 #pragma once
 
 #include <stdlib.h>

@@ -1,9 +1,9 @@
 #!/bin/sh
-# Builds the benchmarks and prints what they measure: the component's own work in tables, then "tvmail deliver" beside
-# the program that does only the unavoidable.
+# Builds and runs the benchmarks: tables of the component's own work, then "tvmail deliver" compared with a program that
+# does only the least work.
 #   bench/run.sh [ROUNDS]
-# ROUNDS of the comparison, 3 unless told. It runs on the disk below TMPDIR (/tmp unless told), and again in memory,
-# where no wait for a disk hides what the program costs. Give the machine nothing else to do meanwhile.
+# ROUNDS of the comparison, 3 by default. It runs on the disk below TMPDIR (/tmp by default), and again in memory, where
+# no waits for the disk are included. Run nothing else on the machine meanwhile.
 set -eu
 cd "$(dirname "$0")/.."
 rounds=${1:-3}
@@ -18,7 +18,7 @@ for program in "$programs"/*Bench; do
 done
 
 compare() {
-  printf '\n== tvmail deliver beside the unavoidable, below %s (%s)\n' "$1" "$(stat -f -c %T "$1")"
+  printf '\n== tvmail deliver beside the least work, below %s (%s)\n' "$1" "$(stat -f -c %T "$1")"
   TMPDIR=$1 bench/deliver/compare.sh build/bench "$rounds"
 }
 compare "${TMPDIR:-/tmp}"

@@ -1,5 +1,5 @@
-# What makes a fault in this code harder to exploit, for every program and library. tests/runtime/hardening.sh reads it
-# back from the files.
+# Compiler and linker options that make faults harder to exploit, for every program and library.
+# tests/runtime/hardening.sh checks the files for them.
 include(CheckCXXCompilerFlag)
 include(CheckPIESupported)
 

@@ -1,4 +1,4 @@
-// FuzzFiles: what the fuzzers need of files, with nothing left behind.
+// FuzzFiles: temporary files for the fuzzers.
 #pragma once
 
 #include <sys/mman.h>
@@ -21,7 +21,7 @@ inline std::string_view TextOf(const std::uint8_t* data, std::size_t size) {
   return {reinterpret_cast<const char*>(data), size};
 }
 
-// A file of mode 0600 with the bytes, which lies in memory as long as the object lives.
+// A file of mode 0600 with the bytes. It is in memory and is removed with the object.
 class FileInMemory {
  public:
   explicit FileInMemory(std::string_view bytes) : descriptor_(memfd_create("fuzz", MFD_CLOEXEC)) {

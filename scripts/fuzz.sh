@@ -1,6 +1,6 @@
 #!/bin/sh
-# Builds the fuzzers and runs each for a time. What a fuzzer finds is new inputs in build/fuzz/corpus/NAME, which the
-# next run goes on from, and for a crash the input in build/fuzz/crash/.
+# Builds the fuzzers and runs each for a time. New inputs are saved in build/fuzz/corpus/NAME, where the next run
+# continues; the input of a crash is saved in build/fuzz/crash/.
 #   scripts/fuzz.sh [SECONDS [NAME...]]      20 seconds, all of them
 set -eu
 cd "$(dirname "$0")/.."

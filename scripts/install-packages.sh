@@ -1,9 +1,9 @@
 #!/bin/sh
-# Installs what is missing of Debian's packages. Asks the package manager nothing where all is there.
+# Installs missing Debian packages. Doesn't use the network if none is missing.
 #   scripts/install-packages.sh run     what building and running tvmail needs
 #   scripts/install-packages.sh test    that, and what the tests of every part need (Qt among it)
-#   scripts/install-packages.sh check   that, and what .ci/run needs beside
-#   scripts/install-packages.sh bench   what the benchmarks need beside run
+#   scripts/install-packages.sh check   that, and what .ci/run also needs
+#   scripts/install-packages.sh bench   what the benchmarks need in addition to run
 set -eu
 
 run="g++ cmake ninja-build pkg-config ccache libsqlite3-dev libgmime-3.0-dev libicu-dev libssl-dev libcli11-dev libedit-dev"

@@ -1,6 +1,6 @@
 #!/bin/sh
 # Makes the pictures of both dialogs: docs/pictures/inbound.png and outbound.png. Needs Qt 6 (test packages).
-#   scripts/make-pictures.sh [BUILD-FOLDER]      build/release where none is given
+#   scripts/make-pictures.sh [BUILD-FOLDER]      build/release by default
 set -eu
 cd "$(dirname "$0")/.."
 build=${1:-build/release}

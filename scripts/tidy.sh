@@ -1,5 +1,5 @@
 #!/bin/sh
-# Runs clang-tidy on the sources of a build that clang++ makes, and shows what it finds; fails if that is anything.
+# Runs clang-tidy on the sources of a build made with clang++, and shows its findings. Fails if there are any.
 #   scripts/tidy.sh BUILD-FOLDER [PATTERN]     all rooms but the tests, or the files whose paths match
 set -eu
 cd "$(dirname "$0")/.."

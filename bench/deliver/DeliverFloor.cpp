@@ -1,6 +1,5 @@
-// The floor under a delivery: what no program can save that turns the mails of an mbox into replies. It
-// parses each mail and commits one reply for it, durably, into a project's database, and does nothing else:
-// no mailbox, no sender, no discussion, no outcome.
+// The least work of a delivery, for comparison: parses each mail of an mbox and commits one reply for it to a
+// project's database, and does nothing else: no mailbox, no sender, no discussion, no outcome.
 //   bench_deliver_floor MBOX DATABASE
 #include <sqlite3.h>
 

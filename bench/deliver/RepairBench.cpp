@@ -1,5 +1,5 @@
-// What the repair of the cut marker costs a mail: usual replies, and bodies that are made to keep it busy, at
-// 1, 2, 4 and 8 times a size.
+// The time for the repair of the cut marker: usual replies, and bodies designed to make it slow, at 1, 2, 4
+// and 8 times a size.
 #include <benchmark/benchmark.h>
 
 #include "bench/HomeFolder.h"

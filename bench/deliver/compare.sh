@@ -1,10 +1,10 @@
 #!/bin/bash
-# Times "tvmail deliver" side by side with the unavoidable part of its work on an mbox of 5,000 messages, in turns, and
-# prints the ratio of the best elapsed times, which waits for the disk are part of, and of the best processor times. The
+# Times "tvmail deliver" side by side with the least work on an mbox of 5,000 messages, in turns, and
+# prints the ratio of the best elapsed times, which include waits for the disk, and of the best processor times. The
 # component and the host together should stay below 1.33.
 #   bench/deliver/compare.sh [BUILD_FOLDER] [ROUNDS]
-# BUILD_FOLDER is build/bench unless told: a Release build with -DTALVANE_BENCH=ON. The stores lie in a folder of their
-# own, below TMPDIR, since the disk's speed is part of both times.
+# BUILD_FOLDER is build/bench by default: a Release build with -DTALVANE_BENCH=ON. The stores are in a temporary
+# folder below TMPDIR, since the disk's speed is part of both times.
 set -eu
 build=${1:-$(dirname "$0")/../../build/bench}
 rounds=${2:-3}

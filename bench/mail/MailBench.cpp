@@ -1,5 +1,5 @@
-// What the road of a message costs: its parsers, beside a plain copy of the same text, and the whole road
-// with siblings in memory, so that the component's own share shows.
+// The time for one message: its parsers, compared with a plain copy of the same text, and the whole
+// processing with siblings in memory, which shows the component's own share.
 #include <benchmark/benchmark.h>
 
 #include "src/mail/DiscussionSubject.h"
@@ -78,7 +78,7 @@ BENCHMARK_CAPTURE(BodyCleaning, WholeLineEnds, u"\r\n")->Arg(100)->Arg(2000)->Ar
 BENCHMARK_CAPTURE(BodyCleaning, BareLineEnds, u"\n")->Arg(100)->Arg(2000)->Arg(32000);
 
 // The sender is the last of all users.
-void MessageRoad(benchmark::State& state) {
+void MessageProcessing(benchmark::State& state) {
   Setting setting;
   String sender;
   for (std::int64_t i = 1; i <= state.range(0); ++i) {
@@ -94,6 +94,6 @@ void MessageRoad(benchmark::State& state) {
     if (!manager.MailHandler_HandleMessage(message).empty()) state.SkipWithError("not handled");
   }
 }
-BENCHMARK(MessageRoad)->Arg(10)->Arg(1000)->Arg(100000);
+BENCHMARK(MessageProcessing)->Arg(10)->Arg(1000)->Arg(100000);
 
 }  // namespace

@@ -1,11 +1,11 @@
-// What hostile mails cost: each at 1, 2, 4 and 8 times its size, with the time and the memory that reading it
-// takes.
+// The time and the memory for reading hostile mails, each at 1, 2, 4 and 8 times its size.
 //
 //   HostileMailBench [NAME]      all of them, or those whose name contains NAME
 //
-// A row of times that doubles is linear; one that grows by four is a fault. The peak of memory belongs to the
-// largest mail, with the generated mail itself, beside what a mail of its size may take. Each is read in a
-// process of its own. Exits with 1 where a process was killed, or took more memory or a minute.
+// Times that double along a row are linear; times that grow by four are a fault. The peak of memory is that
+// of the largest mail and includes it; the limit for a mail of its size is printed beside it. Each mail is
+// read in a process of its own. Exits with 1 if a process was killed, or took more memory or more than a
+// minute.
 #include <sys/resource.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -66,7 +66,7 @@ Cost CostOf(const HostileMail& mail, std::size_t size) {
   return {result.Milliseconds, static_cast<std::size_t>(usage.ru_maxrss) << 10, end};
 }
 
-// Prints a row. False where the mail did harm.
+// Prints a row. False if the mail exceeded a limit.
 bool Measure(const HostileMail& mail) {
   const std::size_t size = mail.Kilobytes << 10;
   std::printf("%-33s %6zu", mail.Name, mail.Kilobytes);
@@ -84,7 +84,7 @@ bool Measure(const HostileMail& mail) {
 }  // namespace
 
 int main(int argc, char** argv) {
-  // An option is meant for the other benchmarks, which bench/run.sh starts alike.
+  // bench/run.sh passes an option for the other benchmarks; it is ignored.
   const std::string wanted = argc > 1 && argv[1][0] != '-' ? argv[1] : "";
   std::printf("%-33s %6s %8s %8s %8s %8s %6s %7s\n", "mail", "KB", "ms", "x2", "x4", "x8", "MB", "allowed");
   bool harmless = true;

@@ -1,4 +1,4 @@
-// HostileMails: mails that attack a weakness of the parsers behind reading a mail.
+// HostileMails: mails that attack weaknesses of the parsers.
 #pragma once
 
 #include <span>

@@ -1,4 +1,4 @@
-// What it costs to encode a password, once for each stored mailbox, and to decode one, once for each message.
+// The time to encode a password, once for each stored mailbox, and to decode one, once for each message.
 #include <benchmark/benchmark.h>
 
 #include "src/security/ComponentSecurity.h"

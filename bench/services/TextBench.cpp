@@ -1,5 +1,5 @@
-// What a numbered text costs with the real run time and the real resource service: the cut marker, whose
-// resource object is made for each use, and a text of the component's own, whose object is kept.
+// The time to load a numbered text with the real run time and the real resource service: the cut marker,
+// whose resource object is created for each use, and a text of the component, whose object is cached.
 #include <benchmark/benchmark.h>
 
 #include "bench/HomeFolder.h"
@@ -15,8 +15,8 @@ namespace {
 using namespace Platform;
 using namespace TvEmailServices;
 
-// The run time's own services, but that the component, whose code is linked into this program, has its
-// resource files beside the libraries.
+// The run time's services, with the resource files of the component, which is linked into this program,
+// beside the libraries.
 class BesideTheLibraries : public PlatformServices {
  public:
   ObjectRef CreateByName(StringView name) override { return real_.CreateByName(name); }

@@ -7,8 +7,8 @@
 //
 // DMARC takes a signing domain for aligned if it belongs to the same organisation, which only a list of all
 // public suffixes can tell. Here a domain is aligned with the From domain if it is equal, its parent or its
-// child. A parent rules its children. A child may belong to somebody else only where the From domain hands
-// out names to the public, and no user has an address right there. Bounce domains of mail services are such
+// child. A parent rules its children. A child belongs to another owner only if the From domain gives
+// subdomains to the public, and such a domain has no users of its own. Bounce domains of mail services are
 // children. A name without a point, such as a top-level domain, is no parent.
 #pragma once
 

@@ -1,11 +1,9 @@
 // AutomaticMail: refuses mail that a program sent and no person wrote.
 //
-// A reply that is refused although a person wrote it costs more than the answer of a program that is stored.
-// So a sign counts only if it says by itself that no person sent the mail to this mailbox, and if mail
-// programs don't write it into the mail of their users. These don't count:
-// - X-Auto-Response-Suppress asks programs that get the mail not to answer. Outlook and Exchange write it
-// into
-//   the mail of persons as well.
+// To refuse a person's reply does more harm than to store a program's answer. So a sign counts only if it is
+// sufficient alone, and if mail programs don't write it into the mail of their users. These don't count:
+// - X-Auto-Response-Suppress asks programs not to answer. Outlook and Exchange also write it into the mail of
+//   persons.
 // - Precedence: list. Mailing lists have List-Id, and some forwarding services write it into each mail.
 // - a sender named postmaster or noreply: the first is a person in a small office, the second writes replies
 //   of ticket systems, and either is a user of the project or a stranger.

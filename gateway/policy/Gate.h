@@ -2,7 +2,7 @@
 //
 // The component stores the mail of anyone who knows a discussion's subject, and that of programs too. The
 // gate refuses such mail before. It looks at the facts alone: it reads no store, and gives the same result
-// for the same facts. Its rules stand in a file each. The size is looked at earlier, before a mail is parsed:
+// for the same facts. Each rule has a file of its own. The size is checked earlier, before a mail is parsed:
 // see MailSize.h.
 #pragma once
 
@@ -33,9 +33,9 @@ struct GateFacts {
   String WhyEmpty;
 };
 
-// The first rule's refusal that applies, or nothing for a mail to be handed over. The rules are asked from
-// the cause to the symptom: a program's mail is refused as such also if its sender is unknown and its text is
-// empty. Raises nothing but std::bad_alloc. Any thread.
+// The first rule's refusal that applies, or nothing for a mail to be handed over. The rule that names
+// the cause is applied first: a program's mail is refused as such also if its sender is unknown and its text
+// is empty. Raises nothing but std::bad_alloc. Any thread.
 std::optional<Refusal> RefusalOf(const GateFacts& facts, const PolicySettings& settings);
 
 }  // namespace Gateway

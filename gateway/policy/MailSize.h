@@ -1,4 +1,4 @@
-// MailSize: refuses a mail that is larger than its mailbox takes.
+// MailSize: refuses a mail that is larger than its mailbox accepts.
 #pragma once
 
 #include <cstddef>

@@ -1,4 +1,4 @@
-// BackOff: how long a source that failed is left alone.
+// BackOff: the pause before a source that failed is tried again.
 #pragma once
 
 #include <chrono>
@@ -10,8 +10,8 @@ inline constexpr std::chrono::milliseconds kShortestBackOff = std::chrono::secon
 inline constexpr std::chrono::milliseconds kLongestBackOff = std::chrono::minutes(15);
 
 // The pause after so many failures in a row: none after none; then 5 s, doubled with each failure, up to 15
-// minutes. The random number, from 0 up to 1, shortens it by up to half, so that many mailboxes of a server
-// that comes back don't all ask at once. Pure.
+// minutes. The random number, from 0 up to 1, shortens it by up to half, so that many mailboxes of a
+// server don't all connect at once when it is available again. Pure.
 std::chrono::milliseconds BackOffTime(std::size_t failures, double random);
 
 // Counts the failures of one source.

@@ -71,7 +71,7 @@ bool EMailManager::OpenSession(String& errorText) {
   return true;
 }
 
-// A sender who isn't found sets errorText, and the message goes on with the acting user of before.
+// If the sender isn't found, errorText is set and the processing continues with the previous acting user.
 bool EMailManager::ActForSender(const MailMessage& message, String& errorText) {
   if (!message.HasFrom()) {
     errorText = LoadTvResourceString(TextNumber::kNoSender);

@@ -44,12 +44,13 @@ QString TextOfCatalogue(std::int32_t number, const String& argument = {}) {
   return text ? QString::fromStdU16String(Runtime::Expand(*text, {&argument, 1})) : QString("no text");
 }
 
-// The text of Qt's own translation; in English where Qt has none.
+// The text in Qt's own translation; in English if Qt has none.
 QString TextOfQt(const char* text) {
   QTranslator translator;
   const auto file = "qtbase_" + QString::fromStdString(Runtime::UserLanguage());
-  if (!translator.load(file, QLibraryInfo::path(QLibraryInfo::TranslationsPath))) return text;
-  return translator.translate("QFileDialog", text);
+  static_cast<void>(translator.load(file, QLibraryInfo::path(QLibraryInfo::TranslationsPath)));
+  const QString translated = translator.translate("QFileDialog", text);
+  return translated.isEmpty() ? QString(text) : translated;
 }
 
 TEST(Captions, AreInTheUsersLanguageInTheFileDialogAndTheHelpsTitle) {
