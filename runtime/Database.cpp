@@ -12,10 +12,14 @@
 #include <utility>
 
 #include "platform/Failure.h"
+#include "platform/ReasonTexts.h"
 #include "runtime/SystemReason.h"
+#include "runtime/Texts.h"
 
 namespace Runtime {
 namespace {
+
+namespace TextNumber = Platform::TextNumber;
 
 using Clock = std::chrono::steady_clock;
 
@@ -44,43 +48,46 @@ bool IsDiskFull(const std::string& file) {
   return statvfs(file.c_str(), &disk) == 0 && disk.f_bavail == 0;
 }
 
-[[noreturn]] void RaiseReason(const std::string& file, const std::string& reason) {
-  throw Platform::Failure(Platform::FailureNumber::DeviceFailed, u"Runtime.Database",
-                          Platform::FromUtf8(file + " " + reason));
+[[noreturn]] void RaiseReason(String reason) {
+  throw Platform::Failure(Platform::FailureNumber::DeviceFailed, u"Runtime.Database", std::move(reason));
 }
 
 }  // namespace
 
-std::string Database::ReasonOf(int result) const {
+String Database::ReasonOf(int result) const {
+  const String file = Platform::FromUtf8(file_);
   switch (result & 0xFF) {
     case SQLITE_NOTADB:
-      return "is no database; restore it from a backup";
+      return TextOf(TextNumber::kNoDatabase, file);
     case SQLITE_CORRUPT:
-      return "is damaged; restore it from a backup";
+      return TextOf(TextNumber::kDatabaseDamaged, file);
     case SQLITE_BUSY:
     case SQLITE_LOCKED:
-      return "is in use by another program; try again";
+      return TextOf(TextNumber::kDatabaseInUse, file);
     case SQLITE_READONLY:
-      return "can't be written; check who owns the file and its folder";
+      return TextOf(TextNumber::kDatabaseReadOnly, file);
     case SQLITE_FULL:
-      return "can't be written: the disk is full; free some space";
+      return TextOf(TextNumber::kDatabaseDiskFull, file);
     case SQLITE_CANTOPEN:
     case SQLITE_PERM:
-      return "can't be opened; check who owns the file and its folder";
+      return TextOf(TextNumber::kDatabaseNotOpened, file);
     default:
       break;
   }
   // SQLite doesn't pass on the errno. A file size near the limit shows that it was EFBIG.
   if ((result & 0xFF) == SQLITE_IOERR && IsAtFileSizeLimit(file_))
-    return "can't be written: " + SystemReason(EFBIG);
+    return TextOf(TextNumber::kNotWritten, file, Platform::FromUtf8(SystemReason(EFBIG)));
   if ((result & 0xFF) == SQLITE_IOERR && IsDiskFull(file_)) return ReasonOf(SQLITE_FULL);
-  return std::string("failed: ") + (handle_ ? sqlite3_errmsg(handle_) : sqlite3_errstr(result));
+  // For unusual errors SQLite's English text is good enough to be searched for.
+  const char* reason = handle_ ? sqlite3_errmsg(handle_) : sqlite3_errstr(result);
+  return TextOf(TextNumber::kDatabaseFailed, file, Platform::FromUtf8(reason));
 }
 
 void Database::RequireItsLog(const std::string& file) {
-  if (SizeOf(file) == 0 && SizeOf(file + "-wal") > 0)
-    RaiseReason(file, "is missing or empty, but " + file +
-                          "-wal still holds changes; restore both from a backup, or move that file away");
+  const std::string log = file + "-wal";
+  if (SizeOf(file) == 0 && SizeOf(log) > 0)
+    RaiseReason(
+        TextOf(TextNumber::kDatabaseWithoutItsContent, Platform::FromUtf8(file), Platform::FromUtf8(log)));
 }
 
 Database::Database(std::string file, std::chrono::milliseconds timeout)
@@ -100,9 +107,9 @@ Database::Database(std::string file, std::chrono::milliseconds timeout)
 }
 
 void Database::CloseAndRefuse(int result) {
-  const std::string reason = ReasonOf(result);
+  String reason = ReasonOf(result);
   Close();
-  RaiseReason(file_, reason);
+  RaiseReason(std::move(reason));
 }
 
 Database::~Database() {
@@ -120,7 +127,7 @@ int Database::Prepare(const char* sql, sqlite3_stmt*& statement) {
 }
 
 void Database::Refuse(int result) const {
-  RaiseReason(file_, ReasonOf(result));
+  RaiseReason(ReasonOf(result));
 }
 
 // Waits are short and random: with long ones, a writer that commits in a loop gets the lock nearly always.

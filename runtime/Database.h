@@ -13,6 +13,7 @@
 #include <string_view>
 #include <variant>
 
+#include "platform/Text.h"
 #include "runtime/BusyTimeout.h"
 
 struct sqlite3;
@@ -62,7 +63,7 @@ class Database {
  private:
   static int WaitForOthers(void* database, int attempt);
   void RunPrepared(sqlite3_stmt* statement);
-  std::string ReasonOf(int result) const;
+  Platform::String ReasonOf(int result) const;
   void Close();
 
   std::string file_;

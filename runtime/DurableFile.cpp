@@ -13,8 +13,10 @@
 #include <utility>
 
 #include "platform/Failure.h"
+#include "platform/ReasonTexts.h"
 #include "runtime/Folders.h"
 #include "runtime/SystemReason.h"
+#include "runtime/Texts.h"
 
 namespace Runtime {
 namespace {
@@ -23,48 +25,53 @@ using Platform::FailureNumber::AlreadyExists;
 using Platform::FailureNumber::DeviceFailed;
 using Platform::FailureNumber::PathNotFound;
 using Platform::FailureNumber::PermissionDenied;
+using Platform::FailureNumber::RefusedInput;
 
-[[noreturn]] void Refuse(const std::string& path, const std::string& why,
+namespace TextNumber = Platform::TextNumber;
+
+// Raises a failure with a text, whose first argument is the path.
+[[noreturn]] void Refuse(const std::string& path, std::int32_t text, StringView argument = {},
                          std::int32_t number = DeviceFailed) {
-  throw Platform::Failure(number, u"Runtime.DurableFile", Platform::FromUtf8(path + " " + why));
+  throw Platform::Failure(number, u"Runtime.DurableFile", TextOf(text, Platform::FromUtf8(path), argument));
+}
+
+String Decimal(std::size_t number) {
+  return Platform::FromUtf8(std::to_string(number));
 }
 
 bool IsMissing(int error) {
   return error == ENOENT || error == ENOTDIR;
 }
 
-// Raises a failure for errno.
-[[noreturn]] void RefuseForSystem(const std::string& path, const char* task) {
+// Raises a failure for errno. The text says what could not be done.
+[[noreturn]] void RefuseForSystem(const std::string& path, std::int32_t text) {
   const int error = errno;
-  if (IsMissing(error)) Refuse(path, "doesn't exist; check the path", PathNotFound);
+  if (IsMissing(error)) Refuse(path, TextNumber::kPathMissing, {}, PathNotFound);
   const bool denied = error == EACCES || error == EPERM || error == EROFS;
-  if (error == EEXIST) Refuse(path, "exists already; choose another name", AlreadyExists);
-  Refuse(path, std::string(task) + ": " + SystemReason(error), denied ? PermissionDenied : DeviceFailed);
+  if (error == EEXIST) Refuse(path, TextNumber::kPathTaken, {}, AlreadyExists);
+  Refuse(path, text, Platform::FromUtf8(SystemReason(error)), denied ? PermissionDenied : DeviceFailed);
 }
 
 void RequireSmallFile(const std::string& path, const struct stat& status, std::size_t largest) {
-  if (S_ISDIR(status.st_mode))
-    Refuse(path, "is a folder; name the file in it", Platform::FailureNumber::RefusedInput);
-  if (!S_ISREG(status.st_mode))
-    Refuse(path, "is no ordinary file; name another one", Platform::FailureNumber::RefusedInput);
+  if (S_ISDIR(status.st_mode)) Refuse(path, TextNumber::kFolderNotFile, {}, RefusedInput);
+  if (!S_ISREG(status.st_mode)) Refuse(path, TextNumber::kNoOrdinaryFile, {}, RefusedInput);
   if (status.st_size < 0 || static_cast<std::uint64_t>(status.st_size) > largest)
-    Refuse(path, "is too large: more than " + std::to_string(largest) + " bytes",
-           Platform::FailureNumber::RefusedInput);
+    Refuse(path, TextNumber::kMoreBytesThanAllowed, Decimal(largest), RefusedInput);
 }
 
 // Checks the file before opening it, since opening a device can have effects.
 Descriptor OpenSmallFile(const std::string& path, int flags, std::size_t largest) {
   struct stat status {};
-  if (stat(path.c_str(), &status) != 0) RefuseForSystem(path, "can't be reached");
+  if (stat(path.c_str(), &status) != 0) RefuseForSystem(path, TextNumber::kNotReached);
   RequireSmallFile(path, status, largest);
   Descriptor file(open(path.c_str(), flags | O_CLOEXEC | O_NONBLOCK));
-  if (!file) RefuseForSystem(path, flags == O_RDONLY ? "can't be read" : "can't be written");
+  if (!file) RefuseForSystem(path, flags == O_RDONLY ? TextNumber::kFileUnreadable : TextNumber::kNotWritten);
   return file;
 }
 
 SmallFile ReadOpenFile(const Descriptor& file, const std::string& path, std::size_t largest) {
   struct stat status {};
-  if (fstat(file.Number(), &status) != 0) RefuseForSystem(path, "can't be read");
+  if (fstat(file.Number(), &status) != 0) RefuseForSystem(path, TextNumber::kFileUnreadable);
   RequireSmallFile(path, status, largest);
   SmallFile read{{}, status.st_mode};
   char block[16384];
@@ -72,9 +79,8 @@ SmallFile ReadOpenFile(const Descriptor& file, const std::string& path, std::siz
     const ssize_t count = ::read(file.Number(), block, sizeof block);
     if (count == 0) return read;
     if (count > 0) read.Content.append(block, static_cast<std::size_t>(count));
-    if (count < 0 && errno != EINTR) RefuseForSystem(path, "can't be read");
-    if (read.Content.size() > largest)
-      Refuse(path, "is too large: more than " + std::to_string(largest) + " bytes");
+    if (count < 0 && errno != EINTR) RefuseForSystem(path, TextNumber::kFileUnreadable);
+    if (read.Content.size() > largest) Refuse(path, TextNumber::kMoreBytesThanAllowed, Decimal(largest));
   }
 }
 
@@ -90,9 +96,9 @@ void WaitForLock(const Descriptor& file, const std::string& path, std::chrono::m
   while (flock(file.Number(), LOCK_EX | LOCK_NB) != 0) {
     if (errno != EWOULDBLOCK && errno != EINTR) return;  // the file system has no locks
     if (std::chrono::steady_clock::now() >= end)
-      Refuse(path, "is in use by another program and was not released within " +
-                       std::to_string(std::chrono::duration_cast<std::chrono::seconds>(timeout).count()) +
-                       " s; try again when that program has ended");
+      Refuse(path, TextNumber::kNotReleased,
+             Decimal(static_cast<std::size_t>(
+                 std::chrono::duration_cast<std::chrono::seconds>(timeout).count())));
     std::this_thread::sleep_for(std::chrono::milliseconds(5));
   }
 }
@@ -149,7 +155,7 @@ LockedFile::LockedFile(const std::string& path, std::size_t largest, std::chrono
     : path_(WithoutLinks(path)), largest_(largest), file_(OpenLocked(path_, largest, timeout)) {}
 
 SmallFile LockedFile::Read() const {
-  if (lseek(file_.Number(), 0, SEEK_SET) != 0) RefuseForSystem(path_, "can't be read");
+  if (lseek(file_.Number(), 0, SEEK_SET) != 0) RefuseForSystem(path_, TextNumber::kFileUnreadable);
   return ReadOpenFile(file_, path_, largest_);
 }
 
@@ -157,29 +163,25 @@ void LockedFile::Replace(std::string_view content) const {
   const std::string folder = FolderOfPath(path_);
   const std::string name = path_.substr(path_.rfind('/') + 1);
   try {
-    if (content.size() > largest_)
-      Refuse(path_, "would have more than " + std::to_string(largest_) + " bytes");
+    if (content.size() > largest_) Refuse(path_, TextNumber::kWouldBeTooLarge, Decimal(largest_));
     // The lock keeps other programs from using this name. A file left by a killed program is removed.
     StagedFile file(folder + "/." + name + ".new", file_);
     file.Write(content);
     file.PublishOver(path_);
     file.Keep();
   } catch (const Platform::Failure& failure) {
-    throw Platform::Failure(
-        failure.Number(), failure.Source(),
-        Platform::FromUtf8(path_ + " can't be saved and is unchanged: ") + failure.Description());
+    Refuse(path_, TextNumber::kNotSaved, failure.Description(), failure.Number());
   }
   try {
     SyncFolder(folder);
   } catch (const Platform::Failure& failure) {
-    Refuse(path_,
-           std::string("was saved, but the old content may return after a power failure: ") + failure.what());
+    Refuse(path_, TextNumber::kSavedUnsafely, failure.Description());
   }
 }
 
 FolderLock::FolderLock(const std::string& folder, std::chrono::milliseconds timeout)
     : folder_(open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC)) {
-  if (!folder_) RefuseForSystem(folder, "can't be opened");
+  if (!folder_) RefuseForSystem(folder, TextNumber::kNotOpened);
   WaitForLock(folder_, folder, timeout);
 }
 
@@ -187,14 +189,14 @@ StagedFile::StagedFile(const std::string& folder) : path_(folder + "/.talvane-XX
   file_ = Descriptor(mkostemp(path_.data(), O_CLOEXEC));
   if (!file_) {
     kept_ = true;
-    RefuseForSystem(folder, "can't hold a new file");
+    RefuseForSystem(folder, TextNumber::kFolderTakesNoFile);
   }
 }
 
 StagedFile::StagedFile(const std::string& path, const Descriptor& modelOfOwnerAndMode) : path_(path) {
   unlink(path_.c_str());
   file_ = Descriptor(open(path_.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0600));
-  if (!file_) RefuseForSystem(path_, "can't be created");
+  if (!file_) RefuseForSystem(path_, TextNumber::kNotCreated);
   struct stat status {};
   bool alike = fstat(modelOfOwnerAndMode.Number(), &status) == 0;
   // Without the right to change the owner, the group is kept. Without that, the group loses its rights.
@@ -206,7 +208,7 @@ StagedFile::StagedFile(const std::string& path, const Descriptor& modelOfOwnerAn
   const int error = errno;
   unlink(path_.c_str());
   errno = error;
-  RefuseForSystem(path_, "can't be given its owner and mode");
+  RefuseForSystem(path_, TextNumber::kOwnerNotSet);
 }
 
 StagedFile::~StagedFile() {
@@ -216,18 +218,18 @@ StagedFile::~StagedFile() {
 void StagedFile::Write(std::string_view content) {
   while (!content.empty()) {
     const ssize_t count = write(file_.Number(), content.data(), content.size());
-    if (count < 0 && errno != EINTR) RefuseForSystem(path_, "can't be written");
+    if (count < 0 && errno != EINTR) RefuseForSystem(path_, TextNumber::kNotWritten);
     if (count > 0) content.remove_prefix(static_cast<std::size_t>(count));
   }
 }
 
 void StagedFile::Release() {
-  if (!file_.Close()) RefuseForSystem(path_, "can't be written");
+  if (!file_.Close()) RefuseForSystem(path_, TextNumber::kNotWritten);
 }
 
 void StagedFile::Sync() {
   if (!file_) file_ = Descriptor(open(path_.c_str(), O_RDWR | O_CLOEXEC | O_NOFOLLOW));
-  if (!file_ || !SyncDescriptor(file_.Number())) RefuseForSystem(path_, "can't be synced");
+  if (!file_ || !SyncDescriptor(file_.Number())) RefuseForSystem(path_, TextNumber::kNotSynced);
   Release();
 }
 
@@ -235,7 +237,8 @@ void StagedFile::Publish(const std::string& name) {
   Sync();
   if (renameat2(AT_FDCWD, path_.c_str(), AT_FDCWD, name.c_str(), RENAME_NOREPLACE) != 0) {
     // On a file system without RENAME_NOREPLACE, link the new name and remove the old one.
-    if (errno != EINVAL || link(path_.c_str(), name.c_str()) != 0) RefuseForSystem(name, "can't be created");
+    if (errno != EINVAL || link(path_.c_str(), name.c_str()) != 0)
+      RefuseForSystem(name, TextNumber::kNotCreated);
     unlink(path_.c_str());
   }
   path_ = name;
@@ -243,7 +246,7 @@ void StagedFile::Publish(const std::string& name) {
 
 void StagedFile::PublishOver(const std::string& name) {
   Sync();
-  if (rename(path_.c_str(), name.c_str()) != 0) RefuseForSystem(name, "can't be replaced");
+  if (rename(path_.c_str(), name.c_str()) != 0) RefuseForSystem(name, TextNumber::kNotReplaced);
   path_ = name;
 }
 
@@ -252,7 +255,7 @@ void SyncFolder(const std::string& folder) {
   if (!opened && (errno == EACCES || errno == EPERM)) return;  // the folder is writable but not readable
   if (opened && (SyncDescriptor(opened.Number()) || errno == EINVAL || errno == ENOTSUP || errno == ENOSYS))
     return;
-  RefuseForSystem(folder, "can't be synced");
+  RefuseForSystem(folder, TextNumber::kNotSynced);
 }
 
 }  // namespace Runtime

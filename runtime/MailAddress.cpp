@@ -9,8 +9,13 @@
 #include <algorithm>
 #include <array>
 
+#include "platform/ReasonTexts.h"
+#include "runtime/Texts.h"
+
 namespace Runtime {
 namespace {
+
+namespace TextNumber = Platform::TextNumber;
 
 // RFC 5321 section 4.5.3.1, in octets. Its limit for a path includes two brackets.
 constexpr std::size_t kLongestLocalPart = 64;
@@ -128,24 +133,22 @@ bool IsLiteral(StringView domain) {
 }
 
 String LocalPartFault(StringView local) {
-  if (local.empty()) return u"the part before the @ is missing";
-  if (ToUtf8(local).size() > kLongestLocalPart) return u"the part before the @ is longer than 64 bytes";
+  if (local.empty()) return TextOf(TextNumber::kLocalPartMissing);
+  if (ToUtf8(local).size() > kLongestLocalPart) return TextOf(TextNumber::kLocalPartTooLong);
   if (IsQuoted(local)) {
     bool whole = false;
     Unquoted(local, whole);
-    return whole ? u"" : u"a quote or backslash in the quoted part needs a backslash before it";
+    return whole ? String() : TextOf(TextNumber::kLocalPartUnescaped);
   }
-  return IsDotString(local) ? u""
-                            : u"the part before the @ holds blanks or signs that need quotes around it, "
-                              u"or a point at its start, at its end or after another point";
+  return IsDotString(local) ? String() : TextOf(TextNumber::kLocalPartUnquoted);
 }
 
 String DomainFault(StringView domain) {
-  if (domain.empty()) return u"the domain after the @ is missing";
+  if (domain.empty()) return TextOf(TextNumber::kDomainMissing);
   if (domain.front() == u'[')
-    return IsLiteral(domain) && IsAddressLiteral(domain) ? u"" : u"the brackets hold no network address";
+    return IsLiteral(domain) && IsAddressLiteral(domain) ? String() : TextOf(TextNumber::kDomainLiteral);
   const String ascii = ConvertDomain(domain, uidna_nameToASCII);
-  return !ascii.empty() && ascii.back() != u'.' ? u"" : u"the text after the @ is no domain";
+  return !ascii.empty() && ascii.back() != u'.' ? String() : TextOf(TextNumber::kNoDomain);
 }
 
 bool IsAscii(StringView text) {
@@ -168,12 +171,12 @@ String Composed(String text) {
 }  // namespace
 
 String AddressFault(StringView address) {
-  if (HasUnseenCharacter(address)) return u"it holds a control character";
-  if (address.find(u'@') == StringView::npos) return u"it has no @";
+  if (HasUnseenCharacter(address)) return TextOf(TextNumber::kAddressWithControl);
+  if (address.find(u'@') == StringView::npos) return TextOf(TextNumber::kAddressWithoutAt);
   const Parts parts = Split(address);
   if (String fault = LocalPartFault(parts.Local); !fault.empty()) return fault;
   if (String fault = DomainFault(parts.Domain); !fault.empty()) return fault;
-  return ToUtf8(address).size() > kLongestAddress ? u"it is longer than 254 bytes" : u"";
+  return ToUtf8(address).size() > kLongestAddress ? TextOf(TextNumber::kAddressTooLong) : String();
 }
 
 String CanonicalDomain(StringView domain) {

@@ -1,7 +1,7 @@
 // MailAddress: the validity of e-mail addresses (RFC 5321 section 4.1.2 with RFC 6531 section 3.3), and their
 // comparison.
 //
-// All functions are pure, raise no failure and may be called on any thread.
+// The functions raise no failure and may be called on any thread.
 #pragma once
 
 #include "platform/Text.h"
@@ -10,9 +10,9 @@ namespace Runtime {
 
 using namespace Platform;
 
-// The reason why the text is no address, in English, such as "the domain is missing"; empty for an address. A
-// local part may be ASCII or UTF-8, quoted or not; a domain may be of any script, or an address of IPv4, IPv6
-// or of another tag in brackets. Control characters are never valid.
+// The reason why the text is no address, in the user's language, such as "the domain is missing"; empty for
+// an address. A local part may be ASCII or UTF-8, quoted or not; a domain may be of any script, or an address
+// of IPv4, IPv6 or of another tag in brackets. Control characters are never valid.
 String AddressFault(StringView address);
 
 // The form in which addresses are compared: the domain in Unicode, without a point at its end; no quotes

@@ -8,11 +8,13 @@
 #include <atomic>
 #include <cerrno>
 #include <cmath>
-#include <cstring>
 
 #include "platform/Failure.h"
+#include "platform/ReasonTexts.h"
 #include "runtime/Folders.h"
 #include "runtime/StoreFolder.h"
+#include "runtime/SystemReason.h"
+#include "runtime/Texts.h"
 
 namespace Runtime {
 namespace {
@@ -38,17 +40,16 @@ constexpr const char* kTables = R"(
   PRAGMA user_version=1;
 )";
 
-[[noreturn]] void RaiseAbout(const std::string& file, const std::string& what) {
-  throw Failure(FailureNumber::DeviceFailed, u"Runtime.RegistryStore", FromUtf8(file + " " + what));
+[[noreturn]] void Refuse(const std::string& file, std::int32_t text, StringView argument = {}) {
+  throw Failure(FailureNumber::DeviceFailed, u"Runtime.RegistryStore",
+                TextOf(text, FromUtf8(file), argument));
 }
 
 const std::string& RequireFile(const std::string& file) {
   Database::RequireItsLog(file);
   struct stat status {};
-  if (stat(file.c_str(), &status) != 0)
-    RaiseAbout(file, std::string("can't be reached (") + std::strerror(errno) +
-                         "); run \"tvmail init\" to create the registry");
-  if (!S_ISREG(status.st_mode)) RaiseAbout(file, "is no regular file; move it away and run \"tvmail init\"");
+  if (stat(file.c_str(), &status) != 0) Refuse(file, TextNumber::kNoRegistry, FromUtf8(SystemReason(errno)));
+  if (!S_ISREG(status.st_mode)) Refuse(file, TextNumber::kRegistryNoFile);
   RequireTrusted(FolderOfPath(file));
   RequireTrusted(file, status);
   return file;
@@ -60,13 +61,11 @@ bool IsUnfinished(Database& database) {
 }
 
 void RequireFormat(Database& database) {
-  if (IsUnfinished(database))
-    RaiseAbout(database.File(), "is empty; run \"tvmail init\" to create the registry");
+  if (IsUnfinished(database)) Refuse(database.File(), TextNumber::kRegistryEmpty);
   if (database.Number("PRAGMA application_id") != kApplicationId)
-    RaiseAbout(database.File(), "is a database of another kind; move it away and run \"tvmail init\"");
+    Refuse(database.File(), TextNumber::kRegistryOfAnotherKind);
   if (const auto format = database.Number("PRAGMA user_version"); format != kFormat)
-    RaiseAbout(database.File(), "has format " + std::to_string(format) +
-                                    ", which this version can't read; use the version that made it");
+    Refuse(database.File(), TextNumber::kRegistryFormatUnknown, FromUtf8(std::to_string(format)));
 }
 
 // Returns the database after checking its format.
@@ -145,7 +144,7 @@ void RegistryFile::Create(const std::string& file) {
   // closing it would release the POSIX locks that this process may have on it.
   const int made = open(file.c_str(), O_RDWR | O_CREAT | O_EXCL | O_CLOEXEC, 0600);
   if (made >= 0) close(made);
-  if (made < 0 && errno != EEXIST) RaiseAbout(file, std::string("can't be created: ") + std::strerror(errno));
+  if (made < 0 && errno != EEXIST) Refuse(file, TextNumber::kNotCreated, FromUtf8(SystemReason(errno)));
   Database database(RequireFile(file));
   if (IsUnfinished(database)) {
     database.Run("PRAGMA journal_mode=WAL");

@@ -7,16 +7,20 @@
 #include <cerrno>
 
 #include "platform/Failure.h"
+#include "platform/ReasonTexts.h"
 #include "runtime/DurableFile.h"
 #include "runtime/Folders.h"
 #include "runtime/SystemReason.h"
+#include "runtime/Texts.h"
 
 namespace Runtime {
 namespace {
 
-[[noreturn]] void Refuse(const std::string& path, const std::string& why) {
+namespace TextNumber = Platform::TextNumber;
+
+[[noreturn]] void Refuse(const std::string& path, std::int32_t text, StringView argument = {}) {
   throw Platform::Failure(Platform::FailureNumber::DeviceFailed, u"Runtime.RegistryStore",
-                          Platform::FromUtf8(path + " " + why));
+                          TextOf(text, Platform::FromUtf8(path), argument));
 }
 
 // False if the folder's parent is missing.
@@ -25,14 +29,15 @@ bool Make(const std::string& folder, mode_t mode) {
     SyncFolder(FolderOfPath(folder));
     return true;
   }
-  if (errno != EEXIST && errno != ENOENT) Refuse(folder, "can't be created: " + SystemReason(errno));
+  if (errno != EEXIST && errno != ENOENT)
+    Refuse(folder, TextNumber::kNotCreated, Platform::FromUtf8(SystemReason(errno)));
   return errno == EEXIST;
 }
 
 void MakeWithParents(const std::string& folder, mode_t mode) {
   if (Make(folder, mode)) return;
   MakeWithParents(FolderOfPath(folder), 0755);
-  if (!Make(folder, mode)) Refuse(folder, "can't be created: " + SystemReason(ENOENT));
+  if (!Make(folder, mode)) Refuse(folder, TextNumber::kNotCreated, Platform::FromUtf8(SystemReason(ENOENT)));
 }
 
 std::string NameOfUser(uid_t user) {
@@ -47,22 +52,15 @@ void MakeStoreFolder(const std::string& folder) {
 }
 
 void RequireTrusted(const std::string& path, const struct stat& status) {
-  if ((status.st_mode & (S_IWGRP | S_IWOTH)) != 0)
-    Refuse(path,
-           "may be written by others than its owner, and the registry decides which code is run: remove "
-           "that right with \"chmod go-w " +
-               path + "\"");
-  if (status.st_uid != geteuid() && status.st_uid != 0) {
-    const std::string owner = NameOfUser(status.st_uid);
-    Refuse(path, "belongs to the user " + owner +
-                     ", and the registry decides which code is run: run the program as that user (sudo -u " +
-                     owner + "), or set TALVANE_HOME to a folder of your own");
-  }
+  if ((status.st_mode & (S_IWGRP | S_IWOTH)) != 0) Refuse(path, TextNumber::kRegistryOpenToOthers);
+  if (status.st_uid != geteuid() && status.st_uid != 0)
+    Refuse(path, TextNumber::kRegistryOfAnotherUser, Platform::FromUtf8(NameOfUser(status.st_uid)));
 }
 
 void RequireTrusted(const std::string& path) {
   struct stat status {};
-  if (stat(path.c_str(), &status) != 0) Refuse(path, "can't be reached: " + SystemReason(errno));
+  if (stat(path.c_str(), &status) != 0)
+    Refuse(path, TextNumber::kNotReached, Platform::FromUtf8(SystemReason(errno)));
   RequireTrusted(path, status);
 }
 

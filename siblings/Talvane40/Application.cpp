@@ -1,5 +1,7 @@
 #include "siblings/Talvane40/Application.h"
 
+#include "platform/ReasonTexts.h"
+#include "runtime/Texts.h"
 #include "siblings/Talvane40/OpenedProject.h"
 #include "siblings/Talvane40/PasswordHash.h"
 #include "siblings/Talvane40/ProjectLocation.h"
@@ -47,7 +49,7 @@ std::shared_ptr<Project> Application::OpenProject(const Value& path, std::int32_
     const auto state = std::make_shared<OpenState>(project.Database.string());
     const auto logon = state->Database.FindLogon(Trim(userId));
     if (!MatchesHash(password, logon ? logon->PasswordHash : std::nullopt)) {
-      Refuse(u"The user name or the password is wrong.", FailureNumber::WrongPassword);
+      Refuse(Runtime::TextOf(TextNumber::kWrongLogon), FailureNumber::WrongPassword);
     }
     state->Author = logon->UserKey;
     return std::make_shared<OpenedProject>(state, std::move(project.Name), logonText_);

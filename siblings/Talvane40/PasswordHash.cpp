@@ -11,6 +11,8 @@
 
 #include "platform/Failure.h"
 #include "platform/Hex.h"
+#include "platform/ReasonTexts.h"
+#include "runtime/Texts.h"
 
 namespace Talvane40 {
 namespace {
@@ -48,8 +50,7 @@ ByteString Derive(StringView password, const ByteString& salt, const Costs& cost
   const bool good = EVP_PBE_scrypt(bytes.data(), bytes.size(), salt.data(), salt.size(), costs.N, costs.R,
                                    costs.P, kMemoryLimit, key.data(), key.size()) == 1;
   OPENSSL_cleanse(bytes.data(), bytes.size());
-  if (!good)
-    Fail(u"The password can't be checked: its stored form is damaged. Restore the project from a backup.");
+  if (!good) Fail(Runtime::TextOf(TextNumber::kPasswordHashDamaged));
   return key;
 }
 

@@ -2,8 +2,10 @@
 
 #include <algorithm>
 
+#include "platform/ReasonTexts.h"
 #include "platform/contracts/ProjectAdministration.h"
 #include "runtime/MailAddress.h"
+#include "runtime/Texts.h"
 #include "siblings/Talvane40/ProjectCreation.h"
 #include "siblings/Talvane40/ProjectLocation.h"
 
@@ -16,45 +18,44 @@ constexpr std::size_t kLongest = 255;  // characters of a name or a title
 constexpr std::size_t kLongestPassword = 97;
 constexpr char16_t kLowestCode = 14, kHighestCode = 124;
 
-[[noreturn]] void Refuse(const String& what) {
-  throw Failure(FailureNumber::RefusedInput, u"Talvane40.ProjectAdministration", what);
+[[noreturn]] void Refuse(std::int32_t text, StringView first = {}, StringView second = {}) {
+  throw Failure(FailureNumber::RefusedInput, u"Talvane40.ProjectAdministration",
+                Runtime::TextOf(text, first, second));
 }
 
-// The text without blanks at its ends. Raises 380 unless it is a valid name; `what` begins the description.
-String VettedName(const Value& value, const String& what) {
+// The text without blanks at its ends. Raises 380 unless it is a valid name. what is the number of the text
+// that begins the description.
+String VettedName(const Value& value, std::int32_t what) {
   String name = Trim(value.ToString());
-  if (name.empty()) Refuse(what + u" must not be empty.");
-  if (name.size() > kLongest) Refuse(what + u" must not have more than 255 characters.");
-  if (HasControl(name)) Refuse(what + u" must not hold line ends or other control characters.");
+  if (name.empty()) Refuse(TextNumber::kNameEmpty, Runtime::TextOf(what));
+  if (name.size() > kLongest) Refuse(TextNumber::kNameTooLarge, Runtime::TextOf(what));
+  if (HasControl(name)) Refuse(TextNumber::kNameWithControl, Runtime::TextOf(what));
   return name;
 }
 
 // A project's name becomes the name of a registry key, which can't hold a backslash.
 String VettedProjectName(const Value& value) {
-  String name = VettedName(value, u"The project's name");
-  if (name.find(u'\\') != String::npos) Refuse(u"The project's name must not hold a backslash.");
+  String name = VettedName(value, TextNumber::kProjectName);
+  if (name.find(u'\\') != String::npos)
+    Refuse(TextNumber::kNameWithBackslash, Runtime::TextOf(TextNumber::kProjectName));
   return name;
 }
 
 String VettedAddress(const Value& value) {
   String address = Trim(value.ToString());
   if (const String fault = Runtime::AddressFault(address); !fault.empty())
-    Refuse(u"\"" + address + u"\" is no e-mail address: " + fault + u". Give one such as ann@example.org.");
+    Refuse(TextNumber::kAddressRefused, address, fault);
   return address;
 }
 
 // The password of an owner, who may bind a mailbox. The mailbox stores it without blanks at its ends.
 String VettedPassword(const Value& value) {
   String password = value.ToString();
-  if (password.empty()) Refuse(u"The password must not be empty.");
-  if (password.size() > kLongestPassword)
-    Refuse(u"The password must not have more than 97 characters: a mailbox can't store a longer one.");
+  if (password.empty()) Refuse(TextNumber::kPasswordEmpty);
+  if (password.size() > kLongestPassword) Refuse(TextNumber::kPasswordTooLong);
   if (std::ranges::any_of(password, [](char16_t c) { return c < kLowestCode || c > kHighestCode; }))
-    Refuse(
-        u"The password must hold only printable ASCII characters without \"~\" and \"}\": a mailbox can't "
-        u"store others.");
-  if (password != Trim(password))
-    Refuse(u"The password must not begin or end with a blank: a mailbox stores it without.");
+    Refuse(TextNumber::kPasswordCharacters);
+  if (password != Trim(password)) Refuse(TextNumber::kPasswordBlanks);
   return password;
 }
 
@@ -74,8 +75,10 @@ const ProjectAdministration::Table& ProjectAdministration::Members() {
 
 Value ProjectAdministration::CreateProject(std::span<Value> arguments) {
   const String name = VettedProjectName(arguments[1]);
-  DescribedUser owner{
-      .Key = 0, .Name = VettedName(arguments[2], u"The user's name"), .Address = {}, .MailAccepted = false};
+  DescribedUser owner{.Key = 0,
+                      .Name = VettedName(arguments[2], TextNumber::kUserName),
+                      .Address = {},
+                      .MailAccepted = false};
   if (!arguments[3].ToString().empty()) {
     owner.Address = VettedAddress(arguments[3]);
     owner.MailAccepted = true;
@@ -86,14 +89,14 @@ Value ProjectAdministration::CreateProject(std::span<Value> arguments) {
 
 Value ProjectAdministration::AddUser(std::span<Value> arguments) {
   const DescribedUser user{.Key = 0,
-                           .Name = VettedName(arguments[1], u"The user's name"),
+                           .Name = VettedName(arguments[1], TextNumber::kUserName),
                            .Address = VettedAddress(arguments[2]),
                            .MailAccepted = arguments[3].ToBool()};
   return OpenDatabase(arguments[0]).AddUser(user);
 }
 
 Value ProjectAdministration::AddDiscussion(std::span<Value> arguments) {
-  const String title = VettedName(arguments[1], u"The discussion's title");
+  const String title = VettedName(arguments[1], TextNumber::kDiscussionTitle);
   return OpenDatabase(arguments[0]).AddDiscussion(title);
 }
 

@@ -4,7 +4,9 @@
 #include <filesystem>
 
 #include "platform/Failure.h"
+#include "platform/ReasonTexts.h"
 #include "runtime/DurableFile.h"
+#include "runtime/Texts.h"
 #include "siblings/Talvane40/PasswordHash.h"
 #include "siblings/Talvane40/ProjectLocation.h"
 
@@ -13,8 +15,8 @@ namespace {
 
 namespace fs = std::filesystem;
 
-[[noreturn]] void Refuse(const std::string& what, std::int32_t number = FailureNumber::DeviceFailed) {
-  throw Failure(number, u"Talvane40", FromUtf8(what));
+[[noreturn]] void Refuse(std::int32_t number, std::int32_t text, const fs::path& path) {
+  throw Failure(number, u"Talvane40", Runtime::TextOf(text, FromUtf8(path.string())));
 }
 
 // False also for a path that can't be reached; creating the file then gives the reason.
@@ -63,11 +65,8 @@ std::string FreeDatabaseName(const fs::path& projectFile) {
 void CreateProject(StringView path, StringView name, const DescribedUser& owner, StringView password) {
   const fs::path file = PathOf(path);
   const fs::path folder = file.parent_path();
-  if (Exists(file))
-    Refuse("The file " + file.string() + " exists already. Choose another name for the project.",
-           FailureNumber::AlreadyExists);
-  if (IsMissing(folder))
-    Refuse("The folder " + folder.string() + " doesn't exist. Create it first.", FailureNumber::PathNotFound);
+  if (Exists(file)) Refuse(FailureNumber::AlreadyExists, TextNumber::kProjectFileExists, file);
+  if (IsMissing(folder)) Refuse(FailureNumber::PathNotFound, TextNumber::kProjectFolderMissing, folder);
 
   const std::string databaseName = FreeDatabaseName(file);
   Runtime::StagedFile database(folder.string());

@@ -4,14 +4,15 @@
 
 #include "platform/CheckedArithmetic.h"
 #include "platform/Failure.h"
+#include "platform/ReasonTexts.h"
+#include "runtime/Texts.h"
 #include "siblings/Talvane40/ProjectSchema.h"
 
 namespace Talvane40 {
 namespace {
 
-[[noreturn]] void RefuseFile(const std::string& file, const char* why) {
-  throw Failure(FailureNumber::DeviceFailed, u"Talvane40",
-                FromUtf8("The project database " + file + " " + why));
+[[noreturn]] void Refuse(const std::string& file, std::int32_t text) {
+  throw Failure(FailureNumber::DeviceFailed, u"Talvane40", Runtime::TextOf(text, FromUtf8(file)));
 }
 
 // The key of the row that was inserted last.
@@ -29,8 +30,8 @@ String TextAt(const Runtime::Rows& row, int column) {
 
 const std::string& Existing(const std::string& file) {
   Runtime::Database::RequireItsLog(file);
-  if (!std::filesystem::exists(file)) RefuseFile(file, "is missing. Restore it from a backup.");
-  if (!std::filesystem::is_regular_file(file)) RefuseFile(file, "is not a file. Restore it from a backup.");
+  if (!std::filesystem::exists(file)) Refuse(file, TextNumber::kProjectDatabaseMissing);
+  if (!std::filesystem::is_regular_file(file)) Refuse(file, TextNumber::kProjectDatabaseNoFile);
   return file;
 }
 
@@ -152,7 +153,7 @@ std::int32_t ProjectDatabase::AddUser(const DescribedUser& user) {
   Runtime::Transaction transaction(database_);
   if (FindLogon(user.Name))
     throw Failure(FailureNumber::AlreadyExists, u"Talvane40",
-                  u"The project already has a user " + user.Name + u". Choose another name.");
+                  Runtime::TextOf(TextNumber::kUserExists, user.Name));
   InsertUser(database_, user, "member", std::nullopt);
   const std::int32_t key = NewNumber(database_);
   transaction.Commit();

@@ -1,8 +1,10 @@
 #include "siblings/Talvane40/ProjectLocation.h"
 
 #include "platform/Failure.h"
+#include "platform/ReasonTexts.h"
 #include "runtime/DurableFile.h"
 #include "runtime/ProjectText.h"
+#include "runtime/Texts.h"
 
 namespace Talvane40 {
 namespace {
@@ -10,8 +12,9 @@ namespace {
 namespace fs = std::filesystem;
 using Runtime::ProjectText;
 
-[[noreturn]] void Refuse(const fs::path& path, const std::string& why, std::int32_t number) {
-  throw Failure(number, u"Talvane40", FromUtf8("The file " + path.string() + " " + why));
+[[noreturn]] void Refuse(const fs::path& path, std::int32_t text,
+                         std::int32_t number = FailureNumber::RefusedInput) {
+  throw Failure(number, u"Talvane40", Runtime::TextOf(text, FromUtf8(path.string())));
 }
 
 ProjectText Read(const fs::path& file) {
@@ -19,7 +22,7 @@ ProjectText Read(const fs::path& file) {
   try {
     return ProjectText(bytes);
   } catch (const Failure&) {
-    Refuse(file, "is not a project file.", FailureNumber::RefusedInput);
+    Refuse(file, TextNumber::kNoProjectFile);
   }
 }
 
@@ -27,9 +30,9 @@ ProjectText Read(const fs::path& file) {
 
 fs::path PathOf(StringView typed) {
   const String path = Trim(typed);
-  if (path.empty()) throw Failure(FailureNumber::RefusedInput, u"Talvane40", u"No project path is given.");
+  if (path.empty()) Refuse({}, TextNumber::kNoProjectPath);
   if (path.find(u'\0') != StringView::npos)
-    Refuse(ToUtf8(path.substr(0, path.find(u'\0'))), "has no proper name.", FailureNumber::RefusedInput);
+    Refuse(ToUtf8(path.substr(0, path.find(u'\0'))), TextNumber::kNoProperName);
   return fs::absolute(ToUtf8(path));
 }
 
@@ -40,13 +43,10 @@ ProjectLocation ReadProjectLocation(StringView path) {
     return text.LiteralValue(ProjectText::kProjectSection, key).value_or(String());
   };
   const String format = value(u"Format"), name = value(u"Name"), database = value(u"Database");
-  if (format.empty()) Refuse(file, "is not a project file.", FailureNumber::RefusedInput);
-  if (format != u"1")
-    Refuse(file, "was made by a newer version of Talvane. Use that version.", FailureNumber::RefusedInput);
+  if (format.empty()) Refuse(file, TextNumber::kNoProjectFile);
+  if (format != u"1") Refuse(file, TextNumber::kProjectFileTooNew);
   if (name.empty() || database.empty())
-    Refuse(file,
-           "is damaged: its section [Project] lacks the name or the database. Restore it from a backup.",
-           FailureNumber::DeviceFailed);
+    Refuse(file, TextNumber::kProjectFileDamaged, FailureNumber::DeviceFailed);
   return {name, (file.parent_path() / ToUtf8(database)).lexically_normal()};
 }
 

@@ -3,6 +3,8 @@
 #include <iterator>
 
 #include "platform/Failure.h"
+#include "platform/ReasonTexts.h"
+#include "runtime/Texts.h"
 
 namespace Talvane40 {
 namespace {
@@ -56,16 +58,16 @@ constexpr const char* kVersions[] = {
 constexpr std::int64_t kVersion = std::size(kVersions);
 constexpr std::int64_t kApplicationId = 1414943540;  // "TVS4"
 
-[[noreturn]] void Refuse(const Runtime::Database& database, StringView why) {
+[[noreturn]] void Refuse(const Runtime::Database& database, std::int32_t text, StringView reason = {}) {
   throw Failure(FailureNumber::DeviceFailed, u"Talvane40",
-                u"The project database " + FromUtf8(database.File()) + String(why));
+                Runtime::TextOf(text, FromUtf8(database.File()), reason));
 }
 
 // The version of a project's database that this program can use or upgrade.
 std::int64_t VersionOf(Runtime::Database& database) {
   const std::int64_t version = database.Number("PRAGMA user_version");
-  if (version > kVersion) Refuse(database, u" was made by a newer version of Talvane. Use that version.");
-  if (version < 1) Refuse(database, u" is damaged: it has no version. Restore it from a backup.");
+  if (version > kVersion) Refuse(database, TextNumber::kProjectDatabaseTooNew);
+  if (version < 1) Refuse(database, TextNumber::kProjectDatabaseDamaged);
   return version;
 }
 
@@ -81,14 +83,14 @@ void CreateTables(Runtime::Database& database) {
 
 void RequireCurrentTables(Runtime::Database& database) {
   if (database.Number("PRAGMA application_id") != kApplicationId)
-    Refuse(database, u" is the database of another program, or empty. Restore it from a backup.");
+    Refuse(database, TextNumber::kProjectDatabaseForeign);
   if (VersionOf(database) == kVersion) return;
   try {
     Runtime::Transaction transaction(database);
     UpgradeFrom(database, VersionOf(database));  // again: another process may have upgraded it
     transaction.Commit();
   } catch (const Failure& failure) {
-    Refuse(database, u" is of a former version and can't be upgraded: " + failure.Description());
+    Refuse(database, TextNumber::kProjectDatabaseNotUpgraded, failure.Description());
   }
 }
 

@@ -286,6 +286,17 @@ TEST_F(MailboxCommands, AFullDiskAndADamagedProjectGiveTryAgainAndTheReason) {
   WriteFile(database, "damaged");
   program.Expect({{"mailbox change Apollo --user ann --password-file password", 75, "",
                    "\n" + database + " is no database; restore it"}});
+  program.UseCopy();
+  const std::string show = "tvmail project show apollo.TVS";
+  const std::pair<std::string, const char*> rows[] = {
+      {"LC_ALL=de_DE.UTF-8 " + show, "apollo.db ist keine Datenbank; stellen Sie"},
+      {"LC_ALL=ja_JP.UTF-8 " + show, "apollo.db はデータベースではありません。"},
+      {"LC_ALL=ja_JP.UTF-8 tvmail project show $(printf 'x%.0s' {1..300})", ": ファイル名が長すぎます"},
+      // Without its catalogues the program has its English texts.
+      {"rm $(dirname $(which tvmail))/../lib/TvMailRes.*; LC_ALL=ja_JP.UTF-8 " + show,
+       "apollo.db is no database; restore it"},
+  };
+  for (const auto& [line, reason] : rows) EXPECT_PRED2(Holds, program.Shell(line).Errors, reason);
   // What a limit leaves unfinished is reported, and completed by the next call.
   for (const std::string limit : {"16", "32", "40"}) {
     const std::string home = "export TALVANE_HOME=$PWD/" + limit + "; ";

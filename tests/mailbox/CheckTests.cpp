@@ -41,7 +41,7 @@ TEST(ProjectCheck, ShowsWhyAPathIsRefusedAndLeavesTheProjectLibraryAlone) {
   String mailBox = u"New";
   EXPECT_FALSE(CheckProjectCredentials(world.PathOf("Missing.TVS"), u"ann", u"word", mailBox, nullptr));
   EXPECT_EQ(1u, world.Boxes().size());
-  EXPECT_EQ((Strings{"TvGeneralServices.Files", "TvResourceServices.Resource"}), world.Services.Created);
+  EXPECT_EQ(Strings{"TvGeneralServices.Files"}, world.Services.Created);
 }
 
 TEST(ProjectCheck, NamesTheMailBoxBeforeItAsksWhetherOneIsAllowed) {

@@ -5,7 +5,7 @@
 #include <set>
 #include <span>
 
-#include "platform/StoredNames.h"
+#include "platform/ReasonTexts.h"
 #include "tests/support/World.h"
 
 namespace Tests {
@@ -40,11 +40,14 @@ class Catalogue : public testing::TestWithParam<std::string> {
 };
 
 TEST_P(Catalogue, HasExactlyTheTextsThatTheComponentUses) {
+  std::vector<TextNumber::CatalogueText> programs(std::begin(TextNumber::kProgramTexts),
+                                                  std::end(TextNumber::kProgramTexts));
+  programs.insert(programs.end(), std::begin(TextNumber::kReasonTexts), std::end(TextNumber::kReasonTexts));
   const std::pair<std::string, std::span<const TextNumber::CatalogueText>> catalogues[] = {
       {"TvEmailServicesRes.", TextNumber::kComponentTexts},
       {"TvComRes.", TextNumber::kSharedTexts},
       {"TvDesktopRes.", TextNumber::kDesktopTexts},
-      {"TvMailRes.", TextNumber::kProgramTexts}};
+      {"TvMailRes.", programs}};
   for (const auto& [stem, listed] : catalogues) {
     const Texts english = ReadCatalogue(stem + "en.txt"), own = ReadCatalogue(stem + GetParam() + ".txt");
     EXPECT_EQ(listed.size(), own.size());

@@ -1,0 +1,190 @@
+// ReasonTexts: the numbers of the texts that tell why a file, a store, a project or an entry is refused.
+// resources/TvMailRes.en.txt has them in English, with the meaning of their arguments.
+#pragma once
+
+#include <cstdint>
+
+#include "platform/StoredNames.h"
+
+namespace Platform::TextNumber {
+
+// Why a system call failed, as the system's errno says.
+inline constexpr std::int32_t kNoSpaceLeft = 21000;
+inline constexpr std::int32_t kPermissionMissing = 21001;
+inline constexpr std::int32_t kReadOnlyDisk = 21002;
+inline constexpr std::int32_t kNoSuchFile = 21003;
+inline constexpr std::int32_t kNotAFolder = 21004;
+inline constexpr std::int32_t kIsAFolder = 21005;
+inline constexpr std::int32_t kDiskFault = 21006;
+inline constexpr std::int32_t kOverFileSize = 21007;
+inline constexpr std::int32_t kOverFileSizeLimit = 21008;
+inline constexpr std::int32_t kOverQuota = 21009;
+inline constexpr std::int32_t kInUse = 21010;
+inline constexpr std::int32_t kTooManyFilesOpen = 21011;
+inline constexpr std::int32_t kNameTooLong = 21012;
+inline constexpr std::int32_t kNotEnoughMemory = 21013;
+
+// Why a file can't be used.
+inline constexpr std::int32_t kPathMissing = 21020;
+inline constexpr std::int32_t kPathTaken = 21021;
+inline constexpr std::int32_t kNotReached = 21022;
+inline constexpr std::int32_t kNotWritten = 21023;
+inline constexpr std::int32_t kNotOpened = 21024;
+inline constexpr std::int32_t kNotCreated = 21025;
+inline constexpr std::int32_t kFolderTakesNoFile = 21026;
+inline constexpr std::int32_t kOwnerNotSet = 21027;
+inline constexpr std::int32_t kNotSynced = 21028;
+inline constexpr std::int32_t kNotReplaced = 21029;
+inline constexpr std::int32_t kFolderNotFile = 21030;
+inline constexpr std::int32_t kNoOrdinaryFile = 21031;
+inline constexpr std::int32_t kMoreBytesThanAllowed = 21032;
+inline constexpr std::int32_t kWouldBeTooLarge = 21033;
+inline constexpr std::int32_t kNotReleased = 21034;
+inline constexpr std::int32_t kNotSaved = 21035;
+inline constexpr std::int32_t kSavedUnsafely = 21036;
+
+// Why a database or the registry can't be used.
+inline constexpr std::int32_t kNoDatabase = 21040;
+inline constexpr std::int32_t kDatabaseDamaged = 21041;
+inline constexpr std::int32_t kDatabaseInUse = 21042;
+inline constexpr std::int32_t kDatabaseReadOnly = 21043;
+inline constexpr std::int32_t kDatabaseDiskFull = 21044;
+inline constexpr std::int32_t kDatabaseNotOpened = 21045;
+inline constexpr std::int32_t kDatabaseFailed = 21046;
+inline constexpr std::int32_t kDatabaseWithoutItsContent = 21047;
+inline constexpr std::int32_t kNoRegistry = 21048;
+inline constexpr std::int32_t kRegistryNoFile = 21049;
+inline constexpr std::int32_t kRegistryEmpty = 21050;
+inline constexpr std::int32_t kRegistryOfAnotherKind = 21051;
+inline constexpr std::int32_t kRegistryFormatUnknown = 21052;
+inline constexpr std::int32_t kRegistryOpenToOthers = 21053;
+inline constexpr std::int32_t kRegistryOfAnotherUser = 21054;
+
+// Why a project can't be opened, created or changed.
+inline constexpr std::int32_t kNoProjectPath = 21060;
+inline constexpr std::int32_t kNoProjectFile = 21061;
+inline constexpr std::int32_t kNoProperName = 21062;
+inline constexpr std::int32_t kProjectFileTooNew = 21063;
+inline constexpr std::int32_t kProjectFileDamaged = 21064;
+inline constexpr std::int32_t kProjectDatabaseMissing = 21065;
+inline constexpr std::int32_t kProjectDatabaseNoFile = 21066;
+inline constexpr std::int32_t kProjectDatabaseForeign = 21067;
+inline constexpr std::int32_t kProjectDatabaseTooNew = 21068;
+inline constexpr std::int32_t kProjectDatabaseDamaged = 21069;
+inline constexpr std::int32_t kWrongLogon = 21070;
+inline constexpr std::int32_t kProjectFileExists = 21071;
+inline constexpr std::int32_t kProjectFolderMissing = 21072;
+inline constexpr std::int32_t kUserExists = 21073;
+inline constexpr std::int32_t kProjectName = 21074;
+inline constexpr std::int32_t kUserName = 21075;
+inline constexpr std::int32_t kDiscussionTitle = 21076;
+inline constexpr std::int32_t kNameEmpty = 21077;
+inline constexpr std::int32_t kNameTooLarge = 21078;
+inline constexpr std::int32_t kNameWithControl = 21079;
+inline constexpr std::int32_t kNameWithBackslash = 21080;
+inline constexpr std::int32_t kPasswordEmpty = 21081;
+inline constexpr std::int32_t kPasswordTooLong = 21082;
+inline constexpr std::int32_t kPasswordCharacters = 21083;
+inline constexpr std::int32_t kPasswordBlanks = 21084;
+inline constexpr std::int32_t kPasswordHashDamaged = 21085;
+inline constexpr std::int32_t kProjectDatabaseNotUpgraded = 21086;
+
+// Why an e-mail address is refused.
+inline constexpr std::int32_t kAddressRefused = 21090;
+inline constexpr std::int32_t kAddressWithControl = 21091;
+inline constexpr std::int32_t kAddressWithoutAt = 21092;
+inline constexpr std::int32_t kAddressTooLong = 21093;
+inline constexpr std::int32_t kLocalPartMissing = 21094;
+inline constexpr std::int32_t kLocalPartTooLong = 21095;
+inline constexpr std::int32_t kLocalPartUnescaped = 21096;
+inline constexpr std::int32_t kLocalPartUnquoted = 21097;
+inline constexpr std::int32_t kDomainMissing = 21098;
+inline constexpr std::int32_t kDomainLiteral = 21099;
+inline constexpr std::int32_t kNoDomain = 21100;
+
+inline constexpr CatalogueText kReasonTexts[] = {{kNoSpaceLeft},
+                                                 {kPermissionMissing},
+                                                 {kReadOnlyDisk},
+                                                 {kNoSuchFile},
+                                                 {kNotAFolder},
+                                                 {kIsAFolder},
+                                                 {kDiskFault},
+                                                 {kOverFileSize},
+                                                 {kOverFileSizeLimit, 1},
+                                                 {kOverQuota},
+                                                 {kInUse},
+                                                 {kTooManyFilesOpen},
+                                                 {kNameTooLong},
+                                                 {kNotEnoughMemory},
+                                                 {kPathMissing, 1},
+                                                 {kPathTaken, 1},
+                                                 {kNotReached, 2},
+                                                 {kNotWritten, 2},
+                                                 {kNotOpened, 2},
+                                                 {kNotCreated, 2},
+                                                 {kFolderTakesNoFile, 2},
+                                                 {kOwnerNotSet, 2},
+                                                 {kNotSynced, 2},
+                                                 {kNotReplaced, 2},
+                                                 {kFolderNotFile, 1},
+                                                 {kNoOrdinaryFile, 1},
+                                                 {kMoreBytesThanAllowed, 2},
+                                                 {kWouldBeTooLarge, 2},
+                                                 {kNotReleased, 2},
+                                                 {kNotSaved, 2},
+                                                 {kSavedUnsafely, 2},
+                                                 {kNoDatabase, 1},
+                                                 {kDatabaseDamaged, 1},
+                                                 {kDatabaseInUse, 1},
+                                                 {kDatabaseReadOnly, 1},
+                                                 {kDatabaseDiskFull, 1},
+                                                 {kDatabaseNotOpened, 1},
+                                                 {kDatabaseFailed, 2},
+                                                 {kDatabaseWithoutItsContent, 2},
+                                                 {kNoRegistry, 2},
+                                                 {kRegistryNoFile, 1},
+                                                 {kRegistryEmpty, 1},
+                                                 {kRegistryOfAnotherKind, 1},
+                                                 {kRegistryFormatUnknown, 2},
+                                                 {kRegistryOpenToOthers, 1},
+                                                 {kRegistryOfAnotherUser, 2},
+                                                 {kNoProjectPath},
+                                                 {kNoProjectFile, 1},
+                                                 {kNoProperName, 1},
+                                                 {kProjectFileTooNew, 1},
+                                                 {kProjectFileDamaged, 1},
+                                                 {kProjectDatabaseMissing, 1},
+                                                 {kProjectDatabaseNoFile, 1},
+                                                 {kProjectDatabaseForeign, 1},
+                                                 {kProjectDatabaseTooNew, 1},
+                                                 {kProjectDatabaseDamaged, 1},
+                                                 {kWrongLogon},
+                                                 {kProjectFileExists, 1},
+                                                 {kProjectFolderMissing, 1},
+                                                 {kUserExists, 1},
+                                                 {kProjectName},
+                                                 {kUserName},
+                                                 {kDiscussionTitle},
+                                                 {kNameEmpty, 1},
+                                                 {kNameTooLarge, 1},
+                                                 {kNameWithControl, 1},
+                                                 {kNameWithBackslash, 1},
+                                                 {kPasswordEmpty},
+                                                 {kPasswordTooLong},
+                                                 {kPasswordCharacters},
+                                                 {kPasswordBlanks},
+                                                 {kPasswordHashDamaged},
+                                                 {kProjectDatabaseNotUpgraded, 2},
+                                                 {kAddressRefused, 2},
+                                                 {kAddressWithControl},
+                                                 {kAddressWithoutAt},
+                                                 {kAddressTooLong},
+                                                 {kLocalPartMissing},
+                                                 {kLocalPartTooLong},
+                                                 {kLocalPartUnescaped},
+                                                 {kLocalPartUnquoted},
+                                                 {kDomainMissing},
+                                                 {kDomainLiteral},
+                                                 {kNoDomain}};
+
+}  // namespace Platform::TextNumber
