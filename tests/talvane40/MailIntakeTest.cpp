@@ -156,8 +156,14 @@ TEST_F(Intake, FindsTheUserThatTheComponentTakesForTheSender) {
   EXPECT_FALSE(intake.FindSender(u"ben@example.org").MailAccepted);
 }
 
+// No database is open here when another process is started, which must not use it.
+class IntakeOfProcesses : public testing::Test {
+ protected:
+  ProjectWorld world;
+};
+
 // Another connection holds the write lock until all writers of a mail wait for it.
-TEST_F(Intake, ThreadsAndProcessesWithTheSameMailAtTheSameTimeStoreItOnce) {
+TEST_F(IntakeOfProcesses, ThreadsAndProcessesWithTheSameMailAtTheSameTimeStoreItOnce) {
   constexpr int kMails = 10, kWriters = 3;
   const SharedCount locked, waiting, handled, stored;
   const auto deliverAll = [&](const MailIntake& by, Project& to) {
@@ -173,10 +179,10 @@ TEST_F(Intake, ThreadsAndProcessesWithTheSameMailAtTheSameTimeStoreItOnce) {
     }
   };
   const pid_t process = StartProcess([&] { deliverAll(NewIntake(world.Path), *world.Open()); });
-  const MailIntake other = NewIntake(world.Path);
-  const std::shared_ptr<Project> otherProject = world.Open();
-  std::thread threads[] = {std::thread([&] { deliverAll(other, *otherProject); }),
-                           std::thread([&] { deliverAll(intake, *project); })};
+  const MailIntake intakes[] = {NewIntake(world.Path), NewIntake(world.Path)};
+  const std::shared_ptr<Project> projects[] = {world.Open(), world.Open()};
+  std::thread threads[] = {std::thread([&] { deliverAll(intakes[0], *projects[0]); }),
+                           std::thread([&] { deliverAll(intakes[1], *projects[1]); })};
   Runtime::Database holder(world.Database().string());
   for (int mail = 1; mail <= kMails; ++mail) {
     handled.WaitFor(kWriters * (mail - 1));
@@ -191,7 +197,7 @@ TEST_F(Intake, ThreadsAndProcessesWithTheSameMailAtTheSameTimeStoreItOnce) {
   EXPECT_EQ(world.Replies().size(), std::size_t{kMails});
 }
 
-TEST_F(Intake, AProcessKilledAtAnyPointAndItsMailsDeliveredAgainStoreEachOnce) {
+TEST_F(IntakeOfProcesses, AProcessKilledAtAnyPointAndItsMailsDeliveredAgainStoreEachOnce) {
   constexpr int kMails = 400, kRounds = 25;
   const SharedCount shared;
   std::atomic<int>& delivered = *shared;  // by the process of this round
