@@ -33,8 +33,8 @@ mail() {
 mail good alice@apollo.example "Friday works for me."
 mail refused mallory@elsewhere.example "Nobody knows me."
 mail deferred alice@apollo.example "The disk was away."
-# A part of the answer to the sender of a refused mail.
-sentence='Talvane had a problem'
+# What precedes the reason in the answer to the sender of a refused mail.
+sentence='refused: '
 replied() { as_talvane $tvmail project show $project | grep -q "$1"; }
 project_away() { mv $project $project.away; }
 project_back() { mv $project.away $project; }
