@@ -28,7 +28,7 @@ std::size_t EndOfQuotes(std::string_view text, std::size_t begin) {
   return std::string_view::npos;
 }
 
-// True for what may stand in front of an address in angle brackets: words, quoted strings and encoded words.
+// True for what may precede an address in angle brackets: words, quoted strings and encoded words.
 // Any other "@", bracket or separator could be read as another address.
 bool IsDisplayName(std::string_view text) {
   for (std::size_t i = 0; i < text.size();) {

@@ -20,23 +20,23 @@ constexpr std::size_t kMostLines = 80;
 
 struct Line {
   std::size_t Begin;  // position in the text
-  String Words;       // without quote signs and with single blanks; empty for a blank line
+  String Text;        // without quote signs and with single blanks; empty for a blank line
 };
 
-String WordsOf(StringView line) {
-  String words;
+String WithoutQuoteSigns(StringView line) {
+  String text;
   bool quoted = true;
   for (const char16_t c : line) {
     if (IsInvisible(c) || (quoted && (IsQuoteSign(c) || IsBlank(c)))) continue;
     quoted = false;
     if (!IsBlank(c)) {
-      words += c;
-    } else if (!words.ends_with(u' ')) {
-      words += u' ';
+      text += c;
+    } else if (!text.ends_with(u' ')) {
+      text += u' ';
     }
   }
-  if (words.ends_with(u' ')) words.pop_back();
-  return words;
+  if (text.ends_with(u' ')) text.pop_back();
+  return text;
 }
 
 // The last lines of a text, read on demand. Line 0 is the last one. Consecutive blank lines count as one.
@@ -49,7 +49,7 @@ class LastLines {
     return at < lines_.size();
   }
   const Line& operator[](std::size_t at) const { return lines_[at]; }
-  bool HasBlank(std::size_t at) { return Has(at) && lines_[at].Words.empty(); }
+  bool HasBlank(std::size_t at) { return Has(at) && lines_[at].Text.empty(); }
 
  private:
   void ReadOne() {
@@ -58,11 +58,11 @@ class LastLines {
     if (end > 0 && rest_.substr(end - 1).starts_with(u"\r\n")) --end;
     std::size_t begin = end;
     while (begin > 0 && !IsLineEnd(rest_[begin - 1])) --begin;
-    String words = WordsOf(rest_.substr(begin, end - begin));
-    if (words.empty() && !lines_.empty() && lines_.back().Words.empty()) {
+    String text = WithoutQuoteSigns(rest_.substr(begin, end - begin));
+    if (text.empty() && !lines_.empty() && lines_.back().Text.empty()) {
       lines_.back().Begin = begin;
     } else {
-      lines_.push_back({begin, std::move(words)});
+      lines_.push_back({begin, std::move(text)});
     }
     rest_ = rest_.substr(0, begin);
   }
@@ -77,11 +77,11 @@ std::size_t SentenceLength(LastLines& lines, std::size_t at) {
   for (const SentenceBegin begin : {SentenceBegin::Sure, SentenceBegin::Name}) {
     String sentence;
     for (std::size_t i = at; lines.Has(i) && i < at + kMostSentenceLines; ++i) {
-      const String& words = lines[i].Words;
-      const bool ended = i > at && !words.empty() && IsOneOf(words.back(), u".!?");
-      if (words.empty() || ended || words.size() > kLongestLine) break;
+      const String& text = lines[i].Text;
+      const bool ended = i > at && !text.empty() && IsOneOf(text.back(), u".!?");
+      if (text.empty() || ended || text.size() > kLongestLine) break;
       if (!sentence.empty()) sentence.insert(0, u" ");
-      sentence.insert(0, words);
+      sentence.insert(0, text);
       // Without a time, the first of several lines could be the writer's own: "On 2 Nov 2026 I come".
       const bool sure = i == at || begin == SentenceBegin::Name || HoldsTime(sentence);
       if (sure && IsAttributionSentence(sentence, begin)) return i + 1 - at;
@@ -100,11 +100,11 @@ bool IsAmong(StringView alternatives, StringView word) {
 }
 
 // The name of a header line, without the asterisks of bold text; empty for any other line.
-StringView HeaderName(StringView words) {
+StringView HeaderName(StringView text) {
   constexpr std::size_t kLongestName = 30;
-  const auto colon = words.substr(0, kLongestName).find_first_of(u":\uFF1A");
+  const auto colon = text.substr(0, kLongestName).find_first_of(u":\uFF1A");
   if (colon == StringView::npos) return {};
-  StringView name = words.substr(0, colon);
+  StringView name = text.substr(0, colon);
   name = name.substr(0, name.find_last_not_of(u" *") + 1);
   return name.substr(std::min(name.find_first_not_of(u'*'), name.size()));
 }
@@ -127,9 +127,9 @@ struct HeaderBlock {
 };
 
 // True if the line above a line without a name is so long that its value was continued there.
-bool IsWrapped(StringView above, StringView words) {
+bool IsWrapped(StringView above, StringView text) {
   constexpr std::size_t kNarrowest = 65, kWidest = 80;
-  return above.size() <= kWidest && above.size() + 1 + std::min(words.find(u' '), words.size()) > kNarrowest;
+  return above.size() <= kWidest && above.size() + 1 + std::min(text.find(u' '), text.size()) > kNarrowest;
 }
 
 // The header lines of one language from at on, upwards. A value that is too long for its line is continued on
@@ -140,16 +140,16 @@ HeaderBlock HeaderLines(LastLines& lines, std::size_t at, const AttributionLangu
   HeaderBlock block;
   std::size_t continuations = 0;
   for (std::size_t i = at; lines.Has(i) && continuations <= kMostContinuations; ++i) {
-    const StringView words = lines[i].Words;
-    const unsigned kind = KindOf(colons ? HeaderName(words) : words.substr(0, words.find(u' ')), language);
+    const StringView text = lines[i].Text;
+    const unsigned kind = KindOf(colons ? HeaderName(text) : text.substr(0, text.find(u' ')), language);
     if (kind != 0) {
       if (kind != kMore && (block.Names & kind) != 0) break;
-      block = {i + 1 - at, block.Names | kind, block.Dated || (kind == kDate && HoldsDate(words))};
+      block = {i + 1 - at, block.Names | kind, block.Dated || (kind == kDate && HoldsDate(text))};
       continuations = 0;
-    } else if (words.empty()) {
+    } else if (text.empty()) {
       if (continuations > 0) break;
     } else {
-      if (!lines.Has(i + 1) || !IsWrapped(lines[i + 1].Words, words)) break;
+      if (!lines.Has(i + 1) || !IsWrapped(lines[i + 1].Text, text)) break;
       ++continuations;
     }
   }
@@ -158,16 +158,16 @@ HeaderBlock HeaderLines(LastLines& lines, std::size_t at, const AttributionLangu
 
 // True for a separator: between dashes, a heading of the table. Above header lines also a text with a colon
 // at its end, such as "Alice wrote:", between dashes, and underscores or dashes alone.
-bool IsHeading(StringView words, bool aboveHeaders) {
+bool IsHeading(StringView text, bool aboveHeaders) {
   constexpr std::size_t kShortestRule = 8;
   const auto isRule = [](char16_t c) { return c == u'_' || IsDash(c); };
-  if (words.size() > kLongestLine) return false;
-  if (std::all_of(words.begin(), words.end(), isRule)) return aboveHeaders && words.size() >= kShortestRule;
+  if (text.size() > kLongestLine) return false;
+  if (std::all_of(text.begin(), text.end(), isRule)) return aboveHeaders && text.size() >= kShortestRule;
   std::size_t dashes[2] = {0, 0};
-  for (; IsDash(words.front()); ++dashes[0]) words.remove_prefix(1);
-  for (; IsDash(words.back()); ++dashes[1]) words.remove_suffix(1);
+  for (; IsDash(text.front()); ++dashes[0]) text.remove_prefix(1);
+  for (; IsDash(text.back()); ++dashes[1]) text.remove_suffix(1);
   if (dashes[0] == 0 || dashes[1] == 0) return false;
-  const String inner = Platform::Trim(words);
+  const String inner = Platform::Trim(text);
   if (aboveHeaders && inner.ends_with(u':')) return true;
   const auto languages = AttributionLanguages();
   return std::any_of(languages.begin(), languages.end(),
@@ -177,7 +177,7 @@ bool IsHeading(StringView words, bool aboveHeaders) {
 // The index after the heading above at; at if there is none.
 std::size_t PassHeading(LastLines& lines, std::size_t at, bool aboveHeaders) {
   const std::size_t heading = at + (lines.HasBlank(at) ? 1 : 0);
-  return lines.Has(heading) && IsHeading(lines[heading].Words, aboveHeaders) ? heading + 1 : at;
+  return lines.Has(heading) && IsHeading(lines[heading].Text, aboveHeaders) ? heading + 1 : at;
 }
 
 // The index after the header lines at `at` and their heading; at if there are none. Without a heading of the
