@@ -30,10 +30,9 @@ struct MailHeader {
   // size have limits: see MailLimits.
   std::vector<HeaderField> Fields;
 
-  // The sender's address if the mail has one From field, which names one address as RFC 5322 wants it, with
-  // one
-  // "@"; otherwise nothing. Programs that read another From field, or another address of it, than we do can't
-  // then have judged this one.
+  // The sender's address if the mail has exactly one From field, which names exactly one address as RFC 5322
+  // demands, with one "@"; otherwise nothing. So every program that checks the mail's origin reads this
+  // sender.
   std::optional<String> OnlySender;
 };
 

@@ -1,4 +1,4 @@
-// ReasonTexts: the numbers of the texts that tell why a file, a store, a project or an entry is refused.
+// ReasonTexts: the numbers of the texts that say why a file, a store, a project or an entry is refused.
 // resources/TvMailRes.en.txt has them in English, with the meaning of their arguments.
 #pragma once
 
@@ -8,7 +8,7 @@
 
 namespace Platform::TextNumber {
 
-// Why a system call failed, as the system's errno says.
+// Why a system call failed, by its errno.
 inline constexpr std::int32_t kNoSpaceLeft = 21000;
 inline constexpr std::int32_t kPermissionMissing = 21001;
 inline constexpr std::int32_t kReadOnlyDisk = 21002;

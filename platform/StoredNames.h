@@ -50,7 +50,7 @@ inline constexpr StringView kWritten = u"EMail";
 inline constexpr StringView kRead = u"Email";
 }  // namespace ProjectSection
 
-// The Message-ID of a notification that this host sends begins so, behind its angle bracket.
+// The Message-ID of a notification that this host sends begins with this text after its "<".
 namespace Notice {
 inline constexpr StringView kMessageIdStart = u"talvane.notice.";
 }  // namespace Notice

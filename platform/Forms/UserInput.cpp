@@ -9,7 +9,7 @@ namespace Platform {
 
 namespace {
 
-// In the user's language, and in English where the catalogue of the programs can't be had.
+// In the user's language, or in English if the catalogue of the programs can't be loaded.
 String RefusedEntryText() {
   static const char kHere = 0;
   try {
