@@ -8,7 +8,7 @@
 namespace Host {
 
 Platform::String AbsolutePath(const std::string& typed) {
-  if (typed.empty()) throw CommandError(WrongUse, "a file's name is empty: name the file");
+  if (typed.empty()) throw CommandError(WrongUse, Platform::TextNumber::kFileNameEmpty);
   const std::filesystem::path path = std::filesystem::absolute(typed);
   if (std::find(path.begin(), path.end(), "..") == path.end())
     return ArgumentText(path.lexically_normal().string());

@@ -17,8 +17,7 @@ std::optional<MailboxRecord> FindMailbox(StringView name) {
 
 MailboxRecord RequireMailbox(StringView name) {
   if (auto mailbox = FindMailbox(name)) return *mailbox;
-  throw CommandError(NotConfigured, u"there is no mailbox " + String(name) +
-                                        u": see tvmail mailbox list, or add it with tvmail mailbox add");
+  throw CommandError(NotConfigured, TextNumber::kMailboxUnknown, name);
 }
 
 }  // namespace Host

@@ -24,7 +24,7 @@ void RequireStore(Hive hive, ExitCode code) {
   const auto status = std::filesystem::status(std::filesystem::path(ToUtf8(file)), error);
   // For any other error, opening the store reports the reason.
   if (status.type() == std::filesystem::file_type::not_found)
-    throw CommandError(code, u"there is no store " + file + u": run tvmail init first, or mount its disk");
+    throw CommandError(code, TextNumber::kStoreMissing, file);
 }
 
 void RequireStores() {
@@ -33,7 +33,7 @@ void RequireStores() {
   const bool hasMailBoxes = RegistryStore::KeyExists(Hive::LocalMachine, RegistryPath::kMailBoxes);
   RequireStore(Hive::CurrentUser);
   if (!hasMailBoxes || !RegistryStore::KeyExists(Hive::CurrentUser, RegistryPath::kTalvane))
-    throw CommandError(NotConfigured, "the set-up of the stores is incomplete: run tvmail init first");
+    throw CommandError(NotConfigured, TextNumber::kSetUpIncomplete);
 }
 
 }  // namespace Host

@@ -67,7 +67,8 @@ int Main(int argc, char** argv) {
   } catch (const CLI::Success& help) {
     return Written(program.exit(help));
   } catch (const CLI::ParseError& error) {
-    // An unknown word is reported rather than the missing command.
+    // An unknown word is reported rather than the missing command. The parser's own sentences stay English,
+    // as the help that they refer to.
     const auto unknown = program.remaining(true);
     const std::string what = unknown.empty() ? error.what() : unknown.front() + " is unknown";
     return Explain(WrongUse, what + ": see --help of the command");

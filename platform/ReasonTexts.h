@@ -102,6 +102,52 @@ inline constexpr std::int32_t kDomainMissing = 21098;
 inline constexpr std::int32_t kDomainLiteral = 21099;
 inline constexpr std::int32_t kNoDomain = 21100;
 
+// Why options or input of a command are refused.
+inline constexpr std::int32_t kArgumentNotUtf8 = 21120;
+inline constexpr std::int32_t kArgumentWithControl = 21121;
+inline constexpr std::int32_t kSettingWithControl = 21122;
+inline constexpr std::int32_t kFileNameEmpty = 21123;
+inline constexpr std::int32_t kMailboxUnknown = 21124;
+inline constexpr std::int32_t kStoreMissing = 21125;
+inline constexpr std::int32_t kSetUpIncomplete = 21126;
+inline constexpr std::int32_t kOptionTooLong = 21127;
+inline constexpr std::int32_t kOptionLocked = 21128;
+inline constexpr std::int32_t kProjectPathWithBlanks = 21129;
+inline constexpr std::int32_t kUserNameWithBlanks = 21130;
+inline constexpr std::int32_t kPasswordWithBlanks = 21131;
+inline constexpr std::int32_t kProjectFixed = 21132;
+inline constexpr std::int32_t kProjectOptionMissing = 21133;
+inline constexpr std::int32_t kUserOptionMissing = 21134;
+inline constexpr std::int32_t kUserOptionEmpty = 21135;
+inline constexpr std::int32_t kNothingChanged = 21136;
+inline constexpr std::int32_t kMailboxBound = 21137;
+inline constexpr std::int32_t kMailboxIncomplete = 21138;
+inline constexpr std::int32_t kMailboxNotStored = 21139;
+inline constexpr std::int32_t kMailboxKept = 21140;
+inline constexpr std::int32_t kNoMapiProfileYet = 21141;
+inline constexpr std::int32_t kProfileNeedsMapi = 21142;
+inline constexpr std::int32_t kProfileUnknown = 21143;
+inline constexpr std::int32_t kOptionNeedsSmtp = 21144;
+inline constexpr std::int32_t kStoredTextWouldBeLost = 21145;
+inline constexpr std::int32_t kOutboundDisabled = 21146;
+inline constexpr std::int32_t kSettingsNotSaved = 21147;
+inline constexpr std::int32_t kProfileNameInvalid = 21148;
+inline constexpr std::int32_t kOptionsBeforeSubcommand = 21149;
+inline constexpr std::int32_t kInputEnded = 21150;
+inline constexpr std::int32_t kTransportNotGiven = 21151;
+inline constexpr std::int32_t kTransportOptionMissing = 21152;
+inline constexpr std::int32_t kSmtpOptionsWithMapi = 21153;
+inline constexpr std::int32_t kMapiOptionWithSmtp = 21154;
+inline constexpr std::int32_t kProfileOptionMissing = 21155;
+inline constexpr std::int32_t kHostOptionMissing = 21156;
+inline constexpr std::int32_t kAddressOptionMissing = 21157;
+
+// Why a source of deliver can't be read.
+inline constexpr std::int32_t kLargerThanMegabytes = 21170;
+inline constexpr std::int32_t kNoMbox = 21171;
+inline constexpr std::int32_t kStandardInputClosed = 21172;
+inline constexpr std::int32_t kFolderNoMaildir = 21173;
+
 inline constexpr CatalogueText kReasonTexts[] = {{kNoSpaceLeft},
                                                  {kPermissionMissing},
                                                  {kReadOnlyDisk},
@@ -185,6 +231,48 @@ inline constexpr CatalogueText kReasonTexts[] = {{kNoSpaceLeft},
                                                  {kLocalPartUnquoted},
                                                  {kDomainMissing},
                                                  {kDomainLiteral},
-                                                 {kNoDomain}};
+                                                 {kNoDomain},
+                                                 {kArgumentNotUtf8},
+                                                 {kArgumentWithControl, 1},
+                                                 {kSettingWithControl, 1},
+                                                 {kFileNameEmpty},
+                                                 {kMailboxUnknown, 1},
+                                                 {kStoreMissing, 1},
+                                                 {kSetUpIncomplete},
+                                                 {kOptionTooLong, 2},
+                                                 {kOptionLocked, 1},
+                                                 {kProjectPathWithBlanks},
+                                                 {kUserNameWithBlanks},
+                                                 {kPasswordWithBlanks},
+                                                 {kProjectFixed},
+                                                 {kProjectOptionMissing},
+                                                 {kUserOptionMissing},
+                                                 {kUserOptionEmpty},
+                                                 {kNothingChanged},
+                                                 {kMailboxBound, 2},
+                                                 {kMailboxIncomplete, 1},
+                                                 {kMailboxNotStored, 1},
+                                                 {kMailboxKept, 1},
+                                                 {kNoMapiProfileYet},
+                                                 {kProfileNeedsMapi},
+                                                 {kProfileUnknown, 2},
+                                                 {kOptionNeedsSmtp, 1},
+                                                 {kStoredTextWouldBeLost, 2},
+                                                 {kOutboundDisabled},
+                                                 {kSettingsNotSaved},
+                                                 {kProfileNameInvalid},
+                                                 {kOptionsBeforeSubcommand},
+                                                 {kInputEnded},
+                                                 {kTransportNotGiven},
+                                                 {kTransportOptionMissing},
+                                                 {kSmtpOptionsWithMapi},
+                                                 {kMapiOptionWithSmtp},
+                                                 {kProfileOptionMissing},
+                                                 {kHostOptionMissing},
+                                                 {kAddressOptionMissing},
+                                                 {kLargerThanMegabytes, 1},
+                                                 {kNoMbox},
+                                                 {kStandardInputClosed},
+                                                 {kFolderNoMaildir}};
 
 }  // namespace Platform::TextNumber

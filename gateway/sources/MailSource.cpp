@@ -13,7 +13,10 @@
 #include "mime/InputFile.h"
 #include "mime/Limits.h"
 #include "mime/Mbox.h"
+#include "platform/ReasonTexts.h"
 #include "platform/Text.h"
+#include "runtime/SystemReason.h"
+#include "runtime/Texts.h"
 
 namespace Gateway {
 namespace {
@@ -24,17 +27,25 @@ using Mime::InputFile;
 using Mime::kLargestMail;
 using Mime::MboxReader;
 
-constexpr const char* kNoMemory = "there is not enough memory";
+namespace TextNumber = Platform::TextNumber;
+
+std::string Text(std::int32_t number, const std::string& argument = {}) {
+  return Platform::ToUtf8(Runtime::TextOf(number, Platform::FromUtf8(argument)));
+}
+
+std::string NoMemory() {
+  return Text(TextNumber::kNotEnoughMemory);
+}
 
 RawMail Fault(const std::string& source, const std::string& reason) {
-  return {source, {}, "can't be read: " + reason, Outcome::Retry};
+  return {source, {}, Text(TextNumber::kMailUnreadable, reason), Outcome::Retry};
 }
 
 RawMail Checked(RawMail mail, std::size_t size) {
   if (size <= kLargestMail) return mail;
   return {mail.Source,
           {},
-          "is larger than " + std::to_string(kLargestMail >> 20) + " MB: send it without attachments",
+          Text(TextNumber::kLargerThanMegabytes, std::to_string(kLargestMail >> 20)),
           Outcome::Refused};
 }
 
@@ -59,9 +70,9 @@ bool ReadMbox(InputFile& file, const std::string& path, const MailSink& sink) {
       if (!reader.Next(bytes, size)) return true;
     } catch (const std::system_error& error) {
       // The part before the error is not the whole message.
-      return !StopWanted() && sink(Fault(source, error.code().message())).has_value();
+      return !StopWanted() && sink(Fault(source, Runtime::SystemReason(error.code().value()))).has_value();
     } catch (const std::bad_alloc&) {
-      if (!sink(Fault(source, kNoMemory))) return false;
+      if (!sink(Fault(source, NoMemory()))) return false;
       continue;
     }
     if (!sink(Checked({source, std::move(bytes), {}, Outcome::Retry, EnvelopeSender(reader.Sender(), true)},
@@ -80,12 +91,7 @@ bool ReadFile(const std::string& path, bool standardInput, Form form, const Mail
     if (mbox) return ReadMbox(file, path, sink);
     if (form == Form::Mbox) {
       if (file.PeekLine('\n').empty()) return true;
-      return sink({path,
-                   {},
-                   "is no mbox: its first line isn't \"From \" with a sender and a time; without --mbox it "
-                   "is read as one message",
-                   Outcome::Refused})
-          .has_value();
+      return sink({path, {}, Text(TextNumber::kNoMbox), Outcome::Refused}).has_value();
     }
     if (auto sender = Mime::SkipEnvelopeLine(file))
       mail.EnvelopeSender = EnvelopeSender(*std::move(sender), false);
@@ -94,9 +100,10 @@ bool ReadFile(const std::string& path, bool standardInput, Form form, const Mail
   } catch (const std::system_error& error) {
     if (StopWanted()) return false;
     const bool closed = standardInput && error.code() == std::errc::bad_file_descriptor;
-    mail = Fault(path, closed ? "standard input is closed" : error.code().message());
+    mail = Fault(
+        path, closed ? Text(TextNumber::kStandardInputClosed) : Runtime::SystemReason(error.code().value()));
   } catch (const std::bad_alloc&) {
-    mail = Fault(path, kNoMemory);
+    mail = Fault(path, NoMemory());
   }
   return sink(std::move(mail)).has_value();
 }
@@ -111,7 +118,7 @@ bool ReadMaildir(const fs::path& folder, const MailSink& sink) {
     for (; !error && entry != fs::directory_iterator(); entry.increment(error)) {
       if (!entry->path().filename().string().starts_with('.')) files.push_back(entry->path());
     }
-    if (error && !sink(Fault(part.string(), error.message()))) return false;
+    if (error && !sink(Fault(part.string(), Runtime::SystemReason(error.value())))) return false;
   }
   std::sort(files.begin(), files.end(),
             [](const fs::path& left, const fs::path& right) { return left.filename() < right.filename(); });
@@ -150,7 +157,7 @@ bool ReadMailSource(const std::string& path, StandardInput input, const MailSink
   if (!fs::is_directory(path, error))
     return ReadFile(path, false, IsInMaildir(path) ? Form::OneMail : Form::Recognise, sink);
   if (IsMaildir(path)) return ReadMaildir(path, sink);
-  return sink(Fault(path, "it is a folder, but no Maildir, which has the folders new and cur")).has_value();
+  return sink(Fault(path, Text(TextNumber::kFolderNoMaildir))).has_value();
 }
 
 }  // namespace Gateway

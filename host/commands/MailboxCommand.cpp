@@ -43,34 +43,24 @@ struct Logon {
 };
 
 // The component trims entries, and would then store a logon that doesn't open the project.
-void RequireNoBlanksAround(const String& text, const std::string& what) {
-  if (Trim(text) != text)
-    throw CommandError(DataRefused,
-                       "the " + what +
-                           " begins or ends with a blank, which a mailbox can't store: change it in the "
-                           "project");
+void RequireNoBlanksAround(const String& text, std::int32_t reason) {
+  if (Trim(text) != text) throw CommandError(DataRefused, reason);
 }
 
 Logon ReadLogon(const MailboxOptions& options, const std::optional<MailboxRecord>& former) {
-  if (former && options.Project)
-    throw CommandError(
-        WrongUse,
-        "a mailbox can't move to another project: omit --project, or delete the mailbox and add "
-        "it again");
+  if (former && options.Project) throw CommandError(WrongUse, TextNumber::kProjectFixed);
   Logon logon;
   if (!former) {
-    if (!options.Project) throw CommandError(WrongUse, "--project is missing: name the project's file");
+    if (!options.Project) throw CommandError(WrongUse, TextNumber::kProjectOptionMissing);
     logon.ProjectPath = AbsolutePath(*options.Project);
-    RequireNoBlanksAround(*logon.ProjectPath, "project's path");
+    RequireNoBlanksAround(*logon.ProjectPath, TextNumber::kProjectPathWithBlanks);
   }
-  if (!options.User && !former)
-    throw CommandError(WrongUse, "--user is missing: name the user who opens the project");
+  if (!options.User && !former) throw CommandError(WrongUse, TextNumber::kUserOptionMissing);
   logon.UserId = options.User ? ArgumentText(*options.User) : former->UserId;
-  if (logon.UserId.empty())
-    throw CommandError(WrongUse, "--user is empty: name the user who opens the project");
+  if (logon.UserId.empty()) throw CommandError(WrongUse, TextNumber::kUserOptionEmpty);
   logon.Password = ReadSecret(options.PasswordFile, "Password of " + ToUtf8(logon.UserId));
-  RequireNoBlanksAround(logon.UserId, "user name");
-  RequireNoBlanksAround(logon.Password, "password");
+  RequireNoBlanksAround(logon.UserId, TextNumber::kUserNameWithBlanks);
+  RequireNoBlanksAround(logon.Password, TextNumber::kPasswordWithBlanks);
   return logon;
 }
 
@@ -105,7 +95,7 @@ String Configure(MailHandler& handler, bool add, const String& name, const Objec
   if (toolkit) {
     toolkit->Finish();
     if (!configured || !toolkit->Accepted())
-      throw CommandError(CodeOf(watch, DataRefused), "nothing was changed, for the reason above");
+      throw CommandError(CodeOf(watch, DataRefused), TextNumber::kNothingChanged);
   } else if (!dialog->Shown()) {
     throw CommandError(CodeOf(watch, TryAgain), Runtime::TextOf(TextNumber::kDialogNotOpened));
   } else if (!configured || !dialog->Hidden()) {
@@ -118,18 +108,13 @@ String Configure(MailHandler& handler, bool add, const String& name, const Objec
 void RequireUnbound(const String& name) {
   const auto existing = FindMailbox(name);
   if (existing && existing->Complete())
-    throw CommandError(DataRefused, u"mailbox " + existing->Name + u" is bound to " + existing->ProjectPath +
-                                        u" already: change it with tvmail mailbox change");
+    throw CommandError(DataRefused, TextNumber::kMailboxBound, existing->Name, existing->ProjectPath);
 }
 
 // An incomplete record can't be changed; adding the mailbox again replaces it.
 MailboxRecord RequireComplete(const String& name) {
   MailboxRecord mailbox = RequireMailbox(name);
-  if (!mailbox.Complete())
-    throw CommandError(DataRefused,
-                       u"mailbox " + mailbox.Name +
-                           u" is incomplete: add it again with tvmail mailbox add, or delete it with "
-                           u"tvmail mailbox delete");
+  if (!mailbox.Complete()) throw CommandError(DataRefused, TextNumber::kMailboxIncomplete, mailbox.Name);
   return mailbox;
 }
 
@@ -155,8 +140,7 @@ int Store(const MailboxOptions& options, bool add) {
   if (add) RequireUnbound(bound);
   const FailureWatch watch;
   if (!handler.Mail().MailHandler_MboxUpdate(bound, session))
-    throw CommandError(CodeOf(watch, TryAgain),
-                       u"mailbox " + bound + u" wasn't stored, for the reason above");
+    throw CommandError(CodeOf(watch, TryAgain), TextNumber::kMailboxNotStored, bound);
 
   const MailboxRecord stored = RequireMailbox(bound);
   std::cout << "Mailbox " << TerminalLine(stored.Name) << " is bound to " << TerminalLine(stored.ProjectPath)
@@ -178,9 +162,7 @@ int Delete(const std::string& typedName, bool force) {
   handler.Mail().MailHandler_MboxDelete(mailbox.Name);
   // Without a path there is no project whose settings could remain.
   if (boxes->BoxCount() > 0 && !force && !mailbox.ProjectPath.empty())
-    throw CommandError(
-        TryAgain, u"mailbox " + mailbox.Name +
-                      u" was kept, for the reason above: try again, or delete the record alone with --force");
+    throw CommandError(TryAgain, TextNumber::kMailboxKept, mailbox.Name);
   // The component removes the settings from the project; the record is its host's. A remaining record would
   // still accept mail, be listed, and block the project's name.
   Gateway::RemoveMailbox(mailbox.Name);

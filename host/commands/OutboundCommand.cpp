@@ -38,16 +38,12 @@ void ChooseTransport(Form& form, UserInput& input, const std::string& transport)
   const std::int32_t wanted = EqualsIgnoreCase(ArgumentText(transport), u"mapi") ? kMapi : kSmtp;
   input.Choose(list, wanted);
   // Without a MAPI profile the dialog says so and goes back to SMTP.
-  if (list.ListIndex() != wanted)
-    throw CommandError(
-        DataRefused,
-        "--transport mapi can't be chosen without a MAPI profile: add one with tvmail outbound "
-        "add-profile");
+  if (list.ListIndex() != wanted) throw CommandError(DataRefused, TextNumber::kNoMapiProfileYet);
 }
 
 void ChooseProfile(Form& form, UserInput& input, const String& profile) {
   Control& list = form[u"cmbProfile"];
-  if (!list.Visible()) throw CommandError(WrongUse, "--profile belongs to MAPI: add --transport mapi");
+  if (!list.Visible()) throw CommandError(WrongUse, TextNumber::kProfileNeedsMapi);
   String known;
   for (std::size_t i = 0; i < list.List().size(); ++i) {
     if (EqualsIgnoreCase(list.List()[i], profile)) {
@@ -56,14 +52,13 @@ void ChooseProfile(Form& form, UserInput& input, const String& profile) {
     }
     known += (known.empty() ? u"" : u", ") + list.List()[i];
   }
-  throw CommandError(DataRefused, u"there is no MAPI profile " + profile + u": use one of " + known +
-                                      u", or add it with tvmail outbound add-profile");
+  throw CommandError(DataRefused, TextNumber::kProfileUnknown, profile, known);
 }
 
 void TypeSmtp(Form& form, UserInput& input, StringView box, const std::string& option,
               const std::optional<std::string>& text) {
   if (!text) return;
-  if (!form[box].Visible()) throw CommandError(WrongUse, option + " belongs to SMTP: add --transport smtp");
+  if (!form[box].Visible()) throw CommandError(WrongUse, TextNumber::kOptionNeedsSmtp, FromUtf8(option));
   TypeOption(form, input, box, option, ArgumentText(*text));
 }
 
@@ -82,16 +77,15 @@ void RequireSmtpShown(Form& form, const SendOptions& given) {
   for (const auto& [value, box, isGiven, option] : entries) {
     const String stored = Trim(key->Text(value));
     if (isGiven || stored.empty() || stored == form[box].Text()) continue;
-    throw CommandError(WrongUse, std::string(option) + " is missing: \"" + TerminalLine(stored) +
-                                     "\" is stored and would be lost; give it again, or another");
+    throw CommandError(WrongUse, TextNumber::kStoredTextWouldBeLost, FromUtf8(option),
+                       FromUtf8(TerminalLine(stored)));
   }
 }
 
 void Fill(const OutboundOptions& options, Form& form, UserInput& input) {
   Control& enabled = form[u"chkEnableEmail"];
   if (options.Enable || options.Disable) input.Check(enabled, options.Enable);
-  if (options.Send.Any() && enabled.Value() == 0)
-    throw CommandError(WrongUse, "outbound e-mail is disabled, so no transport would be saved: add --enable");
+  if (options.Send.Any() && enabled.Value() == 0) throw CommandError(WrongUse, TextNumber::kOutboundDisabled);
   const SendOptions& send = options.Send;
   if (send.Transport) ChooseTransport(form, input, *send.Transport);
   if (send.Profile) ChooseProfile(form, input, ArgumentText(*send.Profile));
@@ -179,15 +173,14 @@ int Configure(const OutboundOptions& options) {
   if (dialog && dialog->Shown())
     throw CommandError(Cancelled, Runtime::TextOf(TextNumber::kSettingsCancelled));
   if (dialog) throw CommandError(CodeOf(watch, TryAgain), Runtime::TextOf(TextNumber::kDialogNotOpened));
-  throw CommandError(CodeOf(watch, DataRefused), "the settings weren't saved, for the reason above");
+  throw CommandError(CodeOf(watch, DataRefused), TextNumber::kSettingsNotSaved);
 }
 
 int AddProfile(const std::string& typedName) {
   RequireStores();
   const String name = Trim(ArgumentText(typedName));
   if (!Runtime::RegistryStore::IsKeyName(name))
-    throw CommandError(DataRefused,
-                       "a profile's name has 1 to 255 characters and no backslash: choose another");
+    throw CommandError(DataRefused, TextNumber::kProfileNameInvalid);
   Runtime::RegistryStore::CreateKey(Hive::CurrentUser, String(RegistryPath::kMapiProfiles) + u"\\" + name);
   std::cout << "MAPI profile " << TerminalLine(name) << " is defined.\n";
   return Done;
@@ -206,12 +199,7 @@ void AddOutboundCommand(CLI::App& program, Invocation& invocation) {
     if (!invocation.Run)
       invocation.Run = [options] { return Configure(*options); };
     else if (options->Any())
-      invocation.Run = []() -> int {
-        throw CommandError(
-            WrongUse,
-            "options of outbound in front of a subcommand have no effect: run the commands one "
-            "after the other");
-      };
+      invocation.Run = []() -> int { throw CommandError(WrongUse, TextNumber::kOptionsBeforeSubcommand); };
   });
 
   CLI::App* show = outbound->add_subcommand("show", "Show the settings");

@@ -38,12 +38,10 @@ void TypeOption(Form& form, UserInput& input, StringView box, const std::string&
   Control& control = form[box];
   const std::int32_t limit = control.MaxLength();
   if (limit > 0 && text.size() > static_cast<std::size_t>(limit))
-    throw CommandError(DataRefused,
-                       option + " takes at most " + std::to_string(limit) + " characters: shorten it");
+    throw CommandError(DataRefused, TextNumber::kOptionTooLong, FromUtf8(option),
+                       FromUtf8(std::to_string(limit)));
   input.Focus(control);
-  if (!input.Type(control, text))
-    throw CommandError(WrongUse,
-                       option + " can't be changed now: omit it, or change the setting that locks it");
+  if (!input.Type(control, text)) throw CommandError(WrongUse, TextNumber::kOptionLocked, FromUtf8(option));
 }
 
 }  // namespace Host

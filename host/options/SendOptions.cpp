@@ -12,17 +12,13 @@ namespace {
 
 String AskText(const Terminal& terminal, StringView prompt) {
   const auto answer = terminal.ReadLine(prompt);
-  if (!answer) throw CommandError(Cancelled, "the input ended: nothing was changed");
+  if (!answer) throw CommandError(Cancelled, TextNumber::kInputEnded);
   return Trim(*answer);
 }
 
 void Ask(SendSettings& settings, const String& mapi, const String& smtp) {
   const Terminal terminal;
-  if (!terminal.Interactive())
-    throw CommandError(
-        WrongUse,
-        "the transport of the project's mail is missing: give --transport smtp with --host and "
-        "--address, or --transport mapi with --profile");
+  if (!terminal.Interactive()) throw CommandError(WrongUse, TextNumber::kTransportNotGiven);
   while (settings.Transport.empty()) {
     const String answer = AskText(terminal, u"Transport of the project's mail (smtp/mapi) [smtp]: ");
     if (answer.empty() || EqualsIgnoreCase(answer, u"smtp")) settings.Transport = smtp;
@@ -42,10 +38,7 @@ void RequireNoControls(const SendSettings& settings) {
   for (const String* setting :
        {&settings.HostName, &settings.Address, &settings.RealName, &settings.MapiProfile}) {
     if (HasControl(*setting))
-      throw CommandError(DataRefused,
-                         "\"" + TerminalLine(*setting) +
-                             "\", a setting for sending the project's mail, contains a line end or "
-                             "another control character: replace it with its option");
+      throw CommandError(DataRefused, TextNumber::kSettingWithControl, FromUtf8(TerminalLine(*setting)));
   }
 }
 
@@ -75,22 +68,18 @@ SendSettings ResolveSendSettings(const SendOptions& options, const SendSettings&
   if (options.Transport)
     settings.Transport = EqualsIgnoreCase(ArgumentText(*options.Transport), u"mapi") ? mapi : smtp;
   if (settings.Transport.empty() && !options.Any()) Ask(settings, mapi, smtp);
-  if (settings.Transport.empty()) throw CommandError(WrongUse, "--transport is missing: give smtp or mapi");
+  if (settings.Transport.empty()) throw CommandError(WrongUse, TextNumber::kTransportOptionMissing);
   const bool isMapi = settings.Transport == mapi;
   if (isMapi && (options.HostName || options.Address || options.RealName))
-    throw CommandError(WrongUse, "--host, --address and --real-name belong to --transport smtp: omit them");
-  if (!isMapi && options.Profile)
-    throw CommandError(WrongUse, "--profile belongs to --transport mapi: omit it");
+    throw CommandError(WrongUse, TextNumber::kSmtpOptionsWithMapi);
+  if (!isMapi && options.Profile) throw CommandError(WrongUse, TextNumber::kMapiOptionWithSmtp);
   Put(settings.HostName, options.HostName);
   Put(settings.Address, options.Address);
   Put(settings.RealName, options.RealName);
   Put(settings.MapiProfile, options.Profile);
-  if (isMapi && settings.MapiProfile.empty())
-    throw CommandError(WrongUse, "--profile is missing: name the MAPI profile that sends");
-  if (!isMapi && settings.HostName.empty())
-    throw CommandError(WrongUse, "--host is missing: name the SMTP host");
-  if (!isMapi && settings.Address.empty())
-    throw CommandError(WrongUse, "--address is missing: give the sender's e-mail address");
+  if (isMapi && settings.MapiProfile.empty()) throw CommandError(WrongUse, TextNumber::kProfileOptionMissing);
+  if (!isMapi && settings.HostName.empty()) throw CommandError(WrongUse, TextNumber::kHostOptionMissing);
+  if (!isMapi && settings.Address.empty()) throw CommandError(WrongUse, TextNumber::kAddressOptionMissing);
   RequireNoControls(settings);
   return settings;
 }

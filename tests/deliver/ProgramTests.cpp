@@ -89,6 +89,8 @@ TEST_F(Deliver, ReportsEachOutcomeByItsExitCodeAndReason) {
        ""},
       {"tvmail deliver Apollo enveloped", 0, "delivered (the reply is empty: the mail is encrypted", ""},
       {"LC_ALL=de_DE.UTF-8 tvmail deliver Apollo sealed", 0, "delivered (die Antwort ist leer: ", ""},
+      {"LC_ALL=de_DE.UTF-8 tvmail deliver Apollo missing", 75,
+       "to be tried again: ist nicht lesbar: Die Datei oder der Ordner ist nicht vorhanden", ""},
       {"tvmail deliver Apollo < /dev/null", 65, "(no Message-ID)  refused: ", ""},
       {"tvmail deliver Apollo junk", 65, "refused: ", ""},
       {"tvmail deliver Apollo long", 65, "is too large for a reply.\n", ""},

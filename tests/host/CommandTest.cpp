@@ -292,6 +292,7 @@ TEST_F(MailboxCommands, AFullDiskAndADamagedProjectGiveTryAgainAndTheReason) {
       {"LC_ALL=de_DE.UTF-8 " + show, "apollo.db ist keine Datenbank; stellen Sie"},
       {"LC_ALL=ja_JP.UTF-8 " + show, "apollo.db はデータベースではありません。"},
       {"LC_ALL=ja_JP.UTF-8 tvmail project show $(printf 'x%.0s' {1..300})", ": ファイル名が長すぎます"},
+      {"LC_ALL=de_DE.UTF-8 tvmail mailbox change Apollo --project x", "kann nicht zu einem anderen Projekt"},
       // Without its catalogues the program has its English texts.
       {"rm $(dirname $(which tvmail))/../lib/TvMailRes.*; LC_ALL=ja_JP.UTF-8 " + show,
        "apollo.db is no database; restore it"},
