@@ -1,11 +1,11 @@
 #!/bin/sh
-# Unpacks Debian's Postfix, Exim and procmail into a folder, for the tests of packaging/. They aren't installed: two
-# mail servers exclude each other, and an installed one would take over the machine's mail.
+# Unpacks Debian's Postfix, Exim, procmail and Dovecot into a folder, for the tests of packaging/ and of the queues. They
+# aren't installed: two mail servers exclude each other, and an installed one would take over the machine's mail.
 #   scripts/unpack-mail-servers.sh FOLDER
 set -eu
 folder=$1
 packages="postfix exim4-daemon-light procmail dovecot-core dovecot-imapd dovecot-pop3d"
-[ ! -e "$folder/complete" ] || exit 0
+[ "$(cat "$folder/complete" 2>/dev/null || true)" != "$packages" ] || exit 0
 rm -rf "$folder"
 mkdir -p "$folder"
 cd "$folder"
@@ -20,4 +20,4 @@ for package in $packages; do
   dpkg-deb -x "$package"_*.deb .
 done
 rm ./*.deb
-touch complete
+echo "$packages" >complete

@@ -39,7 +39,8 @@ platform: platform/Forms
 # has to get its line.
 foreign='
 sqlite3.h: runtime/Database.
-openssl/: siblings/OstrCipherCOM/ siblings/Talvane40/PasswordHash. mime/ gateway/delivery/Digest.
+openssl/: siblings/OstrCipherCOM/ siblings/Talvane40/PasswordHash. mime/ gateway/delivery/Digest. gateway/sources/TlsSession.
+libetpan/: gateway/sources/ImapSession.
 gmime/: mime/
 glib: mime/
 gio/: mime/
@@ -51,7 +52,7 @@ Q: desktop/
 qpa/: desktop/
 xcb/: desktop/
 '
-system='^(sys/|arpa/|pthread|unistd|fcntl|dlfcn|link|pwd|grp|poll|signal|spawn|termios|locale|langinfo|time|dirent|malloc|errno|stdio|stdlib|string|wctype)'
+system='^(sys/|arpa/|netinet/|netdb|pthread|unistd|fcntl|dlfcn|link|pwd|grp|poll|signal|spawn|termios|locale|langinfo|time|dirent|malloc|errno|stdio|stdlib|string|wctype)'
 
 find platform runtime siblings src mime gateway host desktop -name '*.cpp' -o -name '*.h' | sort |
   xargs grep -HE '^#include ' |

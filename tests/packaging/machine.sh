@@ -2,7 +2,7 @@
 # Runs a test as root of a machine of its own: processes, network (loopback alone), /etc, /usr/local, /srv, /var/lib and /var/mail
 # are private to it, with tvmail installed in /usr/local. So the commands of the documents run unchanged.
 #   machine.sh BUILD SOURCE TEST      77 if this user may not create such a machine
-# The test finds in its environment: SOURCE; SERVERS, the unpacked mail servers; and WORK, an empty folder.
+# The test finds in its environment: SOURCE; SERVERS, the unpacked mail servers; BUILD; and WORK, an empty folder.
 set -eu
 skip() { echo "skipped: $*"; exit 77; }
 build=$1
@@ -15,7 +15,8 @@ unshare --mount --net --pid --fork true 2>/dev/null || skip "on this system not 
 WORK=$(mktemp -d)
 trap 'rm -rf "$WORK"' EXIT
 chmod 755 "$WORK"
-export SOURCE SERVERS WORK
+BUILD=$build
+export SOURCE SERVERS WORK BUILD
 DESTDIR=$WORK/root cmake --install "$build" --prefix /usr/local >/dev/null
 mkdir -p "$WORK/root/etc" "$WORK/root/srv" "$WORK/root/var/lib" "$WORK/root/var/mail" "$WORK/test"
 for file in passwd group nsswitch.conf ld.so.cache ld.so.conf ld.so.conf.d services login.defs pam.d security alternatives; do
@@ -24,6 +25,7 @@ done
 echo "127.0.0.1 localhost" >"$WORK/root/etc/hosts"
 # The test runs from the copy, since a mount may hide the source.
 cp "$SOURCE"/tests/packaging/* "$WORK/test/"
+cp "$3" "$WORK/test/"
 unshare --mount --net --pid --fork --kill-child --mount-proc sh -eu -c '
   for folder in etc usr/local srv var/lib var/mail; do mount --bind "$WORK/root/$folder" "/$folder"; done
   ip link set lo up

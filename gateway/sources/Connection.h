@@ -1,0 +1,63 @@
+// Connection: a connection to a mail server, with limits of time and of bytes.
+#pragma once
+
+#include <chrono>
+#include <memory>
+#include <string>
+#include <string_view>
+
+#include "gateway/sources/HostLookup.h"
+#include "gateway/sources/Interruption.h"
+#include "gateway/sources/QueueSettings.h"
+#include "gateway/sources/TlsSession.h"
+
+namespace Gateway {
+
+// One thread. Every failure is raised with number 57 and ends the use of the connection. After an
+// interruption, all operations together have 0.8 s left, so that the mail under way can still be settled.
+class Connection {
+ public:
+  // Connects to the first address that answers, and begins the encryption if Security is Tls.
+  Connection(const QueueSettings& settings, int usualPort, const Interruption& interruption);
+
+  // "host:port", for failures.
+  const std::string& Name() const { return name_; }
+
+  // Encrypts from now on; both sides have agreed on it.
+  void StartTls();
+
+  // The server may send so many bytes from now on. They have the read timeout, and a second for each kB that
+  // is likely, to arrive.
+  void Expect(std::size_t bytes, std::size_t likely = 0);
+
+  // Reads at least one byte.
+  std::size_t Read(char* buffer, std::size_t size);
+
+  // Writes all bytes.
+  void Write(std::string_view bytes);
+
+  // Waits for input. Returns false after the time or an interruption.
+  bool WaitForInput(std::chrono::milliseconds longest);
+
+ private:
+  using Clock = std::chrono::steady_clock;
+
+  // Returns false if the server can't be reached at the address, with the reason.
+  bool Connect(const HostAddress& address, std::string& reason);
+
+  // Waits until the socket is ready. Returns false at the end of the time.
+  bool WaitUntil(short events, Clock::time_point end);
+  void Await(short events);
+  void Await(TlsSession::Result wanted);
+
+  const QueueSettings& settings_;
+  const Interruption& interruption_;
+  std::string name_;
+  Runtime::Descriptor socket_;
+  std::unique_ptr<TlsSession> tls_;
+  std::size_t allowed_ = 0;                                  // bytes that the server may still send
+  Clock::time_point arrived_ = Clock::time_point::max();     // when all of them must have arrived
+  Clock::time_point lastChance_ = Clock::time_point::max();  // the end of all waits after an interruption
+};
+
+}  // namespace Gateway

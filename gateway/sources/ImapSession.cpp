@@ -1,0 +1,347 @@
+#include "gateway/sources/ImapSession.h"
+
+#include <libetpan/libetpan.h>
+
+#include <algorithm>
+#include <exception>
+#include <new>
+#include <string_view>
+
+#include "gateway/sources/Connection.h"
+#include "gateway/sources/ImapFolderName.h"
+#include "gateway/sources/PasswordFile.h"
+#include "gateway/sources/SourceFailure.h"
+#include "mime/Limits.h"
+#include "platform/StoredNames.h"
+
+namespace Gateway {
+namespace {
+
+namespace TextNumber = Platform::TextNumber;
+
+// Bytes of answers. A server may add what changed in the mailbox to any of them.
+constexpr std::size_t kAnswer = std::size_t{1} << 20;
+constexpr std::size_t kSearchAnswer = std::size_t{16} << 20;  // 1.5 million unique ids
+
+template <auto Free>
+struct Deleter {
+  template <class T>
+  void operator()(T* object) const {
+    Free(object);
+  }
+};
+template <class T, auto Free>
+using Owned = std::unique_ptr<T, Deleter<Free>>;
+
+using UidSet = Owned<mailimap_set, mailimap_set_free>;
+
+template <class T>
+T* Made(T* object) {
+  if (!object) throw std::bad_alloc();
+  return object;
+}
+
+// What libetpan reads from and writes to. It is C, so a failure is kept until its function has returned.
+struct Stream {
+  Connection& Line;
+  std::exception_ptr Failure;
+
+  template <class Act>
+  ssize_t Do(Act act) {
+    if (Failure) return -1;
+    try {
+      return static_cast<ssize_t>(act());
+    } catch (...) {
+      Failure = std::current_exception();
+      return -1;
+    }
+  }
+};
+
+Stream& StreamOf(mailstream_low* low) {
+  return *static_cast<Stream*>(low->data);
+}
+
+mailstream_low_driver MakeDriver() {
+  mailstream_low_driver driver{};
+  driver.mailstream_read = [](mailstream_low* low, void* buffer, std::size_t size) {
+    Stream& stream = StreamOf(low);
+    return stream.Do([&] { return stream.Line.Read(static_cast<char*>(buffer), size); });
+  };
+  driver.mailstream_write = [](mailstream_low* low, const void* bytes, std::size_t size) {
+    Stream& stream = StreamOf(low);
+    return stream.Do([&] {
+      stream.Line.Write({static_cast<const char*>(bytes), size});
+      return size;
+    });
+  };
+  driver.mailstream_close = [](mailstream_low*) { return 0; };
+  driver.mailstream_get_fd = [](mailstream_low*) { return -1; };
+  driver.mailstream_free = [](mailstream_low* low) { free(low); };
+  return driver;
+}
+
+mailstream_low_driver streamDriver = MakeDriver();
+
+UidSet SetOf(const std::vector<std::uint32_t>& uids) {
+  UidSet set(Made(mailimap_set_new_empty()));
+  for (std::size_t at = 0; at < uids.size();) {
+    const std::size_t first = at++;
+    while (at < uids.size() && uids[at] == uids[at - 1] + 1) ++at;
+    if (mailimap_set_add_interval(set.get(), uids[first], uids[at - 1]) != MAILIMAP_NO_ERROR)
+      throw std::bad_alloc();
+  }
+  return set;
+}
+
+mailimap_search_key* SearchKey(int type) {
+  return Made(mailimap_search_key_new(type, nullptr, nullptr, nullptr, nullptr, nullptr, nullptr, nullptr,
+                                      nullptr, nullptr, nullptr, nullptr, nullptr, nullptr, nullptr, 0,
+                                      nullptr, nullptr, nullptr, nullptr, nullptr, nullptr, 0, nullptr,
+                                      nullptr, nullptr));
+}
+
+template <class Act>
+void ForEach(clist* list, Act act) {
+  for (clistiter* at = list ? clist_begin(list) : nullptr; at; at = clist_next(at)) act(clist_content(at));
+}
+
+// Calls the act with each fixed attribute of a mail in a FETCH answer.
+template <class Act>
+void ForEachAttribute(void* mail, Act act) {
+  ForEach(static_cast<mailimap_msg_att*>(mail)->att_list, [&](void* content) {
+    const auto* item = static_cast<mailimap_msg_att_item*>(content);
+    if (item->att_type == MAILIMAP_MSG_ATT_ITEM_STATIC && item->att_data.att_static)
+      act(*item->att_data.att_static);
+  });
+}
+
+}  // namespace
+
+struct ImapSession::Parts {
+  Parts(const QueueSettings& settings, const Interruption& interruption)
+      : Settings(settings),
+        Line(settings, settings.Security == QueueSecurity::Tls ? 993 : 143, interruption) {}
+
+  ~Parts() {
+    // A farewell whose answer isn't waited for.
+    ToServer.Do([&] {
+      Line.Write("0 LOGOUT\r\n");
+      return 0;
+    });
+    if (!ToServer.Failure) ToServer.Failure = std::make_exception_ptr(0);
+    if (Mails && (!Session || !Session->imap_stream)) mailstream_close(Mails);
+    if (Session) mailimap_free(Session);
+  }
+
+  // Raises what made a command fail: the connection's failure, or the server's reason with the text.
+  void Require(int result, std::int32_t text, const std::string& subject) {
+    if (result == MAILIMAP_NO_ERROR) return;
+    if (ToServer.Failure) std::rethrow_exception(ToServer.Failure);
+    std::string reason = Session->imap_response ? Session->imap_response : "";
+    if (reason.size() > 300) reason.resize(300);
+    if (result == MAILIMAP_ERROR_PARSE || result == MAILIMAP_ERROR_PROTOCOL || result == MAILIMAP_ERROR_FATAL)
+      RaiseSource(TextNumber::kAnswerNotUnderstood, Line.Name(), reason.empty() ? "IMAP" : reason);
+    RaiseSource(text, subject, reason.empty() ? "NO" : reason);
+  }
+  void Require(int result) { Require(result, TextNumber::kRequestRefused, Line.Name()); }
+
+  bool Offers(const char* capability) const { return mailimap_has_extension(Session, capability) != 0; }
+
+  void ReadCapabilities() {
+    mailimap_capability_data* read = nullptr;
+    Line.Expect(kAnswer);
+    Require(mailimap_capability(Session, &read));
+    mailimap_capability_data_free(read);
+  }
+
+  void AddFlag(std::uint32_t uid, mailimap_flag* flag) {
+    mailimap_flag_list* flags = Made(mailimap_flag_list_new_empty());
+    mailimap_flag_list_add(flags, Made(flag));
+    const Owned<mailimap_store_att_flags, mailimap_store_att_flags_free> change(
+        Made(mailimap_store_att_flags_new_add_flags_silent(flags)));
+    Line.Expect(kAnswer);
+    Require(mailimap_uid_store(Session, SetOf({uid}).get(), change.get()));
+  }
+
+  void Delete(std::uint32_t uid) {
+    AddFlag(uid, mailimap_flag_new_deleted());
+    Line.Expect(kAnswer);
+    if (Offers("UIDPLUS")) Require(mailimap_uid_expunge(Session, SetOf({uid}).get()));
+  }
+
+  const QueueSettings& Settings;
+  Connection Line;
+  Stream ToServer{Line, nullptr};
+  mailimap* Session = nullptr;
+  mailstream* Mails = nullptr;  // owned by Session as soon as that is connected
+};
+
+ImapSession::ImapSession(const QueueSettings& settings, const Interruption& interruption)
+    : parts_(new Parts(settings, interruption)) {
+  mailstream_low* low = Made(mailstream_low_new(&parts_->ToServer, &streamDriver));
+  parts_->Mails = Made(mailstream_new(low, 8192));
+  parts_->Session = Made(mailimap_new(0, nullptr));
+  LogOn();
+}
+
+ImapSession::~ImapSession() = default;
+
+void ImapSession::LogOn() {
+  mailimap* session = parts_->Session;
+  Connection& line = parts_->Line;
+  line.Expect(kAnswer);
+  const int greeting = mailimap_connect(session, parts_->Mails);
+  const bool known = greeting == MAILIMAP_NO_ERROR_AUTHENTICATED;
+  if (!known && greeting != MAILIMAP_NO_ERROR_NON_AUTHENTICATED)
+    parts_->Require(greeting == MAILIMAP_NO_ERROR ? MAILIMAP_ERROR_PARSE : greeting);
+  parts_->ReadCapabilities();
+  if (parts_->Settings.Security == QueueSecurity::StartTls) {
+    if (known || !parts_->Offers("STARTTLS")) RaiseSource(TextNumber::kNoStartTls, line.Name());
+    line.Expect(kAnswer);
+    parts_->Require(mailimap_starttls(session), TextNumber::kTlsFailed, line.Name());
+    // What came before the encryption may be another one's.
+    if (parts_->Mails->read_buffer_len > 0)
+      RaiseSource(TextNumber::kAnswerNotUnderstood, line.Name(), "STARTTLS");
+    line.StartTls();
+    parts_->ReadCapabilities();
+  }
+  if (known) return;
+  const std::string password = ReadPasswordFile(parts_->Settings.PasswordFile);
+  line.Expect(kAnswer);
+  parts_->Require(mailimap_login(session, parts_->Settings.User.c_str(), password.c_str()),
+                  TextNumber::kSourceLogonRefused, line.Name());
+  parts_->ReadCapabilities();
+}
+
+void ImapSession::Open(bool readOnly) {
+  const std::string& name = parts_->Settings.Mailbox;
+  const std::string sent = ImapFolderName(name);
+  parts_->Line.Expect(kAnswer);
+  parts_->Require(readOnly ? mailimap_examine(parts_->Session, sent.c_str())
+                           : mailimap_select(parts_->Session, sent.c_str()),
+                  TextNumber::kMailboxNotOpened, name);
+  if (!readOnly && parts_->Session->imap_selection_info->sel_perm == MAILIMAP_MAILBOX_READONLY)
+    RaiseSource(TextNumber::kMailboxReadOnly, name);
+}
+
+void ImapSession::RequireMailbox(const std::string& name) {
+  mailimap_status_att_list* wanted = Made(mailimap_status_att_list_new_empty());
+  const Owned<mailimap_status_att_list, mailimap_status_att_list_free> owned(wanted);
+  mailimap_status_att_list_add(wanted, MAILIMAP_STATUS_ATT_MESSAGES);
+  mailimap_mailbox_data_status* status = nullptr;
+  parts_->Line.Expect(kAnswer);
+  parts_->Require(mailimap_status(parts_->Session, ImapFolderName(name).c_str(), wanted, &status),
+                  TextNumber::kMailboxNotOpened, name);
+  if (status) mailimap_mailbox_data_status_free(status);
+}
+
+std::vector<std::uint32_t> ImapSession::Unread() {
+  const Owned<mailimap_search_key, mailimap_search_key_free> key(
+      Made(mailimap_search_key_new_multiple_empty()));
+  mailimap_search_key_multiple_add(key.get(), SearchKey(MAILIMAP_SEARCH_KEY_UNSEEN));
+  mailimap_search_key_multiple_add(key.get(), SearchKey(MAILIMAP_SEARCH_KEY_UNDELETED));
+  const auto* selection = parts_->Session->imap_selection_info;
+  std::vector<std::uint32_t> uids;
+  // The server may report a new mail behind the search's result, and doesn't do it again.
+  for (int attempt = 0; attempt < 3; ++attempt) {
+    const std::uint32_t before = selection->sel_exists;
+    clist* found = nullptr;
+    parts_->Line.Expect(kSearchAnswer);
+    parts_->Require(mailimap_uid_search(parts_->Session, nullptr, key.get(), &found));
+    uids.clear();
+    ForEach(found, [&](void* uid) { uids.push_back(*static_cast<std::uint32_t*>(uid)); });
+    if (found) mailimap_search_result_free(found);
+    if (selection->sel_exists == before) break;
+  }
+  std::sort(uids.begin(), uids.end());
+  uids.erase(std::unique(uids.begin(), uids.end()), uids.end());
+  return uids;
+}
+
+std::vector<ImapSession::Mail> ImapSession::Sizes(const std::vector<std::uint32_t>& uids) {
+  const Owned<mailimap_fetch_type, mailimap_fetch_type_free> wanted(
+      Made(mailimap_fetch_type_new_fetch_att_list_empty()));
+  mailimap_fetch_type_new_fetch_att_list_add(wanted.get(), Made(mailimap_fetch_att_new_uid()));
+  mailimap_fetch_type_new_fetch_att_list_add(wanted.get(), Made(mailimap_fetch_att_new_rfc822_size()));
+  clist* found = nullptr;
+  parts_->Line.Expect(kAnswer + uids.size() * 256);
+  parts_->Require(mailimap_uid_fetch(parts_->Session, SetOf(uids).get(), wanted.get(), &found));
+  std::vector<Mail> mails;
+  ForEach(found, [&](void* content) {
+    Mail mail;
+    ForEachAttribute(content, [&](const mailimap_msg_att_static& attribute) {
+      if (attribute.att_type == MAILIMAP_MSG_ATT_UID) mail.Uid = attribute.att_data.att_uid;
+      if (attribute.att_type == MAILIMAP_MSG_ATT_RFC822_SIZE) mail.Size = attribute.att_data.att_rfc822_size;
+    });
+    // An answer may also report other mails.
+    if (std::binary_search(uids.begin(), uids.end(), mail.Uid) && mail.Size > 0) mails.push_back(mail);
+  });
+  if (found) mailimap_fetch_list_free(found);
+  std::sort(mails.begin(), mails.end(), [](const Mail& a, const Mail& b) { return a.Uid < b.Uid; });
+  return mails;
+}
+
+bool ImapSession::Fetch(const Mail& mail, bool headerOnly, std::string& bytes) {
+  mailimap_section* section =
+      Made(headerOnly ? mailimap_section_new_header() : mailimap_section_new(nullptr));
+  const Owned<mailimap_fetch_type, mailimap_fetch_type_free> wanted(
+      Made(mailimap_fetch_type_new_fetch_att_list_empty()));
+  mailimap_fetch_type_new_fetch_att_list_add(wanted.get(), Made(mailimap_fetch_att_new_uid()));
+  mailimap_fetch_type_new_fetch_att_list_add(wanted.get(),
+                                             Made(mailimap_fetch_att_new_body_peek_section(section)));
+  clist* found = nullptr;
+  const std::size_t largest = headerOnly ? Mime::MailLimits{}.HeaderSize : Mime::kLargestMail;
+  parts_->Line.Expect(kAnswer + largest, std::min(mail.Size, largest));
+  parts_->Require(mailimap_uid_fetch(parts_->Session, SetOf({mail.Uid}).get(), wanted.get(), &found));
+  bool read = false;
+  ForEach(found, [&](void* content) {
+    std::uint32_t uid = 0;
+    std::string_view body;
+    bool hasBody = false;
+    ForEachAttribute(content, [&](const mailimap_msg_att_static& attribute) {
+      if (attribute.att_type == MAILIMAP_MSG_ATT_UID) uid = attribute.att_data.att_uid;
+      const auto* part =
+          attribute.att_type == MAILIMAP_MSG_ATT_BODY_SECTION ? attribute.att_data.att_body_section : nullptr;
+      if (!part) return;
+      hasBody = true;
+      if (part->sec_body_part) body = {part->sec_body_part, part->sec_length};
+    });
+    if (uid != mail.Uid || !hasBody) return;
+    read = true;
+    bytes = body;
+  });
+  if (found) mailimap_fetch_list_free(found);
+  return read;
+}
+
+void ImapSession::Settle(std::uint32_t uid, AfterSuccess after) {
+  if (after == AfterSuccess::Mark) {
+    parts_->AddFlag(uid, mailimap_flag_new_seen());
+  } else if (after == AfterSuccess::Delete) {
+    parts_->Delete(uid);
+  } else {
+    const std::string folder = ImapFolderName(parts_->Settings.MoveTo);
+    parts_->Line.Expect(kAnswer);
+    if (parts_->Offers("MOVE")) {
+      parts_->Require(mailimap_uid_move(parts_->Session, SetOf({uid}).get(), folder.c_str()));
+    } else {
+      parts_->Require(mailimap_uid_copy(parts_->Session, SetOf({uid}).get(), folder.c_str()));
+      parts_->Delete(uid);
+    }
+  }
+}
+
+bool ImapSession::CanIdle() const {
+  return parts_->Offers("IDLE");
+}
+
+void ImapSession::Idle(std::chrono::milliseconds longest) {
+  parts_->Line.Expect(kAnswer);
+  parts_->Require(mailimap_idle(parts_->Session));
+  if (parts_->Mails->read_buffer_len == 0) parts_->Line.WaitForInput(longest);
+  parts_->Line.Expect(kAnswer);
+  parts_->Require(mailimap_idle_done(parts_->Session));
+}
+
+}  // namespace Gateway
