@@ -1,0 +1,111 @@
+#include "gateway/delivery/HeldFolder.h"
+
+#include <algorithm>
+#include <filesystem>
+
+#include "gateway/delivery/Digest.h"
+#include "platform/Failure.h"
+#include "runtime/DurableFile.h"
+#include "runtime/Folders.h"
+#include "runtime/StoreFolder.h"
+#include "runtime/SystemReason.h"
+
+namespace Gateway {
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr std::size_t kIdLength = 16;
+constexpr std::size_t kLongestName = 200;  // file systems allow 255 bytes
+constexpr std::string_view kDigits = "0123456789ABCDEF";
+
+}  // namespace
+
+std::string HeldHome() {
+  return Runtime::HomePath() + "/held";
+}
+
+std::string HeldFolder(StringView mailbox) {
+  const std::string name = Platform::ToUtf8(Platform::FoldCase(mailbox));
+  std::string encoded;
+  for (const char c : name) {
+    const auto byte = static_cast<unsigned char>(c);
+    const bool plain =
+        (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9') || c == '-' || c == '_';
+    if (plain) {
+      encoded += c;
+    } else {
+      encoded += {'%', kDigits[byte >> 4], kDigits[byte & 15]};
+    }
+  }
+  // The sign between both is in no encoded name.
+  if (encoded.size() > kLongestName)
+    encoded = encoded.substr(0, kLongestName / 2) + "~" + Sha256({name}).substr(0, 32);
+  return HeldHome() + "/" + encoded;
+}
+
+String MailboxOfFolder(const std::string& folder) {
+  const std::string name = fs::path(folder).filename().string();
+  std::string decoded;
+  for (std::size_t i = 0; i < name.size(); ++i) {
+    const std::size_t high = i + 2 < name.size() && name[i] == '%' ? kDigits.find(name[i + 1]) : kDigits.npos;
+    const std::size_t low = high == kDigits.npos ? high : kDigits.find(name[i + 2]);
+    if (low == kDigits.npos) {
+      decoded += name[i];
+    } else {
+      decoded += static_cast<char>(high << 4 | low);
+      i += 2;
+    }
+  }
+  return Platform::FromUtf8(decoded);
+}
+
+std::vector<std::string> AllHeldFolders() {
+  const std::string home = HeldHome();
+  std::vector<std::string> folders;
+  std::error_code error;
+  for (fs::directory_iterator entry(home, error); !error && entry != fs::directory_iterator();
+       entry.increment(error)) {
+    std::error_code gone;
+    if (entry->is_directory(gone)) folders.push_back(entry->path().string());
+  }
+  if (error && error != std::errc::no_such_file_or_directory)
+    throw Platform::Failure(
+        Platform::FailureNumber::DeviceFailed, u"Gateway",
+        Platform::FromUtf8(home + " can't be read: " + Runtime::SystemReason(error.value())));
+  std::ranges::sort(folders);
+  return folders;
+}
+
+void MakeHeldFolder(const std::string& folder) {
+  std::error_code error;
+  // The last one that is made.
+  if (fs::is_directory(folder + "/reasons", error)) return;
+  // Each by itself: missing parents would be open to others.
+  for (const std::string& part :
+       {HeldHome(), folder, folder + "/tmp", folder + "/new", folder + "/cur", folder + "/reasons"})
+    Runtime::MakeStoreFolder(part);
+  for (const std::string& changed : {folder, HeldHome(), Runtime::HomePath()}) Runtime::SyncFolder(changed);
+}
+
+std::string FindHeld(const std::string& folder, const std::string& id) {
+  std::error_code error;
+  if (fs::exists(folder + "/new/" + id, error)) return folder + "/new/" + id;
+  for (fs::directory_iterator entry(folder + "/cur", error); !error && entry != fs::directory_iterator();
+       entry.increment(error)) {
+    if (IdOfName(entry->path().filename().string()) == id) return entry->path().string();
+  }
+  return {};
+}
+
+std::string PathOfReason(const std::string& folder, const std::string& id) {
+  return folder + "/reasons/" + id + ".json";
+}
+
+std::string IdOfName(const std::string& name) {
+  std::string id = name.substr(0, name.find(':'));
+  const bool valid = id.size() == kIdLength && id.find_first_not_of("0123456789abcdef") == std::string::npos;
+  return valid ? id : std::string();
+}
+
+}  // namespace Gateway
