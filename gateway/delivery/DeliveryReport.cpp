@@ -53,21 +53,26 @@ void WriteError(const std::string& text) {
 
 }  // namespace
 
-DeliveryReport::DeliveryReport(bool json) : json_(json), progress_(isatty(STDERR_FILENO) != 0) {}
+DeliveryReport::DeliveryReport(Form form, bool oneMail)
+    : form_(form),
+      oneMail_(oneMail),
+      progress_(form != Form::Nothing && !oneMail && isatty(STDERR_FILENO) != 0) {}
 
 void DeliveryReport::Add(const MailResult& result) {
   ++counts_[result.Result];
   if (!result.WhyEmpty.empty()) ++empty_;
   ClearProgress();
-  WriteLine(json_ ? JsonLine(result) : TextLine(result));
+  if (form_ == Form::Text) WriteLine(TextLine(result));
+  if (form_ == Form::Json) WriteLine(JsonLine(result));
   if (outputLost_) ++lostOutcomes_;
+  if (oneMail_ && result.Result == Outcome::Refused) WriteError(Platform::TerminalLine(result.Reason) + "\n");
   ShowProgress();
 }
 
 Outcome DeliveryReport::Finish(bool stopped) {
   ClearProgress();
   const std::string summary = Summary(stopped);
-  if (!json_) WriteLine(summary);
+  if (form_ == Form::Text) WriteLine(summary);
   if (outputLost_) {
     std::string note = "tvmail: " + summary;
     if (lostOutcomes_ == 1) note += "; the last outcome was not written";

@@ -15,14 +15,19 @@ namespace Gateway {
 // end after a stop signal: the outcomes that were not written are then counted on standard error.
 class DeliveryReport {
  public:
-  explicit DeliveryReport(bool json);
+  // Text also ends with a summary. Nothing leaves only errors.
+  enum class Form { Text, Json, Nothing };
+
+  // oneMail: the only mail is one that a mail server passes. If it is refused, its reason is also written to
+  // standard error, alone, as mail servers return that to the sender.
+  DeliveryReport(Form form, bool oneMail);
 
   // Prints a mail's outcome.
   void Add(const MailResult& result);
 
-  // Prints the summary, on standard error if standard output failed. stopped: a signal ended the work before
-  // the last mail. Returns the outcome of all: Retry if any mail has to be tried again or stopped is true,
-  // else Refused if any was refused, else Delivered.
+  // Prints the summary, on standard error if standard output failed; not in Json. stopped: a signal ended the
+  // work before the last mail. Returns the outcome of all: Retry if any mail has to be tried again or stopped
+  // is true, else Refused if any was refused, else Delivered.
   Outcome Finish(bool stopped);
 
  private:
@@ -32,7 +37,8 @@ class DeliveryReport {
   void ShowProgress();
   void ClearProgress();
 
-  const bool json_;
+  const Form form_;
+  const bool oneMail_;
   const bool progress_;
   bool progressShown_ = false;
   bool outputLost_ = false;

@@ -1,10 +1,15 @@
 #include "gateway/delivery/MailProcessor.h"
 
+#include <utility>
+
 #include "gateway/delivery/CutMarker.h"
 #include "gateway/delivery/FailureJudge.h"
-#include "gateway/delivery/HandlerObject.h"
-#include "gateway/delivery/MessageObject.h"
+#include "gateway/delivery/MailKey.h"
+#include "gateway/delivery/MailboxHandler.h"
+#include "gateway/delivery/MailboxProject.h"
 #include "gateway/policy/EmptyReply.h"
+#include "gateway/policy/Gate.h"
+#include "gateway/policy/MailSize.h"
 #include "mime/LimitCheck.h"
 #include "platform/Failure.h"
 #include "platform/StoredNames.h"
@@ -14,6 +19,10 @@
 namespace Gateway {
 namespace {
 
+// Rules beside those of the gate, for logs.
+constexpr const char* kLimitRule = "limit";
+constexpr const char* kComponentRule = "component";
+
 // Without the text of the cut marker the component would store the reply with all that it answers.
 void RequireText(CutMarker& marker) {
   if (!marker.OriginalText().empty()) return;
@@ -22,44 +31,89 @@ void RequireText(CutMarker& marker) {
                           u"the TvComRes catalogues, and register them by tvmail init.");
 }
 
+void Refuse(MailResult& result, std::string_view rule, String reason) {
+  result.Result = Outcome::Refused;
+  result.Rule = rule;
+  result.Reason = std::move(reason);
+}
+
 }  // namespace
 
 class MailProcessor::Work {
  public:
-  Work(const String& mailbox, const DeliverySettings& settings) : settings_(settings) {
-    object_.Mail().MailHandler_Initialize(mailbox, nullptr);
-  }
-  ~Work() { object_.Mail().MailHandler_Finalize(); }
-  Work(const Work&) = delete;
-  Work& operator=(const Work&) = delete;
+  Work(String mailbox, const DeliverySettings& settings)
+      : mailbox_(std::move(mailbox)), settings_(settings), project_(mailbox_), handler_(mailbox_) {}
 
-  void Process(RawMail raw, MailResult& result) {
-    if (!raw.Fault.empty()) {
-      result.Result = raw.FaultOutcome;
-      result.Reason = Platform::FromUtf8(raw.Fault);
-      return;
-    }
-    Mime::Mail mail = Mime::ReadMail(std::move(raw.Bytes));
-    result.MessageId = mail.MessageId;
-    RequireText(marker_);
-    const std::size_t cut = marker_.Repair(mail.Body);
-    String whyEmpty = WhyReplyIsEmpty(mail, cut, marker_.OriginalText());
-    result.Failure = object_.Mail().MailHandler_HandleMessage(MakeMessageObject(std::move(mail)));
-    const Verdict verdict = judge_.Judge(result.Failure);
-    result.Result = verdict.Result;
-    result.Reason = verdict.Reason;
-    if (verdict.Result == Outcome::Delivered) result.WhyEmpty = std::move(whyEmpty);
-  }
+  // Sets the result, but for a limit of the reader and a failure, which it raises. Nothing is stored then.
+  void Process(RawMail raw, MailResult& result);
 
  private:
+  void Deliver(Mime::Mail mail, bool known, MailResult& result);
+
+  const String mailbox_;
   const DeliverySettings settings_;
-  const HandlerObject object_;
+  MailboxProject project_;
+  const MailboxHandler handler_;
   FailureJudge judge_;
   CutMarker marker_;
 };
 
+void MailProcessor::Work::Process(RawMail raw, MailResult& result) {
+  if (!raw.Fault.empty()) {
+    result.Result = raw.FaultOutcome;
+    result.Reason = Platform::FromUtf8(raw.Fault);
+    if (raw.FaultOutcome == Outcome::Refused) result.Rule = kLimitRule;
+    return;
+  }
+  if (const auto refusal = RefuseSize(raw.Bytes.size(), settings_.Policy))
+    return Refuse(result, refusal->Rule, refusal->Reason);
+  // The reader changes the bytes.
+  Mime::Mail mail = Mime::ReadMail(raw.Bytes);
+  result.MessageId = mail.MessageId;
+  result.Key = MailKey(mail, raw.Bytes);
+
+  // The component keeps the project that it opened.
+  if (project_.Open()) handler_.CloseProject();
+  if (project_.Intake().IsStored(Platform::FromUtf8(result.Key))) {
+    result.Result = Outcome::Duplicate;
+    return;
+  }
+  RequireText(marker_);
+  const std::size_t cut = marker_.Repair(mail.Body);
+  const GateFacts facts{
+      .Mail = mail,
+      .EnvelopeSender = raw.EnvelopeSender,
+      .Sender = mail.FromAddress ? project_.Intake().FindSender(*mail.FromAddress) : Platform::MailSender(),
+      .MailboxAddress = project_.Address(),
+      .WhyEmpty = WhyReplyIsEmpty(mail, cut, marker_.OriginalText())};
+  if (const auto refusal = RefusalOf(facts, settings_.Policy))
+    return Refuse(result, refusal->Rule, refusal->Reason);
+  const String whyEmpty = facts.WhyEmpty;
+  Deliver(std::move(mail), facts.Sender.MailAccepted, result);
+  if (result.Result == Outcome::Delivered) result.WhyEmpty = whyEmpty;
+}
+
+// Only what the project library has stored decides whether the mail was delivered, whatever the component
+// says: it has a complaint about a stranger's mail, but stores its reply.
+void MailProcessor::Work::Deliver(Mime::Mail mail, bool known, MailResult& result) {
+  project_.Intake().Begin(Platform::FromUtf8(result.Key));
+  // A handler that no other mail has used posts a stranger's mail in the name of the mailbox's user.
+  result.Failure =
+      known ? handler_.Handle(std::move(mail)) : MailboxHandler(mailbox_).Handle(std::move(mail));
+  const Platform::IntakeResult stored = project_.Intake().End();
+  if (stored != Platform::IntakeResult::Nothing) {
+    result.ReplyStored = stored == Platform::IntakeResult::Stored;
+    result.Result = result.ReplyStored ? Outcome::Delivered : Outcome::Duplicate;
+    return;
+  }
+  Verdict verdict = judge_.Judge(result.Failure);
+  if (verdict.Result == Outcome::Refused) return Refuse(result, kComponentRule, std::move(verdict.Reason));
+  result.Reason = result.Failure.empty() ? Runtime::TextOf(Platform::TextNumber::kNothingStored)
+                                         : std::move(verdict.Reason);
+}
+
 MailProcessor::MailProcessor(String mailbox, DeliverySettings settings)
-    : work_(std::make_unique<Work>(mailbox, settings)) {}
+    : work_(std::make_unique<Work>(std::move(mailbox), settings)) {}
 
 MailProcessor::~MailProcessor() = default;
 
@@ -71,10 +125,9 @@ MailResult MailProcessor::Process(RawMail raw) {
   try {
     work_->Process(std::move(raw), result);
   } catch (const Mime::LimitExceeded& limit) {
-    result.Result = Outcome::Refused;
-    result.Reason = Runtime::TextOf(Platform::TextNumber::kRefusedUnread, Platform::FromUtf8(limit.what()));
+    Refuse(result, kLimitRule,
+           Runtime::TextOf(Platform::TextNumber::kRefusedUnread, Platform::FromUtf8(limit.what())));
   } catch (const std::exception&) {
-    result.Result = Outcome::Retry;
     result.Reason = Platform::CurrentFailure().Description();
   }
   result.Duration =

@@ -140,15 +140,14 @@ bool IsInMaildir(const fs::path& file) {
   return (name == "new" || name == "cur" || name == "tmp") && IsMaildir(part.parent_path());
 }
 
-// True also for another name of the pipe or device that is standard input.
+}  // namespace
+
 bool IsStandardInput(const std::string& path) {
   struct stat named = {}, input = {};
   return path == "-" || path == "/dev/stdin" || path == "/dev/fd/0" || path == "/proc/self/fd/0" ||
          (stat(path.c_str(), &named) == 0 && !S_ISREG(named.st_mode) && fstat(STDIN_FILENO, &input) == 0 &&
           named.st_dev == input.st_dev && named.st_ino == input.st_ino);
 }
-
-}  // namespace
 
 bool ReadMailSource(const std::string& path, StandardInput input, const MailSink& sink) {
   if (IsStandardInput(path))

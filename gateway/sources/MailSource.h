@@ -32,12 +32,14 @@ enum class StandardInput { OneMail, Mbox };
 // not handled then.
 using MailSink = std::function<std::optional<Outcome>(RawMail)>;
 
+// True for "-", /dev/stdin, and any path that leads to the same pipe or device as standard input.
+bool IsStandardInput(const std::string& path);
+
 // Passes each mail of a source to the sink, in the order of the mbox, or of the file names in the Maildir's
 // folders new and cur together. What can't be read is passed as a fault and ends only its own source; no
 // exception is raised except by the sink. Returns false if the sink ended the reading.
 //
-// "-" is standard input, and so are /dev/stdin and any path that leads to the same pipe or device. The line
-// "From sender time" in front of a single mail is dropped.
+// The line "From sender time" in front of a single mail is dropped.
 bool ReadMailSource(const std::string& path, StandardInput input, const MailSink& sink);
 
 }  // namespace Gateway

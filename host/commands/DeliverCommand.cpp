@@ -8,6 +8,7 @@
 #include "host/Mailboxes.h"
 #include "host/Stores.h"
 #include "host/commands/Command.h"
+#include "mime/Limits.h"
 #include "runtime/ProcessServices.h"
 
 namespace Host {
@@ -22,40 +23,73 @@ Standard input is exactly one message, whatever its lines contain. A "From " lin
 front of it is dropped. With --mbox standard input is an mbox. Use that for your own files only, never in the
 configuration of a mail server.
 
-One line is printed for each message: its source, its Message-ID, and "delivered", or "refused" or "to be tried
-again" with the reason. If the reply has no text, "delivered" is followed by the reason in parentheses: the mail is
-encrypted, or its text is below the line above which replies are read. With --json each line is an object: source, messageId, reason (for
-people; also why a reply is empty), failure (the component's text; empty if the message was delivered).
-The words of the outcome are English in every language, for programs that read them; the reason is a sentence in
-the language of LANG.
+A message that isn't a reply of a project's user is refused:
+  - from a stranger: no user of the project has the sender's address, or that user doesn't take part by mail.
+    With --strangers post its reply is stored in the name of the user who opens the project for the mailbox.
+  - automatic: out-of-office mail, delivery reports, mailing lists, and other mail of programs
+  - empty: without text of its own, for example encrypted, or with text only below the line above which replies
+    are read
+  - larger than --size-limit, or beyond what is read at all
+  - with --require-authenticated: the topmost Authentication-Results of that server (RFC 8601) doesn't prove the
+    sender's domain. Only a server that removes forged fields of its own name may be named.
+  - without a discussion of the project in its subject, or too long for a reply
 
-After SIGTERM or SIGINT no other message is begun, and the exit code is 75 if any is left. If nobody reads the
-lines, those that are not written are counted on standard error.
+Each message is stored once, also if it comes again, several processes deliver it at once, or the program or
+the machine was stopped. It is recognised by its Message-ID and sender, or by its content without a Message-ID.
+So deliver everything again if you are in doubt.
+
+One line is printed for each message: its source, its Message-ID, and "delivered", "duplicate" (it was stored
+before), "refused", "held" or "to be tried again", with the reason. The words of the outcome are English in every
+language, for programs that read them; the reason is in the language of LANG. With --json each line is an object:
+  source, messageId
+  outcome      delivered, duplicate, refused, held or retry
+  reason       for people; also why a reply that was delivered is empty
+  replyStored  true if a reply was stored now
+  failure      the component's text; empty if it had no complaint or wasn't called
+
+Mail servers should pass one message in each call, with --hold: refused messages are then kept with their reason,
+and an administrator decides; see "tvmail held --help". Without --hold the reason why a single message on standard
+input is refused is printed on standard error as well, for its sender. With --quiet nothing else is printed, so
+that a server that returns the message adds that reason alone.
 
 Exit codes:
-  0   every message was delivered
-  65  a message was refused because of its sender, its subject, its body, or a discussion that doesn't exist.
-      Trying again won't help. The reply of an unknown or refused sender is stored all the same: don't deliver it
-      a second time.
-  75  a message couldn't be delivered now and has to be tried again, or it is unknown whether it was. 75 takes
+  0   every message was delivered, a duplicate, or held
+  65  a message was refused; trying again won't help
+  75  a message couldn't be delivered or held now, and has to be tried again. Its reply was not stored. 75 takes
       precedence over 65. Also if the store of the mailboxes is missing, for example on a disk that isn't mounted.
   64  the command line is wrong
-  78  the store of the mailboxes exists, but the mailbox doesn't
+  78  the store of the mailboxes exists, but the mailbox doesn't)";
 
-A message that is delivered twice makes two replies. If one of several messages has to be tried again, pass only
-those listed so to the next call. A mail server should pass one message in each call. A reply is stored before its
-line is printed. If the program or the machine was stopped, the last reply may be stored without its line: check
-"tvmail project show" before you deliver that message again.)";
+constexpr const char* kRefuse = "refuse";
+constexpr const char* kPost = "post";
+constexpr std::size_t kMegabyte = std::size_t{1} << 20;
 
 struct DeliverOptions {
   std::string MailBox;
   std::vector<std::string> Sources;
   bool Json = false;
+  bool Quiet = false;
   bool Mbox = false;
+  bool Hold = false;
+  std::string Strangers = kRefuse, Automatic = kRefuse, Empty = kRefuse;
+  std::string RequireAuthenticated;
+  std::size_t SizeLimit = Gateway::PolicySettings().SizeLimit / kMegabyte;  // in MB
 };
+
+Gateway::DeliverySettings SettingsOf(const DeliverOptions& options) {
+  Gateway::DeliverySettings settings;
+  settings.Hold = options.Hold;
+  settings.Policy.PostStrangers = options.Strangers == kPost;
+  settings.Policy.PostAutomatic = options.Automatic == kPost;
+  settings.Policy.PostEmpty = options.Empty == kPost;
+  settings.Policy.RequireAuthenticated = Trim(ArgumentText(options.RequireAuthenticated));
+  settings.Policy.SizeLimit = options.SizeLimit * kMegabyte;
+  return settings;
+}
 
 int Deliver(const DeliverOptions& options) {
   const String mailBox = Trim(ArgumentText(options.MailBox));
+  const Gateway::DeliverySettings settings = SettingsOf(options);
   // If the disk of the mailboxes isn't mounted, the mail server has to try again.
   RequireStore(Hive::LocalMachine, TryAgain);
   RequireMailbox(mailBox);
@@ -63,9 +97,15 @@ int Deliver(const DeliverOptions& options) {
   Runtime::InstallToolkit(nullptr);
   Gateway::CatchStopSignals();
 
-  Gateway::DeliveryReport report(options.Json);
+  using Gateway::DeliveryReport;
+  const auto form = options.Quiet  ? DeliveryReport::Form::Nothing
+                    : options.Json ? DeliveryReport::Form::Json
+                                   : DeliveryReport::Form::Text;
+  const bool oneMail =
+      options.Sources.size() == 1 && !options.Mbox && Gateway::IsStandardInput(options.Sources.front());
+  DeliveryReport report(form, oneMail);
   const auto input = options.Mbox ? Gateway::StandardInput::Mbox : Gateway::StandardInput::OneMail;
-  switch (Gateway::Deliver(mailBox, {}, options.Sources, input, report)) {
+  switch (Gateway::Deliver(mailBox, settings, options.Sources, input, report)) {
     case Gateway::Outcome::Delivered:
     case Gateway::Outcome::Duplicate:
     case Gateway::Outcome::Held:
@@ -87,6 +127,35 @@ int DeliverOrKeep(const DeliverOptions& options) {
   }
 }
 
+// An empty name would turn the check off.
+std::string FaultOfServer(const std::string& name) {
+  const bool good = !name.empty() && name.find_first_of(" \t;") == std::string::npos;
+  return good
+             ? ""
+             : "is the name that your mail server writes into Authentication-Results, such as mx.example.org";
+}
+
+void AddPolicyOptions(CLI::App& command, DeliverOptions& options) {
+  const auto add = [&](const char* name, std::string& value, const char* description) {
+    command.add_option(name, value, description)
+        ->check(CLI::IsMember({kRefuse, kPost}))
+        ->type_name("refuse|post")
+        ->capture_default_str();
+  };
+  add("--strangers", options.Strangers, "Mail of senders who don't take part in the project by mail");
+  add("--automatic", options.Automatic, "Mail of programs");
+  add("--empty", options.Empty, "Mail without text of its own");
+  command
+      .add_option("--require-authenticated", options.RequireAuthenticated,
+                  "Refuse mail whose sender's domain this server didn't authenticate")
+      ->check(FaultOfServer)
+      ->type_name("AUTHSERV-ID");
+  command.add_option("--size-limit", options.SizeLimit, "Refuse mail of more megabytes, at most 128")
+      ->check(CLI::Range(std::size_t{1}, Mime::kLargestMail / kMegabyte))
+      ->type_name("MB")
+      ->capture_default_str();
+}
+
 }  // namespace
 
 void AddDeliverCommand(CLI::App& program, Invocation& invocation) {
@@ -95,7 +164,10 @@ void AddDeliverCommand(CLI::App& program, Invocation& invocation) {
   command->add_option("MAILBOX", options->MailBox, "The mailbox whose project gets the replies")->required();
   command->add_option("SOURCE", options->Sources, "Message files, mboxes, Maildirs; - for standard input");
   command->add_flag("--json", options->Json, "Print one JSON object a line for each message");
+  command->add_flag("--quiet", options->Quiet, "Print no outcomes; only errors, and the reason for a sender");
   command->add_flag("--mbox", options->Mbox, "Standard input is an mbox");
+  command->add_flag("--hold", options->Hold, "Keep refused messages, with their reason");
+  AddPolicyOptions(*command, *options);
   command->footer(kNotes);
   command->callback([options, &invocation] {
     if (options->Sources.empty()) options->Sources.emplace_back("-");
