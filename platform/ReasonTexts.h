@@ -1,4 +1,4 @@
-// ReasonTexts: the numbers of the texts that say why a file, a store, a project or an entry is refused.
+// ReasonTexts: the numbers of the texts that tell why a file, a store, a project or an entry is refused.
 // resources/TvMailRes.en.txt has them in English, with the meaning of their arguments.
 #pragma once
 
@@ -8,7 +8,7 @@
 
 namespace Platform::TextNumber {
 
-// Why a system call failed, by its errno.
+// Why a system call failed, as the system's errno says.
 inline constexpr std::int32_t kNoSpaceLeft = 21000;
 inline constexpr std::int32_t kPermissionMissing = 21001;
 inline constexpr std::int32_t kReadOnlyDisk = 21002;
@@ -148,6 +148,24 @@ inline constexpr std::int32_t kNoMbox = 21171;
 inline constexpr std::int32_t kStandardInputClosed = 21172;
 inline constexpr std::int32_t kFolderNoMaildir = 21173;
 
+// How a password is given.
+inline constexpr std::int32_t kPasswordFileBroken = 21180;
+inline constexpr std::int32_t kPasswordFileTooLong = 21181;
+inline constexpr std::int32_t kPasswordFileReaders = 21182;
+inline constexpr std::int32_t kPasswordInputClosed = 21183;
+inline constexpr std::int32_t kPasswordFileUnreadable = 21184;
+inline constexpr std::int32_t kPasswordOptionEmpty = 21185;
+inline constexpr std::int32_t kPasswordInFileEmpty = 21186;
+inline constexpr std::int32_t kPasswordFileNotUtf8 = 21187;
+inline constexpr std::int32_t kPasswordNotGiven = 21188;
+inline constexpr std::int32_t kPasswordNotTyped = 21189;
+inline constexpr std::int32_t kPasswordTypedEmpty = 21190;
+inline constexpr std::int32_t kPasswordsDiffer = 21191;
+inline constexpr std::int32_t kStandardInputName = 21192;
+inline constexpr std::int32_t kPasswordPrompt = 21193;
+inline constexpr std::int32_t kPasswordForPrompt = 21194;
+inline constexpr std::int32_t kPasswordAgain = 21195;
+
 inline constexpr CatalogueText kReasonTexts[] = {{kNoSpaceLeft},
                                                  {kPermissionMissing},
                                                  {kReadOnlyDisk},
@@ -273,6 +291,22 @@ inline constexpr CatalogueText kReasonTexts[] = {{kNoSpaceLeft},
                                                  {kLargerThanMegabytes, 1},
                                                  {kNoMbox},
                                                  {kStandardInputClosed},
-                                                 {kFolderNoMaildir}};
+                                                 {kFolderNoMaildir},
+                                                 {kPasswordFileBroken, 1},
+                                                 {kPasswordFileTooLong, 1},
+                                                 {kPasswordFileReaders, 1},
+                                                 {kPasswordInputClosed},
+                                                 {kPasswordFileUnreadable, 1},
+                                                 {kPasswordOptionEmpty},
+                                                 {kPasswordInFileEmpty, 1},
+                                                 {kPasswordFileNotUtf8, 1},
+                                                 {kPasswordNotGiven},
+                                                 {kPasswordNotTyped},
+                                                 {kPasswordTypedEmpty},
+                                                 {kPasswordsDiffer},
+                                                 {kStandardInputName},
+                                                 {kPasswordPrompt, 1},
+                                                 {kPasswordForPrompt, 1},
+                                                 {kPasswordAgain, 1}};
 
 }  // namespace Platform::TextNumber

@@ -27,7 +27,8 @@ int Create(const KeystoreOptions& options) {
   const String file = AbsolutePath(options.File);
   const String label = ArgumentText(options.Label);
   RequireStores();
-  const String password = ReadNewSecret(options.PasswordFile, "Password for " + options.File);
+  const String password = ReadNewSecret(
+      options.PasswordFile, ToUtf8(Runtime::TextOf(TextNumber::kPasswordForPrompt, FromUtf8(options.File))));
   KeyStore(Services().CreateByName(KeyStore::kName)).CreateKey(file, password, label);
   std::cout << "A new key " << TerminalLine(label) << " is stored in " << TerminalLine(file)
             << ", encrypted with the password.\n";

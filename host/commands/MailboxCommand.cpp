@@ -58,7 +58,8 @@ Logon ReadLogon(const MailboxOptions& options, const std::optional<MailboxRecord
   if (!options.User && !former) throw CommandError(WrongUse, TextNumber::kUserOptionMissing);
   logon.UserId = options.User ? ArgumentText(*options.User) : former->UserId;
   if (logon.UserId.empty()) throw CommandError(WrongUse, TextNumber::kUserOptionEmpty);
-  logon.Password = ReadSecret(options.PasswordFile, "Password of " + ToUtf8(logon.UserId));
+  logon.Password =
+      ReadSecret(options.PasswordFile, ToUtf8(Runtime::TextOf(TextNumber::kPasswordPrompt, logon.UserId)));
   RequireNoBlanksAround(logon.UserId, TextNumber::kUserNameWithBlanks);
   RequireNoBlanksAround(logon.Password, TextNumber::kPasswordWithBlanks);
   return logon;

@@ -47,7 +47,8 @@ String ExistingProject(const ProjectOptions& options) {
 int Create(const ProjectOptions& options) {
   const ProjectAdministration projects = Administration();
   const String path = AbsolutePath(options.File);
-  const String password = ReadNewSecret(options.PasswordFile, "Password of " + options.User);
+  const String password = ReadNewSecret(
+      options.PasswordFile, ToUtf8(Runtime::TextOf(TextNumber::kPasswordPrompt, FromUtf8(options.User))));
   projects.CreateProject(path, ArgumentText(options.Name), ArgumentText(options.User),
                          ArgumentText(options.Address), password);
   std::cout << "Project " << TerminalLine(FromUtf8(options.Name)) << " is in " << TerminalLine(path) << '\n';
