@@ -19,7 +19,7 @@ namespace {
 namespace TextNumber = Platform::TextNumber;
 using std::chrono::milliseconds;
 
-constexpr milliseconds kTimeAfterInterruption(800);
+constexpr milliseconds kTimeAfterInterruption(500);
 constexpr std::size_t kSlowestRate = 1024;  // bytes a second
 
 }  // namespace

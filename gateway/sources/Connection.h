@@ -14,7 +14,7 @@
 namespace Gateway {
 
 // One thread. Every failure is raised with number 57 and ends the use of the connection. After an
-// interruption, all operations together have 0.8 s left, so that the mail under way can still be settled.
+// interruption, all operations together have 0.5 s left, so that the mail under way can still be settled.
 class Connection {
  public:
   // Connects to the first address that answers, and begins the encryption if Security is Tls.

@@ -9,6 +9,7 @@
 
 #include "gateway/sources/Connection.h"
 #include "gateway/sources/ImapFolderName.h"
+#include "gateway/sources/ImapNesting.h"
 #include "gateway/sources/PasswordFile.h"
 #include "gateway/sources/SourceFailure.h"
 #include "mime/Limits.h"
@@ -44,6 +45,7 @@ T* Made(T* object) {
 // What libetpan reads from and writes to. It is C, so a failure is kept until its function has returned.
 struct Stream {
   Connection& Line;
+  ImapNesting Nesting;
   std::exception_ptr Failure;
 
   template <class Act>
@@ -66,7 +68,13 @@ mailstream_low_driver MakeDriver() {
   mailstream_low_driver driver{};
   driver.mailstream_read = [](mailstream_low* low, void* buffer, std::size_t size) {
     Stream& stream = StreamOf(low);
-    return stream.Do([&] { return stream.Line.Read(static_cast<char*>(buffer), size); });
+    return stream.Do([&] {
+      auto* bytes = static_cast<char*>(buffer);
+      const std::size_t count = stream.Line.Read(bytes, size);
+      if (!stream.Nesting.Allows({bytes, count}))
+        RaiseSource(TextNumber::kAnswerNotUnderstood, stream.Line.Name(), "((((...");
+      return count;
+    });
   };
   driver.mailstream_write = [](mailstream_low* low, const void* bytes, std::size_t size) {
     Stream& stream = StreamOf(low);
@@ -138,6 +146,8 @@ struct ImapSession::Parts {
   void Require(int result, std::int32_t text, const std::string& subject) {
     if (result == MAILIMAP_NO_ERROR) return;
     if (ToServer.Failure) std::rethrow_exception(ToServer.Failure);
+    // The server said that it closes the connection.
+    if (result == MAILIMAP_ERROR_STREAM) RaiseSource(TextNumber::kSourceClosed, Line.Name());
     std::string reason = Session->imap_response ? Session->imap_response : "";
     if (reason.size() > 300) reason.resize(300);
     if (result == MAILIMAP_ERROR_PARSE || result == MAILIMAP_ERROR_PROTOCOL || result == MAILIMAP_ERROR_FATAL)
@@ -172,7 +182,7 @@ struct ImapSession::Parts {
 
   const QueueSettings& Settings;
   Connection Line;
-  Stream ToServer{Line, nullptr};
+  Stream ToServer{Line, {}, nullptr};
   mailimap* Session = nullptr;
   mailstream* Mails = nullptr;  // owned by Session as soon as that is connected
 };
