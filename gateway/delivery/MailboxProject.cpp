@@ -17,10 +17,8 @@ bool MailboxProject::Open() {
   if (!record)
     throw Platform::Failure(Platform::FailureNumber::DeviceFailed, u"Gateway",
                             Runtime::TextOf(Platform::TextNumber::kMailboxMissing, mailbox_));
-  const bool other = record->ProjectPath != path_;
   path_ = std::move(record->ProjectPath);
-  intake_.Open(path_);
-  return other;
+  return intake_.Open(path_);
 }
 
 }  // namespace Gateway

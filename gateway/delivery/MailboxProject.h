@@ -12,9 +12,9 @@ class MailboxProject {
   // The mailbox is found in any case. Raises 429 without a sibling.
   explicit MailboxProject(String mailbox);
 
-  // Opens the project that the record names; the one of before stays open if it is the same. Returns true if
-  // it is another one. Raises 57 if there is no record or its store can't be read, and as
-  // Platform::MailIntake::Open does.
+  // Opens the project that the record names. False if it is open already; true if the record names another
+  // one, or if other files are in its place, so that the component has to open it again too. Raises 57 if
+  // there is no record or its store can't be read, and as Platform::MailIntake::Open does.
   bool Open();
 
   // For the open project.

@@ -76,7 +76,7 @@ Value MailIntake::Open(std::span<Value> arguments) {
   const std::string file = ReadProjectLocation(arguments[0].ToString()).Database.string();
   const bool same = former && former->File == file && former->Identity == IdentityOf(file);
   opened_ = same ? std::move(former) : std::make_unique<OpenedFiles>(file);
-  return {};
+  return !same;
 }
 
 Value MailIntake::IsStored(std::span<Value> arguments) {

@@ -14,16 +14,19 @@ inline std::size_t CountOf(const std::string& text, const std::string& piece) {
 }
 
 inline std::string Mail(const std::string& body, const std::string& from = "alice@apollo.example",
-                        const std::string& discussion = "1") {
-  return "From: " + from +
-         "\nMessage-ID: <m@x>\nSubject: Re: Plan (Ostrand Talvane Project Apollo, Ostrand " +
-         "Talvane Discussion " + discussion + ")\n\n" + body + "\n";
+                        const std::string& discussion = "1", const std::string& id = "m") {
+  return "From: " + from + "\nMessage-ID: <" + id +
+         "@x>\nSubject: Re: Plan (Ostrand Talvane Project Apollo, Ostrand " + "Talvane Discussion " +
+         discussion + ")\n\n" + body + "\n";
 }
 
 inline std::string Mbox(int count, const std::string& name) {
   std::string mbox;
   for (int i = 0; i < count; ++i)
-    mbox += "From a@b Mon Jan 31 12:00:00 2022\n" + Mail(name + "-" + std::to_string(i) + "-end") + "\n";
+    mbox +=
+        "From a@b Mon Jan 31 12:00:00 2022\n" +
+        Mail(name + "-" + std::to_string(i) + "-end", "alice@apollo.example", "1", name + std::to_string(i)) +
+        "\n";
   return mbox;
 }
 
@@ -43,7 +46,9 @@ class Deliver : public testing::Test {
             "p add-discussion --title 'Release plan'\n"
             "p add-discussion --title 'Launch site'\n"
             "tvmail mailbox add Apollo --project " +
-            project + " --user admin --password-file password --transport smtp --host h --address a@b");
+            project +
+            " --user admin --password-file password --transport smtp --host h --address a@b\n"
+            "mkdir without-mail && cp Apollo.* without-mail");
     EXPECT_EQ(outcome.Exit, 0) << outcome.Output << outcome.Errors;
   }
 
@@ -51,6 +56,9 @@ class Deliver : public testing::Test {
 
   // Runs a line of bash, where tvmail is the program under test.
   Outcome Run(const std::string& line) const { return program_.Shell(line); }
+
+  // The same with a project that knows no mail yet.
+  Outcome RunAnew(const std::string& line) const { return Run("cp without-mail/* .; " + line); }
 
   // The project as JSON.
   std::string Project() const {

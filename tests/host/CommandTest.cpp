@@ -140,7 +140,7 @@ TEST_F(MailboxCommands, ARecordWithoutTextsIsIncompleteAndAffectsNoOther) {
        {"mailbox list --postfix-map t.example.org", 0, "Apollo@t.example.org OK\n", "Half is not in"},
        {"mailbox list --postfix-map 'a b'", 64, "", "the domain"},
        {"mailbox change Apollo --host h", 0, "bound", ""},
-       {"deliver Apollo </dev/null", 65, "1 refused", ""},
+       {"deliver Apollo /dev/null", 65, "1 refused", ""},
        {"mailbox change Bytes --host h", 65, "", "is incomplete: add it again"},
        {"mailbox change Half", 65, "", "is incomplete: add it again"},
        {"mailbox delete Half", 75, "", "--force"},
