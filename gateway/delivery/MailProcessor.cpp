@@ -4,6 +4,7 @@
 
 #include "gateway/delivery/CutMarker.h"
 #include "gateway/delivery/FailureJudge.h"
+#include "gateway/delivery/HeldMail.h"
 #include "gateway/delivery/MailKey.h"
 #include "gateway/delivery/MailboxHandler.h"
 #include "gateway/delivery/MailboxProject.h"
@@ -42,10 +43,21 @@ void Refuse(MailResult& result, std::string_view rule, String reason) {
 class MailProcessor::Work {
  public:
   Work(String mailbox, const DeliverySettings& settings)
-      : mailbox_(std::move(mailbox)), settings_(settings), project_(mailbox_), handler_(mailbox_) {}
+      : mailbox_(std::move(mailbox)),
+        settings_(settings),
+        project_(mailbox_),
+        handler_(mailbox_),
+        held_(mailbox_) {
+    if (settings_.Hold) held_.Expire(settings_.HeldDays);
+  }
+
+  bool Holds() const { return settings_.Hold; }
 
   // Sets the result, but for a limit of the reader and a failure, which it raises. Nothing is stored then.
-  void Process(RawMail raw, MailResult& result);
+  void Process(const RawMail& raw, MailResult& result);
+
+  // Keeps a refused mail with its reason. The mail has to be tried again if that fails.
+  void Hold(const RawMail& raw, MailResult& result);
 
  private:
   void Deliver(Mime::Mail mail, bool known, MailResult& result);
@@ -54,11 +66,12 @@ class MailProcessor::Work {
   const DeliverySettings settings_;
   MailboxProject project_;
   const MailboxHandler handler_;
+  HeldMail held_;
   FailureJudge judge_;
   CutMarker marker_;
 };
 
-void MailProcessor::Work::Process(RawMail raw, MailResult& result) {
+void MailProcessor::Work::Process(const RawMail& raw, MailResult& result) {
   if (!raw.Fault.empty()) {
     result.Result = raw.FaultOutcome;
     result.Reason = Platform::FromUtf8(raw.Fault);
@@ -67,7 +80,7 @@ void MailProcessor::Work::Process(RawMail raw, MailResult& result) {
   }
   if (const auto refusal = RefuseSize(raw.Bytes.size(), settings_.Policy))
     return Refuse(result, refusal->Rule, refusal->Reason);
-  // The reader changes the bytes.
+  // The reader changes its copy.
   Mime::Mail mail = Mime::ReadMail(raw.Bytes);
   result.MessageId = mail.MessageId;
   result.Key = MailKey(mail, raw.Bytes);
@@ -112,6 +125,20 @@ void MailProcessor::Work::Deliver(Mime::Mail mail, bool known, MailResult& resul
                                          : std::move(verdict.Reason);
 }
 
+void MailProcessor::Work::Hold(const RawMail& raw, MailResult& result) {
+  result.Result = Outcome::Retry;
+  // What was not read can't be held. Its source has it.
+  if (!raw.Fault.empty() && raw.Bytes.empty()) return;
+  try {
+    held_.Keep(raw.Bytes, {result.Rule, result.Reason, raw.EnvelopeSender});
+    held_.Expire(settings_.HeldDays);
+    result.Result = Outcome::Held;
+  } catch (const std::exception&) {
+    result.Reason = Runtime::TextOf(Platform::TextNumber::kMailNotHeld, result.Reason,
+                                    Platform::CurrentFailure().Description());
+  }
+}
+
 MailProcessor::MailProcessor(String mailbox, DeliverySettings settings)
     : work_(std::make_unique<Work>(std::move(mailbox), settings)) {}
 
@@ -123,13 +150,14 @@ MailResult MailProcessor::Process(RawMail raw) {
   MailResult result;
   result.Source = raw.Source;
   try {
-    work_->Process(std::move(raw), result);
+    work_->Process(raw, result);
   } catch (const Mime::LimitExceeded& limit) {
     Refuse(result, kLimitRule,
            Runtime::TextOf(Platform::TextNumber::kRefusedUnread, Platform::FromUtf8(limit.what())));
   } catch (const std::exception&) {
     result.Reason = Platform::CurrentFailure().Description();
   }
+  if (result.Result == Outcome::Refused && work_->Holds()) work_->Hold(raw, result);
   result.Duration =
       std::chrono::duration_cast<std::chrono::milliseconds>(std::chrono::steady_clock::now() - begin);
   return result;

@@ -95,6 +95,14 @@ TEST_F(Deliver, ReportsEachOutcomeByItsExitCodeAndReason) {
       {"tvmail deliver Apollo --json --strangers post unknown", 0,
        "\"outcome\":\"delivered\",\"reason\":\"\",\"replyStored\":true,\"failure\":\"(Talvane had a problem",
        ""},
+      {"tvmail deliver Apollo --hold robot good", 0,
+       "1 delivered, 0 refused, 1 held, 0 to be tried again", ""},
+      {"for i in 1 2; do tvmail deliver Apollo --hold --json <robot; done; cmp robot home/held/*/new/*; find "
+       "home/held -type f -path '*/new/*' | wc -l",
+       0, "\"outcome\":\"held\",\"reason\":\"The mail was sent by a program", ""},
+      {"mv home/held away; touch home/held; tvmail deliver Apollo --hold robot; c=$?; rm home/held; mv away "
+       "home/held; exit $c",
+       75, "to be tried again: The mail was refused (The mail was sent by a program", ""},
       {"tvmail deliver Apollo robot; tvmail deliver Apollo --automatic post robot", 0,
        "1 refused, 0 to be tried again\nrobot  <m@x>  delivered", ""},
       {"tvmail deliver Apollo < <(echo 'From MAILER-DAEMON  Mon Jan 31 12:00:00 2022'; cat good)", 65,
