@@ -55,6 +55,7 @@ int Main(int argc, char** argv) {
   AddMailboxCommand(program, invocation);
   AddOutboundCommand(program, invocation);
   AddDeliverCommand(program, invocation);
+  AddHeldCommand(program, invocation);
   AddKeystoreCommand(program, invocation);
   AddAboutCommand(program, invocation);
   program.footer(

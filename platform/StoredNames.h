@@ -184,6 +184,14 @@ inline constexpr std::int32_t kNotAuthenticated = 20111;
 inline constexpr std::int32_t kAuthenticationFailed = 20112;
 inline constexpr std::int32_t kNoAuthenticationPass = 20113;
 inline constexpr std::int32_t kMailBeyondSizeLimit = 20120;
+inline constexpr std::int32_t kHeldIdUnknown = 20130;
+inline constexpr std::int32_t kHeldIdAmbiguous = 20131;
+inline constexpr std::int32_t kHeldIdMalformed = 20132;
+inline constexpr std::int32_t kHeldIdsMissing = 20133;
+inline constexpr std::int32_t kHeldGone = 20134;
+inline constexpr std::int32_t kNothingHeld = 20135;
+inline constexpr std::int32_t kHeldNotRemoved = 20136;
+inline constexpr std::int32_t kHeldAllWithIds = 20137;
 inline constexpr std::int32_t kMailboxMissing = 20150;
 inline constexpr std::int32_t kMailNotHeld = 20151;
 inline constexpr std::int32_t kNothingStored = 20152;
@@ -272,6 +280,14 @@ inline constexpr CatalogueText kProgramTexts[] = {{kFormIntroduction},
                                                   {kAuthenticationFailed, 1},
                                                   {kNoAuthenticationPass, 1},
                                                   {kMailBeyondSizeLimit, 2},
+                                                  {kHeldIdUnknown, 1},
+                                                  {kHeldIdAmbiguous, 1},
+                                                  {kHeldIdMalformed, 1},
+                                                  {kHeldIdsMissing},
+                                                  {kHeldGone, 1},
+                                                  {kNothingHeld},
+                                                  {kHeldNotRemoved, 2},
+                                                  {kHeldAllWithIds},
                                                   {kMailboxMissing, 1},
                                                   {kMailNotHeld, 2},
                                                   {kNothingStored},

@@ -5,10 +5,12 @@
 
 #include "gateway/delivery/Digest.h"
 #include "platform/Failure.h"
+#include "platform/StoredNames.h"
 #include "runtime/DurableFile.h"
 #include "runtime/Folders.h"
 #include "runtime/StoreFolder.h"
 #include "runtime/SystemReason.h"
+#include "runtime/Texts.h"
 
 namespace Gateway {
 namespace {
@@ -70,9 +72,9 @@ std::vector<std::string> AllHeldFolders() {
     if (entry->is_directory(gone)) folders.push_back(entry->path().string());
   }
   if (error && error != std::errc::no_such_file_or_directory)
-    throw Platform::Failure(
-        Platform::FailureNumber::DeviceFailed, u"Gateway",
-        Platform::FromUtf8(home + " can't be read: " + Runtime::SystemReason(error.value())));
+    throw Platform::Failure(Platform::FailureNumber::DeviceFailed, u"Gateway",
+                            Runtime::TextOf(Platform::TextNumber::kFileUnreadable, Platform::FromUtf8(home),
+                                            Platform::FromUtf8(Runtime::SystemReason(error.value()))));
   std::ranges::sort(folders);
   return folders;
 }

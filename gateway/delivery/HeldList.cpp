@@ -14,8 +14,10 @@
 #include "mime/LimitCheck.h"
 #include "mime/Mail.h"
 #include "platform/Failure.h"
+#include "platform/StoredNames.h"
 #include "runtime/DurableFile.h"
 #include "runtime/SystemReason.h"
+#include "runtime/Texts.h"
 
 namespace Gateway {
 namespace {
@@ -24,9 +26,10 @@ namespace fs = std::filesystem;
 
 constexpr std::size_t kLargestHeader = std::size_t{64} << 10;
 
-[[noreturn]] void Refuse(const std::string& path, const char* what, int error) {
-  throw Platform::Failure(Platform::FailureNumber::DeviceFailed, u"Gateway",
-                          Platform::FromUtf8(path + what + Runtime::SystemReason(error)));
+[[noreturn]] void Refuse(const std::string& path, std::int32_t text, int error) {
+  throw Platform::Failure(
+      Platform::FailureNumber::DeviceFailed, u"Gateway",
+      Runtime::TextOf(text, Platform::FromUtf8(path), Platform::FromUtf8(Runtime::SystemReason(error))));
 }
 
 void AddMails(const std::string& folder, std::vector<HeldPlace>& places) {
@@ -41,7 +44,7 @@ void AddMails(const std::string& folder, std::vector<HeldPlace>& places) {
       places.push_back(std::move(place));
     }
     if (error && error != std::errc::no_such_file_or_directory)
-      Refuse(folder + part, " can't be read: ", error.value());
+      Refuse(folder + part, Platform::TextNumber::kFileUnreadable, error.value());
   }
 }
 
@@ -112,7 +115,7 @@ std::optional<std::string> BytesOf(const HeldPlace& place) {
     return bytes;
   } catch (const std::system_error& error) {
     if (error.code() == std::errc::no_such_file_or_directory) return std::nullopt;
-    Refuse(path, " can't be read: ", error.code().value());
+    Refuse(path, Platform::TextNumber::kFileUnreadable, error.code().value());
   }
 }
 
@@ -125,7 +128,8 @@ bool RemoveHeld(const HeldPlace& place) {
   const Runtime::FolderLock lock(place.Folder);
   const std::string path = PresentPath(place);
   if (path.empty()) return false;
-  if (unlink(path.c_str()) != 0 && errno != ENOENT) Refuse(path, " can't be removed: ", errno);
+  if (unlink(path.c_str()) != 0 && errno != ENOENT)
+    Refuse(path, Platform::TextNumber::kHeldNotRemoved, errno);
   Runtime::SyncFolder(place.Folder + "/new");
   Runtime::SyncFolder(place.Folder + "/cur");
   unlink(PathOfReason(place.Folder, place.Id).c_str());

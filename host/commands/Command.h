@@ -25,6 +25,7 @@ void AddMailboxCommand(CLI::App& program, Invocation& invocation);
 void AddOutboundCommand(CLI::App& program, Invocation& invocation);
 void AddKeystoreCommand(CLI::App& program, Invocation& invocation);
 void AddDeliverCommand(CLI::App& program, Invocation& invocation);
+void AddHeldCommand(CLI::App& program, Invocation& invocation);
 void AddAboutCommand(CLI::App& program, Invocation& invocation);
 
 }  // namespace Host
