@@ -219,7 +219,10 @@ int Retry(const HeldOptions& options) {
     refused = refused || result->Result == Gateway::Outcome::Refused;
     again = again || result->Result == Gateway::Outcome::Retry;
     std::cout << place.Id << "  " << TerminalLine(former.Mailbox) << "  " << WordOf(result->Result);
-    const String& reason = result->Reason.empty() ? result->Failure : result->Reason;
+    // What the component says of a reply that was stored is no reason.
+    const bool settled =
+        result->Result == Gateway::Outcome::Delivered || result->Result == Gateway::Outcome::Duplicate;
+    const String& reason = result->Reason.empty() && !settled ? result->Failure : result->Reason;
     if (!reason.empty()) std::cout << ": " << TerminalLine(reason);
     std::cout << std::endl;
   }
