@@ -28,7 +28,13 @@ replied "Friday works for me." || fail "a mail becomes a reply: $(cat "$spool"/m
 ! grep . "/var/mail/others" || fail "a mail that became a reply causes no mail"
 send refused
 exim -qff
+held "Nobody knows me." || fail "a refused mail is held: $(cat "$spool/mainlog")"
+! grep . "/var/mail/others" || fail "and its sender is not told"
+sed -i "s/deliver --hold/deliver --quiet/" /etc/exim4/exim4.conf
+send refused
+exim -qff
 grep -q "$sentence" "/var/mail/others" || fail "a refused mail comes back with its reason: $(cat "/var/mail/others" "$spool/mainlog")"
+! grep -q " message: " "/var/mail/others" || fail "and with nothing else"
 project_away
 send deferred
 [ "$(exim -bpc)" = 1 ] || fail "a mail stays in the queue while its project is away: $(cat "$spool"/mainlog)"

@@ -16,7 +16,7 @@ fact() { grep -q "$1" "$folder/shown" || { echo "not so: $2"; cat "$folder/shown
 fact "Libraries: *$folder/installed/lib" "the installed libraries are registered"
 fact "Friday works for me" "a mail becomes a reply"
 tvmail deliver Apollo "$2/samples/mail/15-unknown-sender.eml" >"$folder/shown" || true
-fact "Absender" "the installed texts are found, in the user's language"
+fact "Das Projekt hat keinen Benutzer" "the installed texts are found, in the user's language"
 printf '?\n' | tvmail outbound >"$folder/shown" 2>&1 || true
 fact "share/talvane/help\|SMTP" "the installed help is found"
 cd "$folder/installed/share/doc/TvEmailServices"

@@ -33,8 +33,10 @@ mail() {
 mail good alice@apollo.example "Friday works for me."
 mail refused mallory@elsewhere.example "Nobody knows me."
 mail deferred alice@apollo.example "The disk was away."
-# What precedes the reason in the answer to the sender of a refused mail.
-sentence='refused: '
+# What the sender of a refused mail has to read, and nothing else.
+sentence='The project has no user with the address mallory@elsewhere.example.'
+# Refused mail of the mailbox is held.
+held() { find "$home/.local/share/talvane/held" -path '*/new/*' -type f -exec grep -l "$1" {} + | grep -q .; }
 replied() { as_talvane $tvmail project show $project | grep -q "$1"; }
 project_away() { mv $project $project.away; }
 project_back() { mv $project.away $project; }
