@@ -1,6 +1,7 @@
 // The cut marker and the attribution above it, in the forms that mail programs give them.
 #include "gateway/delivery/CutMarker.h"
 #include "gateway/policy/EmptyReply.h"
+#include "mime/MailCharacters.h"
 #include "tests/support/World.h"
 
 namespace Tests {
@@ -13,6 +14,26 @@ std::string Written(std::string text) {
   for (auto at = text.find("[M]"); at != std::string::npos; at = text.find("[M]"))
     text.replace(at, 3, kMarker);
   return text;
+}
+
+// The characters of a class, as ranges.
+std::string Members(bool (*isMember)(char16_t)) {
+  std::ostringstream ranges;
+  for (int c = 0; c < 0xFFFF; ++c) {
+    const int first = c;
+    while (isMember(static_cast<char16_t>(c))) ++c;
+    if (c > first) ranges << ' ' << std::hex << std::uppercase << first;
+    if (c > first + 1) ranges << '-' << c - 1;
+  }
+  return ranges.str();
+}
+
+TEST(MailCharacters, AreTheSubstitutesThatMailProgramsWrite) {
+  EXPECT_EQ(" A-D 85 2028-2029", Members(Mime::IsLineEnd));
+  EXPECT_EQ(" 9 20 A0 1680 2000-200A 202F 205F 3000", Members(Mime::IsBlank));
+  EXPECT_EQ(" AD 34F 61C 180E 200B-200F 202A-202E 2060-206F FE00-FE0F FEFF", Members(Mime::IsInvisible));
+  EXPECT_EQ(" 2D 2010-2015 2212 2500-2501 FE58 FE63 FF0D", Members(Mime::IsDash));
+  EXPECT_EQ(" 3E 7C BB 203A 2502-2503 FF1E", Members(Mime::IsQuoteSign));
 }
 
 class CutMarker : public testing::Test {

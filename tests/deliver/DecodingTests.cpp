@@ -1,8 +1,12 @@
 // Decoding of texts: headers, charsets, flowed text and HTML.
 #include "mime/Charset.h"
+#include "mime/EnrichedText.h"
 #include "mime/FlowedText.h"
 #include "mime/HeaderText.h"
+#include "mime/HtmlElements.h"
+#include "mime/HtmlLink.h"
 #include "mime/HtmlText.h"
+#include "mime/UuencodedFiles.h"
 #include "tests/support/World.h"
 
 namespace {
@@ -87,6 +91,53 @@ TEST(Charset, TakesEveryByteForSomeCharacter) {
     EXPECT_EQ(Platform::ToUtf8(Mime::DecodeText(row.Bytes, row.Label)), row.Expected) << row.Label;
 }
 
+TEST(Charset, KnowsALabelOfEachConverter) {
+  const struct {
+    std::string Labels, Expected, Bytes = "\xE3\xA4\xD0";
+  } rows[] = {
+      {"866 ibm866", "уд╨"},
+      {"l2 latin-2", "ă¤Đ"},
+      {"latin3", "\uFFFD¤\uFFFD"},
+      {"latin4", "ã¤Đ"},
+      {"cyrillic", "уЄа"},
+      {"arabic", "ك¤ذ"},
+      {"greek", "γ€Π"},
+      {"latin6", "ãĪÐ"},
+      {"iso-8859-13", "ć¤Š"},
+      {"iso-8859-14", "ãĊŴ"},
+      {"l9 latin-9", "ã€Ð"},
+      {"koi8-u", "Цєп"},
+      {"l10", "ă€Đ"},
+      {"mac", "„§–"},
+      {"tis-620 cp874", "ใคะ"},
+      {"cp1250 ms-ee", "ă¤Đ"},
+      {"cp1251 win-1251", "г¤Р"},
+      {"cp1253 ms-greek", "γ¤Π"},
+      {"l5 ms-turk", "ã¤Ğ"},
+      {"cp1255 ms-hebr", "ד₪\u05C0"},
+      {"cp1256 ms-arab", "م¤ذ"},
+      {"cp1257 winbaltrim", "ć¤Š"},
+      {"cp1258 win1258", "ă¤Đ"},
+      {"x-mac-cyrillic", "г§–"},
+      {"euc-jp ujis", "あ", "\xA4\xA2"},
+      {"sjis cp932", "あ", "\x82\xA0"},
+      {"jis", "あ", "\x1B$B$\"\x1B(B"},
+      {"korean", "가", "\xB0\xA1"},
+      {"big5 cp950", "中", "\xA4\xA4"},
+      {"gb18030 cp936", "中", "\xD6\xD0"},
+      {"hz-gb-2312", "中", "~{VP~}"},
+      {"iso-2022-cn iso-2022-cn-ext", "中", "\x1B$)A\x0E\x56\x50\x0F"},
+      {"utf-7", "中", "+Ti0-"},
+      {"ucs-4", "中", "\0\0\x4E\x2D"s},
+      {"ucs-2", "中", "\x2D\x4E"},
+  };
+  for (const auto& row : rows) {
+    std::istringstream labels(row.Labels);
+    for (std::string label; labels >> label;)
+      EXPECT_EQ(Platform::ToUtf8(Mime::DecodeText(row.Bytes, label)), row.Expected) << label;
+  }
+}
+
 TEST(FlowedText, IsPutBackIntoItsParagraphs) {
   const struct {
     std::string Input;
@@ -108,6 +159,115 @@ TEST(FlowedText, IsPutBackIntoItsParagraphs) {
     EXPECT_EQ(Platform::ToUtf8(Mime::UnflowText(Platform::FromUtf8(row.Input), row.DeleteSpace)),
               row.Expected)
         << row.Input;
+}
+
+TEST(EnrichedText, LosesItsCommands) {
+  const std::string longest(60, 'b');
+  const Row rows[] = {
+      {"<NoFill>a\nb</noFILL>\nc", "a\nb c"},
+      {"a\r\n\r\nb\r\nc\nd\n", "a\nb c d "},
+      {"<param>x<Param>y</param>z</PARAM>a</param><nofill>\n", "a\n"},
+      {"<" + longest + ">a<" + longest + "b>", "a<" + longest + "b>"},
+      {"<>a<<<<", "<>a<<"},
+  };
+  for (const Row& row : rows)
+    EXPECT_EQ(Platform::ToUtf8(Mime::EnrichedToText(Platform::FromUtf8(row.Input))), row.Expected);
+}
+
+// [F] is a file.
+TEST(UuencodedFiles, AreRemovedIfTheyAreComplete) {
+  const Row rows[] = {
+      {"a\n[F]b\n[F][F]c\n", "a\nb\nc\n"},
+      {"begin 0644 x\r\n#86)C\r\n\r\nend\r\nb", "b"},
+      {"begin 777 x\n#86)CX\n# `_\n&86)C\n``\nend\n", ""},
+      {"begin 64 x\nend\n", "*"},
+      {"begin 06444 x\nend\n", "*"},
+      {"begin 648 x\nend\n", "*"},
+      {"begin 64/ x\nend\n", "*"},
+      {"begin 644 \nend\n", "*"},
+      {"a begin 644 x\nend\n", "*"},
+      {"begin 644 x\n#86)Cxy\nend\n", "*"},
+      {"begin 644 x\n&86)\nend\n", "*"},
+      {"begin 644 x\n'86)C\nend\n", "*"},
+      {"begin 644 x\n```\nend\n", "*"},
+      {"begin 644 x\n#86)a\nend\n", "*"},
+      {"begin 644 x\n#86)\x1F\nend\n", "*"},
+      {"begin 644 x\n#86)C\n", "*"},
+      {"begin 644 x\nend ", "*"},
+  };
+  for (const Row& row : rows) {
+    std::string input = row.Input;
+    for (std::size_t at; (at = input.find("[F]")) != std::string::npos;)
+      input.replace(at, 3, "begin 644 x\n#86)C\n`\nend\n");
+    Platform::String text = Platform::FromUtf8(input);
+    Mime::RemoveUuencodedFiles(text);
+    EXPECT_EQ(Platform::ToUtf8(text), row.Expected == "*" ? input : row.Expected) << input;
+  }
+}
+
+// [E] is the element's name.
+TEST(HtmlText, KnowsTheEffectOfEachElement) {
+  const struct {
+    std::string Html, Expected, Elements;
+  } rows[] = {
+      {"a<[E]>b</[E]>c", "a\nb\nc",
+       "address article aside body caption center dd details div dt fieldset figcaption figure footer form "
+       "header "
+       "hgroup html legend main nav search section summary table tbody tfoot thead tr"},
+      {"a<[E]>b</[E]>c", "a\n\nb\n\nc", "blockquote h1 h2 h3 h4 h5 h6 p"},
+      {"a<[E]><li>b</[E]>c", "a\n\n* b\n\nc", "dir menu ul"},
+      {"a<[E]>\n b</[E]>c", "a\n\n b\n\nc", "listing pre xmp"},
+      {"a<[E] hidden>b", "ab", "area base br col embed hr img input link meta param source track wbr"},
+      {"a<[E]>b</[E]>c", "ac", "datalist iframe noembed noframes script select style template title xml"},
+      {"a<[E]>b<i></[E]>c", "abc", "b i font span unknown unknowntags"},
+      {"a<[E]>b</[E]>c", "a bc", "td th"},
+      {"a<hr>b", "a\n\nb", "hr"},
+  };
+  for (const auto& row : rows) {
+    std::istringstream elements(row.Elements);
+    for (std::string element; elements >> element;) {
+      std::string html = row.Html;
+      for (std::size_t at; (at = html.find("[E]")) != std::string::npos;) html.replace(at, 3, element);
+      EXPECT_EQ(Platform::ToUtf8(Mime::HtmlToText(Platform::FromUtf8(html))), row.Expected) << html;
+    }
+  }
+}
+
+TEST(HtmlText, ReadsC1CharactersAsTheirWritersMeantThem) {
+  for (int c = 0x80; c < 0xA0; ++c)
+    EXPECT_TEXT(Mime::DecodeText(std::string(1, static_cast<char>(c)), "windows-1252"),
+                Mime::HtmlToText(Platform::String(1, static_cast<char16_t>(c))));
+}
+
+TEST(HtmlLink, IsShownOnceWithItsAddress) {
+  const std::string longest = "http://" + std::string(8185, 'x');
+  const Row addresses[] = {
+      {longest, longest},     {longest + "x", ""},    {"tel: 1 2", "tel:12"},
+      {"ftp://h", "ftp://h"}, {"mailto:a b?c", "ab"}, {"HTTPS://h d", "HTTPS://h%20d"},
+      {"MailTo:a@b", "a@b"},  {"data:x", ""},         {"a/b:c", "a/b:c"},
+      {"?b:c", "?b:c"},       {"\x1F<h>\x7F!", "h!"}, {"&#35;x", ""},
+  };
+  for (const Row& row : addresses)
+    EXPECT_EQ(Platform::ToUtf8(Mime::LinkAddress(Platform::FromUtf8(row.Input))), row.Expected);
+  for (const auto& [text, address] : {Row{" HTTP://A.b/\n", "a.B"}, Row{"1", "tel:1"}, Row{"h", "ftp://H/"}})
+    EXPECT_TRUE(Mime::ShowsAddress(Platform::FromUtf8(text), Platform::FromUtf8(address))) << text;
+  for (const auto& [text, address] : {Row{" ", "h"}, Row{"h//", "h"}, Row{"h", "hh"}})
+    EXPECT_FALSE(Mime::ShowsAddress(Platform::FromUtf8(text), Platform::FromUtf8(address))) << text;
+}
+
+TEST(HtmlText, FindsTheCharsetOfItsMetaElement) {
+  const std::string far(2048 - 18, ' ');
+  const Row rows[] = {
+      {"<META content='text/html; charset=Koi8-R'>", "koi8-r"},
+      {"<meta charset = x>", ""},
+      {"<meta charset=\"utf-8\">", "utf-8"},
+      {"<meta charset=a;b>", "a"},
+      {"<p charset=x>", ""},
+      {"<meta charset='", ""},
+      {far + "<meta charset=koi8-r>", "koi8"},
+      {"<meta charset=a />", "a"},
+  };
+  for (const Row& row : rows) EXPECT_EQ(Mime::HtmlCharset(row.Input), row.Expected) << row.Input;
 }
 
 TEST(HtmlText, ReadsLikeTheScreen) {
@@ -158,6 +318,16 @@ TEST(HtmlText, ReadsLikeTheScreen) {
        "a <b>\nc"},
       {"<a title='>' title = \"x<y\" b='/'/>a</p >b<br/>c</br>d", "a\n\nb\nc\nd"},
       {"<blockquote><blockquote>a</blockquote>b</blockquote><q>c</q>", "a\n\nb\n\n“c”"},
+      {"<p style='margin:0 1px 0'>a<p style='margin-top:0px;margin-bottom:0.0pt'>b<p style='margin:0 0 "
+       "5px'>c",
+       "a\nb\n\nc"},
+      {"<b style=opacity:0>x</b><b style=opacity:0.0>x</b><b style=opacity:0.5>a</b><b "
+       "style=opacity:05>b</b>",
+       "ab"},
+      {"<b style='height:0;overflow:hidden'>x</b><b style='height:0'>a</b><b style='overflow:hidden'>b</b>",
+       "ab"},
+      {"<b style='visibility:collapse'>x</b><b style=mso-hide:none>a</b><b style='opacity:'>b</b>", "ab"},
+      {"<i style='white-space:break-spaces'>a  b</i><i style='white-space:nowrap'>c  d</i>", "a  bc d"},
       {"a\x01\0z"s, "a\uFFFD\uFFFDz"},
       {"no tags < at all & so", "no tags < at all & so"},
       {"<p>open <b>never closed", "open never closed"},

@@ -1,6 +1,7 @@
 // Hostile mail and endless input have no effect beyond their own outcome.
 #include <functional>
 
+#include "mime/AddressDepth.h"
 #include "mime/LimitCheck.h"
 #include "mime/Mail.h"
 #include "tests/deliver/Deliver.h"
@@ -71,6 +72,20 @@ TEST(LimitCheck, ReadsAMailAtALimitAndRefusesOneBeyondWithTheReason) {
          return "To: " + Repeated("x\n ", (n - 4) / 3) + std::string((n - 4) % 3, 'x') + "\n";
        },
        "more than 256 KB"},
+      {limits.HeaderSize,
+       [](std::size_t n) {
+         constexpr std::size_t kEach = 100'000;
+         return Repeated("X:" + std::string(kEach - 2, 'x') + "\n", n / kEach) +
+                "X:" + std::string(n % kEach - 2, 'x') + "\n";
+       },
+       "a header of it has more than 1024 KB"},
+      {limits.Parameters,
+       [&](std::size_t n) {
+         const std::string part = "--b\nContent-Type: text/plain";
+         return list + Repeated(part + Repeated("; a=b", 200) + "\n\n", n / 200 - 1) + part +
+                Repeated("; a=b", 199) + "\n\n" + part + Repeated("; a=b", n % 200) + "\n\n";
+       },
+       "it has more than 10000 parameters"},
       {limits.ContentFieldSize, [](std::size_t n) { return "Content-Type:" + std::string(n, 'x') + "\n"; },
        "more than 8 KB"},
       {limits.FieldParameters,
@@ -118,6 +133,18 @@ TEST(LimitCheck, AcceptsTheContentOfRealMail) {
     EXPECT_EQ(Mime::ReadMail(mail).FromAddress, u"a@b") << mail.substr(0, 80);
 }
 
+TEST(LimitCheck, CountsNestedGroupsAndComments) {
+  const struct {
+    std::string Value;
+    std::size_t Depth;
+  } rows[] = {
+      {"a:b:c", 2},   {"a:b;c:d;", 1}, {"\"a:b:(\"", 0}, {"((a)(b))", 2}, {"\\(\\:", 0}, {"<a:b:c>d:", 1},
+      {"[a:b]:c", 1}, {"<a, b:", 1},   {");;a:", 1},     {"(\"a:b)", 1},  {"(a:b:c", 1}, {"\"\\\":\"", 0},
+      {"<a]:>", 0},   {"\"\"a:", 1},   {"(", 1},         {"a:(b", 1},     {"", 0},
+  };
+  for (const auto& row : rows) EXPECT_EQ(row.Depth, Mime::AddressDepth(row.Value)) << row.Value;
+}
+
 // It would decode each of them in a time that grows with the square of its length.
 TEST(LimitCheck, HidesFromTheParserWhatNobodyReads) {
   const std::string longField = "Content-Transfer-Encoding: " + std::string(999, 'x') + "\n";
@@ -125,6 +152,14 @@ TEST(LimitCheck, HidesFromTheParserWhatNobodyReads) {
   std::string mail =
       longField + fields + "Content-Type: message/rfc822\n\nContent-Transfer-Encoding: 8bit\n" + fields;
   Mime::CheckLimits(mail);
+  std::string read = "Content-Transfer-Encoding:" + std::string(998, 'x') + "\n", hidden = read;
+  hidden.insert(hidden.size() - 1, "x");
+  for (std::string* field : {&read, &hidden}) Mime::CheckLimits(*field);
+  EXPECT_EQ(read[0], 'C');
+  EXPECT_EQ(hidden[0], 'X');
+  std::string senders = Repeated("From: a@b\n", Mime::MailLimits().FromFields);
+  Mime::CheckLimits(senders);
+  EXPECT_THROW(Mime::CheckLimits(senders += "From: a@b\n"), Mime::LimitExceeded);
   EXPECT_EQ(mail, "X" + longField.substr(1) +
                       "Xate: d\nXontent-ID: c\nXo: t\nSubject: s\nMessage-ID: m\nContent-Type: "
                       "message/rfc822\n\nContent-Transfer-Encoding: 8bit\nXate: d\nXontent-ID: c\nXo: "

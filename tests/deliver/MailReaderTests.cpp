@@ -254,6 +254,7 @@ TEST(MailReader, ForgivesWhatMailProgramsDeform) {
       {base64 + "\n\nYWJj\nThis is the list\n", "abc"},
       {base64 + "\n\nYQ==\nYmM=\nZA==ZWY=\n", "abcdef"},
       {base64 + "\n\nYW!J\nj\n", "abc"},
+      {base64 + "\n\n  YWJj \n", "abc"},
       {base64 + "\n\nNot encoded at all.\n", "Not encoded at all.\n"},
   });
 }
