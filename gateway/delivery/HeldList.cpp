@@ -82,14 +82,6 @@ std::vector<HeldPlace> HeldMails(const std::optional<String>& mailbox) {
   return places;
 }
 
-std::vector<HeldPlace> HeldMailsOf(const std::string& beginningOfId) {
-  std::string beginning = beginningOfId;
-  for (char& c : beginning) c = c >= 'A' && c <= 'F' ? static_cast<char>(c | 0x20) : c;
-  std::vector<HeldPlace> places = HeldMails(std::nullopt);
-  std::erase_if(places, [&](const HeldPlace& place) { return !place.Id.starts_with(beginning); });
-  return places;
-}
-
 HeldDetails DetailsOf(const HeldPlace& place) {
   HeldDetails details;
   details.Why = ReadHeldReason(PathOfReason(place.Folder, place.Id));

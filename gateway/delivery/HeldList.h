@@ -29,10 +29,6 @@ struct HeldDetails {
 // The held mails of a mailbox, or of all without one, the oldest first. Raises 57 if a folder can't be read.
 std::vector<HeldPlace> HeldMails(const std::optional<String>& mailbox);
 
-// The held mails of all mailboxes whose id begins so, in lower or upper case. A mail may be held for two
-// mailboxes. Raises 57.
-std::vector<HeldPlace> HeldMailsOf(const std::string& beginningOfId);
-
 // Reads the mail's header, at most 64 kB of it, and its reason. Raises nothing but std::bad_alloc.
 HeldDetails DetailsOf(const HeldPlace& place);
 

@@ -6,6 +6,7 @@
 #include <array>
 #include <ctime>
 #include <iostream>
+#include <iterator>
 #include <map>
 #include <memory>
 
@@ -60,12 +61,16 @@ std::vector<HeldPlace> MailsOfMailbox(const std::vector<std::string>& names) {
   return places;
 }
 
-// The mail of an id: one place for each mailbox for which it is held.
-std::vector<HeldPlace> MailOf(const std::string& id) {
+// The mail of an id, or of its beginning, among all held mails: one place for each mailbox for which it is
+// held.
+std::vector<HeldPlace> MailOf(const std::string& id, const std::vector<HeldPlace>& all) {
   const String shown = FromUtf8(TerminalLine(FromUtf8(id)));
   if (id.empty() || id.size() > 16 || id.find_first_not_of("0123456789abcdefABCDEF") != std::string::npos)
     throw CommandError(WrongUse, TextNumber::kHeldIdMalformed, shown);
-  std::vector<HeldPlace> places = Gateway::HeldMailsOf(id);
+  const std::string beginning = ToUtf8(FoldCase(FromUtf8(id)));
+  std::vector<HeldPlace> places;
+  std::ranges::copy_if(all, std::back_inserter(places),
+                       [&](const HeldPlace& place) { return place.Id.starts_with(beginning); });
   if (places.empty()) throw CommandError(DataRefused, TextNumber::kHeldIdUnknown, shown);
   if (std::ranges::any_of(places, [&](const HeldPlace& place) { return place.Id != places.front().Id; }))
     throw CommandError(WrongUse, TextNumber::kHeldIdAmbiguous, shown);
@@ -79,9 +84,10 @@ std::vector<HeldPlace> ChosenMails(const HeldOptions& options) {
     return MailsOfMailbox(options.Names);
   }
   if (options.Names.empty()) throw CommandError(WrongUse, TextNumber::kHeldIdsMissing);
+  const std::vector<HeldPlace> all = Gateway::HeldMails(std::nullopt);
   std::vector<HeldPlace> chosen;
   for (const std::string& id : options.Names) {
-    for (HeldPlace& place : MailOf(id)) {
+    for (HeldPlace& place : MailOf(id, all)) {
       const bool named =
           std::ranges::any_of(chosen, [&](const HeldPlace& other) { return other.Path == place.Path; });
       if (!named) chosen.push_back(std::move(place));
@@ -141,7 +147,7 @@ void PrintEscaped(std::string_view bytes) {
 }
 
 int Show(const HeldOptions& options) {
-  const std::vector<HeldPlace> places = MailOf(options.Names.front());
+  const std::vector<HeldPlace> places = MailOf(options.Names.front(), Gateway::HeldMails(std::nullopt));
   const std::optional<std::string> bytes = Gateway::BytesOf(places.front());
   if (!bytes) RefuseGone(places.front());
   if (options.Raw || isatty(STDOUT_FILENO) != 1) {
