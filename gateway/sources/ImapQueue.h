@@ -9,10 +9,10 @@
 
 namespace Gateway {
 
-// Mail that is neither read nor deleted is the queue, so nothing about it has to be kept here: it is searched
-// for anew in each pass, and its unique ids are used within one session only, where the server may not change
-// them. What is passed isn't marked as read before it is settled. A mail that was handled just before the
-// connection broke is passed again, and recognised by its key.
+// Mail that is neither read nor deleted is the queue, so nothing about it is stored here: each pass searches
+// for it, and uses the unique ids within one session only, where UIDVALIDITY can't change. Mail that is
+// passed isn't marked as read before it is settled. A mail that was handled just before the connection broke
+// is passed again, and recognised by its key.
 //
 // Of a mail that is too large, only the header is passed. It is never deleted, only marked or moved.
 //

@@ -59,6 +59,8 @@ class LoopbackServer {
   LoopbackServer(const LoopbackServer&) = delete;
   LoopbackServer& operator=(const LoopbackServer&) = delete;
 
+  bool Running() const { return !stopped_; }
+
   // Waits for input; false at the end of the test.
   bool Readable(int number) const {
     pollfd input{number, POLLIN, 0};

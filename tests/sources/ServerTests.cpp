@@ -11,6 +11,7 @@
 #include <set>
 #include <thread>
 
+#include "tests/sources/LoopbackServer.h"
 #include "tests/sources/QueueRecorder.h"
 #include "tests/support/Processes.h"
 #include "tests/support/World.h"
@@ -32,14 +33,29 @@ fs::path Work() {
 }
 
 bool Answers(std::uint16_t port) {
-  const int number = socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
-  sockaddr_in address{};
-  address.sin_family = AF_INET;
-  address.sin_port = htons(port);
-  address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
-  const bool connected = connect(number, reinterpret_cast<sockaddr*>(&address), sizeof address) == 0;
-  close(number);
-  return connected;
+  const int number = Tests::ConnectTo(port);
+  if (number >= 0) close(number);
+  return number >= 0;
+}
+
+// Passes the bytes of a connection on to the IMAP server, a few at a time, and ends it after so many.
+void ForwardSlowly(const Tests::LoopbackServer& self, int client, std::size_t most) {
+  const int server = Tests::ConnectTo(993);
+  std::size_t passed = 0;
+  for (bool open = true; open && passed < most;) {
+    pollfd both[] = {{client, POLLIN, 0}, {server, POLLIN, 0}};
+    open = poll(both, 2, 200) > 0 || self.Running();
+    for (int side = 0; side < 2 && open; ++side) {
+      char bytes[600];
+      if (both[side].revents == 0) continue;
+      const ssize_t count = recv(both[side].fd, bytes, sizeof bytes, 0);
+      open = count > 0 &&
+             Tests::LoopbackServer::Send(both[1 - side].fd, {bytes, static_cast<std::size_t>(count)});
+      passed += static_cast<std::size_t>(std::max<ssize_t>(count, 0));
+      std::this_thread::sleep_for(500us);
+    }
+  }
+  close(server);
 }
 
 class Dovecot {
@@ -270,6 +286,54 @@ TEST_F(ServerQueue, ReadsEachByteOfALargeMail) {
   }
 }
 
+TEST_F(ServerQueue, WorksThroughASlowNetworkThatBreaks) {
+  const std::string mail = "Subject: slow\r\n\r\n" + std::string(100000, 'x') + "\r\n";
+  Put(1, mail);
+  std::size_t most = 50000;
+  Tests::LoopbackServer proxy(
+      [&](const Tests::LoopbackServer& self, int client) { ForwardSlowly(self, client, most); });
+  QueueSettings settings = Settings(QueueKind::Imap);
+  settings.Port = proxy.Port;
+  const auto queue = Gateway::MakeQueue(settings);
+  EXPECT_NE(FailureOf([&] { queue->Pass(recorder_.Sink()); }).find(" closed the connection."),
+            std::string::npos);
+  EXPECT_EQ(recorder_.Take(), "");
+  most = 1000000;
+  EXPECT_TRUE(Pass(*queue) == mail);
+  EXPECT_EQ(Pass(*queue), "");
+}
+
+TEST_F(ServerQueue, DoesWithoutExtensionsOfTheServer) {
+  QueueSettings settings = Settings(QueueKind::Imap, AfterSuccess::Move);
+  settings.Host = "plain.mail.test";
+  const auto queue = Gateway::MakeQueue(settings);
+  PutMany(2);
+  EXPECT_EQ(Pass(*queue), "Subject: 0\r\n\r\ntext\r\n|Subject: 1\r\n\r\ntext\r\n");
+  EXPECT_EQ(Files(mailbox_ / ".Archiv-&AOQ-"), 2U);
+  EXPECT_EQ(Files(mailbox_), 2U);  // with \\Deleted, since a plain EXPUNGE could remove the mail of others
+  std::jthread other([&] {
+    std::this_thread::sleep_for(100ms);
+    Put(3, "new: 3\r\n\r\n");
+  });
+  queue->Wait(1h);
+  EXPECT_EQ(Pass(*queue), "new: 3\r\n\r\n");
+}
+
+TEST_F(ServerQueue, PassesTheHeaderOfAMailThatIsTooLargeAndNeverDeletesIt) {
+  Put(1, "Subject: large\r\n\r\nbody\r\n");
+  fs::resize_file(mailbox_ / "new" / "1000000001.x.h", std::uintmax_t{129} << 20);
+  for (const QueueKind kind : {QueueKind::Pop3, QueueKind::Imap}) {
+    const auto queue = Gateway::MakeQueue(Settings(kind, AfterSuccess::Delete));
+    recorder_.Answer = [](const Gateway::RawMail& mail) {
+      EXPECT_EQ(mail.Bytes, "Subject: large\r\n\r\n");
+      return mail.FaultOutcome == Outcome::Refused ? Outcome::Held : Outcome::Retry;
+    };
+    EXPECT_NE(Pass(*queue).find("(is larger than 128 MB"), std::string::npos);
+    EXPECT_EQ(Pass(*queue), "");
+    EXPECT_EQ(Files(mailbox_), 1U);
+  }
+}
+
 TEST_F(ServerQueue, NoticesNewMailWhileItWaits) {
   int number = 0;
   for (const std::chrono::milliseconds idle : {std::chrono::milliseconds(1h), 50ms}) {
@@ -307,20 +371,20 @@ TEST_F(ServerQueue, IsInterruptedWhileItWaits) {
   }
 }
 
-TEST_F(ServerQueue, Takes10000Mails) {
-  for (const auto& [kind, after] :
-       {std::pair(QueueKind::Imap, AfterSuccess::Mark), std::pair(QueueKind::Pop3, AfterSuccess::Delete)}) {
-    if (kind == QueueKind::Imap) PutMany(10000);
+TEST_F(ServerQueue, TakesManyMails) {
+  const std::tuple<QueueKind, AfterSuccess, int> cases[] = {{QueueKind::Pop3, AfterSuccess::Delete, 1000},
+                                                            {QueueKind::Imap, AfterSuccess::Mark, 10000}};
+  for (const auto& [kind, after, mails] : cases) {
+    PutMany(mails);
     const auto queue = Gateway::MakeQueue(Settings(kind, after));
-    std::size_t count = 0;
-    EXPECT_TRUE(queue->Pass([&](const Gateway::RawMail&) -> std::optional<Outcome> {
-      ++count;
+    int next = 0;
+    EXPECT_TRUE(queue->Pass([&](const Gateway::RawMail& mail) -> std::optional<Outcome> {
+      EXPECT_EQ(mail.Bytes.substr(0, mail.Bytes.find('\r')), "Subject: " + std::to_string(next++));
       return Outcome::Delivered;
     }));
-    EXPECT_EQ(count, 10000U);
+    EXPECT_EQ(next, mails);
     EXPECT_EQ(Pass(*queue), "");
   }
-  EXPECT_EQ(Files(mailbox_), 0U);
 }
 
 }  // namespace

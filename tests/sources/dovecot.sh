@@ -6,6 +6,7 @@ cat >/etc/hosts <<END
 127.0.0.2 expired.test
 127.0.0.3 other.test
 127.0.0.4 unknown.test
+127.0.0.5 plain.mail.test
 END
 
 # Dovecot finds its parts below /usr alone, so two folders there become folders of links, to the system's files and its.
@@ -29,7 +30,7 @@ export OPENSSL_CONF="$WORK/tls/openssl.cnf"
 openssl req -x509 -newkey rsa:2048 -nodes -days 2 -subj "/CN=Test authority" -addext "basicConstraints = CA:TRUE" -keyout ca.key -out ca.pem 2>>log
 certify() { # NAME HOST DAYS
   openssl req -newkey rsa:2048 -nodes -subj "/CN=$2" -keyout "$1.key" -out "$1.request" 2>>log
-  echo "subjectAltName = DNS:$2,IP:127.0.0.1" >"$1.names"
+  echo "subjectAltName = DNS:$2,DNS:plain.$2,IP:127.0.0.1" >"$1.names"
   openssl x509 -req -in "$1.request" -CA ca.pem -CAkey ca.key -CAcreateserial -days "$3" -extfile "$1.names" \
     -out "$1.pem" 2>>log
 }
@@ -45,7 +46,7 @@ state_dir = $WORK/run
 log_path = $WORK/log
 libexec_dir = /usr/lib/dovecot
 protocols = imap pop3
-listen = 127.0.0.1, 127.0.0.2, 127.0.0.3, 127.0.0.4
+listen = 127.0.0.1, 127.0.0.2, 127.0.0.3, 127.0.0.4, 127.0.0.5
 mail_location = maildir:$WORK/mail/%n
 mail_uid = mail-reader
 mail_gid = mail-reader
@@ -85,6 +86,14 @@ local 127.0.0.${name#*.} {
 }
 END
 done
+# A server that offers no extensions.
+cat >>"$WORK/dovecot.conf" <<END
+local 127.0.0.5 {
+  protocol imap {
+    imap_capability = IMAP4rev1
+  }
+}
+END
 mkdir "$WORK/mail" "$WORK/run"
 chown mail-reader "$WORK/mail"
 cd "$WORK"
