@@ -246,6 +246,7 @@ TEST_F(ServerQueue, LosesNothingWhenTheServerIsKilled) {
 TEST_F(ServerQueue, LosesNothingWhenItIsKilled) {
   for (const auto& [kind, after] :
        {std::pair(QueueKind::Imap, AfterSuccess::Move), std::pair(QueueKind::Pop3, AfterSuccess::Delete)}) {
+    const QueueSettings settings = Settings(kind, after);
     PutMany(30);
     const fs::path taken = world_.Home.Path() / "taken";
     fs::create_directories(taken);
@@ -255,7 +256,7 @@ TEST_F(ServerQueue, LosesNothingWhenItIsKilled) {
     };
     const int end = Tests::InAnotherProcess([&] {
       int count = 0;
-      Gateway::MakeQueue(Settings(kind, after))->Pass([&](const Gateway::RawMail& mail) {
+      Gateway::MakeQueue(settings)->Pass([&](const Gateway::RawMail& mail) {
         if (++count == 10) raise(SIGKILL);
         return std::optional(take(mail));
       });
@@ -263,7 +264,7 @@ TEST_F(ServerQueue, LosesNothingWhenItIsKilled) {
     EXPECT_EQ(end, 128 + SIGKILL);
     recorder_.Answer = take;
     // A POP3 server frees the mailbox when it notices the end of the other session.
-    EXPECT_TRUE(Gateway::MakeQueue(Settings(kind, after))->Pass(recorder_.Sink()));
+    EXPECT_TRUE(Gateway::MakeQueue(settings)->Pass(recorder_.Sink()));
     EXPECT_EQ(std::distance(fs::directory_iterator(taken), fs::directory_iterator()), 30);
     EXPECT_EQ(Files(mailbox_), 0U);
     fs::remove_all(taken);
