@@ -85,7 +85,7 @@ try() {
   await "$1 becomes a reply" send good "$1"
   await "and is stored" replied "works for me.* To $1"
   send refused "$1"
-  await "a refused mail is held" held "Nobody knows me. To $1."
+  await "a refused mail is held" held "Nobody knows me.* To $1"
   project_away
   send deferred "$1"
   await "a mail waits while its project is away" queued "temporary failure"
