@@ -5,6 +5,8 @@
 #include <sys/eventfd.h>
 #include <unistd.h>
 
+#include <atomic>
+#include <cerrno>
 #include <cstring>
 #include <memory>
 #include <system_error>
@@ -27,6 +29,7 @@ struct Lookup {
   int Error = 0;        // of getaddrinfo
   int SystemError = 0;  // its errno
   std::vector<HostAddress> Found;
+  std::atomic<bool> Complete = false;  // then the other thread no longer changes the members above
 };
 
 void Resolve(Lookup& lookup) {
@@ -43,6 +46,7 @@ void Resolve(Lookup& lookup) {
     lookup.Found.push_back(address);
   }
   if (list) freeaddrinfo(list);
+  lookup.Complete = true;
 }
 
 }  // namespace
@@ -60,12 +64,10 @@ std::vector<HostAddress> LookUpHost(const std::string& host, int port, const Int
   } catch (const std::system_error& error) {
     RaiseSource(TextNumber::kSourceHostUnknown, host, error.code().message());
   }
-  if (!interruption.Wait(lookup->Finished.Number(), POLLIN, timeout)) {
+  if (!interruption.Wait(lookup->Finished.Number(), POLLIN, timeout) || !lookup->Complete) {
     if (interruption.IsSet()) RaiseSource(TextNumber::kSourceInterrupted);
     RaiseSource(TextNumber::kSourceHostUnknown, host, Runtime::SystemReason(ETIMEDOUT));
   }
-  eventfd_t count = 0;
-  eventfd_read(lookup->Finished.Number(), &count);
   if (lookup->Found.empty())
     RaiseSource(TextNumber::kSourceHostUnknown, host,
                 lookup->Error == EAI_SYSTEM ? Runtime::SystemReason(lookup->SystemError)

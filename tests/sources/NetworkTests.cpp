@@ -1,5 +1,6 @@
 // The queues with servers that are slow, silent, broken or hostile; folder names and passwords on the way to
 // them.
+#include <dlfcn.h>
 #include <gtest/gtest.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
@@ -122,7 +123,10 @@ TEST_F(NetworkTest, TakesNoMoreMemoryThanALargeMailNeedsIfTheServerLiesAboutItsS
   }
   rusage usage{};
   getrusage(RUSAGE_SELF, &usage);
-  EXPECT_LT(usage.ru_maxrss, 700 << 10) << "kB";
+  // AddressSanitizer keeps memory that was freed.
+  if (dlsym(RTLD_DEFAULT, "__asan_init") == nullptr) {
+    EXPECT_LT(usage.ru_maxrss, 700 << 10) << "kB";
+  }
 }
 
 TEST_F(NetworkTest, RefusesAnswersThatNestTooDeep) {
