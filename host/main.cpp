@@ -56,6 +56,10 @@ int Main(int argc, char** argv) {
   AddOutboundCommand(program, invocation);
   AddDeliverCommand(program, invocation);
   AddHeldCommand(program, invocation);
+  AddFetchCommand(program, invocation);
+  AddServeCommand(program, invocation);
+  AddCheckCommand(program, invocation);
+  AddStatusCommand(program, invocation);
   AddKeystoreCommand(program, invocation);
   AddAboutCommand(program, invocation);
   program.footer(

@@ -223,6 +223,29 @@ inline constexpr std::int32_t kSourceSettingWrong = 20184;
 inline constexpr std::int32_t kCaFileUnreadable = 20185;
 inline constexpr std::int32_t kSourceInterrupted = 20186;
 inline constexpr std::int32_t kSettledMailsDamaged = 20187;
+inline constexpr std::int32_t kSettingUnknown = 20190;
+inline constexpr std::int32_t kSettingNotText = 20191;
+inline constexpr std::int32_t kSettingNotNumber = 20192;
+inline constexpr std::int32_t kSettingNotListed = 20193;
+inline constexpr std::int32_t kSettingNotUsable = 20194;
+inline constexpr std::int32_t kSettingNotPath = 20195;
+inline constexpr std::int32_t kSettingMissing = 20196;
+inline constexpr std::int32_t kSettingWithoutSource = 20197;
+inline constexpr std::int32_t kSettingNotForSource = 20198;
+inline constexpr std::int32_t kMoveToUnused = 20199;
+inline constexpr std::int32_t kPasswordFileUnreadable = 20200;
+inline constexpr std::int32_t kSectionUnknown = 20202;
+inline constexpr std::int32_t kMailboxTwice = 20203;
+inline constexpr std::int32_t kNoToml = 20204;
+inline constexpr std::int32_t kConfigurationMissing = 20205;
+inline constexpr std::int32_t kConfigurationOpen = 20206;
+inline constexpr std::int32_t kNoQueues = 20207;
+inline constexpr std::int32_t kMailboxNotInFile = 20208;
+inline constexpr std::int32_t kMailboxWithoutSource = 20209;
+inline constexpr std::int32_t kMailboxInUse = 20210;
+inline constexpr std::int32_t kFolderDenied = 20211;
+inline constexpr std::int32_t kRecordIncomplete = 20213;
+inline constexpr std::int32_t kConfigurationKept = 20214;
 
 // A text of a catalogue, and the number of its places for arguments.
 struct CatalogueText {
@@ -318,7 +341,30 @@ inline constexpr CatalogueText kProgramTexts[] = {{kFormIntroduction},
                                                   {kSourceSettingWrong, 2},
                                                   {kCaFileUnreadable, 2},
                                                   {kSourceInterrupted},
-                                                  {kSettledMailsDamaged, 2}};
+                                                  {kSettledMailsDamaged, 2},
+                                                  {kSettingUnknown, 2},
+                                                  {kSettingNotText, 1},
+                                                  {kSettingNotNumber, 2},
+                                                  {kSettingNotListed, 2},
+                                                  {kSettingNotUsable, 1},
+                                                  {kSettingNotPath, 1},
+                                                  {kSettingMissing, 1},
+                                                  {kSettingWithoutSource, 1},
+                                                  {kSettingNotForSource, 2},
+                                                  {kMoveToUnused},
+                                                  {kPasswordFileUnreadable, 2},
+                                                  {kSectionUnknown, 1},
+                                                  {kMailboxTwice, 2},
+                                                  {kNoToml, 1},
+                                                  {kConfigurationMissing, 1},
+                                                  {kConfigurationOpen, 1},
+                                                  {kNoQueues, 1},
+                                                  {kMailboxNotInFile, 2},
+                                                  {kMailboxWithoutSource, 1},
+                                                  {kMailboxInUse, 2},
+                                                  {kFolderDenied, 2},
+                                                  {kRecordIncomplete, 1},
+                                                  {kConfigurationKept}};
 
 inline constexpr CatalogueText kSharedTexts[] = {{kCutMarker}};
 

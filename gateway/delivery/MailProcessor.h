@@ -13,6 +13,8 @@ struct DeliverySettings {
   PolicySettings Policy;
   bool Hold = false;  // keep refused mail, with its reason
   int HeldDays = 90;  // how long held mail is kept
+
+  friend bool operator==(const DeliverySettings&, const DeliverySettings&) = default;
 };
 
 // Each object has its own handler object of the component. Created, used and destroyed on one thread; the

@@ -20,6 +20,8 @@ struct PolicySettings {
   String RequireAuthenticated = {};
 
   std::size_t SizeLimit = std::size_t{25} << 20;  // of the whole mail, in bytes
+
+  friend bool operator==(const PolicySettings&, const PolicySettings&) = default;
 };
 
 }  // namespace Gateway

@@ -45,6 +45,8 @@ struct QueueSettings {
   std::chrono::milliseconds ReadTimeout = std::chrono::seconds(60);     // without a byte from the server
   std::chrono::milliseconds IdleRestart = std::chrono::minutes(10);   // servers and NAT boxes drop older ones
   std::chrono::milliseconds PollInterval = std::chrono::seconds(60);  // where the server reports no new mail
+
+  friend bool operator==(const QueueSettings&, const QueueSettings&) = default;
 };
 
 }  // namespace Gateway

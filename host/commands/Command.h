@@ -26,6 +26,10 @@ void AddOutboundCommand(CLI::App& program, Invocation& invocation);
 void AddKeystoreCommand(CLI::App& program, Invocation& invocation);
 void AddDeliverCommand(CLI::App& program, Invocation& invocation);
 void AddHeldCommand(CLI::App& program, Invocation& invocation);
+void AddFetchCommand(CLI::App& program, Invocation& invocation);
+void AddServeCommand(CLI::App& program, Invocation& invocation);
+void AddCheckCommand(CLI::App& program, Invocation& invocation);
+void AddStatusCommand(CLI::App& program, Invocation& invocation);
 void AddAboutCommand(CLI::App& program, Invocation& invocation);
 
 }  // namespace Host

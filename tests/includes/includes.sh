@@ -46,6 +46,8 @@ glib: mime/
 gio/: mime/
 unicode/: mime/ runtime/MailAddress.
 CLI/: host/commands/ host/options/ host/main.cpp
+toml++/: gateway/service/SettingsFile.
+systemd/: gateway/service/Systemd.
 histedit.h: host/terminal/
 editline/: host/terminal/
 Q: desktop/

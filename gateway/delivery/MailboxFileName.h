@@ -1,0 +1,15 @@
+// MailboxFileName: the name of the file or folder that belongs to a mailbox.
+#pragma once
+
+#include <string>
+
+#include "platform/Text.h"
+
+namespace Gateway {
+
+// The mailbox's name in lower case, with every character but letters, digits, "-" and "_" percent-encoded, so
+// that no mailbox has the file of another or one elsewhere. A name that would be too long for a file system
+// ends in its digest. Pure; any thread.
+std::string MailboxFileName(Platform::StringView mailbox);
+
+}  // namespace Gateway

@@ -1,0 +1,130 @@
+#include "gateway/service/Configuration.h"
+
+#include <sys/stat.h>
+
+#include <algorithm>
+#include <map>
+
+#include "gateway/service/MailboxSection.h"
+#include "platform/Failure.h"
+#include "platform/StoredNames.h"
+#include "runtime/DurableFile.h"
+#include "runtime/Folders.h"
+#include "runtime/Texts.h"
+
+namespace Gateway {
+namespace {
+
+namespace TextNumber = Platform::TextNumber;
+using Kind = SettingsNode::Kind;
+using Platform::FromUtf8;
+using Runtime::TextOf;
+
+// Some thousands of mailboxes.
+constexpr std::size_t kLargestFile = std::size_t{1} << 20;
+
+[[noreturn]] void Raise(std::int32_t number, const String& description) {
+  throw Platform::Failure(number, u"Gateway", description);
+}
+
+std::string ReadTrustedFile(const std::string& path) {
+  try {
+    Runtime::SmallFile file = Runtime::ReadSmallFile(path, kLargestFile);
+    // Whoever may write it could make a mailbox take any mail.
+    if ((file.Mode & (S_IWGRP | S_IWOTH)) == 0) return std::move(file.Content);
+  } catch (const Platform::Failure& failure) {
+    if (failure.Number() != Platform::FailureNumber::PathNotFound) throw;
+    Raise(failure.Number(), TextOf(TextNumber::kConfigurationMissing, FromUtf8(path)));
+  }
+  Raise(Platform::FailureNumber::DeviceFailed, TextOf(TextNumber::kConfigurationOpen, FromUtf8(path)));
+}
+
+void RaiseIfAny(const SettingsProblems& problems) {
+  if (!problems.Any()) return;
+  String description;
+  for (const std::string& line : problems.Lines())
+    description.append(description.empty() ? u"" : u"\n").append(FromUtf8(line));
+  Raise(Platform::FailureNumber::RefusedInput, description);
+}
+
+SettingsNode Parse(const std::string& path) {
+  const std::string bytes = ReadTrustedFile(path);
+  SettingsProblems problems(path);
+  try {
+    return ParseSettings(bytes);
+  } catch (const SettingsError& error) {
+    problems.Add(error.Place(), TextOf(TextNumber::kNoToml, FromUtf8(error.Text())));
+  }
+  RaiseIfAny(problems);
+  return {};
+}
+
+// The members of the root: the section of defaults, and the sections of mailboxes.
+struct Sections {
+  const SettingsNode* Defaults = nullptr;
+  std::vector<const SettingsNode*> Mailboxes;
+};
+
+Sections SectionsOf(const SettingsNode& root, SettingsProblems& problems) {
+  Sections sections;
+  for (const SettingsNode& member : root.Members) {
+    const auto isTable = [](const SettingsNode& node) { return node.Type == Kind::Table; };
+    if (member.Key == "defaults" && isTable(member))
+      sections.Defaults = &member;
+    else if (member.Key == "mailbox" && member.Type == Kind::List &&
+             std::ranges::all_of(member.Members, isTable))
+      for (const SettingsNode& mailbox : member.Members) sections.Mailboxes.push_back(&mailbox);
+    else
+      problems.Add(member.Place, TextOf(TextNumber::kSectionUnknown, FromUtf8(member.Key)));
+  }
+  return sections;
+}
+
+}  // namespace
+
+const MailboxSettings* Configuration::Find(StringView mailbox) const {
+  const auto found = std::ranges::find_if(Mailboxes, [&](const MailboxSettings& settings) {
+    return Platform::EqualsIgnoreCase(settings.Name, mailbox);
+  });
+  return found == Mailboxes.end() ? nullptr : &*found;
+}
+
+std::string ConfigurationPath() {
+  return Runtime::HomePath() + "/tvmail.toml";
+}
+
+Configuration ReadConfiguration(const std::string& path) {
+  const SettingsNode root = Parse(path);
+  SettingsProblems problems(path), warnings(path);
+  const Sections sections = SectionsOf(root, problems);
+  DefaultSettings defaults;
+  if (sections.Defaults) defaults = ReadDefaults(*sections.Defaults, problems);
+  Configuration configuration{path, defaults.Delivery, {}, {}};
+  std::map<String, FilePlace> names;
+  for (const SettingsNode* section : sections.Mailboxes) {
+    MailboxSettings mailbox = ReadMailbox(*section, defaults, problems, warnings);
+    if (!mailbox.Name.empty()) {
+      const auto [first, isNew] = names.emplace(Platform::FoldCase(mailbox.Name), section->Place);
+      if (!isNew)
+        problems.Add(section->Place, TextOf(TextNumber::kMailboxTwice, mailbox.Name,
+                                            FromUtf8(std::to_string(first->second.Line))));
+    }
+    configuration.Mailboxes.push_back(std::move(mailbox));
+  }
+  RaiseIfAny(problems);
+  configuration.Warnings = warnings.Lines();
+  return configuration;
+}
+
+DeliverySettings SettingsOf(StringView mailbox) {
+  try {
+    const Configuration configuration = ReadConfiguration(ConfigurationPath());
+    const MailboxSettings* settings = configuration.Find(mailbox);
+    return settings ? settings->Delivery : configuration.Defaults;
+  } catch (const Platform::Failure& failure) {
+    if (failure.Number() != Platform::FailureNumber::PathNotFound) throw;
+    return {};
+  }
+}
+
+}  // namespace Gateway

@@ -1,0 +1,80 @@
+#include "gateway/service/MailboxCheck.h"
+
+#include <unistd.h>
+
+#include <cerrno>
+#include <functional>
+
+#include "gateway/delivery/FailureJudge.h"
+#include "gateway/delivery/HandlerObject.h"
+#include "gateway/delivery/MailboxRecords.h"
+#include "gateway/delivery/MessageObject.h"
+#include "gateway/service/MailboxFile.h"
+#include "gateway/sources/MailQueue.h"
+#include "platform/Failure.h"
+#include "platform/Services.h"
+#include "platform/StoredNames.h"
+#include "platform/contracts/MailIntake.h"
+#include "runtime/Folders.h"
+#include "runtime/Texts.h"
+
+namespace Gateway {
+namespace {
+
+[[noreturn]] void Refuse(const String& text) {
+  throw Platform::Failure(Platform::FailureNumber::RefusedInput, u"Gateway", text);
+}
+
+MailboxRecord RequireRecord(StringView mailbox) {
+  const auto record = FindMailbox(mailbox);
+  if (!record) Refuse(Runtime::TextOf(Platform::TextNumber::kMailboxMissing, mailbox));
+  if (!record->Complete()) Refuse(Runtime::TextOf(Platform::TextNumber::kRecordIncomplete, record->Name));
+  return *record;
+}
+
+void OpenProject(const String& path) {
+  const Platform::MailIntake intake(Platform::Services().CreateByName(Platform::MailIntake::kName));
+  intake.Open(path);
+}
+
+// The component logs on before it looks at a mail, and refuses one without a sender next.
+void LogOn(const String& mailbox) {
+  const HandlerObject handler;
+  handler.Mail().MailHandler_Initialize(mailbox, nullptr);
+  const String failure = handler.Mail().MailHandler_HandleMessage(MakeMessageObject(Mime::Mail()));
+  handler.Mail().MailHandler_Finalize();
+  const Verdict verdict = FailureJudge().Judge(failure);
+  if (verdict.Result != Outcome::Refused) Refuse(verdict.Reason);
+}
+
+// The folder itself, or the nearest above it that exists, in which it would be created.
+void RequireWritableHeldFolder(StringView mailbox) {
+  std::string folder = MailboxFile("held", mailbox);
+  while (access(folder.c_str(), F_OK) != 0 && folder.size() > Runtime::HomePath().size())
+    folder = Runtime::FolderOfPath(folder);
+  if (access(folder.c_str(), W_OK | X_OK) != 0) RaiseFolderDenied(folder, errno);
+}
+
+}  // namespace
+
+std::vector<CheckResult> CheckMailbox(StringView mailbox, const MailboxSettings* settings) {
+  std::vector<CheckResult> results;
+  const auto holds = [&](const char* name, const std::function<void()>& check) {
+    CheckResult& result = results.emplace_back(CheckResult{name, {}});
+    try {
+      check();
+    } catch (const std::exception&) {
+      result.Problem = Platform::CurrentFailure().Description();
+    }
+    return result.Problem.empty();
+  };
+  MailboxRecord record;
+  if (holds("record", [&] { record = RequireRecord(mailbox); }) &&
+      holds("project", [&] { OpenProject(record.ProjectPath); }))
+    holds("logon", [&] { LogOn(record.Name); });
+  holds("held", [&] { RequireWritableHeldFolder(mailbox); });
+  if (settings && settings->Source) holds("source", [&] { MakeQueue(*settings->Source)->Check(); });
+  return results;
+}
+
+}  // namespace Gateway

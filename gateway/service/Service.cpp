@@ -1,0 +1,187 @@
+#include "gateway/service/Service.h"
+
+#include <csignal>
+#include <ctime>
+
+#include <algorithm>
+#include <utility>
+
+#include "gateway/service/Systemd.h"
+#include "platform/Failure.h"
+#include "platform/StoredNames.h"
+#include "platform/TerminalText.h"
+#include "runtime/Texts.h"
+
+namespace Gateway {
+namespace {
+
+namespace TextNumber = Platform::TextNumber;
+using Severity = ServiceLog::Severity;
+using Platform::FromUtf8;
+using Runtime::TextOf;
+
+[[noreturn]] void Refuse(std::int32_t text, StringView first, StringView second = {}) {
+  throw Platform::Failure(Platform::FailureNumber::RefusedInput, u"Gateway", TextOf(text, first, second));
+}
+
+sigset_t Signals() {
+  sigset_t signals;
+  sigemptyset(&signals);
+  for (const int number : {SIGTERM, SIGINT, SIGHUP}) sigaddset(&signals, number);
+  return signals;
+}
+
+void BlockSignals() {
+  const sigset_t signals = Signals();
+  pthread_sigmask(SIG_BLOCK, &signals, nullptr);
+  std::signal(SIGPIPE, SIG_IGN);
+}
+
+// From now on the next of the signals kills the process.
+void UnblockSignals() {
+  std::signal(SIGHUP, SIG_IGN);
+  for (const int number : {SIGTERM, SIGINT}) std::signal(number, SIG_DFL);
+  const sigset_t signals = Signals();
+  pthread_sigmask(SIG_UNBLOCK, &signals, nullptr);
+}
+
+// The next signal, or 0 after the time.
+int WaitForSignal(std::chrono::nanoseconds time) {
+  const sigset_t signals = Signals();
+  const auto seconds = std::chrono::floor<std::chrono::seconds>(time);
+  const std::timespec longest{seconds.count(), (time - seconds).count()};
+  const int number = sigtimedwait(&signals, nullptr, &longest);
+  return number > 0 ? number : 0;
+}
+
+void RequireUnlocked(const std::vector<MailboxSettings>& mailboxes) {
+  std::optional<std::string> holder;
+  for (const MailboxSettings& mailbox : mailboxes) {
+    holder = MailboxLock::Holder(mailbox.Name);
+    if (!holder) return;
+  }
+  throw Platform::Failure(
+      Platform::FailureNumber::DeviceFailed, u"Gateway",
+      TextOf(TextNumber::kMailboxInUse, mailboxes.back().Name, FromUtf8(holder.value_or(""))));
+}
+
+}  // namespace
+
+std::vector<MailboxSettings> MailboxesOf(const Configuration& configuration,
+                                         const std::vector<String>& names) {
+  const String path = FromUtf8(configuration.Path);
+  std::vector<MailboxSettings> mailboxes;
+  for (const String& name : names) {
+    const MailboxSettings* mailbox = configuration.Find(name);
+    if (!mailbox) Refuse(TextNumber::kMailboxNotInFile, path, name);
+    if (!mailbox->Source) Refuse(TextNumber::kMailboxWithoutSource, name);
+    if (std::ranges::find(mailboxes, *mailbox) == mailboxes.end()) mailboxes.push_back(*mailbox);
+  }
+  if (names.empty())
+    std::ranges::copy_if(configuration.Mailboxes, std::back_inserter(mailboxes),
+                         [](const MailboxSettings& mailbox) { return mailbox.Source.has_value(); });
+  if (mailboxes.empty()) Refuse(TextNumber::kNoQueues, path);
+  return mailboxes;
+}
+
+Service::Service(std::string configurationPath, std::vector<String> only)
+    : path_(std::move(configurationPath)), only_(std::move(only)) {
+  const Configuration configuration = ReadConfiguration(path_);
+  const std::vector<MailboxSettings> mailboxes = MailboxesOf(configuration, only_);
+  RequireUnlocked(mailboxes);
+  BlockSignals();
+  LogWarnings(configuration);
+  for (const MailboxSettings& mailbox : mailboxes) Start(mailbox);
+}
+
+void Service::LogWarnings(const Configuration& configuration) {
+  for (const std::string& line : configuration.Warnings)
+    log_.Event(Severity::Warning, "configuration", {}, FromUtf8(line));
+}
+
+void Service::Start(const MailboxSettings& mailbox) {
+  threads_.push_back(std::make_unique<MailboxThread>(mailbox, log_));
+  log_.Event(Severity::Notice, "started", mailbox.Name, {});
+}
+
+void Service::Run() {
+  constexpr std::chrono::nanoseconds kLongestPause = std::chrono::seconds(1);
+  const auto watchdog = WatchdogTime();
+  const auto pause =
+      watchdog ? std::min<std::chrono::nanoseconds>(*watchdog / 3, kLongestPause) : kLongestPause;
+  NotifyManager("READY=1");
+  for (;;) {
+    Report();
+    const int signal = WaitForSignal(pause);
+    if (signal == SIGTERM || signal == SIGINT) break;
+    if (signal == SIGHUP) Reload();
+  }
+  Stop();
+}
+
+void Service::Report() {
+  const auto alive = [](const auto& thread) { return thread->Alive(); };
+  if (std::ranges::all_of(threads_, alive)) NotifyManager("WATCHDOG=1");
+  std::size_t failing = 0;
+  std::string names;
+  for (const auto& thread : threads_) {
+    if (!thread->Failing()) continue;
+    ++failing;
+    if (names.size() < 200)
+      names += (names.empty() ? "" : ", ") + Platform::TerminalLine(thread->Settings().Name);
+  }
+  std::string status = std::to_string(threads_.size()) + " mailboxes, " + std::to_string(failing) +
+                       " failing" + (names.empty() ? "" : ": " + names);
+  if (status == reportedStatus_) return;
+  NotifyManager("STATUS=" + status);
+  reportedStatus_ = std::move(status);
+}
+
+void Service::Reload() {
+  NotifyManager(ReloadingState());
+  try {
+    const Configuration configuration = ReadConfiguration(path_);
+    const std::vector<MailboxSettings> wanted = MailboxesOf(configuration, only_);
+    LogWarnings(configuration);
+    Apply(wanted);
+    log_.Event(Severity::Notice, "reloaded", {}, {});
+  } catch (const std::exception&) {
+    // Each line of the description is an error.
+    String errors = Platform::CurrentFailure().Description();
+    for (std::size_t begin = 0; begin < errors.size();) {
+      const std::size_t end = std::min(errors.find(u'\n', begin), errors.size());
+      log_.Event(Severity::Error, "configuration", {}, errors.substr(begin, end - begin));
+      begin = end + 1;
+    }
+    log_.Event(Severity::Error, "configuration", {}, TextOf(TextNumber::kConfigurationKept));
+  }
+  NotifyManager("READY=1");
+}
+
+void Service::Apply(const std::vector<MailboxSettings>& wanted) {
+  const auto isWanted = [&](const auto& thread) {
+    return std::ranges::find(wanted, thread->Settings()) != wanted.end();
+  };
+  const auto ending = std::stable_partition(threads_.begin(), threads_.end(), isWanted);
+  // All are told before the first is waited for.
+  for (auto thread = ending; thread != threads_.end(); ++thread) (*thread)->RequestStop();
+  for (auto thread = ending; thread != threads_.end(); ++thread)
+    log_.Event(Severity::Notice, "stopped", (*thread)->Settings().Name, {});
+  threads_.erase(ending, threads_.end());
+  for (const MailboxSettings& mailbox : wanted) {
+    const bool runs =
+        std::ranges::any_of(threads_, [&](const auto& thread) { return thread->Settings() == mailbox; });
+    if (!runs) Start(mailbox);
+  }
+}
+
+void Service::Stop() {
+  UnblockSignals();
+  NotifyManager("STOPPING=1");
+  log_.Event(Severity::Notice, "stopping", {}, {});
+  for (const auto& thread : threads_) thread->RequestStop();
+  threads_.clear();
+  log_.Event(Severity::Notice, "stopped", {}, {});
+}
+
+}  // namespace Gateway

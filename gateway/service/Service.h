@@ -1,0 +1,51 @@
+// Service: serves the mailboxes of a configuration until it is told to stop.
+#pragma once
+
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "gateway/service/Configuration.h"
+#include "gateway/service/MailboxThread.h"
+#include "gateway/service/ServiceLog.h"
+
+namespace Gateway {
+
+// Signals: SIGTERM and SIGINT finish the mails under way and end the service; a second one kills it. SIGHUP
+// reads the configuration again: only mailboxes whose settings have changed are stopped and started.
+//
+// The service manager is told that the service is ready as soon as the configuration is read: a server that
+// is down must not keep the other mailboxes from being served. Its watchdog is answered while every thread is
+// alive. Main thread.
+class Service {
+ public:
+  // Reads the configuration. only names the mailboxes to serve; all that have a source if it is empty. Blocks
+  // the signals above on this thread and those that it starts from now on. Raises as ReadConfiguration and
+  // MailboxesOf; 57 if each mailbox is served by another process.
+  Service(std::string configurationPath, std::vector<String> only);
+
+  // Returns after SIGTERM or SIGINT.
+  void Run();
+
+ private:
+  void Start(const MailboxSettings& mailbox);
+  void LogWarnings(const Configuration& configuration);
+  void Reload();
+  void Apply(const std::vector<MailboxSettings>& wanted);
+  void Report();
+  void Stop();
+
+  const std::string path_;
+  const std::vector<String> only_;
+  ServiceLog log_;
+  std::string reportedStatus_;
+  std::vector<std::unique_ptr<MailboxThread>> threads_;
+};
+
+// The mailboxes of the configuration that have these names, or all that have a source if there are no names.
+// Raises 380 for a name that the file doesn't have, or whose mailbox has no source, and if no mailbox is
+// left.
+std::vector<MailboxSettings> MailboxesOf(const Configuration& configuration,
+                                         const std::vector<String>& names);
+
+}  // namespace Gateway

@@ -1,0 +1,79 @@
+// tvmail check: proves that mailboxes can be served, and changes nothing.
+#include <CLI/CLI.hpp>
+#include <iostream>
+#include <memory>
+
+#include "gateway/service/MailboxCheck.h"
+#include "host/CommandError.h"
+#include "host/Mailboxes.h"
+#include "host/Stores.h"
+#include "host/commands/Command.h"
+#include "host/commands/ConfigurationOption.h"
+#include "platform/TerminalText.h"
+#include "runtime/ProcessServices.h"
+
+namespace Host {
+namespace {
+
+constexpr const char* kNotes =
+    R"(Checks the configuration, the stores and, for each mailbox: its record, its project, the logon to the project
+with the stored password, the folder of held mail, and the logon to its source. Without a name, all mailboxes of
+the configuration and of this machine are checked. No mail is read, marked or moved. One line is printed for each
+check: the mailbox, the check, and "ok" or what is wrong and what to do.
+
+Exit codes:
+  0   everything is as it should be
+  75  something is wrong that may be right later, such as a server that doesn't answer
+  78  the configuration isn't valid, or the stores, a mailbox or its record are missing)";
+
+void Print(StringView mailbox, const std::string& check, const String& problem) {
+  std::cout << (mailbox.empty() ? "" : TerminalLine(mailbox) + "  ") << check << "  "
+            << (problem.empty() ? "ok" : TerminalLine(problem)) << '\n'
+            << std::flush;
+}
+
+// The mailboxes that are named, or all of the configuration and all records.
+std::vector<String> MailboxesToCheck(const ConfigurationOption& option,
+                                     const Gateway::Configuration& configuration) {
+  std::vector<String> names = option.Names();
+  if (!names.empty()) return names;
+  for (const auto& mailbox : configuration.Mailboxes) names.push_back(mailbox.Name);
+  for (const MailboxRecord& record : ReadMailboxes()) {
+    if (!configuration.Find(record.Name)) names.push_back(record.Name);
+  }
+  return names;
+}
+
+int Check(const ConfigurationOption& option) {
+  RequireStores();
+  Runtime::InstallToolkit(nullptr);
+  const Gateway::Configuration configuration = option.ReadIfAny();
+  Print({}, "stores", {});
+  int code = Done;
+  for (const std::string& line : configuration.Warnings) {
+    code = NotConfigured;
+    Print({}, "configuration", FromUtf8(line));
+  }
+  if (configuration.Warnings.empty()) Print({}, "configuration", {});
+  for (const String& mailbox : MailboxesToCheck(option, configuration)) {
+    for (const auto& [name, problem] : Gateway::CheckMailbox(mailbox, configuration.Find(mailbox))) {
+      Print(mailbox, name, problem);
+      if (problem.empty()) continue;
+      if (name == "record") code = NotConfigured;
+      if (code == Done) code = TryAgain;
+    }
+  }
+  return code;
+}
+
+}  // namespace
+
+void AddCheckCommand(CLI::App& program, Invocation& invocation) {
+  CLI::App* command = program.add_subcommand("check", "Prove that mailboxes can be served");
+  const auto option = std::make_shared<ConfigurationOption>();
+  option->AddTo(*command);
+  command->footer(kNotes);
+  command->callback([option, &invocation] { invocation.Run = [option] { return Check(*option); }; });
+}
+
+}  // namespace Host

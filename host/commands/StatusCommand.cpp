@@ -1,0 +1,161 @@
+// tvmail status: what became of each mailbox's mail, for administrators and monitoring.
+#include <CLI/CLI.hpp>
+#include <ctime>
+#include <iostream>
+#include <memory>
+
+#include "gateway/service/HeldSummary.h"
+#include "gateway/service/MailboxLock.h"
+#include "gateway/service/MailboxStatus.h"
+#include "host/CommandError.h"
+#include "host/Mailboxes.h"
+#include "host/commands/Command.h"
+#include "host/commands/ConfigurationOption.h"
+#include "platform/Json.h"
+#include "platform/TerminalText.h"
+
+namespace Host {
+namespace {
+
+using Gateway::HeldSummary;
+using Gateway::MailboxStatus;
+using Gateway::Outcome;
+using Gateway::StatusTime;
+
+constexpr const char* kNotes =
+    R"(Shows what became of the mails of each mailbox, by tvmail serve, fetch and deliver: the last delivery, the last
+failure with its reason, today's mails by outcome, and the mail that is held. Without a name, all mailboxes of the
+configuration and of this machine are shown. It reads files only, so it works while the service runs and without it.
+
+With --json it prints an object with the list mailboxes; each has name, lastDelivered, lastFailure (UTC, as
+"2024-05-01T09:30:00Z", or ""), reason (of the last failure), counts (delivered, duplicate, refused, held, retry; of
+today), held, and oldestHeld (a time, or "").
+
+Exit codes, for monitoring:
+  0   all is well
+  75  the last attempt of a mailbox failed, or a mail has been held for longer than --held-hours
+  78  the configuration isn't valid, or there is no such mailbox)";
+
+constexpr int kHeldHours = 168;
+
+constexpr std::pair<Outcome, const char*> kCounts[] = {{Outcome::Delivered, "delivered"},
+                                                       {Outcome::Duplicate, "duplicate"},
+                                                       {Outcome::Refused, "refused"},
+                                                       {Outcome::Held, "held"},
+                                                       {Outcome::Retry, "retry"}};
+
+struct StatusOptions {
+  ConfigurationOption Configuration;
+  bool Json = false;
+  int HeldHours = kHeldHours;
+};
+
+struct Row {
+  String Name;
+  MailboxStatus Status;
+  HeldSummary Held;
+};
+
+std::string UtcText(const std::optional<StatusTime>& time) {
+  if (!time) return {};
+  const std::time_t seconds = time->time_since_epoch().count();
+  std::tm utc{};
+  char text[32];
+  gmtime_r(&seconds, &utc);
+  return {text, std::strftime(text, sizeof text, "%Y-%m-%dT%H:%M:%SZ", &utc)};
+}
+
+std::size_t CountOf(const MailboxStatus& status, Outcome outcome) {
+  const auto found = status.Counts.find(outcome);
+  return found == status.Counts.end() ? 0 : found->second;
+}
+
+std::vector<Row> ReadRows(const ConfigurationOption& option) {
+  const Gateway::Configuration configuration = option.ReadIfAny();
+  std::vector<String> names;
+  for (const String& name : option.Names()) {
+    const auto* mailbox = configuration.Find(name);
+    names.push_back(mailbox ? mailbox->Name : RequireMailbox(name).Name);
+  }
+  if (names.empty()) {
+    for (const auto& mailbox : configuration.Mailboxes) names.push_back(mailbox.Name);
+    for (const MailboxRecord& record : ReadMailboxes()) {
+      if (!configuration.Find(record.Name)) names.push_back(record.Name);
+    }
+  }
+  std::vector<Row> rows;
+  for (const String& name : names)
+    rows.push_back({name, Gateway::ReadStatus(name), Gateway::ReadHeldSummary(name)});
+  return rows;
+}
+
+void PrintJson(const std::vector<Row>& rows) {
+  JsonArray mailboxes;
+  for (const auto& [name, status, held] : rows) {
+    JsonObject counts;
+    for (const auto& [outcome, word] : kCounts) counts.Add(word, CountOf(status, outcome));
+    mailboxes.Add(JsonObject()
+                      .Add("name", name)
+                      .Add("lastDelivered", FromUtf8(UtcText(status.LastDelivered)))
+                      .Add("lastFailure", FromUtf8(UtcText(status.LastFailure)))
+                      .Add("reason", status.Reason)
+                      .Add("counts", counts)
+                      .Add("held", held.Count)
+                      .Add("oldestHeld", FromUtf8(UtcText(held.Oldest))));
+  }
+  std::cout << JsonObject().Add("mailboxes", mailboxes).Text() << '\n';
+}
+
+std::string Or(const std::string& text, const char* otherwise) {
+  return text.empty() ? otherwise : text;
+}
+
+void PrintText(const std::vector<Row>& rows) {
+  if (rows.empty()) std::cout << "There is no mailbox yet. Add one with tvmail mailbox add.\n";
+  for (const auto& [name, status, held] : rows) {
+    const auto server = Gateway::MailboxLock::Holder(name);
+    std::cout << TerminalLine(name) << "  " << (status.Failing ? "failing" : "ok")
+              << (server ? "  served by process " + *server : "") << '\n'
+              << "  last delivered  " << Or(UtcText(status.LastDelivered), "never") << '\n'
+              << "  last failure    " << Or(UtcText(status.LastFailure), "never")
+              << (status.Reason.empty() ? "" : ": " + TerminalLine(status.Reason)) << '\n'
+              << "  today           ";
+    const char* separator = "";
+    for (const auto& [outcome, word] : kCounts) {
+      std::cout << separator << CountOf(status, outcome) << ' ' << word;
+      separator = ", ";
+    }
+    std::cout << "\n  held            " << held.Count
+              << (held.Oldest ? ", the oldest since " + UtcText(held.Oldest) : "") << '\n';
+  }
+}
+
+int Show(const StatusOptions& options) {
+  const std::vector<Row> rows = ReadRows(options.Configuration);
+  if (options.Json)
+    PrintJson(rows);
+  else
+    PrintText(rows);
+  const auto limit = std::chrono::system_clock::now() - std::chrono::hours(options.HeldHours);
+  for (const Row& row : rows) {
+    if (row.Status.Failing || (row.Held.Oldest && *row.Held.Oldest < limit)) return TryAgain;
+  }
+  return Done;
+}
+
+}  // namespace
+
+void AddStatusCommand(CLI::App& program, Invocation& invocation) {
+  CLI::App* command = program.add_subcommand("status", "Show what became of mailboxes' mail");
+  const auto options = std::make_shared<StatusOptions>();
+  options->Configuration.AddTo(*command);
+  command->add_flag("--json", options->Json, "Print a JSON object");
+  command
+      ->add_option("--held-hours", options->HeldHours, "How long mail may be held before the exit code tells")
+      ->check(CLI::Range(1, 24 * 3650))
+      ->capture_default_str();
+  command->footer(kNotes);
+  command->callback([options, &invocation] { invocation.Run = [options] { return Show(*options); }; });
+}
+
+}  // namespace Host
