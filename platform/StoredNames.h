@@ -233,7 +233,7 @@ inline constexpr std::int32_t kSettingMissing = 20196;
 inline constexpr std::int32_t kSettingWithoutSource = 20197;
 inline constexpr std::int32_t kSettingNotForSource = 20198;
 inline constexpr std::int32_t kMoveToUnused = 20199;
-inline constexpr std::int32_t kPasswordFileUnreadable = 20200;
+inline constexpr std::int32_t kPasswordFileMissing = 20200;
 inline constexpr std::int32_t kSectionUnknown = 20202;
 inline constexpr std::int32_t kMailboxTwice = 20203;
 inline constexpr std::int32_t kNoToml = 20204;
@@ -352,7 +352,7 @@ inline constexpr CatalogueText kProgramTexts[] = {{kFormIntroduction},
                                                   {kSettingWithoutSource, 1},
                                                   {kSettingNotForSource, 2},
                                                   {kMoveToUnused},
-                                                  {kPasswordFileUnreadable, 2},
+                                                  {kPasswordFileMissing, 2},
                                                   {kSectionUnknown, 1},
                                                   {kMailboxTwice, 2},
                                                   {kNoToml, 1},

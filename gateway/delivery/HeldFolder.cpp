@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <filesystem>
 
-#include "gateway/delivery/Digest.h"
+#include "gateway/delivery/MailboxFileName.h"
 #include "platform/Failure.h"
 #include "platform/StoredNames.h"
 #include "runtime/DurableFile.h"
@@ -18,7 +18,6 @@ namespace {
 namespace fs = std::filesystem;
 
 constexpr std::size_t kIdLength = 16;
-constexpr std::size_t kLongestName = 200;  // file systems allow 255 bytes
 constexpr std::string_view kDigits = "0123456789ABCDEF";
 
 }  // namespace
@@ -28,22 +27,7 @@ std::string HeldHome() {
 }
 
 std::string HeldFolder(StringView mailbox) {
-  const std::string name = Platform::ToUtf8(Platform::FoldCase(mailbox));
-  std::string encoded;
-  for (const char c : name) {
-    const auto byte = static_cast<unsigned char>(c);
-    const bool plain =
-        (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9') || c == '-' || c == '_';
-    if (plain) {
-      encoded += c;
-    } else {
-      encoded += {'%', kDigits[byte >> 4], kDigits[byte & 15]};
-    }
-  }
-  // The sign between both is in no encoded name.
-  if (encoded.size() > kLongestName)
-    encoded = encoded.substr(0, kLongestName / 2) + "~" + Sha256({name}).substr(0, 32);
-  return HeldHome() + "/" + encoded;
+  return HeldHome() + "/" + MailboxFileName(mailbox);
 }
 
 String MailboxOfFolder(const std::string& folder) {

@@ -14,9 +14,7 @@ using Platform::StringView;
 // The folder of all held mail. Raises 76 as Runtime::HomePath.
 std::string HeldHome();
 
-// The folder of a mailbox, which needn't exist. Its name is that of the mailbox in lower case, with every
-// character but letters, digits, "-" and "_" percent-encoded, so no mailbox has the folder of another or one
-// elsewhere. A name that would be too long for a file system ends in its digest.
+// The folder of a mailbox, which needn't exist. See MailboxFileName for its name.
 std::string HeldFolder(StringView mailbox);
 
 // The mailbox of a folder, as far as its name tells.

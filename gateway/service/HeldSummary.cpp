@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <filesystem>
 
+#include "gateway/delivery/HeldFolder.h"
 #include "gateway/service/MailboxFile.h"
 
 namespace Gateway {
@@ -12,7 +13,7 @@ namespace Gateway {
 HeldSummary ReadHeldSummary(Platform::StringView mailbox) {
   HeldSummary held;
   for (const char* part : {"/new", "/cur"}) {
-    const std::string folder = MailboxFile("held", mailbox) + part;
+    const std::string folder = HeldFolder(mailbox) + part;
     std::error_code error;
     std::filesystem::directory_iterator entry(folder, error);
     for (; !error && entry != std::filesystem::directory_iterator(); entry.increment(error)) {

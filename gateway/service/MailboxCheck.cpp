@@ -7,6 +7,7 @@
 
 #include "gateway/delivery/FailureJudge.h"
 #include "gateway/delivery/HandlerObject.h"
+#include "gateway/delivery/HeldFolder.h"
 #include "gateway/delivery/MailboxRecords.h"
 #include "gateway/delivery/MessageObject.h"
 #include "gateway/service/MailboxFile.h"
@@ -49,7 +50,7 @@ void LogOn(const String& mailbox) {
 
 // The folder itself, or the nearest above it that exists, in which it would be created.
 void RequireWritableHeldFolder(StringView mailbox) {
-  std::string folder = MailboxFile("held", mailbox);
+  std::string folder = HeldFolder(mailbox);
   while (access(folder.c_str(), F_OK) != 0 && folder.size() > Runtime::HomePath().size())
     folder = Runtime::FolderOfPath(folder);
   if (access(folder.c_str(), W_OK | X_OK) != 0) RaiseFolderDenied(folder, errno);

@@ -125,8 +125,7 @@ void RequireSource(SettingsSection& section, const QueueSettings& source) {
   }
   if (moves && source.MoveTo.empty() && !section.Has("move-to"))
     section.Refuse("after-success", TextOf(TextNumber::kSettingMissing, u"move-to"));
-  if (!moves && section.Has("move-to"))
-    section.Refuse("move-to", TextOf(TextNumber::kMoveToUnused));
+  if (!moves && section.Has("move-to")) section.Refuse("move-to", TextOf(TextNumber::kMoveToUnused));
 }
 
 // The file may be on a disk that is mounted later, so the service starts without it.
@@ -138,7 +137,7 @@ void CheckPasswordFile(const SettingsSection& section, const std::string& path, 
   const FilePlace place = section.PlaceOf("password-file");
   if (error != 0)
     warnings.Add(place,
-                 TextOf(TextNumber::kPasswordFileUnreadable, shown, FromUtf8(Runtime::SystemReason(error))));
+                 TextOf(TextNumber::kPasswordFileMissing, shown, FromUtf8(Runtime::SystemReason(error))));
   else if ((status.st_mode & (S_IRWXG | S_IRWXO)) != 0)
     warnings.Add(place, TextOf(TextNumber::kPasswordFileOpen, shown));
 }

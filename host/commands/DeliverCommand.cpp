@@ -3,6 +3,8 @@
 #include <memory>
 
 #include "gateway/delivery/Delivery.h"
+#include "gateway/service/Configuration.h"
+#include "gateway/service/MailboxStatus.h"
 #include "gateway/sources/StopSignal.h"
 #include "host/CommandError.h"
 #include "host/Mailboxes.h"
@@ -33,6 +35,8 @@ A message that isn't a reply of a project's user is refused:
   - with --require-authenticated: the topmost Authentication-Results of that server (RFC 8601) doesn't prove the
     sender's domain. Only a server that removes forged fields of its own name may be named.
   - without a discussion of the project in its subject, or too long for a reply
+Where an option is left out, the mailbox's section of tvmail.toml decides, if there is one: see "tvmail serve
+--help". If that file isn't valid, every message has to be tried again.
 
 Each message is stored once, also if it comes again, several processes deliver it at once, or the program or
 the machine was stopped. It is recognised by its Message-ID and sender, or by its content without a Message-ID.
@@ -71,25 +75,27 @@ struct DeliverOptions {
   bool Quiet = false;
   bool Mbox = false;
   bool Hold = false;
-  std::string Strangers = kRefuse, Automatic = kRefuse, Empty = kRefuse;
-  std::string RequireAuthenticated;
-  std::size_t SizeLimit = Gateway::PolicySettings().SizeLimit / kMegabyte;  // in MB
+  // Without a value, the configuration decides.
+  std::optional<std::string> Strangers, Automatic, Empty, RequireAuthenticated;
+  std::optional<std::size_t> SizeLimit;  // in MB
 };
 
-Gateway::DeliverySettings SettingsOf(const DeliverOptions& options) {
-  Gateway::DeliverySettings settings;
+Gateway::DeliverySettings SettingsOf(const DeliverOptions& options, const String& mailBox) {
+  Gateway::DeliverySettings settings = Gateway::SettingsOf(mailBox);
+  Gateway::PolicySettings& policy = settings.Policy;
   settings.Hold = options.Hold;
-  settings.Policy.PostStrangers = options.Strangers == kPost;
-  settings.Policy.PostAutomatic = options.Automatic == kPost;
-  settings.Policy.PostEmpty = options.Empty == kPost;
-  settings.Policy.RequireAuthenticated = Trim(ArgumentText(options.RequireAuthenticated));
-  settings.Policy.SizeLimit = options.SizeLimit * kMegabyte;
+  if (options.Strangers) policy.PostStrangers = options.Strangers == kPost;
+  if (options.Automatic) policy.PostAutomatic = options.Automatic == kPost;
+  if (options.Empty) policy.PostEmpty = options.Empty == kPost;
+  if (options.RequireAuthenticated)
+    policy.RequireAuthenticated = Trim(ArgumentText(*options.RequireAuthenticated));
+  if (options.SizeLimit) policy.SizeLimit = *options.SizeLimit * kMegabyte;
   return settings;
 }
 
 int Deliver(const DeliverOptions& options) {
   const String mailBox = Trim(ArgumentText(options.MailBox));
-  const Gateway::DeliverySettings settings = SettingsOf(options);
+  const Gateway::DeliverySettings settings = SettingsOf(options, mailBox);
   // If the disk of the mailboxes isn't mounted, the mail server has to try again.
   RequireStore(Hive::LocalMachine, TryAgain);
   RequireMailbox(mailBox);
@@ -105,7 +111,9 @@ int Deliver(const DeliverOptions& options) {
       options.Sources.size() == 1 && !options.Mbox && Gateway::IsStandardInput(options.Sources.front());
   DeliveryReport report(form, oneMail);
   const auto input = options.Mbox ? Gateway::StandardInput::Mbox : Gateway::StandardInput::OneMail;
-  switch (Gateway::Deliver(mailBox, settings, options.Sources, input, report)) {
+  Gateway::StatusRecorder status(mailBox);
+  const auto handled = [&status](const Gateway::MailResult& result) { status.Add(result); };
+  switch (Gateway::Deliver(mailBox, settings, options.Sources, input, report, handled)) {
     case Gateway::Outcome::Delivered:
     case Gateway::Outcome::Duplicate:
     case Gateway::Outcome::Held:
@@ -136,24 +144,25 @@ std::string FaultOfServer(const std::string& name) {
 }
 
 void AddPolicyOptions(CLI::App& command, DeliverOptions& options) {
-  const auto add = [&](const char* name, std::string& value, const char* description) {
+  const auto add = [&](const char* name, std::optional<std::string>& value, const char* description) {
     command.add_option(name, value, description)
         ->check(CLI::IsMember({kRefuse, kPost}))
-        ->type_name("refuse|post")
-        ->capture_default_str();
+        ->type_name("refuse|post");
   };
-  add("--strangers", options.Strangers, "Mail of senders who don't take part in the project by mail");
-  add("--automatic", options.Automatic, "Mail of programs");
-  add("--empty", options.Empty, "Mail without text of its own");
+  add("--strangers", options.Strangers,
+      "Mail of senders who don't take part in the project by mail: refuse unless set");
+  add("--automatic", options.Automatic, "Mail of programs: refuse unless set");
+  add("--empty", options.Empty, "Mail without text of its own: refuse unless set");
   command
       .add_option("--require-authenticated", options.RequireAuthenticated,
                   "Refuse mail whose sender's domain this server didn't authenticate")
       ->check(FaultOfServer)
       ->type_name("AUTHSERV-ID");
-  command.add_option("--size-limit", options.SizeLimit, "Refuse mail of more megabytes, at most 128")
+  command
+      .add_option("--size-limit", options.SizeLimit,
+                  "Refuse mail of more megabytes, at most 128; 25 unless set")
       ->check(CLI::Range(std::size_t{1}, Mime::kLargestMail / kMegabyte))
-      ->type_name("MB")
-      ->capture_default_str();
+      ->type_name("MB");
 }
 
 }  // namespace

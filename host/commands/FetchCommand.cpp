@@ -85,7 +85,8 @@ int Fetch(const FetchOptions& options) {
   }
   Runtime::InstallToolkit(nullptr);
   Gateway::CatchStopSignals();
-  Gateway::DeliveryReport report(options.Json);
+  using Form = Gateway::DeliveryReport::Form;
+  Gateway::DeliveryReport report(options.Json ? Form::Json : Form::Text, false);
   bool good = true;
   for (const Gateway::MailboxSettings& mailbox : mailboxes)
     good = !Gateway::StopWanted() && FetchMailbox(mailbox, report) && good;
