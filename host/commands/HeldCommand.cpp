@@ -12,6 +12,7 @@
 
 #include "gateway/delivery/HeldList.h"
 #include "gateway/delivery/MailProcessor.h"
+#include "gateway/service/Configuration.h"
 #include "gateway/sources/StopSignal.h"
 #include "host/CommandError.h"
 #include "host/Mailboxes.h"
@@ -164,8 +165,9 @@ int Show(const HeldOptions& options) {
   return Done;
 }
 
-Gateway::DeliverySettings SettingsOf(const HeldOptions& options) {
-  Gateway::DeliverySettings settings;
+// As the mailbox's mail is delivered otherwise.
+Gateway::DeliverySettings SettingsOf(const HeldOptions& options, const String& mailbox) {
+  Gateway::DeliverySettings settings = Gateway::SettingsOf(mailbox);
   if (options.Post)
     settings.Policy = {.PostStrangers = true,
                        .PostAutomatic = true,
@@ -215,7 +217,9 @@ int Retry(const HeldOptions& options) {
     if (Gateway::StopWanted()) return TryAgain;
     const Gateway::HeldReason former = Gateway::DetailsOf(place).Why;
     auto& processor = processors[place.Folder];
-    if (!processor) processor = std::make_unique<Gateway::MailProcessor>(former.Mailbox, SettingsOf(options));
+    if (!processor)
+      processor =
+          std::make_unique<Gateway::MailProcessor>(former.Mailbox, SettingsOf(options, former.Mailbox));
     const std::optional<Gateway::MailResult> result = RetryMail(place, former, *processor);
     if (!result) {
       std::cerr << "tvmail: " << TerminalText(Runtime::TextOf(TextNumber::kHeldGone, FromUtf8(place.Id)))
