@@ -1,0 +1,105 @@
+// What becomes of mails that one processor handles while the mailbox, its project and its users change.
+#include <filesystem>
+
+#include "gateway/delivery/MailKey.h"
+#include "gateway/delivery/MailProcessor.h"
+#include "gateway/delivery/MailboxRecords.h"
+#include "platform/contracts/ProjectAdministration.h"
+#include "src/mailbox/MailBoxRecords.h"
+#include "tests/support/World.h"
+
+namespace Tests {
+namespace {
+
+namespace fs = std::filesystem;
+using Gateway::Outcome;
+
+class Processor : public testing::Test {
+ protected:
+  Processor() {
+    for (const StringView name : {u"Apollo", u"Gemini"}) {
+      const String path = PathOf(name);
+      projects.CreateProject(path, name, u"owner", u"", u"word");
+      projects.AddUser(path, u"ann", u"ann@x.org", true);
+      projects.AddDiscussion(path, u"Plan");
+    }
+    Bind(u"Apollo");
+  }
+
+  String PathOf(StringView project) const { return world.PathOf(Utf8(project) + ".TVS"); }
+  void Bind(StringView project) const {
+    TvEmailServices::WriteMailBoxRecord(PathOf(project), u"owner", u"word", u"Box");
+  }
+
+  // The outcome of a new mail, or of the mail of that number.
+  Outcome Process(Gateway::MailProcessor& processor, const std::string& from = "ann@x.org", int number = 0) {
+    return processor
+        .Process(
+            {.Source = "-",
+             .Bytes = "From: " + from + "\nMessage-ID: <" + std::to_string(number ? number : ++last) +
+                      "@x>\nSubject: Re: (Ostrand Talvane Project P, Ostrand Talvane Discussion 1)\n\nYes.\n",
+             .Fault = {}})
+        .Result;
+  }
+
+  // The users of the project's replies.
+  std::string Replies(StringView project) const {
+    std::string users;
+    for (const auto& reply : projects.Describe(PathOf(project)).Discussions.at(0).Replies)
+      users += Utf8(reply.UserName) + " ";
+    return users;
+  }
+
+  World world;
+  const ProjectAdministration projects{world.Services.CreateByName(ProjectAdministration::kName)};
+  int last = 0;
+};
+
+TEST_F(Processor, SeesAChangeOfTheRecordAndOfTheProjectsFilesWithTheNextMail) {
+  Gateway::MailProcessor processor(u"box", {});
+  EXPECT_EQ(Process(processor), Outcome::Delivered);
+  Bind(u"Gemini");
+  EXPECT_EQ(Process(processor), Outcome::Delivered);
+  EXPECT_EQ(Process(processor, "ann@x.org", 2), Outcome::Duplicate);
+  EXPECT_EQ(Replies(u"Apollo") + Replies(u"Gemini"), "ann ann ");
+
+  // Another file takes the database's place, as after a restore.
+  for (const auto& file : fs::directory_iterator(world.Home.Path())) {
+    if (!file.path().filename().string().starts_with("Gemini") || file.path().extension() == ".TVS") continue;
+    fs::copy_file(file.path(), world.Home.Path() / "copy");
+    fs::rename(world.Home.Path() / "copy", file.path());
+  }
+  EXPECT_EQ(Process(processor), Outcome::Delivered);
+  EXPECT_EQ(Replies(u"Gemini"), "ann ann ");
+
+  Gateway::RemoveMailbox(u"BOX");
+  EXPECT_EQ(Process(processor), Outcome::Retry);
+  Bind(u"Apollo");
+  EXPECT_EQ(Process(processor), Outcome::Delivered);
+  EXPECT_EQ(Replies(u"Apollo"), "ann ann ");
+}
+
+TEST_F(Processor, PostsAStrangersReplyInTheNameOfTheMailboxsUser) {
+  Gateway::DeliverySettings settings;
+  settings.Policy.PostStrangers = true;
+  Gateway::MailProcessor processor(u"Box", settings);
+  for (const char* from : {"eve@x.org", "ann@x.org", "eve@x.org", "\"Ann\" <ANN@x.org.>"})
+    EXPECT_EQ(Process(processor, from), Outcome::Delivered);
+  EXPECT_EQ(Replies(u"Apollo"), "owner ann owner ann ");
+}
+
+TEST(MailKey, IsEqualForCopiesOfOneMailAlone) {
+  const auto key = [](const char16_t* id, const char16_t* from, std::string_view bytes) {
+    return Gateway::MailKey({.FromAddress = from, .MessageId = id, .Subject = {}, .Body = {}}, bytes);
+  };
+  const std::string first = key(u"<1@x>", u"ann@x.org", "a");
+  EXPECT_EQ(first, "fab1e7a773db332f8dc4294b6d43ca05eed9006c2fb15b9daa12ecb8a6b45bd3");
+  EXPECT_EQ(first, key(u"<1@x>", u"Ann@X.org.", "other bytes"));
+  EXPECT_NE(first, key(u"<2@x>", u"ann@x.org", "a"));
+  EXPECT_NE(first, key(u"<1@x>", u"eve@x.org", "a"));
+  EXPECT_EQ(key(u"", u"ann@x.org", "a"), key(u"", u"ann@x.org", "a"));
+  EXPECT_NE(key(u"", u"ann@x.org", "a"), key(u"", u"ann@x.org", "b"));
+}
+
+}  // namespace
+}  // namespace Tests
