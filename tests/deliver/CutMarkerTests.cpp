@@ -1,4 +1,5 @@
 // The cut marker and the attribution above it, in the forms that mail programs give them.
+#include "gateway/delivery/AttributionSentence.h"
 #include "gateway/delivery/CutMarker.h"
 #include "gateway/policy/EmptyReply.h"
 #include "mime/MailCharacters.h"
@@ -127,6 +128,8 @@ TEST_F(CutMarker, RemovesTheAttributionAboveItInEveryLanguageAndProgram) {
       "wrote:\n\n\n",
       "Am Mo., 2. Nov. 2026 um 09:14 Uhr schrieb Alice <alice@x.org>:\n\n",
       "Am 02.11.26 um 09:14 schrieb Alice:\n",
+      "Am Mo., 2. Nov. 2026 um\n09:14 Uhr\nschrieb\nAlice:\n",
+      "On Monday evening, November 2, 2026 at 09:14, Alice wrote:\n",
       "Alice <a@x.org> hat am 02.11.2026 09:14 CET geschrieben:\n\n \n",
       "Le lun. 2 nov. 2026 à 09:14, Alice <alice@x.org> a écrit\u00A0:\n\n",
       "Le 02/11/2026 à 09:14, Alice a écrit :\n",
@@ -211,12 +214,30 @@ TEST_F(CutMarker, RemovesTheAttributionAboveItInEveryLanguageAndProgram) {
   EXPECT_EQ(Written("a\n|[M]"), Repaired("a\nOn Mon, Nov 2, 2026, Alice <a@x.org> wrote: > [M]"));
 }
 
+TEST(AttributionSentence, HoldsADateOrATimeOfAnyProgram) {
+  for (const char16_t* date : {u"1970", u"a 2099", u"1.2.26", u"11/12-26", u"1. 2. 26", u"x1.22.26"})
+    EXPECT_TRUE(Gateway::HoldsDate(date)) << Utf8(date);
+  for (const char16_t* other : {u"", u"1969", u"2100", u"12026", u"100.2.26", u"1.222.26", u"1.2.266", u"1.2",
+                                u"1:2:26", u"1..26", u"1.2:26", u"02000"})
+    EXPECT_FALSE(Gateway::HoldsDate(other)) << Utf8(other);
+  for (const char16_t* time :
+       {u"9:14", u"09.14", u"9h14", u"9.14.", u"2026-11-02 09:14", u"1.2.26 9.14", u"9.14.x"})
+    EXPECT_TRUE(Gateway::HoldsTime(time)) << Utf8(time);
+  for (const char16_t* other : {u"", u"9:", u"9:1", u"9:145", u"109:14", u"2.11.26", u"1-09:14", u"9,14"})
+    EXPECT_FALSE(Gateway::HoldsTime(other)) << Utf8(other);
+}
+
 TEST_F(CutMarker, KeepsTheWritersOwnTextAboveIt) {
   const char* const own[] = {
       "Alice wrote:",
       "On Monday Alice wrote:",
       "On the other hand, as of 2 Nov 2026, Bob wrote:",
       "On Mon, 2 Nov 2026 at 09:14, Alice <a@x.org> wrote",
+      "At 9:14 he wrote:",
+      "On the other hand, as of 2 Nov 2026 at 09:14 Bob wrote:",
+      "On the Monday evening, November 2, 2026 at 09:14 Bob wrote:",
+      "Vi den 2 nov. 2026 kl 09:14 skrev Bo:",
+      "Am Mo., 2. Nov. 2026 um\n09:14\nUhr\nschrieb\nAlice:",
       "Please write to us by 2 Nov 2026 at alice@x.org:",
       "Meet on 2.11.2026: a@x.org",
       "From: Berlin\nTo: Paris\nDate: 5 Nov",

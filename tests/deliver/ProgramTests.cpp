@@ -95,8 +95,8 @@ TEST_F(Deliver, ReportsEachOutcomeByItsExitCodeAndReason) {
       {"tvmail deliver Apollo --json --strangers post unknown", 0,
        "\"outcome\":\"delivered\",\"reason\":\"\",\"replyStored\":true,\"failure\":\"(Talvane had a problem",
        ""},
-      {"tvmail deliver Apollo --hold robot good", 0,
-       "1 delivered, 0 refused, 1 held, 0 to be tried again", ""},
+      {"tvmail deliver Apollo --hold robot good", 0, "1 delivered, 0 refused, 1 held, 0 to be tried again",
+       ""},
       {"for i in 1 2; do tvmail deliver Apollo --hold --json <robot; done; cmp robot home/held/*/new/*; find "
        "home/held -type f -path '*/new/*' | wc -l",
        0, "\"outcome\":\"held\",\"reason\":\"The mail was sent by a program", ""},

@@ -192,12 +192,14 @@ TEST_F(DialogTest, AsksForTheTransportOnATerminalWhenNoneIsGiven) {
 }
 
 TEST_F(DialogTest, FollowsTheLayoutOfTheChosenTransport) {
-  program.Expect({{"outbound add-profile Office", 0, "Office", ""}});
+  program.Expect({{"outbound add-profile 'Office 2'", 0, "Office", ""},
+                  {"outbound add-profile Office", 0, "Office", ""}});
   // Enabled; transport SMTP by its name, which shows the host's box; host, address, name; OK.
   program.Expect({{"outbound", 0, "SMTP host:    mx.example.org", "E-mail address",
                    "y\nsmtp\nmx.example.org\na@x.org\n\n\n"}});
-  // Enter keeps; number 1 is MAPI, which shows the list of profiles instead.
-  const Outcome mapi = program.Run("outbound", "\n1\n1\n\n");
+  // Enter keeps; number 1 is MAPI, which shows the list of profiles instead. A whole name counts before a
+  // part.
+  const Outcome mapi = program.Run("outbound", "\n1\noFFICE\n\n");
   EXPECT_EQ(0, mapi.Exit) << mapi.Errors;
   EXPECT_PRED2(Holds, mapi.Output, "Transport:    mapi");
   EXPECT_EQ(std::string::npos, mapi.Errors.find("E-mail address"));

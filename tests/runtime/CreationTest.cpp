@@ -85,11 +85,15 @@ TEST_F(Creation, ARemovedLibraryIsMissingAtOnceAndARestoredOneIsFound) {
     EXPECT_EQ(RegisteredFile(), library.string());
     EXPECT_EQ(CreationFailure(), "");
     {
-      const Runtime::ClassLookupScope scope, inner;
-      EXPECT_EQ(CreationFailure(), "");
+      const Runtime::ClassLookupScope scope;
+      {
+        const Runtime::ClassLookupScope inner;
+        EXPECT_EQ(CreationFailure(), "");
+      }
       fs::rename(library, folder_.Path() / "away");
       EXPECT_EQ(CreationFailure(), "");
     }
+    const Runtime::ClassLookupScope next;
     ExpectFailure({"TvGeneralServices.RegUtil", library.string(), "is missing", "tvmail init"});
     fs::rename(folder_.Path() / "away", library);
     EXPECT_EQ(CreationFailure(), "");

@@ -1,5 +1,7 @@
 // Durability of the stores: a completed change is on disk, and after a fault of any system call a store has
 // its old or its new state, and no other file is left.
+#include <sys/stat.h>
+
 #include "platform/contracts/Cipher.h"
 #include "runtime/DurableFile.h"
 #include "runtime/RegistryStore.h"
@@ -170,6 +172,24 @@ TEST_F(Durability, AWaitForALockEndsWithAReasonAfterTheTimeout) {
   EXPECT_PRED2(Holds, FailureText([&] { Runtime::LockedFile(path, 1000, none); }), path + " is in use by");
   EXPECT_PRED2(Holds, FailureText([&] { Runtime::FolderLock(folder, none); }), folder + " is in use by");
   EXPECT_EQ(Runtime::BusyTimeout(), std::chrono::seconds(10));
+}
+
+TEST_F(Durability, AReplacedFileKeepsTheOwnerAndTheRightsThatItsWriterMayGive) {
+  const std::string path = world_.Home.Path() / "rights", content(100, 'x');
+  WriteFile(path, "x");
+  SystemCalls calls(world_.Home.Path());
+  for (const auto& [failures, mode] : {std::pair(0, 02664U), {1, 02664U}, {2, 0604U}}) {
+    ASSERT_EQ(chmod(path.c_str(), 02664), 0);
+    calls.FailOwnerChanges(failures);
+    Runtime::LockedFile(path, 100, std::chrono::milliseconds(0)).Replace(content);
+    struct stat status {};
+    EXPECT_EQ(stat(path.c_str(), &status), 0);
+    EXPECT_EQ(status.st_mode & 07777U, mode);
+  }
+  const Runtime::LockedFile file(path, 100, std::chrono::milliseconds(0));
+  EXPECT_EQ(file.Read().Content, content);
+  EXPECT_PRED2(Holds, FailureText([&] { file.Replace(content + "y"); }), "100");
+  EXPECT_PRED2(Holds, FailureText([&] { Runtime::ReadSmallFile(path, 99); }), "99");
 }
 
 TEST_F(Durability, TwoProcessesThatAddKeysAtTheSameTimeLoseNone) {

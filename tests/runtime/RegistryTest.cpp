@@ -207,7 +207,8 @@ TEST_F(Registry, ThreadsAndProcessesLoseNoUpdateOfEachOther) {
       WriteText(u"W\\" + String(1, name) + FromUtf8(std::to_string(i)), u"v", u"x");
     }
   };
-  // Forked before the threads start: a child inherits the locks that other threads hold and waits for them forever.
+  // Forked before the threads start: a child inherits the locks that other threads hold and waits for them
+  // forever.
   const pid_t child = StartProcess([&] { work(u'p'); });
   std::thread first([&] { work(u'a'); }), second([&] { work(u'b'); });
   for (std::thread* thread : {&first, &second}) thread->join();

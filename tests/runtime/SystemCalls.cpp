@@ -71,6 +71,13 @@ bool SystemCalls::OnRename(const char* from, const char* to, bool mayReplace) {
   return false;
 }
 
+bool SystemCalls::OnOwnerChange() {
+  if (ownerFailures_ == 0) return false;
+  --ownerFailures_;
+  errno = EPERM;
+  return true;
+}
+
 void SystemCalls::OnWritten(int descriptor) {
   struct stat status {};
   const std::string path = PathOf(descriptor);
@@ -139,6 +146,11 @@ int close(int descriptor) {
   const long result = syscall(SYS_close, descriptor);
   if (fails) errno = error;
   return fails ? -1 : static_cast<int>(result);
+}
+int fchown(int descriptor, uid_t owner, gid_t group) noexcept {
+  Tests::SystemCalls* calls = Tests::SystemCalls::Watching();
+  if (calls && calls->OnOwnerChange()) return -1;
+  return static_cast<int>(syscall(SYS_fchown, descriptor, owner, group));
 }
 int rename(const char* from, const char* to) noexcept {
   return Tests::Renamed(SYS_rename, from, to, true, from, to);

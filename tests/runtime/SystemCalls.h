@@ -28,6 +28,8 @@ class SystemCalls {
   void FailSyncsOfFolders(int error) { folderError_ = error; }
   void FailRenamesThatReplaceNothing(int error) { renameError_ = error; }
 
+  void FailOwnerChanges(int count) { ownerFailures_ = count; }  // the next ones, with EPERM
+
   int Count() const { return count_; }
   bool HasFailed() const { return failing_ != 0 && count_ >= failing_; }
   const std::string& FailedPath() const { return failedPath_; }  // of the file or folder
@@ -39,6 +41,7 @@ class SystemCalls {
   // For the replaced functions: true, with errno set, if the call must fail.
   bool OnCall(int descriptor, bool isSync);
   bool OnRename(const char* from, const char* to, bool mayReplace);
+  bool OnOwnerChange();
   void OnWritten(int descriptor);
   void OnSynced(int descriptor);
 
@@ -50,7 +53,7 @@ class SystemCalls {
   bool MustFail(const std::string& path);
 
   std::string folder_;
-  int count_ = 0, failing_ = 0, error_ = 0, folderError_ = 0, renameError_ = 0;
+  int count_ = 0, failing_ = 0, error_ = 0, folderError_ = 0, renameError_ = 0, ownerFailures_ = 0;
   std::map<Identity, std::string> dirty_;
   std::string tooEarly_, failedPath_;
 };
