@@ -5,7 +5,6 @@
 #include "gateway/sources/SourceFailure.h"
 #include "mime/Limits.h"
 #include "platform/Failure.h"
-#include "platform/StoredNames.h"
 
 namespace Gateway {
 namespace {
@@ -72,10 +71,7 @@ bool ImapQueue::PassOne(const ImapSession::Mail& mail, const MailSink& sink) {
               Outcome::Retry};
   const bool large = mail.Size > Mime::kLargestMail;
   if (!session_->Fetch(mail, large, raw.Bytes)) return true;
-  if (large) {
-    raw.Fault = SourceText(Platform::TextNumber::kMailBeyondLimit, std::to_string(Mime::kLargestMail >> 20));
-    raw.FaultOutcome = Outcome::Refused;
-  }
+  if (large) RefuseAsTooLarge(raw);
   const std::optional<Outcome> outcome = sink(std::move(raw));
   if (!outcome) return false;
   if (!IsSettled(*outcome)) {

@@ -18,7 +18,9 @@ struct RawMail {
   std::string
       Source;  // the path; path:index for a message of an mbox, counted from 1; "-" for standard input
   std::string Bytes;
-  std::string Fault;  // for people; empty if Bytes holds the mail
+  // For people; empty if Bytes holds the mail. With a fault, Bytes is empty, or the header of a mail that is
+  // too large.
+  std::string Fault;
   Outcome FaultOutcome = Outcome::Retry;
   // The envelope's sender, empty for the null return path; nothing if the source doesn't know it. A file
   // knows it by the line "From sender time" that is dropped.

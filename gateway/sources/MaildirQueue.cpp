@@ -38,12 +38,6 @@ constexpr std::size_t kLargestHeader = Mime::MailLimits{}.HeaderSize;
 // The folders are synced once for so many mails.
 constexpr std::size_t kMovesBeforeSync = 256;
 
-RawMail Refused(RawMail mail, std::string reason) {
-  mail.Fault = std::move(reason);
-  mail.FaultOutcome = Outcome::Refused;
-  return mail;
-}
-
 std::exception_ptr MoveFailure(const std::string& path, int error) {
   try {
     RaiseSource(TextNumber::kMailNotMoved, path, SystemReason(error));
@@ -124,7 +118,11 @@ std::optional<RawMail> MaildirQueue::Read(const Folders& folders, const std::str
   try {
     std::size_t size = 0;
     const Descriptor opened = OpenMail(folders, name, size);
-    if (!opened) return Refused(std::move(mail), SourceText(TextNumber::kNoOrdinaryMail));
+    if (!opened) {
+      mail.Fault = SourceText(TextNumber::kNoOrdinaryMail);
+      mail.FaultOutcome = Outcome::Refused;
+      return mail;
+    }
     Mime::InputFile file(dup(opened.Number()), [this] { return interruption_.IsSet(); });
     Mime::SkipEnvelopeLine(file);
     if (size <= kLargestMail) {
@@ -134,8 +132,8 @@ std::optional<RawMail> MaildirQueue::Read(const Folders& folders, const std::str
     // Up to the empty line behind the header.
     while (mail.Bytes.size() < kLargestHeader && file.TakeLine(mail.Bytes, '\n', kLargestHeader) > 2)
       continue;
-    return Refused(std::move(mail),
-                   SourceText(TextNumber::kMailBeyondLimit, std::to_string(kLargestMail >> 20)));
+    RefuseAsTooLarge(mail);
+    return mail;
   } catch (const std::system_error& error) {
     if (error.code() == std::errc::no_such_file_or_directory) return std::nullopt;
     mail.Fault = SourceText(TextNumber::kMailUnreadable, SystemReason(error.code().value()));

@@ -71,10 +71,7 @@ std::optional<Outcome> Pop3Queue::PassOne(Pop3Session& session, const Pop3Sessio
     raw.Fault = SourceText(Platform::TextNumber::kMailUnreadable, session.Reason());
     return sink(std::move(raw));
   }
-  if (large) {
-    raw.Fault = SourceText(Platform::TextNumber::kMailBeyondLimit, std::to_string(Mime::kLargestMail >> 20));
-    raw.FaultOutcome = Outcome::Refused;
-  }
+  if (large) RefuseAsTooLarge(raw);
   return sink(std::move(raw));
 }
 

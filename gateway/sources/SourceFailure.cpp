@@ -1,6 +1,8 @@
 #include "gateway/sources/SourceFailure.h"
 
+#include "mime/Limits.h"
 #include "platform/Failure.h"
+#include "platform/StoredNames.h"
 #include "runtime/Texts.h"
 
 namespace Gateway {
@@ -14,6 +16,11 @@ namespace {
 
 std::string SourceText(std::int32_t text, const std::string& first, const std::string& second) {
   return Platform::ToUtf8(Runtime::TextOf(text, Platform::FromUtf8(first), Platform::FromUtf8(second)));
+}
+
+void RefuseAsTooLarge(RawMail& mail) {
+  mail.Fault = SourceText(Platform::TextNumber::kMailBeyondLimit, std::to_string(Mime::kLargestMail >> 20));
+  mail.FaultOutcome = Outcome::Refused;
 }
 
 void RaiseSource(std::int32_t text, const std::string& first, const std::string& second) {
