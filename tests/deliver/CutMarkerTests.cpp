@@ -260,6 +260,7 @@ TEST_F(CutMarker, KeepsTheWritersOwnTextAboveIt) {
   };
   for (const std::string text : own)
     EXPECT_EQ(Written(text + "\n|[M]"), Repaired(text + "\n\n> [M]")) << text;
+  EXPECT_EQ(Written("a\n|[M]"), Repaired("a\n\n\n\nAm 02.11.26 um 09:14 schrieb Al:\n\n\n[M]"));
   EXPECT_EQ(Written("On time!\n|[M]"), Repaired("On time!\nAm 02.11.26 um 09:14 schrieb Al:\n[M]"));
   EXPECT_EQ(Written("On 2 Nov 2026 I come\n|[M]"), Repaired("On 2 Nov 2026 I come\nA <a@x.org> wrote:\n[M]"));
 }

@@ -49,7 +49,7 @@ TEST(LimitCheck, ReadsAMailAtALimitAndRefusesOneBeyondWithTheReason) {
        [&](std::size_t n) {
          std::string mail = list + "--b\n" + Nested(n, "c");
          for (std::size_t at = 0; (at = mail.find("\n--c", at)) != std::string::npos; ++at)
-           mail.insert(mail.find('\n', at + 1) + 1, "--b\n");
+           mail.insert(mail.find('\n', at + 1) + 1, at % 2 == 0 ? "--b\n" : "X: y\n--b\n");
          return mail;
        },
        "nested more"},

@@ -28,6 +28,12 @@ TEST(Mbox, IsCutAtItsSeparatorsOnly) {
       {"From alice@apollo.example\n", true, true},
       {"From alice@apollo.example\n", false, false},
       {"From here on Mon we go\n", true, false},
+      {"From Mon Tue Jan 3 1:00\n", false, true},
+      {"From a Mon Jan 3 1:0 2022\n", false, false},
+      {"From a Mon Jan x3 12:00 2022\n", false, false},
+      {"From a Mon Jan 3 x2:00 2022\n", false, false},
+      {"From a Mon Jan 3 12.00 2022\n", false, false},
+      {"From alice@apollo.example twice\n", true, false},
       {">From alice@apollo.example Mon Jan 31 12:00:00 2022\n", true, false},
       {"From: alice@apollo.example\n", true, false},
   };
@@ -73,6 +79,20 @@ TEST(Mbox, GivesEachMessageUnmaskedWhateverItsLineEnds) {
               Crossed("Subject: 1\nContent-Length: 9999\n\nFrom x\n>From y\n> From z\n", lineEnd));
     EXPECT_TRUE(messages[1].ends_with("no line end")) << messages[1];
   }
+}
+
+TEST(InputFile, GivesTheFirstBytesOfEachLine) {
+  const Tests::TemporaryFolder folder;
+  const std::string path = (folder.Path() / "file").string();
+  Tests::WriteFile(path, "x");
+  std::string bytes;
+  EXPECT_EQ(Mime::InputFile(path).TakeAll(bytes, 9), 1u);
+  Tests::WriteFile(path, "abc\ndef");
+  Mime::InputFile file(path);
+  EXPECT_EQ(file.PeekLine('\n'), "abc\n");
+  EXPECT_EQ(file.TakeLine(bytes, '\n', 3), 4u);
+  EXPECT_EQ(file.TakeAll(bytes, 4), 3u);
+  EXPECT_EQ(bytes, "xabd");
 }
 
 TEST(Mbox, PassesALineOfAMegabyteAndASeparatorAcrossTheBufferEnd) {
@@ -242,6 +262,13 @@ TEST(MailReader, ForgivesWhatMailProgramsDeform) {
       {"Content-Type: multipart/mixed; boundary=x\n\n--x\nContent-Type: text/html\nContent-Type: "
        "text/plain\n\n<p>a\n--x--\n",
        "a"},
+      {"Content-Type: multipart/mixed; BOUNDARY = x\n\n--x \nContent-Type : text/html\nContent-Type: "
+       "text/plain\n\n<p>a\n--x--\n",
+       "a"},
+      {"Content-Type: text/plain; name=\"a\\\" b\" charset=koi8-r\n\n\xC1", "а"},
+      {"Content-Type: text/html;\n charset= koi8-r\nX: y\n\n<p>\xC1", "а"},
+      {"Content-Type: text/plain; name=\"charset=x charset=y\";\n charset=koi8-r\n\n\xC1", "а"},
+      {"Content-Type: multipart/mixed; boundary=x\r\n\r\nno part", "no part"},
       {"Content-Type: text/plain charset=koi8-r\n" + quoted + ";\n\n=C1", "а"},
       {"Content-Type: text/plain\n\nContent-Type: a\nContent-Type: b\n",
        "Content-Type: a\nContent-Type: b\n"},
@@ -255,6 +282,19 @@ TEST(MailReader, ForgivesWhatMailProgramsDeform) {
       {base64 + "\n\nYQ==\nYmM=\nZA==ZWY=\n", "abcdef"},
       {base64 + "\n\nYW!J\nj\n", "abc"},
       {base64 + "\n\n  YWJj \n", "abc"},
+      {base64 + "\n\nYWJj\n_\nZGVm\n", "abcdef"},
+      {base64 + "\n\nYWJj\n==\nZGVm\n", "abcdef"},
+      {base64 + "\n\nYWJj ZGVm\n", "abcdef"},
+      {base64 + "\n\nYWJ\njZGVm\n", "abcdef"},
+      {quoted + "\n\na=\n=4\n=41=4a\nb=", "a=4\nAJ\nb"},
+      {"Content-Transfer-Encoding: X-Base64\n\nYWJj", "abc"},
+      {"Content-Transfer-Encoding: base64; x=y\n\nYWJj", "abc"},
+      {"Content-Transfer-Encoding: b64\n\nYWJj", "abc"},
+      {"Content-Transfer-Encoding: qp\n\n=41", "A"},
+      {"Content-Transfer-Encoding: x-quoted-printable\n\n=41", "A"},
+      {"Content-Transfer-Encoding: x-uue\n\nx\nbegin 644 a\n#86)C\n`\nend\n", "abc"},
+      {"Content-Transfer-Encoding: uue\n\nbegin 644 a\n#86)C\n`\nend\n", "abc"},
+      {"Content-Transfer-Encoding: uuencode\n\nbegin 644 a\n#86)C\n`\nend\n", "abc"},
       {base64 + "\n\nNot encoded at all.\n", "Not encoded at all.\n"},
   });
 }

@@ -149,6 +149,7 @@ TEST(Gate, TrustsTheTopmostResultsOfItsServerAlone) {
       {id + ";;;= =;=;dmarc;dmarc=;spf==pass;\"\"=pass", unproved},
       {id + "; dmarc=pass", "", "\"a@y.org\" (b@y.org) <ann@x.org>"},
       {id + "; dmarc=pass", "", "=?utf-8?Q?a@y.org?= <ann@x.org>"},
+      {id + "; dmarc=pass", "", "\"\" \"\\\"<\" <ann@x.org>"},
       {id + "; dmarc=pass", unclear, "ann@x.org, bob@x.org"},
       {id + "; dmarc=pass", unclear, "ann@x.org\nFrom: bob@x.org"},
       {id + "; dmarc=pass", unclear, "ann@y.org <ann@x.org>"},
