@@ -16,6 +16,7 @@
 #include "platform/Services.h"
 #include "platform/StoredNames.h"
 #include "platform/contracts/MailIntake.h"
+#include "platform/contracts/ResourceServices.h"
 #include "runtime/Folders.h"
 #include "runtime/Texts.h"
 
@@ -38,6 +39,14 @@ void OpenProject(const String& path) {
   intake.Open(path);
 }
 
+// The component's text without the notice in front of it, which is about a mail.
+String WithoutNotice(const String& failure) {
+  const Platform::Resource texts(Platform::Services().CreateByName(u"TvResourceServices.Resource"));
+  texts.LoadResources(Runtime::LibraryFolder() + u"\\TvEmailServicesRes.dll", u"TvEmailServices");
+  const String notice = texts.ResourceString(Platform::TextNumber::kMailNotice) + u" ";
+  return failure.starts_with(notice) ? failure.substr(notice.size()) : failure;
+}
+
 // The component logs on before it looks at a mail, and refuses one without a sender next.
 void LogOn(const String& mailbox) {
   const HandlerObject handler;
@@ -45,7 +54,7 @@ void LogOn(const String& mailbox) {
   const String failure = handler.Mail().MailHandler_HandleMessage(MakeMessageObject(Mime::Mail()));
   handler.Mail().MailHandler_Finalize();
   const Verdict verdict = FailureJudge().Judge(failure);
-  if (verdict.Result != Outcome::Refused) Refuse(verdict.Reason);
+  if (verdict.Result != Outcome::Refused) Refuse(WithoutNotice(verdict.Reason));
 }
 
 // The folder itself, or the nearest above it that exists, in which it would be created.

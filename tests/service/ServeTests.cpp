@@ -1,5 +1,9 @@
 // tvmail serve, fetch, check and status as an administrator and a service manager use them: the real program,
 // stores and siblings, with Maildirs.
+#include <sys/socket.h>
+#include <sys/un.h>
+
+#include "runtime/DurableFile.h"
 #include "tests/deliver/Deliver.h"
 
 namespace Tests {
@@ -88,6 +92,28 @@ grep -c ' event=forged' log; grep -c $'\e' log; grep -c 'key=[0-9a-f]\{64\} outc
             "ended 0\n0\n1\n0\n2\n");
 }
 
+TEST_F(Serve, TellsSystemdOfItsStatesAndAnswersItsWatchdog) {
+  sockaddr_un address{AF_UNIX, {}};
+  const std::string path = Path("notify").string();
+  ASSERT_LT(path.size(), sizeof address.sun_path);
+  path.copy(address.sun_path, path.size());
+  const Runtime::Descriptor manager(socket(AF_UNIX, SOCK_DGRAM | SOCK_NONBLOCK | SOCK_CLOEXEC, 0));
+  ASSERT_EQ(0, bind(manager.Number(), reinterpret_cast<const sockaddr*>(&address), sizeof address));
+  OutputOf(R"bash(
+export NOTIFY_SOCKET=$PWD/notify WATCHDOG_USEC=300000
+serve; until_true logged event=failing; sleep 0.2; kill -HUP $!; until_true logged event=reloaded; stop)bash");
+  std::string states;
+  char state[512];
+  for (ssize_t count; (count = recv(manager.Number(), state, sizeof state, 0)) > 0;)
+    states += std::string(state, static_cast<std::size_t>(count)) + "|";
+  std::size_t at = 0;
+  for (const char* expected : {"READY=1|", "WATCHDOG=1|", "STATUS=2 mailboxes, 1 failing: Broken|",
+                               "WATCHDOG=1|", "RELOADING=1\nMONOTONIC_USEC=", "|READY=1|", "|STOPPING=1|"}) {
+    at = states.find(expected, at);
+    ASSERT_NE(at, std::string::npos) << expected << states;
+  }
+}
+
 TEST_F(Serve, ChecksAndFetchesWithoutAService) {
   EXPECT_EQ(
       OutputOf(R"bash(
@@ -95,12 +121,14 @@ tvmail check | sed "s|$PWD||" | cut -d: -f1; echo "check ${PIPESTATUS[0]}"; mail
 tvmail fetch 2>/dev/null | tail -1; echo "fetch ${PIPESTATUS[0]}"
 write_configuration "$(maildir apollo md)"; tvmail check >/dev/null; echo "check $?"
 mail b; tvmail fetch apollo --json | grep -o '"outcome":"[a-z]*"'; tvmail fetch nobody 2>/dev/null; echo "nobody $?"
+mkdir kept; mv Apollo.* kept; tvmail project create Apollo.TVS --name Apollo --user admin --password-file wrong >/dev/null
+tvmail check apollo | grep logon | grep -o 'The user name.*'; mv kept/* .
 rm home/tvmail.toml; tvmail fetch 2>&1 | grep -c 'There is no file'; tvmail serve 2>/dev/null; echo "serve $?")bash"),
       "stores  ok\nconfiguration  ok\napollo  record  ok\napollo  project  ok\napollo  logon  ok\n"
-      "apollo  held  ok\napollo  source  ok\nBroken  record  The mailbox Broken doesn't exist any more. Add "
-      "it again with tvmail mailbox add.\nBroken  held  ok\nBroken  source  /missing is no Maildir\n"
+      "apollo  held  ok\napollo  source  ok\nBroken  record  The mailbox Broken doesn't exist. Add it with "
+      "tvmail mailbox add.\nBroken  held  ok\nBroken  source  /missing is no Maildir\n"
       "check 78\na\nb\n2 messages: 2 delivered, 0 refused, 0 to be tried again\nfetch 75\ncheck 0\n"
-      "\"outcome\":\"duplicate\"\nnobody 78\n1\nserve 78\n");
+      "\"outcome\":\"duplicate\"\nnobody 78\nThe user name or the password is wrong.\n1\nserve 78\n");
 }
 
 }  // namespace
