@@ -161,9 +161,13 @@ TEST_F(DialogTest, EditsALineOnATerminal) {
   EXPECT_PRED2(Holds, shown, "apollo.TVS  apollo.");
   EXPECT_PRED2(Holds, shown, "is bound to");
   EXPECT_PRED2(Holds, program.OnTerminal("mailbox delete Apollo", {}), "deleted");
+  // Home, End, a word and a character back and forward, in the forms that terminals send.
+  const std::string edited =
+      "XYn\x1B[1~\x1B[3~\x1B[3~\x1B[4~n "
+      "q\x1B[1;5D\x1B[3~\x1B[D\x1B[3~Z\x1B[7~a\x1B[C\x7Fn\x1B[1;5C\x7FZ\x1B[H\x1B[8~\x7F";
   const std::string browsed =
       program.OnTerminal("mailbox add x" + kSmtp, {{"Project Path: ", ""},
-                                                   {"User Name: ", "ann"},
+                                                   {"User Name: ", edited},
                                                    {"Password: ", "secret"},
                                                    {"[OK]: ", "browse"},
                                                    {"Choose the Project File: ", "./apollo.T\t"},
@@ -186,9 +190,12 @@ TEST_F(DialogTest, ShowsHelpThroughThePager) {
 }
 
 TEST_F(DialogTest, AsksForTheTransportOnATerminalWhenNoneIsGiven) {
-  program.OnTerminal("mailbox add x" + kLogon, {{"[smtp]: ", "mapi"}, {"MAPI profile: ", "Office"}});
-  EXPECT_NE(std::string::npos,
-            ReadFile(program.File("apollo.TVS")).find("TransportID=1\nMAPIProfile=Office\n"));
+  setenv("TERM", "xterm", 1);
+  program.OnTerminal("mailbox add x" + kLogon,
+                     {{"[smtp]: ", "mapi"}, {"MAPI profile: ", "Z\u00FC\u20AC\U0001F600"}});
+  unsetenv("TERM");
+  EXPECT_PRED2(Holds, ReadFile(program.File("apollo.TVS")),
+               "TransportID=1\nMAPIProfile=Z\u00FC\u20AC\U0001F600\n");
 }
 
 TEST_F(DialogTest, FollowsTheLayoutOfTheChosenTransport) {
@@ -197,6 +204,10 @@ TEST_F(DialogTest, FollowsTheLayoutOfTheChosenTransport) {
   // Enabled; transport SMTP by its name, which shows the host's box; host, address, name; OK.
   program.Expect({{"outbound", 0, "SMTP host:    mx.example.org", "E-mail address",
                    "y\nsmtp\nmx.example.org\na@x.org\n\n\n"}});
+  program.Expect({{"outbound", 0, "e-mail: no", "E-mail protocol: SMTP (disabled)", "n\n\n"},
+                  {"outbound", 75, "", "No host name is given", "y\n\n-\n\n\n\n"},
+                  {"outbound", 0, "xxx", "Only the first 255 characters",
+                   "y\n\n\n\n" + std::string(256, 'x') + "\n\n"}});
   // Enter keeps; number 1 is MAPI, which shows the list of profiles instead. A whole name counts before a
   // part.
   const Outcome mapi = program.Run("outbound", "\n1\noFFICE\n\n");
