@@ -24,7 +24,7 @@ namespace {
 // False for a widget that has no access key of its own.
 bool PressAccessKey(QObject& widget) {
   if (const auto* label = qobject_cast<QLabel*>(&widget)) {
-    // Qt would also press a button that is the label's buddy, as the OK button is behind disabled fields.
+    // Qt would also press a button that is the label's buddy, as the OK button is after disabled fields.
     if (QWidget* buddy = label->buddy()) buddy->setFocus(Qt::ShortcutFocusReason);
     return true;
   }
@@ -104,7 +104,7 @@ void FormWindow::Place(float left, float top) {
 }
 
 // The access key of a label moves the focus to the next control in tab order that takes it. The label's text
-// is the accessible name of the fields behind it, up to the next label.
+// is the accessible name of the fields after it, up to the next label.
 void FormWindow::LinkLabels() {
   std::vector<QLabel*> waiting;
   QString name;

@@ -1,4 +1,4 @@
-// GateFuzz: any bytes behind the From field of a mail.
+// GateFuzz: any bytes after the From field of a mail.
 //
 // Judging its header must end in a decision. Where the origin must be proved, a mail is handed over only if
 // its header holds the word "pass" and the server's name, whatever quotes, comments and folds hide.

@@ -19,7 +19,7 @@ std::string_view Trimmed(std::string_view text) {
   return text.substr(first, text.find_last_not_of(kBlanks) - first + 1);
 }
 
-// Where a quoted string that begins at a position ends: behind its closing quote; npos without one.
+// Where a quoted string that begins at a position ends: after its closing quote; npos without one.
 std::size_t EndOfQuotes(std::string_view text, std::size_t begin) {
   for (std::size_t i = begin + 1; i < text.size(); ++i) {
     if (text[i] == '"') return i + 1;

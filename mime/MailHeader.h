@@ -49,8 +49,8 @@ MailHeader HeaderOf(const ParsedMessage& message);
 std::optional<String> OnlyAddress(std::string_view value);
 
 // Replaces each comment (RFC 5322, section 3.2.2) with a blank, and removes the blanks at both ends. A
-// parenthesis in a quoted string begins no comment; an unclosed comment reaches to the end. Linear, whatever
-// the depth; pure.
+// parenthesis in a quoted string begins no comment; an unclosed comment reaches to the end. Linear at any
+// depth; pure.
 std::string WithoutComments(std::string_view value);
 
 }  // namespace Mime

@@ -7,7 +7,8 @@
 namespace Mime {
 namespace {
 
-// In addition to the mail itself. The limits keep the part that doesn't grow with the size below the second.
+// The memory in addition to the mail itself: a part that grows with its size, and a fixed part, which the
+// limits keep below the second number.
 constexpr std::size_t kBytesPerByte = 7;
 constexpr std::size_t kBytesPerMail = std::size_t{40} << 20;
 

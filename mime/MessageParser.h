@@ -32,7 +32,7 @@ class ParsedMessage {
   std::string_view Field(const char* name) const;
 
   // The names and the raw, folded values of all fields of the message's own header, in their order; those of
-  // the content, whose names begin with Content-, behind the others. Valid as long as this object.
+  // the content, whose names begin with Content-, after the others. Valid as long as this object.
   std::vector<std::pair<std::string_view, std::string_view>> Fields() const;
 
   // The content after the header of the whole message.

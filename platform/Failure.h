@@ -11,7 +11,7 @@
 namespace Platform {
 
 // The numbers of failures that the run time and the siblings raise. A caller decides by the number; the
-// description is for the user, in the user's language if it tells a fault of files, stores or entries,
+// description is for the user, in the user's language if it reports a fault of files, stores or entries,
 // otherwise in English.
 namespace FailureNumber {
 inline constexpr std::int32_t InvalidArgument = 5;

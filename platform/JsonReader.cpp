@@ -1,5 +1,7 @@
 #include "platform/JsonReader.h"
 
+#include "platform/Hex.h"
+
 namespace Platform {
 namespace {
 
@@ -25,10 +27,8 @@ struct Reader {
   char16_t Hex() {
     unsigned value = 0;
     for (std::size_t i = 0; i < 4; ++i) {
-      constexpr std::string_view kDigits = "0123456789abcdef";
-      const char c = i < Rest.size() ? Rest[i] : ' ';
-      const std::size_t digit = kDigits.find(c >= 'A' && c <= 'F' ? static_cast<char>(c | 0x20) : c);
-      if (digit == std::string_view::npos) Ok = false;
+      const int digit = i < Rest.size() ? HexDigit(static_cast<unsigned char>(Rest[i])) : -1;
+      if (digit < 0) Ok = false;
       value = value * 16 + static_cast<unsigned>(digit & 15);
     }
     if (Ok) Rest.remove_prefix(4);

@@ -22,6 +22,19 @@ inline constexpr StringView kMapiProfilesOfNt =
 inline constexpr StringView kClasses = u"Software\\Classes";
 }  // namespace RegistryPath
 
+// Keys below RegistryPath::kClasses, and two of their values: the registration of the libraries' classes.
+namespace ClassesKey {
+inline constexpr StringView kClassId = u"CLSID";
+inline constexpr StringView kInterface = u"Interface";
+inline constexpr StringView kTypeLibrary = u"TypeLib";
+inline constexpr StringView kServer = u"InprocServer32";
+inline constexpr StringView kThreadingModel = u"ThreadingModel";  // a value of kServer
+inline constexpr StringView kProgrammaticName = u"ProgID";
+inline constexpr StringView kVersion = u"VERSION";
+inline constexpr StringView kHelpFolder = u"HELPDIR";
+inline constexpr StringView kFile = u"File";  // a value of a type library's version
+}  // namespace ClassesKey
+
 // Values of a mailbox's key below RegistryPath::kMailBoxes.
 namespace MailBoxValue {
 inline constexpr StringView kProjectPath = u"TVSFilePath";
@@ -43,6 +56,15 @@ namespace TransportId {
 inline constexpr std::int32_t kMapi = 1;
 inline constexpr std::int32_t kSmtp = 2;
 }  // namespace TransportId
+
+// The first section of a project file, and its keys.
+namespace ProjectHeader {
+inline constexpr StringView kSection = u"Project";
+inline constexpr StringView kFormat = u"Format";
+inline constexpr StringView kFormatNumber = u"1";  // the value of kFormat that this version reads and writes
+inline constexpr StringView kName = u"Name";
+inline constexpr StringView kDatabase = u"Database";  // a path relative to the project file
+}  // namespace ProjectHeader
 
 // The section of a project file with the project's e-mail settings. Names of sections match in any case.
 namespace ProjectSection {
@@ -79,7 +101,7 @@ inline constexpr std::int32_t kInboundTitle = 9002;
 inline constexpr std::int32_t kMapiName = 9100;
 inline constexpr std::int32_t kSmtpName = 9101;
 inline constexpr std::int32_t kOutboundSmtpName = 9102;
-inline constexpr std::int32_t kMailBoxNotAllowed = 10000;
+inline constexpr std::int32_t kMailboxNotAllowed = 10000;
 inline constexpr std::int32_t kLogonRefused = 10001;
 inline constexpr std::int32_t kNoDiscussionSubject = 10005;
 inline constexpr std::int32_t kMailNotice = 10006;  // in every failure text of a mail
@@ -90,10 +112,10 @@ inline constexpr std::int32_t kKeyNotAdded = 10013;
 inline constexpr std::int32_t kHiveRefused = 10014;
 inline constexpr std::int32_t kKeyNotReached = 10015;
 inline constexpr std::int32_t kPathRefused = 10016;
-inline constexpr std::int32_t kMailBoxWithoutProfile = 10018;
+inline constexpr std::int32_t kMailboxWithoutProfile = 10018;
 inline constexpr std::int32_t kSettingsRefused = 10019;
-inline constexpr std::int32_t kMailBoxWithoutAddress = 10020;
-inline constexpr std::int32_t kMailBoxWithoutHost = 10021;
+inline constexpr std::int32_t kMailboxWithoutAddress = 10020;
+inline constexpr std::int32_t kMailboxWithoutHost = 10021;
 inline constexpr std::int32_t kTransportUnknown = 10022;
 inline constexpr std::int32_t kNoRegValue = 10024;
 inline constexpr std::int32_t kRecordUnreadable = 10029;
@@ -101,8 +123,8 @@ inline constexpr std::int32_t kProjectNotOpened = 10030;
 inline constexpr std::int32_t kSenderUnknown = 10032;
 inline constexpr std::int32_t kActingUserRefused = 10033;
 inline constexpr std::int32_t kValueNotWritten = 10034;
-inline constexpr std::int32_t kMailBoxesNotListed = 10036;
-inline constexpr std::int32_t kMailBoxExists = 10037;
+inline constexpr std::int32_t kMailboxesNotListed = 10036;
+inline constexpr std::int32_t kMailboxExists = 10037;
 inline constexpr std::int32_t kNoUserId = 10039;
 inline constexpr std::int32_t kNoProfile = 10040;
 inline constexpr std::int32_t kNoAddress = 10041;
@@ -168,7 +190,7 @@ inline constexpr std::int32_t kNoProjectSection = 20041;
 inline constexpr std::int32_t kNoProjectFormat = 20042;
 inline constexpr std::int32_t kProjectFormatUnknown = 20043;
 inline constexpr std::int32_t kSettingsCancelled = 20050;
-inline constexpr std::int32_t kMailBoxCancelled = 20051;
+inline constexpr std::int32_t kMailboxCancelled = 20051;
 inline constexpr std::int32_t kDialogNotOpened = 20052;
 inline constexpr std::int32_t kDialogOnTerminal = 20053;
 inline constexpr std::int32_t kStrangerRefused = 20100;
@@ -287,7 +309,7 @@ inline constexpr CatalogueText kProgramTexts[] = {{kFormIntroduction},
                                                   {kNoProjectFormat},
                                                   {kProjectFormatUnknown, 1},
                                                   {kSettingsCancelled},
-                                                  {kMailBoxCancelled},
+                                                  {kMailboxCancelled},
                                                   {kDialogNotOpened},
                                                   {kDialogOnTerminal, 1},
                                                   {kStrangerRefused, 1},
@@ -392,7 +414,7 @@ inline constexpr CatalogueText kComponentTexts[] = {{kHostCaption},
                                                     {kMapiName},
                                                     {kSmtpName},
                                                     {kOutboundSmtpName},
-                                                    {kMailBoxNotAllowed},
+                                                    {kMailboxNotAllowed},
                                                     {kLogonRefused},
                                                     {kNoDiscussionSubject},
                                                     {kMailNotice},
@@ -403,10 +425,10 @@ inline constexpr CatalogueText kComponentTexts[] = {{kHostCaption},
                                                     {kHiveRefused, 1},
                                                     {kKeyNotReached},
                                                     {kPathRefused, 1},
-                                                    {kMailBoxWithoutProfile},
+                                                    {kMailboxWithoutProfile},
                                                     {kSettingsRefused},
-                                                    {kMailBoxWithoutAddress},
-                                                    {kMailBoxWithoutHost},
+                                                    {kMailboxWithoutAddress},
+                                                    {kMailboxWithoutHost},
                                                     {kTransportUnknown},
                                                     {kNoRegValue},
                                                     {kRecordUnreadable},
@@ -414,8 +436,8 @@ inline constexpr CatalogueText kComponentTexts[] = {{kHostCaption},
                                                     {kSenderUnknown},
                                                     {kActingUserRefused},
                                                     {kValueNotWritten},
-                                                    {kMailBoxesNotListed},
-                                                    {kMailBoxExists},
+                                                    {kMailboxesNotListed},
+                                                    {kMailboxExists},
                                                     {kNoUserId},
                                                     {kNoProfile},
                                                     {kNoAddress},

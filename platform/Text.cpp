@@ -12,10 +12,6 @@ namespace {
 
 constexpr char32_t kReplacement = 0xFFFD;
 
-char32_t Join(char16_t high, char16_t low) {
-  return 0x10000 + ((static_cast<char32_t>(high) - 0xD800) << 10) + (low - 0xDC00);
-}
-
 char32_t FoldCode(char32_t code) {
   if (code < 0x80) return code >= 'A' && code <= 'Z' ? code + ('a' - 'A') : code;
   // The dotted capital I and the Kelvin sign would fold into plain letters, and one address could then pass
@@ -30,7 +26,7 @@ char32_t FoldCode(char32_t code) {
 char32_t NextCode(StringView text, std::size_t& i) {
   const bool pair = IsSurrogatePair(text, i);
   const char16_t c = text[i++];
-  return pair ? Join(c, text[i++]) : c;
+  return pair ? JoinSurrogates(c, text[i++]) : c;
 }
 
 // The code point at bytes[i]; i is moved past it. A byte that begins no character gives kReplacement, moves i

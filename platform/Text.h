@@ -51,6 +51,11 @@ constexpr bool IsSurrogatePair(StringView text, std::size_t position) {
   return position + 1 < text.size() && IsHighSurrogate(text[position]) && IsLowSurrogate(text[position + 1]);
 }
 
+// The code point of a high and a low surrogate.
+constexpr char32_t JoinSurrogates(char16_t high, char16_t low) {
+  return 0x10000 + ((static_cast<char32_t>(high) - 0xD800) << 10) + (low - 0xDC00);
+}
+
 // Appends a code point up to 0x10FFFF, a surrogate as it is.
 void AppendCodePoint(String& text, char32_t code);
 

@@ -23,7 +23,7 @@ namespace TextNumber = Platform::TextNumber;
 
 using Clock = std::chrono::steady_clock;
 
-// After a wait for another connection, so many commits are each followed by a pause.
+// After a wait for another connection, a pause follows each of this number of commits.
 constexpr int kPausesForOthers = 64;
 constexpr auto kPauseForOthers = std::chrono::milliseconds(2);
 

@@ -10,7 +10,6 @@
 namespace Runtime {
 namespace {
 
-constexpr StringView kFormat = u"1";
 constexpr char16_t kByteOrderMark = 0xFEFF;
 
 // Messages show this text after the file's path.
@@ -125,10 +124,12 @@ ProjectText::ProjectText(std::string_view bytes) {
 void ProjectText::RequireProject() const {
   std::size_t first = 0;
   while (first < lines_.size() && lines_[first].Kind == LineKind::Comment) ++first;
-  if (first == lines_.size() || FindSection(kProjectSection) != first) Refuse(TextNumber::kNoProjectSection);
-  const auto format = KeyValue(kProjectSection, u"Format");
+  if (first == lines_.size() || FindSection(ProjectHeader::kSection) != first)
+    Refuse(TextNumber::kNoProjectSection);
+  const auto format = KeyValue(ProjectHeader::kSection, ProjectHeader::kFormat);
   if (!format) Refuse(TextNumber::kNoProjectFormat);
-  if (*format != kFormat) Refuse(TextNumber::kProjectFormatUnknown, format->substr(0, 20));
+  if (*format != ProjectHeader::kFormatNumber)
+    Refuse(TextNumber::kProjectFormatUnknown, format->substr(0, 20));
 }
 
 std::string ProjectText::ToBytes() const {

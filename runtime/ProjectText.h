@@ -19,7 +19,6 @@ using namespace Platform;
 class ProjectText {
  public:
   static constexpr std::size_t kLargestFile = 1 << 20;  // bytes
-  static constexpr StringView kProjectSection = u"Project";
 
   // Raises 380 for bytes that are no UTF-8 text.
   explicit ProjectText(std::string_view bytes);

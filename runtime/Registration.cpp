@@ -6,16 +6,21 @@
 namespace Runtime {
 namespace {
 
-const String kClasses = String(RegistryPath::kClasses) + u"\\";
+String Below(StringView key, StringView name) {
+  return String(key).append(u"\\").append(name);
+}
 
+String KeyOfName(StringView programmaticName) {
+  return Below(RegistryPath::kClasses, programmaticName);
+}
 String ClassKey(const Guid& id) {
-  return kClasses + u"CLSID\\" + ToText(id);
+  return Below(Below(RegistryPath::kClasses, ClassesKey::kClassId), ToText(id));
 }
 String InterfaceKey(const Guid& id) {
-  return kClasses + u"Interface\\" + ToText(id);
+  return Below(Below(RegistryPath::kClasses, ClassesKey::kInterface), ToText(id));
 }
 String TypeLibraryKey(const Guid& id) {
-  return kClasses + u"TypeLib\\" + ToText(id);
+  return Below(Below(RegistryPath::kClasses, ClassesKey::kTypeLibrary), ToText(id));
 }
 
 String ProgrammaticName(const ComponentDescription& library, const ClassDescription& described) {
@@ -48,7 +53,7 @@ void ForOwnInterfaces(const ComponentDescription& library, Visit visit) {
 
 std::optional<RegisteredClass> FindClass(const Guid& classId) {
   RegistryAccess registry(Hive::LocalMachine);
-  const auto file = registry->Read(ClassKey(classId) + u"\\InprocServer32", {});
+  const auto file = registry->Read(Below(ClassKey(classId), ClassesKey::kServer), {});
   if (!file) return {};
   return RegisteredClass{classId, file->Content.ToString()};
 }
@@ -58,7 +63,7 @@ std::optional<RegisteredClass> FindClass(StringView programmaticName) {
   String id;
   {
     RegistryAccess registry(Hive::LocalMachine);
-    id = TextAt(*registry, kClasses + String(programmaticName) + u"\\CLSID");
+    id = TextAt(*registry, Below(KeyOfName(programmaticName), ClassesKey::kClassId));
   }
   if (id.empty()) return {};
   return FindClass(ParseGuid(id));
@@ -71,25 +76,26 @@ void WriteRegistration(const ComponentDescription& library, const String& file) 
   const TypeLibraryDescription* types = library.TypeLibrary;
   for (const ClassDescription& described : library.Classes) {
     const String name = ProgrammaticName(library, described);
-    Put(registry, kClasses + name, {}, library.ProjectDescription);
-    Put(registry, kClasses + name + u"\\CLSID", {}, ToText(described.Id));
+    Put(registry, KeyOfName(name), {}, library.ProjectDescription);
+    Put(registry, Below(KeyOfName(name), ClassesKey::kClassId), {}, ToText(described.Id));
     const String key = ClassKey(described.Id);
     Put(registry, key, {}, name);
-    Put(registry, key + u"\\InprocServer32", {}, file);
-    Put(registry, key + u"\\InprocServer32", u"ThreadingModel", library.ThreadingModel);
-    Put(registry, key + u"\\ProgID", {}, name);
-    Put(registry, key + u"\\VERSION", {}, described.Version);
-    if (types) Put(registry, key + u"\\TypeLib", {}, ToText(types->Id));
+    Put(registry, Below(key, ClassesKey::kServer), {}, file);
+    Put(registry, Below(key, ClassesKey::kServer), ClassesKey::kThreadingModel, library.ThreadingModel);
+    Put(registry, Below(key, ClassesKey::kProgrammaticName), {}, name);
+    Put(registry, Below(key, ClassesKey::kVersion), {}, described.Version);
+    if (types) Put(registry, Below(key, ClassesKey::kTypeLibrary), {}, ToText(types->Id));
   }
   ForOwnInterfaces(library, [&](const InterfaceDescription& description) {
     Put(registry, InterfaceKey(description.Id), {}, description.Name);
-    if (types) Put(registry, InterfaceKey(description.Id) + u"\\TypeLib", {}, ToText(types->Id));
+    if (types)
+      Put(registry, Below(InterfaceKey(description.Id), ClassesKey::kTypeLibrary), {}, ToText(types->Id));
   });
   if (types) {
-    const String key = TypeLibraryKey(types->Id) + u"\\" + String(types->Version);
+    const String key = Below(TypeLibraryKey(types->Id), types->Version);
     Put(registry, key, {}, types->HelpString);
-    Put(registry, key, u"File", file);
-    Put(registry, key + u"\\HELPDIR", {}, library.HelpDirectory);
+    Put(registry, key, ClassesKey::kFile, file);
+    Put(registry, Below(key, ClassesKey::kHelpFolder), {}, library.HelpDirectory);
   }
   transaction.Commit();
 }
@@ -99,8 +105,9 @@ void RemoveRegistration(const ComponentDescription& library) {
   RegistryFile& registry = *access;
   Transaction transaction(registry.Store());
   for (const ClassDescription& described : library.Classes) {
-    const String name = kClasses + ProgrammaticName(library, described);
-    if (EqualsIgnoreCase(TextAt(registry, name + u"\\CLSID"), ToText(described.Id))) registry.DeleteKey(name);
+    const String name = KeyOfName(ProgrammaticName(library, described));
+    if (EqualsIgnoreCase(TextAt(registry, Below(name, ClassesKey::kClassId)), ToText(described.Id)))
+      registry.DeleteKey(name);
     registry.DeleteKey(ClassKey(described.Id));
   }
   ForOwnInterfaces(library, [&](const InterfaceDescription& description) {
@@ -108,7 +115,7 @@ void RemoveRegistration(const ComponentDescription& library) {
   });
   if (const TypeLibraryDescription* types = library.TypeLibrary) {
     const String key = TypeLibraryKey(types->Id);
-    registry.DeleteKey(key + u"\\" + String(types->Version));
+    registry.DeleteKey(Below(key, types->Version));
     if (registry.SubKeys(key).empty()) registry.DeleteKey(key);
   }
   transaction.Commit();

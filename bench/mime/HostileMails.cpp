@@ -11,14 +11,14 @@ std::string Encoded(const std::string& encoding) {
   return "From: a@b\nContent-Transfer-Encoding: " + encoding + "\n\n";
 }
 
-// A part of about so many bytes whose field consists of a piece.
+// A part of about this size in bytes, with a field that repeats a piece.
 std::string PartOf(const std::string& field, const std::string& piece, std::size_t size) {
   std::string part = "--b\n" + field;
   while (part.size() < size) part += piece;
   return part + "\n\n";
 }
 
-// So many boundaries that are alike, around what follows.
+// This number of equal boundaries around the rest.
 std::string AlikeBoundaries(int count) {
   std::string head = "From: a@b\n";
   for (int i = 10; i < 10 + count; ++i) {

@@ -10,7 +10,7 @@ namespace Gateway {
 
 using Platform::StringView;
 
-// The length of the writer's own text in the text in front of a quote: without the attribution at its end,
+// The length of the writer's own text in the text before a quote: without the attribution at its end,
 // quoted or not, and without the blank lines and bare quote signs around it. Lines are taken for an
 // attribution only in the complete form of a known mail program. Pure; linear in the size of the text.
 std::size_t EndOfOwnText(StringView text);

@@ -11,11 +11,11 @@
 namespace Gateway {
 
 // Main thread. Each mail's line is written before the next mail is begun, so that it is kept if the program
-// is stopped. An error on output changes no outcome. Output that nobody reads delays the work, but not its
-// end after a stop signal: the outcomes that were not written are then counted on standard error.
+// is stopped. An error on output changes no outcome. If nobody reads the output, the work waits, but a stop
+// signal still ends it: the outcomes that were not written are then counted on standard error.
 class DeliveryReport {
  public:
-  // Text also ends with a summary. Nothing leaves only errors.
+  // Form::Text has a summary at its end. With Form::Nothing only errors are written.
   enum class Form { Text, Json, Nothing };
 
   // oneMail: the only mail is one that a mail server passes. If it is refused, its reason is also written to

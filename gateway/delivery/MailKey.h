@@ -1,4 +1,4 @@
-// MailKey: the idempotency key of a mail, by which the project knows it again.
+// MailKey: the idempotency key of a mail, by which a project recognises a mail that comes again.
 #pragma once
 
 #include <string>
@@ -13,7 +13,7 @@ namespace Gateway {
 // two programs may give the same Message-ID, and because others can read and use the Message-ID of a mail. A
 // mail without a Message-ID has the digest of all its bytes. Raises as Sha256 does. Any thread.
 //
-// The key is stored in projects: a change of it would make each stored mail unknown.
+// The keys are stored in projects: if their form changed, mails that come again would be stored twice.
 std::string MailKey(const Mime::Mail& mail, std::string_view bytes);
 
 }  // namespace Gateway

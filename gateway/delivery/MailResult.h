@@ -1,4 +1,4 @@
-// MailResult: what became of a mail, for reports, the status and the log.
+// MailResult: the outcome of a mail with its details, for reports, the status and the log.
 #pragma once
 
 #include <chrono>

@@ -21,7 +21,7 @@ bool MailboxAddress::Same(const State& left, const State& right) {
 }
 
 const String& MailboxAddress::Of(const String& projectPath) {
-  // A file that can't be looked at isn't the one that was read; reading it then tells the reason.
+  // If the state of the file can't be read, the file is read again, which raises the reason.
   struct stat file = {};
   State state;
   if (stat(Platform::ToUtf8(Platform::Trim(projectPath)).c_str(), &file) == 0)

@@ -17,7 +17,7 @@ using Platform::StringView;
 class MailboxAddress {
  public:
   // The address in the project file's section [Email]; empty if there is none. The file is read again only
-  // after a change, which its inode, size and times tell. Raises as Platform::Files::RetrieveTVSFile does.
+  // after a change of its inode, size or times. Raises as Platform::Files::RetrieveTVSFile does.
   const String& Of(const String& projectPath);
 
  private:

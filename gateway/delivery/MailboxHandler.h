@@ -8,8 +8,8 @@ namespace Gateway {
 
 using Platform::String;
 
-// The handler keeps the project open between mails, and a mail whose sender the project doesn't know gets the
-// name of the sender before it. One thread.
+// The handler keeps the project open between mails. It stores the mail of a sender whom the project doesn't
+// know under the name of the previous sender. One thread.
 class MailboxHandler {
  public:
   // Raises 429 without the component.

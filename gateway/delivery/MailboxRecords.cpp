@@ -29,7 +29,7 @@ MailboxRecord ReadMailbox(const String& name) {
 std::vector<MailboxRecord> ReadMailboxes() {
   std::vector<MailboxRecord> mailboxes;
   for (const String& name : RegistryStore::SubKeys(Hive::LocalMachine, Platform::RegistryPath::kMailBoxes)) {
-    // Deleted since the names were read?
+    // It may have been deleted since the names were read.
     if (RegistryStore::KeyExists(Hive::LocalMachine, PathOf(name))) mailboxes.push_back(ReadMailbox(name));
   }
   return mailboxes;

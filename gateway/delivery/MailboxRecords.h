@@ -22,7 +22,8 @@ struct MailboxRecord {
 };
 
 // All of these are for any thread, and raise 57 with the reason if the store is missing or can't be read or
-// written. Reading again what nobody has changed costs one look at the store's state.
+// written. Reading again without a change in the store costs one read of the store's
+// state.
 
 // All records, ordered by name.
 std::vector<MailboxRecord> ReadMailboxes();

@@ -12,7 +12,7 @@
 namespace Gateway {
 namespace {
 
-// Waits until so many bytes can be written that a pipe takes PIPE_BUF at once. False after a stop signal.
+// Waits until a pipe has room for PIPE_BUF bytes. False after a stop signal.
 bool WaitForReader(int descriptor) {
   // A signal just before the wait doesn't interrupt it.
   constexpr int kMilliseconds = 200;

@@ -1,15 +1,14 @@
-// Authentication: refuses mail of which no trusted mail server reports that it comes from its sender's
-// domain.
+// Authentication: refuses mail unless a trusted mail server reports that it comes from its sender's domain.
 //
 // The mail server in front of the mailbox checks SPF, DKIM and DMARC and adds its results on top of the
 // header (RFC 8601). It has to remove fields with its own name that came with the mail, as that standard
 // demands. Only the topmost field of its name counts here, so that a forged one below doesn't.
 //
-// DMARC takes a signing domain for aligned if it belongs to the same organisation, which only a list of all
-// public suffixes can tell. Here a domain is aligned with the From domain if it is equal, its parent or its
-// child. A parent rules its children. A child belongs to another owner only if the From domain gives
-// subdomains to the public, and such a domain has no users of its own. Bounce domains of mail services are
-// children. A name without a point, such as a top-level domain, is no parent.
+// DMARC takes a signing domain for aligned if it belongs to the same organisation, which can only be
+// decided with a list of all public suffixes. Here a domain is aligned with the From domain if it is equal,
+// its parent or its child. The owner of a domain controls its subdomains, unless it gives them to the public,
+// and such a domain has no users of its own. Bounce domains of mail services are children. A name without a
+// point, such as a top-level domain, is no parent.
 #pragma once
 
 #include <optional>

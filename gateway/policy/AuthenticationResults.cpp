@@ -24,7 +24,7 @@ class Reader {
     while (!AtEnd() && IsBlank(text_[at_])) ++at_;
   }
 
-  // The name in front of the next equals sign, in lower case and without the blanks that may stand in it,
+  // The name before the next equals sign, in lower case and without the blanks that it may contain,
   // with the sign taken as well. Empty at the end, and for words without the sign, which are all skipped.
   std::string Name() {
     std::string name;
@@ -77,7 +77,7 @@ std::string LowerCase(std::string text) {
   return text;
 }
 
-// Removes the version behind a method's name. Returns false for another version than 1.
+// Removes the version after a method's name. Returns false for another version than 1.
 bool TakeVersion(std::string& method) {
   const std::size_t slash = method.find('/');
   if (slash == std::string::npos) return true;
@@ -109,7 +109,7 @@ AuthenticationResults ReadAuthenticationResults(std::string_view value) {
     Reader part(parts.Part(all.Readable));
     MethodResult result;
     result.Method = part.Name();
-    if (result.Method.empty()) continue;  // "none", or nothing behind the last semicolon
+    if (result.Method.empty()) continue;  // "none", or nothing after the last semicolon
     if (!TakeVersion(result.Method)) all.Readable = false;
     result.Result = LowerCase(part.Word());
     for (std::string name = part.Name(); !name.empty(); name = part.Name())

@@ -29,7 +29,7 @@ struct AuthenticationResults {
 };
 
 // Reads the value of a field, unfolded. What isn't of the standard's form gives no result, and never another
-// method's or property's. Linear, whatever the nesting; pure.
+// method's or property's. Linear at any nesting depth; pure.
 AuthenticationResults ReadAuthenticationResults(std::string_view value);
 
 }  // namespace Gateway

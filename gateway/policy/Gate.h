@@ -1,8 +1,8 @@
 // Gate: decides which mail is handed over to the component.
 //
 // The component stores the mail of anyone who knows a discussion's subject, and that of programs too. The
-// gate refuses such mail before. It looks at the facts alone: it reads no store, and gives the same result
-// for the same facts. Each rule has a file of its own. The size is checked earlier, before a mail is parsed:
+// gate refuses such mail before. It reads no store and gives the same result for the same
+// facts. Each rule has a file of its own. The size is checked earlier, before a mail is parsed:
 // see MailSize.h.
 #pragma once
 

@@ -9,8 +9,8 @@ namespace Gateway {
 
 using Platform::String;
 
-// The default refuses what is no person's reply, or no user's. Each member hands over one kind of mail all
-// the same.
+// By default only the replies of users that a person wrote are handed over. Each of the first three members
+// allows one more kind of mail.
 struct PolicySettings {
   bool PostStrangers = false;  // of senders whom the project doesn't know, or who don't take part by mail
   bool PostAutomatic = false;  // of programs: out-of-office mail, delivery reports, mailing lists

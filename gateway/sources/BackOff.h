@@ -9,9 +9,9 @@ namespace Gateway {
 inline constexpr std::chrono::milliseconds kShortestBackOff = std::chrono::seconds(5);
 inline constexpr std::chrono::milliseconds kLongestBackOff = std::chrono::minutes(15);
 
-// The pause after so many failures in a row: none after none; then 5 s, doubled with each failure, up to 15
-// minutes. The random number, from 0 up to 1, shortens it by up to half, so that many mailboxes of a
-// server don't all connect at once when it is available again. Pure.
+// The pause after this number of failures in a row: 0 without a failure, 5 s after the first one, doubled
+// with each further one, up to 15 minutes. The random number, from 0 up to 1, shortens it by up to half, so
+// that many mailboxes of a server don't all connect at once when it is available again. Pure.
 std::chrono::milliseconds BackOffTime(std::size_t failures, double random);
 
 // Counts the failures of one source.

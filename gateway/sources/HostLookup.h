@@ -17,7 +17,7 @@ struct HostAddress {
 };
 
 // In the order in which they are to be tried; at least one. The system's resolver can't be interrupted, so it
-// runs on a thread of its own, which is left alone after the time or an interruption. Raises 57.
+// runs on a thread of its own, which isn't waited for after the time or an interruption. Raises 57.
 std::vector<HostAddress> LookUpHost(const std::string& host, int port, const Interruption& interruption,
                                     std::chrono::milliseconds timeout);
 

@@ -25,7 +25,7 @@ class MailQueue {
   virtual void Wait(std::chrono::milliseconds longest) = 0;
 
   // Ends Pass between two mails, Wait at once, and a blocked operation of the network within a second. The
-  // queue isn't used again. Any thread.
+  // queue can't be used afterwards. Any thread.
   virtual void Interrupt() = 0;
 
   // Proves that the queue can be reached and read: folder, connection, certificate, logon, mailbox. Changes
@@ -33,8 +33,8 @@ class MailQueue {
   virtual void Check() = 0;
 };
 
-// A queue as the settings describe it. Reaches for nothing yet. Raises 380, saying what is missing, for
-// settings that no server can meet.
+// A queue as the settings describe it. Opens no connection and no file yet. Raises 380, saying what is
+// missing, for settings that no server can meet.
 std::unique_ptr<MailQueue> MakeQueue(const QueueSettings& settings);
 
 }  // namespace Gateway

@@ -51,9 +51,9 @@ RawMail Checked(RawMail mail, std::size_t size) {
 
 enum class Form { OneMail, Mbox, Recognise };
 
-// The envelope's sender by a line "From sender time". In front of a single mail a mail server has written it,
-// with MAILER-DAEMON for the null return path. In an mbox it says less: some mail programs put MAILER-DAEMON
-// or "-" in front of each message that they export.
+// The envelope's sender by a line "From sender time". Before a single mail a mail server has written it, with
+// MAILER-DAEMON for the null return path. In an mbox that name has no meaning: some mail programs write
+// MAILER-DAEMON or "-" before each message that they export.
 std::optional<std::string> EnvelopeSender(std::string sender, bool mbox) {
   const bool daemon = Platform::EqualsIgnoreCase(Platform::FromUtf8(sender), u"MAILER-DAEMON");
   if (sender == "-" || (mbox && daemon)) return std::nullopt;

@@ -30,8 +30,8 @@ struct RawMail {
 // What standard input contains.
 enum class StandardInput { OneMail, Mbox };
 
-// Receives one mail after the other, and returns what became of it. Nothing ends the reading; the mail was
-// not handled then.
+// Receives one mail after the other, and returns its outcome. std::nullopt means that the mail was not
+// handled and ends the reading.
 using MailSink = std::function<std::optional<Outcome>(RawMail)>;
 
 // True for "-", /dev/stdin, and any path that leads to the same pipe or device as standard input.

@@ -6,7 +6,7 @@
 
 namespace Gateway {
 
-// Sorts names by the time of arrival that they begin with: seconds since 1970, then, behind a point, "M" and
+// Sorts names by the time of arrival that they begin with: seconds since 1970, then, after a point, "M" and
 // microseconds. Names of another form are last. Equal times are sorted by name.
 void SortByArrival(std::vector<std::string>& names);
 

@@ -35,7 +35,7 @@ namespace TextNumber = Platform::TextNumber;
 // Of a mail that is too large, the header is passed on.
 constexpr std::size_t kLargestHeader = Mime::MailLimits{}.HeaderSize;
 
-// The folders are synced once for so many mails.
+// The folders are synced once for this number of mails.
 constexpr std::size_t kMovesBeforeSync = 256;
 
 std::exception_ptr MoveFailure(const std::string& path, int error) {
@@ -47,7 +47,7 @@ std::exception_ptr MoveFailure(const std::string& path, int error) {
 }
 
 // Moves a mail from new to cur. Never replaces another mail there. Returns an errno, 0 after success and for
-// a mail that a mail program has moved or removed meanwhile.
+// a mail that a mail program has moved or removed in the meantime.
 int MoveToCur(int from, int to, const std::string& name) {
   for (int copy = 0; copy < 100; ++copy) {
     const std::string target = NameOfReadMail(name, copy);
@@ -129,7 +129,7 @@ std::optional<RawMail> MaildirQueue::Read(const Folders& folders, const std::str
       if (file.TakeAll(mail.Bytes, kLargestMail) <= kLargestMail) return mail;
       throw std::system_error(EFBIG, std::generic_category());  // it grows; the next pass sees its size
     }
-    // Up to the empty line behind the header.
+    // Up to the empty line after the header.
     while (mail.Bytes.size() < kLargestHeader && file.TakeLine(mail.Bytes, '\n', kLargestHeader) > 2)
       continue;
     RefuseAsTooLarge(mail);

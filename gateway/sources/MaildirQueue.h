@@ -12,7 +12,7 @@ namespace Gateway {
 
 // Mails are passed in the order of arrival, which their names begin with. A mail that is settled moves to cur
 // with the mark of a mail that was read (":2,S"), so that mail programs show it so. Only new is the queue:
-// what is in cur is never read. The folder is watched with inotify, and looked at again after PollInterval,
+// what is in cur is never read. The folder is watched with inotify, and read again after PollInterval,
 // since a network file system doesn't report what other machines do.
 //
 // The owner of the folder may be less trusted than this program: symbolic links, pipes, devices and folders

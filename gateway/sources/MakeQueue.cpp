@@ -9,7 +9,7 @@ namespace {
 
 namespace TextNumber = Platform::TextNumber;
 
-// What ends up in a line to the server must not end that line.
+// A setting is sent as part of a line to the server, which it must not end.
 void RequireText(const char* setting, const std::string& value) {
   if (value.empty()) RaiseSetting(TextNumber::kSourceSettingMissing, setting);
   if (value.size() > 255 || !Platform::IsUtf8(value) || Platform::HasControl(Platform::FromUtf8(value)))
@@ -39,7 +39,7 @@ std::unique_ptr<MailQueue> MakeQueue(const QueueSettings& settings) {
       RequireText("folder", settings.Mailbox);
       if (settings.After == AfterSuccess::Move) {
         RequireText("move-to", settings.MoveTo);
-        // It would be passed again and again.
+        // With it, the mail that was moved would be passed again.
         if (settings.MoveTo == settings.Mailbox)
           RaiseSetting(TextNumber::kSourceSettingWrong, "move-to", settings.MoveTo);
       }

@@ -1,4 +1,4 @@
-// Outcome: what became of a mail.
+// Outcome: the result of handling a mail.
 #pragma once
 
 namespace Gateway {

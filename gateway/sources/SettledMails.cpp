@@ -50,7 +50,7 @@ void SettledMails::Load() {
   std::size_t begin = 0;
   for (std::size_t end; (end = content.find('\n', begin)) != std::string::npos; begin = end + 1)
     ids_.insert(content.substr(begin, end - begin));
-  // A line that a crash has cut is no id; another one must not be written behind it.
+  // A line that a crash has cut is no id, and the next id must not be appended to it.
   if (begin < content.size()) Save();
 }
 

@@ -4,7 +4,7 @@
 namespace Gateway {
 
 // From now on SIGINT and SIGTERM end the work between two messages, and a closed pipe on output no longer
-// kills the program. Main thread.
+// ends the program. Main thread.
 void CatchStopSignals();
 
 // True after such a signal.

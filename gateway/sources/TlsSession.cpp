@@ -57,7 +57,7 @@ BIO_METHOD* SocketMethod() {
   return method;
 }
 
-// The first reason that the library noted on this thread.
+// The first error in the library's queue of this thread.
 std::string Reason() {
   const unsigned long code = ERR_get_error();
   ERR_clear_error();
@@ -149,7 +149,7 @@ TlsSession::Result TlsSession::ResultOf(int returned) {
       break;
   }
   const unsigned long code = ERR_peek_error();
-  // A server that closes the socket without the end of the session.
+  // The server has closed the socket without ending the session.
   if (ERR_GET_REASON(code) == SSL_R_UNEXPECTED_EOF_WHILE_READING) return Result::Closed;
   RaiseSource(TextNumber::kTlsFailed, name_, Reason());
 }

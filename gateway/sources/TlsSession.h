@@ -7,8 +7,8 @@
 
 namespace Gateway {
 
-// Over a connected socket that doesn't block, which the caller keeps and waits for. TLS 1.2 or later. One
-// thread.
+// Uses a connected, non-blocking socket. The caller owns the socket and waits until it is ready. TLS 1.2 or
+// later. One thread.
 class TlsSession {
  public:
   enum class Result { Done, WantsRead, WantsWrite, Closed };

@@ -81,11 +81,11 @@ std::shared_ptr<OptionToolkit> MakeToolkit(std::optional<Logon> logon) {
 // Runs the dialog and returns the mailbox name that its check gave.
 String Configure(MailHandler& handler, bool add, const String& name, const ObjectRef& session,
                  const std::shared_ptr<OptionToolkit>& toolkit) {
-  std::shared_ptr<DialogToolkit> dialog;
+  std::shared_ptr<RecordingToolkit> dialog;
   if (toolkit) {
     Runtime::InstallToolkit(toolkit);
   } else {
-    dialog = InstallDialogToolkit();
+    dialog = InstallChosenToolkit();
   }
   String bound = name;
   String product;
@@ -100,7 +100,7 @@ String Configure(MailHandler& handler, bool add, const String& name, const Objec
   } else if (!dialog->Shown()) {
     throw CommandError(CodeOf(watch, TryAgain), Runtime::TextOf(TextNumber::kDialogNotOpened));
   } else if (!configured || !dialog->Hidden()) {
-    throw CommandError(Cancelled, Runtime::TextOf(TextNumber::kMailBoxCancelled));
+    throw CommandError(Cancelled, Runtime::TextOf(TextNumber::kMailboxCancelled));
   }
   return bound;
 }

@@ -155,13 +155,13 @@ int Show(bool json) {
 int Configure(const OutboundOptions& options) {
   RequireStores();
   std::shared_ptr<OptionToolkit> toolkit;
-  std::shared_ptr<DialogToolkit> dialog;
+  std::shared_ptr<RecordingToolkit> dialog;
   if (options.Any()) {
     toolkit = std::make_shared<OptionToolkit>(
         [&options](Form& form, UserInput& user) { Fill(options, form, user); });
     Runtime::InstallToolkit(toolkit);
   } else {
-    dialog = InstallDialogToolkit();
+    dialog = InstallChosenToolkit();
   }
   const Gateway::HandlerObject handler;
   const FailureWatch watch;

@@ -90,7 +90,7 @@ class Keys {
     if (!Platform::IsUtf8(bytes)) return L'\uFFFD';
     const Platform::String units = Platform::FromUtf8(bytes);
     if (units.size() == 1) return units[0];
-    return static_cast<wchar_t>(0x10000 + ((units[0] - 0xD800) << 10) + (units[1] - 0xDC00));
+    return static_cast<wchar_t>(Platform::JoinSurrogates(units[0], units[1]));
   }
 
   // After an escape: the sequence of a key, or a key pressed with Alt.
@@ -153,15 +153,7 @@ int ReadKey(EditLine* editor, wchar_t* key) {
 
 std::string Utf8(const wchar_t* begin, const wchar_t* end) {
   Platform::String text;
-  for (const wchar_t* c = begin; c != end; ++c) {
-    const wchar_t code = *c;
-    if (code < 0x10000) {
-      text += static_cast<char16_t>(code);
-    } else {
-      text += static_cast<char16_t>(0xD800 + ((code - 0x10000) >> 10));
-      text += static_cast<char16_t>(0xDC00 + ((code - 0x10000) & 0x3FF));
-    }
-  }
+  for (const wchar_t* c = begin; c != end; ++c) Platform::AppendCodePoint(text, static_cast<char32_t>(*c));
   return Platform::ToUtf8(text);
 }
 

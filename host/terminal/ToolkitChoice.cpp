@@ -41,10 +41,10 @@ std::shared_ptr<FormsToolkit> LoadWindows() {
 
 }  // namespace
 
-std::shared_ptr<DialogToolkit> InstallDialogToolkit() {
+std::shared_ptr<RecordingToolkit> InstallChosenToolkit() {
   std::shared_ptr<FormsToolkit> toolkit = LoadWindows();
   if (!toolkit) toolkit = std::make_shared<TerminalToolkit>();
-  const auto installed = std::make_shared<DialogToolkit>(std::move(toolkit));
+  const auto installed = std::make_shared<RecordingToolkit>(std::move(toolkit));
   Runtime::InstallToolkit(installed);
   return installed;
 }

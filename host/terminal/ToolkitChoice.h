@@ -12,9 +12,9 @@ using namespace Platform;
 
 // A toolkit that forwards everything to another one, with the reason of a failure in a message box, and
 // records how the dialog ended, which the component doesn't report.
-class DialogToolkit : public FormsToolkit {
+class RecordingToolkit : public FormsToolkit {
  public:
-  explicit DialogToolkit(std::shared_ptr<FormsToolkit> toolkit) : toolkit_(std::move(toolkit)) {}
+  explicit RecordingToolkit(std::shared_ptr<FormsToolkit> toolkit) : toolkit_(std::move(toolkit)) {}
 
   // True if a dialog was shown and has ended.
   bool Shown() const { return shown_; }
@@ -53,6 +53,6 @@ class DialogToolkit : public FormsToolkit {
 
 // Installs the desktop's windows if there are a display and the plug-in, otherwise the terminal. If there is
 // a display without windows, the reason goes to standard error.
-std::shared_ptr<DialogToolkit> InstallDialogToolkit();
+std::shared_ptr<RecordingToolkit> InstallChosenToolkit();
 
 }  // namespace Host

@@ -24,7 +24,7 @@
 
 namespace Platform {
 
-// What became of the mail between Begin and End.
+// The result for the mail between Begin and End.
 enum class IntakeResult : std::int32_t {
   Nothing = 0,        // no reply was stored
   Stored = 1,         // its reply was stored, and is on disk

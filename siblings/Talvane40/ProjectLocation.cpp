@@ -40,18 +40,22 @@ ProjectLocation ReadProjectLocation(StringView path) {
   const fs::path file = PathOf(path);
   const ProjectText text = Read(file);
   const auto value = [&text](StringView key) {
-    return text.LiteralValue(ProjectText::kProjectSection, key).value_or(String());
+    return text.LiteralValue(ProjectHeader::kSection, key).value_or(String());
   };
-  const String format = value(u"Format"), name = value(u"Name"), database = value(u"Database");
+  const String format = value(ProjectHeader::kFormat), name = value(ProjectHeader::kName),
+               database = value(ProjectHeader::kDatabase);
   if (format.empty()) Refuse(file, TextNumber::kNoProjectFile);
-  if (format != u"1") Refuse(file, TextNumber::kProjectFileTooNew);
+  if (format != ProjectHeader::kFormatNumber) Refuse(file, TextNumber::kProjectFileTooNew);
   if (name.empty() || database.empty())
     Refuse(file, TextNumber::kProjectFileDamaged, FailureNumber::DeviceFailed);
   return {name, (file.parent_path() / ToUtf8(database)).lexically_normal()};
 }
 
 std::string NewProjectFileText(StringView name, const std::string& database) {
-  return "[Project]\nFormat=1\nName=" + ToUtf8(name) + "\nDatabase=" + database + "\n";
+  const auto line = [](StringView key, const std::string& value) { return ToUtf8(key) + "=" + value + "\n"; };
+  return "[" + ToUtf8(ProjectHeader::kSection) + "]\n" +
+         line(ProjectHeader::kFormat, ToUtf8(ProjectHeader::kFormatNumber)) +
+         line(ProjectHeader::kName, ToUtf8(name)) + line(ProjectHeader::kDatabase, database);
 }
 
 }  // namespace Talvane40

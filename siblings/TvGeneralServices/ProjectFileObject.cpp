@@ -2,6 +2,7 @@
 
 #include <utility>
 
+#include "platform/StoredNames.h"
 #include "runtime/DurableFile.h"
 
 namespace TvGeneralServices {
@@ -76,7 +77,7 @@ Value ProjectFileObject::Section(std::span<Value> arguments) {
 
 Value ProjectFileObject::DeleteSection(std::span<Value> arguments) {
   const String name = arguments[0].ToString();
-  if (EqualsIgnoreCase(name, ProjectText::kProjectSection)) return false;
+  if (EqualsIgnoreCase(name, ProjectHeader::kSection)) return false;
   changes_.push_back({name, {}, {}});
   Apply(changes_.back(), text_);
   return true;

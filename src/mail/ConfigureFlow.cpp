@@ -6,7 +6,7 @@
 #include "src/dialogs/frmCfgInb.h"
 #include "src/dialogs/modCfgIn.h"
 #include "src/mail/EMailManager.h"
-#include "src/mailbox/MailBoxRecords.h"
+#include "src/mailbox/MailboxRecords.h"
 #include "src/services/modMain.h"
 #include "src/services/modResource.h"
 

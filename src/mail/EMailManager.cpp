@@ -1,7 +1,7 @@
 #include "src/mail/EMailManager.h"
 
 #include "platform/StoredNames.h"
-#include "src/mailbox/MailBoxFlows.h"
+#include "src/mailbox/MailboxFlows.h"
 #include "src/services/modMain.h"
 
 namespace TvEmailServices {

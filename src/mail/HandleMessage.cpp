@@ -7,7 +7,7 @@
 #include "src/mail/DiscussionSubject.h"
 #include "src/mail/EMailManager.h"
 #include "src/mail/ReplyBody.h"
-#include "src/mailbox/MailBoxRecords.h"
+#include "src/mailbox/MailboxRecords.h"
 #include "src/security/ComponentSecurity.h"
 #include "src/services/modComponents.h"
 #include "src/services/modResource.h"

@@ -2,7 +2,7 @@
 
 #include "platform/CheckedArithmetic.h"
 #include "platform/StoredNames.h"
-#include "src/mailbox/MailBoxRecords.h"
+#include "src/mailbox/MailboxRecords.h"
 #include "src/services/modComponents.h"
 #include "src/services/modMain.h"
 
@@ -23,7 +23,7 @@ bool CheckProjectCredentials(const String& projectPath, const String& userId, co
   const String projectName = project->GetName();
   if (!EqualsIgnoreCase(projectName, mailBoxName) && !IsMailBoxNameFree(projectName)) return false;
   mailBoxName = projectName;
-  return bool(project->IsMailBoxAllowed()) || Refuse(TextNumber::kMailBoxNotAllowed);
+  return bool(project->IsMailBoxAllowed()) || Refuse(TextNumber::kMailboxNotAllowed);
 } catch (...) {
   return ReportFailure();
 }
@@ -31,15 +31,15 @@ bool CheckProjectCredentials(const String& projectPath, const String& userId, co
 bool IsMailBoxNameFree(const String& mailBoxName) try {
   const RegUtil registry = GetRegUtil(Hive::LocalMachine, RegistryPath::kMailBoxes, true);
   Value collection{Array()};
-  if (!registry || !registry.EnumKeys(collection)) return Refuse(TextNumber::kMailBoxesNotListed);
+  if (!registry || !registry.EnumKeys(collection)) return Refuse(TextNumber::kMailboxesNotListed);
   if (collection.IsEmpty() || (collection.IsObject() && !collection.ToObject()))
-    return Refuse(TextNumber::kMailBoxesNotListed);
+    return Refuse(TextNumber::kMailboxesNotListed);
 
   const Array& names = collection.ToArray();
   const auto count = Narrow<std::int16_t>(names.size());
   for (std::int32_t position = 1; position <= count; ++position) {
     if (EqualsIgnoreCase(names[static_cast<std::size_t>(position) - 1].ToString(), mailBoxName))
-      return Refuse(TextNumber::kMailBoxExists);
+      return Refuse(TextNumber::kMailboxExists);
   }
   return true;
 } catch (...) {

@@ -10,7 +10,7 @@ namespace TvEmailServices {
 using namespace Platform;
 
 // True if the project can be opened, its user may bind a mailbox, and no other mailbox has the project's
-// name. Sets mailBoxName to the project's name, also if only the permission is missing (kMailBoxNotAllowed).
+// name. Sets mailBoxName to the project's name, also if only the permission is missing (kMailboxNotAllowed).
 bool CheckProjectCredentials(const String& projectPath, const String& userId, const String& password,
                              String& mailBoxName, const ObjectRef& sess);
 

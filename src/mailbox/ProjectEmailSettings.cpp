@@ -1,7 +1,7 @@
 #include "src/mailbox/ProjectEmailSettings.h"
 
 #include "platform/StoredNames.h"
-#include "src/mailbox/MailBoxRecords.h"
+#include "src/mailbox/MailboxRecords.h"
 #include "src/services/modComponents.h"
 #include "src/services/modMain.h"
 #include "src/services/modResource.h"
@@ -45,13 +45,13 @@ bool WriteProjectEmailSettings(const String& projectPath, const String& transpor
   const ProjectFile file = GetProjectFile(projectPath, true);
   if (!file) return RefuseSettings(TextNumber::kProjectFileUnreadable);
   if (EqualsIgnoreCase(transportName, LoadTvResourceString(TextNumber::kMapiName))) {
-    if (mapiProfile.empty()) return RefuseSettings(TextNumber::kMailBoxWithoutProfile);
+    if (mapiProfile.empty()) return RefuseSettings(TextNumber::kMailboxWithoutProfile);
     file.CreateKey(ProjectSection::kWritten, SendingValue::kTransportId,
                    Value(TransportId::kMapi).ToString());
     file.CreateKey(ProjectSection::kWritten, SendingValue::kMapiProfile, mapiProfile);
   } else if (EqualsIgnoreCase(transportName, LoadTvResourceString(TextNumber::kSmtpName))) {
-    if (hostName.empty()) return RefuseSettings(TextNumber::kMailBoxWithoutHost);
-    if (eMailAddress.empty()) return RefuseSettings(TextNumber::kMailBoxWithoutAddress);
+    if (hostName.empty()) return RefuseSettings(TextNumber::kMailboxWithoutHost);
+    if (eMailAddress.empty()) return RefuseSettings(TextNumber::kMailboxWithoutAddress);
     file.CreateKey(ProjectSection::kWritten, SendingValue::kTransportId,
                    Value(TransportId::kSmtp).ToString());
     file.CreateKey(ProjectSection::kWritten, SendingValue::kHostName, hostName);

@@ -8,7 +8,7 @@
 #include "platform/StoredNames.h"
 #include "platform/contracts/FailureText.h"
 #include "platform/contracts/ProjectAdministration.h"
-#include "src/mailbox/MailBoxRecords.h"
+#include "src/mailbox/MailboxRecords.h"
 #include "src/services/modResource.h"
 #include "tests/support/World.h"
 

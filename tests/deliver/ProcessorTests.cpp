@@ -5,7 +5,7 @@
 #include "gateway/delivery/MailProcessor.h"
 #include "gateway/delivery/MailboxRecords.h"
 #include "platform/contracts/ProjectAdministration.h"
-#include "src/mailbox/MailBoxRecords.h"
+#include "src/mailbox/MailboxRecords.h"
 #include "tests/support/World.h"
 
 namespace Tests {

@@ -238,7 +238,7 @@ TEST_F(Deliver, TellsTheSenderOfOneMailInOneSentenceWhyItIsRefused) {
 }
 
 // Delivers the file in the background from a pipe that stays open, so that the last message is still
-// incomplete, until so many outcomes are printed. The shell then runs the next commands.
+// incomplete, until this number of outcomes is printed. The shell then runs the next commands.
 std::string InBackground(const std::string& file, std::size_t outcomes) {
   return ": >lines; rm -f pipe; mkfifo pipe; exec 3<>pipe; cat " + file +
          " >pipe 3>&- & tvmail deliver Apollo --mbox <pipe >lines 3>&- & wait_for_deliveries " +

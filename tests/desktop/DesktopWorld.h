@@ -9,12 +9,12 @@
 #include "runtime/Libraries.h"
 #include "src/mail/EMailManager.h"
 #include "tests/desktop/DesktopUser.h"
-#include "tests/mailbox/MailBoxWorld.h"
+#include "tests/mailbox/MailboxWorld.h"
 #include "tests/outbound/OutboundTest.h"
 
 namespace Tests {
 
-class DesktopWorld : public MailBoxWorld {
+class DesktopWorld : public MailboxWorld {
  public:
   DesktopWorld() {
     String reason;

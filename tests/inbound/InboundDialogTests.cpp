@@ -12,7 +12,7 @@ namespace {
 using Act = ScriptToolkit::Script;
 
 // The dialog, with a project that its entries can open.
-class Inbound : public MailBoxWorld {
+class Inbound : public MailboxWorld {
  public:
   Inbound() { MakeProject(); }
 

@@ -21,7 +21,7 @@ TEST(ProjectCheck, AcceptsAProvedLogonUnderTheProjectsOwnName) {
     Apollo.TVS ; ann ; word ; New    ;        ; -Talvane40 ; [10044|Talvane40.Dll] ; New    ; no
 )")) {
     SCOPED_TRACE(row[5] + " telling " + row[6]);
-    MailBoxWorld world;
+    MailboxWorld world;
     world.MakeProject();
     if (!row[4].empty()) world.Store(FromUtf8(row[4]), {}, {});
     if (row[5] == "-Talvane40")
@@ -37,7 +37,7 @@ TEST(ProjectCheck, AcceptsAProvedLogonUnderTheProjectsOwnName) {
 }
 
 TEST(ProjectCheck, ShowsWhyAPathIsRefusedAndLeavesTheProjectLibraryAlone) {
-  MailBoxWorld world;
+  MailboxWorld world;
   String mailBox = u"New";
   EXPECT_FALSE(CheckProjectCredentials(world.PathOf("Missing.TVS"), u"ann", u"word", mailBox, nullptr));
   EXPECT_EQ(1u, world.Boxes().size());
@@ -51,7 +51,7 @@ TEST(ProjectCheck, NamesTheMailBoxBeforeItAsksWhetherOneIsAllowed) {
     IsMailBoxAllowed ; Disk full ; Apollo
     GetName          ; Disk full ; New
 )")) {
-    MailBoxWorld world;
+    MailboxWorld world;
     ScriptedProject::In(world)->Raising = row[0];
     world.MakeProject();
     String mailBox = u"New";
@@ -75,7 +75,7 @@ class ListedRegistry : public Object {
 };
 
 TEST(MailBoxName, IsFreeAmongAsManyKeysAsA16BitCountHolds) {
-  MailBoxWorld world;
+  MailboxWorld world;
   Value list;
   world.Services.Instead["TvGeneralServices.RegUtil"] = [&] {
     return std::make_shared<ListedRegistry>(list);

@@ -1,6 +1,6 @@
-#include "src/mailbox/MailBoxFlows.h"
+#include "src/mailbox/MailboxFlows.h"
 #include "tests/dialogs/DialogWorld.h"
-#include "tests/mailbox/MailBoxWorld.h"
+#include "tests/mailbox/MailboxWorld.h"
 
 namespace Tests {
 namespace {
@@ -45,7 +45,7 @@ TEST(ProjectEmailSettings, AreRefusedBeforeAnythingIsWritten) {
     SMTP   ; p ; h ; a ; ProjectFile.CreateKey!  ; Disk full
 )")) {
     SCOPED_TRACE(row[5]);
-    MailBoxWorld world;
+    MailboxWorld world;
     const String path = world.MakeProjectFile("Apollo.TVS", kSmtpText);
     world.Watch(row[4]);
     EXPECT_FALSE(WriteProjectEmailSettings(path, FromUtf8(row[0]), FromUtf8(row[1]), FromUtf8(row[2]),
@@ -56,7 +56,7 @@ TEST(ProjectEmailSettings, AreRefusedBeforeAnythingIsWritten) {
 }
 
 TEST(ProjectEmailSettings, AreWrittenKeyByKeyAndKeepThoseOfTheOtherTransport) {
-  MailBoxWorld world;
+  MailboxWorld world;
   const String path = world.MakeProjectFile("Apollo.TVS");
   world.Watch();
   ASSERT_TRUE(WriteProjectEmailSettings(path, u"sMtP", u"p", u"h", u"a", u""));
@@ -84,7 +84,7 @@ TEST(ProjectEmailSettings, AreValidByTheKeysOfTheirTransport) {
     TransportID=3 MAPIProfile=p               ; false 3|-|-|-|-|-
     TransportID=two                           ; false 9|-|-|-|-|-
 )")) {
-    MailBoxWorld world;
+    MailboxWorld world;
     std::string keys = row[0];
     std::replace(keys.begin(), keys.end(), ' ', '\n');
     const String path = world.MakeProjectFile("Apollo.TVS", "[email]\n" + keys + "\n");
@@ -137,7 +137,7 @@ TEST(ProjectEmailSettings, AreDeletedAsAWholeSection) {
 )")) {
     for (const bool report : {false, true}) {
       SCOPED_TRACE(row[5]);
-      MailBoxWorld world;
+      MailboxWorld world;
       world.Store(u"Apollo", u"TVSFilePath",
                   world.MakeProjectFile("Apollo.TVS", row[1].empty() ? "" : kSmtpText));
       world.Watch(row[2]);
@@ -154,7 +154,7 @@ TEST(ProjectEmailSettings, AreDeletedAsAWholeSection) {
 }
 
 // A save is given a path, which plays no part without a user id, and a pathless one the user id alone.
-bool Update(const std::string& flow, MailBoxWorld& world, const ObjectRef& session) {
+bool Update(const std::string& flow, MailboxWorld& world, const ObjectRef& session) {
   return UpdateMailBox(u"Apollo", session, flow == "pathless" ? String() : world.PathOf("Apollo.TVS"),
                        flow == "save" ? u"" : u"ann", u"word", flow == "add");
 }
@@ -200,7 +200,7 @@ TEST(MailBoxFlow, ShowsWhatItCannotUndo) {
     save ; x ; x ; SMTP ; ProjectFile.Save!#0             ; Disk full / Disk full / [10056]_ ; new path, old rest ; old section
 )")) {
     SCOPED_TRACE(row[0] + " with " + row[4] + " telling " + row[5]);
-    MailBoxWorld world;
+    MailboxWorld world;
     const String path = world.MakeProjectFile("Apollo.TVS", SectionText(row[2]));
     const String oldPath = world.MakeProjectFile("Old.TVS", kSmtpText);
     if (!row[1].empty())
@@ -216,7 +216,7 @@ TEST(MailBoxFlow, ShowsWhatItCannotUndo) {
 
 TEST(MailBoxFlow, RefusesASessionThatIsNotComplete) {
   for (const std::string flow : {"add", "change", "save"}) {
-    MailBoxWorld world;
+    MailboxWorld world;
     world.MakeProjectFile("Apollo.TVS");
     world.Watch();
     const Value nothing{ObjectRef()};
@@ -231,7 +231,7 @@ TEST(MailBoxFlow, RefusesASessionThatIsNotComplete) {
 
 TEST(MailBoxFlow, EndsWithARaisedFailureAndUndoesNothing) {
   for (const std::string flow : {"add", "change"}) {
-    MailBoxWorld world;
+    MailboxWorld world;
     WriteMailBoxRecord(world.MakeProjectFile("Apollo.TVS"), u"old", u"oldword", u"Apollo");
     const ObjectRef part = world.Make("Part", {{"Transport", u"SMTP"}});
     EXPECT_FALSE(Update(flow, world, world.Make("Sess", {{"SendLogon", part}, {"User", part}})));
@@ -241,7 +241,7 @@ TEST(MailBoxFlow, EndsWithARaisedFailureAndUndoesNothing) {
 }
 
 TEST(MailBoxFlow, ReadsAllFiveStringsOfTheSessionOnceTheRecordIsWritten) {
-  MailBoxWorld world;
+  MailboxWorld world;
   world.MakeProjectFile("Apollo.TVS", "[EMail]\nTransportID=1\n");
   world.Watch();
   ASSERT_TRUE(Update("change", world, world.SessionWith({.Transport = u"MAPI"})));
@@ -261,7 +261,7 @@ TEST(MailBoxFlow, ReadsAllFiveStringsOfTheSessionOnceTheRecordIsWritten) {
 }
 
 TEST(MailBoxFlow, PutsThePasswordBackToTheLetterWhereTheNewOneCannotBeEncoded) {
-  MailBoxWorld world;
+  MailboxWorld world;
   const String path = world.MakeProjectFile("Apollo.TVS", kSmtpText);
   WriteMailBoxRecord(world.PathOf("Old.TVS"), u"old", u"oldword", u"Apollo");
   const std::string before = world.EncodedPassword(u"Apollo");

@@ -1,5 +1,5 @@
 #include "src/mailbox/RegistryValues.h"
-#include "tests/mailbox/MailBoxWorld.h"
+#include "tests/mailbox/MailboxWorld.h"
 
 namespace Tests {
 namespace {
@@ -25,7 +25,7 @@ TEST(MailBoxRecord, IsWrittenOverTheOldOneAsFarAsNothingFails) {
   for (const bool restore : {false, true}) {
     for (const Strings& row : rows) {
       SCOPED_TRACE(row[0]);
-      MailBoxWorld world;
+      MailboxWorld world;
       ASSERT_TRUE(WriteMailBoxRecord(u"old.TVS", u"old", u"oldword", u"Apollo"));
       world.Watch(row[0]);
       EXPECT_EQ(row[1].empty(), restore ? RestoreMailBoxRecord(u"new.TVS", u"new", encoded, u"Apollo")
@@ -37,7 +37,7 @@ TEST(MailBoxRecord, IsWrittenOverTheOldOneAsFarAsNothingFails) {
 }
 
 TEST(MailBoxRecord, KeepsThePasswordThatStoodWhenTheNewOneCannotBeEncoded) {
-  MailBoxWorld world;
+  MailboxWorld world;
   ASSERT_TRUE(WriteMailBoxRecord(u"old.TVS", u"old", u"", u"Apollo"));
   EXPECT_FALSE(WriteMailBoxRecord(u"new.TVS", u"new", u"new~word", u"Apollo"));
   ASSERT_EQ(1u, world.Toolkit.Boxes.size());
@@ -55,7 +55,7 @@ TEST(RegistryValue, IsFoundOnlyAsANonEmptyStringAndIsGivenInAnyCase) {
   };
   for (const Row& row : {Row{u"x", true, u"x"}, Row{u"", false, u""}, Row{std::int32_t{12}, false, u"12"},
                          Row{Value(), false, u"before"}}) {
-    MailBoxWorld world;
+    MailboxWorld world;
     world.Store(u"Apollo", u"Name", row.Stored);
     for (const bool report : {false, true}) {
       Value value(u"before");
@@ -83,7 +83,7 @@ TEST(MailBoxReaders, DifferInWhatTheyTrimAndAccept) {
       {std::int32_t{7}, u"u", u"p", "false -|-|-", "true 7|u|p|", ""},
   };
   for (const Row& row : rows) {
-    MailBoxWorld world;
+    MailboxWorld world;
     world.Store(u"Apollo", u"TVSFilePath", row.Path);
     world.Store(u"Apollo", u"DBUID", row.UserId);
     world.Store(u"Apollo", u"DBPWD", row.Password);
@@ -113,7 +113,7 @@ TEST(MailBoxLogon, GivesItsFailureAsATextOnly) {
     Apollo ; RegValue.Value*#2    ; Type mismatch: the value can't be used here [10029] ; a.TVS|| ;
 )")) {
     SCOPED_TRACE(row[1]);
-    MailBoxWorld world;
+    MailboxWorld world;
     ASSERT_TRUE(WriteMailBoxRecord(u"a.TVS", u"u", u"p", u"Apollo"));
     world.Watch(row[1]);
     String path, userId, password, error;
@@ -125,7 +125,7 @@ TEST(MailBoxLogon, GivesItsFailureAsATextOnly) {
 }
 
 TEST(MailBoxProjectPath, IsReportedAsAMissingValueIfItsKeyExists) {
-  MailBoxWorld world;
+  MailboxWorld world;
   world.Store(u"Half", u"DBUID", u"ann");
   EXPECT_TEXT(u"", GetMailBoxProjectPath(u"Half", true));
   EXPECT_EQ(BoxTexts("[2057]  TVSFilePath"), world.Boxes());
@@ -142,7 +142,7 @@ TEST(RegistryKey, IsDeletedOrWasNeverThere) {
 )")) {
     for (const bool report : {false, true}) {
       SCOPED_TRACE(row[1]);
-      MailBoxWorld world;
+      MailboxWorld world;
       ASSERT_TRUE(WriteMailBoxRecord(u"a.TVS", u"u", u"p", u"Apollo"));
       world.Watch(row[1]);
       EXPECT_EQ(row[2] == "gone",

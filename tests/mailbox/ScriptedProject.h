@@ -2,7 +2,7 @@
 #pragma once
 
 #include "platform/contracts/ProjectLibrary.h"
-#include "tests/mailbox/MailBoxWorld.h"
+#include "tests/mailbox/MailboxWorld.h"
 
 namespace Tests {
 

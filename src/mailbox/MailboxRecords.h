@@ -1,4 +1,4 @@
-// MailBoxRecords: the registry record that binds a mailbox to its project.
+// MailboxRecords: the registry record that binds a mailbox to its project.
 //
 // A record is a key with the mailbox's name below RegistryPath::kMailBoxes of the machine-wide hive. It has
 // three string values (MailBoxValue): the project's path, the user id, and the password, encoded by

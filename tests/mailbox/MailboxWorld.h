@@ -1,4 +1,4 @@
-// MailBoxWorld: a world for mailboxes, with a session of the host, and short texts for records and sections.
+// MailboxWorld: a world for mailboxes, with a session of the host, and short texts for records and sections.
 #pragma once
 
 #include <map>
@@ -7,7 +7,7 @@
 #include "platform/StoredNames.h"
 #include "platform/contracts/ProjectAdministration.h"
 #include "runtime/RegistryStore.h"
-#include "src/mailbox/MailBoxRecords.h"
+#include "src/mailbox/MailboxRecords.h"
 #include "src/mailbox/ProjectEmailSettings.h"
 #include "src/security/ComponentSecurity.h"
 #include "src/services/modResource.h"
@@ -84,10 +84,10 @@ struct Settings {
   String RealName = u"Apollo Mail";
 };
 
-class MailBoxWorld : public World {
+class MailboxWorld : public World {
  public:
   // The thread keeps the object of its texts, which must not be a watched one that outlives its world.
-  MailBoxWorld() { LoadTvResourceString(9000); }
+  MailboxWorld() { LoadTvResourceString(9000); }
 
   ObjectRef Make(std::string name, HostObject::Members members) {
     return std::make_shared<HostObject>(Services.Calls, std::move(name), std::move(members));

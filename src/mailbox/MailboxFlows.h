@@ -1,4 +1,4 @@
-// MailBoxFlows: adding, changing and deleting a mailbox, whose record and project section are kept together.
+// MailboxFlows: adding, changing and deleting a mailbox, whose record and project section are kept together.
 //
 // Every failure is shown, and the flow then gives false. A flow whose second write fails restores the former
 // state as far as it can, and shows what it couldn't restore (kRecordNotRestored, kSettingsNotRestored,

@@ -1,4 +1,4 @@
-#include "src/mailbox/MailBoxRecords.h"
+#include "src/mailbox/MailboxRecords.h"
 
 #include <array>
 

@@ -1,8 +1,8 @@
-#include "src/mailbox/MailBoxFlows.h"
+#include "src/mailbox/MailboxFlows.h"
 
 #include "platform/StoredNames.h"
 #include "platform/contracts/HostObjects.h"
-#include "src/mailbox/MailBoxRecords.h"
+#include "src/mailbox/MailboxRecords.h"
 #include "src/mailbox/ProjectEmailSettings.h"
 #include "src/mailbox/RegistryValues.h"
 #include "src/services/modMain.h"
