@@ -16,11 +16,12 @@ struct Verdict {
   String Reason = {};
 };
 
+// One thread.
 class FailureJudge {
  public:
   // Judges the result of MailHandler_HandleMessage. Delivered for the empty text; Refused if the mail's
   // sender, subject, body or discussion number is the cause, so that trying again can't help; Retry for
-  // everything else, also if the texts to compare with can't be loaded. Raises nothing. Main thread.
+  // everything else, also if the texts to compare with can't be loaded. Raises nothing.
   Verdict Judge(const String& failure);
 
  private:

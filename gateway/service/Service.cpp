@@ -159,8 +159,9 @@ void Service::Reload() {
 }
 
 void Service::Apply(const std::vector<MailboxSettings>& wanted) {
+  // One that fails is started again, so that what the administrator has put right takes effect at once.
   const auto isWanted = [&](const auto& thread) {
-    return std::ranges::find(wanted, thread->Settings()) != wanted.end();
+    return !thread->Failing() && std::ranges::find(wanted, thread->Settings()) != wanted.end();
   };
   const auto ending = std::stable_partition(threads_.begin(), threads_.end(), isWanted);
   // All are told before the first is waited for.

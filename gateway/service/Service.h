@@ -12,7 +12,8 @@
 namespace Gateway {
 
 // Signals: SIGTERM and SIGINT finish the mails under way and end the service; a second one kills it. SIGHUP
-// reads the configuration again: only mailboxes whose settings have changed are stopped and started.
+// reads the configuration again: mailboxes that fail, or whose settings have changed, are stopped and
+// started, the others go on.
 //
 // The service manager is told that the service is ready as soon as the configuration is read: a server that
 // is down must not keep the other mailboxes from being served. Its watchdog is answered while every thread is

@@ -20,7 +20,8 @@ the configuration; "tvmail check" tries it.
 
 SIGTERM or SIGINT finishes the mails under way and ends the program; a second one ends it at once, which loses
 nothing. SIGHUP reads the configuration again: mailboxes that are new, changed or removed are started or stopped,
-the others go on. If the new configuration isn't valid, the errors are logged and the old one stays in use.
+failing ones are tried again at once, and the others go on. If the new configuration isn't valid, the errors are
+logged and the old one stays in use.
 
 One line is logged for each mail, with fields: in the journal where standard error leads there (journalctl -o
 json, fields TALVANE_MAILBOX, TALVANE_OUTCOME...), else as name=value on standard error. Failures of a mailbox are
