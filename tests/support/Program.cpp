@@ -1,9 +1,11 @@
 #include "tests/support/Program.h"
 
+#include <poll.h>
 #include <pty.h>
 #include <sys/stat.h>
 #include <termios.h>
 
+#include <csignal>
 #include <cstdlib>
 
 #include "tests/support/Processes.h"
@@ -70,7 +72,13 @@ std::string Program::OnTerminal(const std::string& arguments,
   std::size_t seen = 0;
   auto answer = answers.begin();
   char bytes[512];
-  for (ssize_t count; (count = read(terminal, bytes, sizeof bytes)) > 0;) {
+  for (;;) {
+    // A program that waits for an answer that is not in the list would wait forever.
+    constexpr int kLongestSilence = 20'000;  // in milliseconds
+    pollfd output{terminal, POLLIN, 0};
+    if (poll(&output, 1, kLongestSilence) == 0) kill(child, SIGKILL);
+    const ssize_t count = read(terminal, bytes, sizeof bytes);
+    if (count <= 0) break;
     shown.append(bytes, static_cast<std::size_t>(count));
     while (answer != answers.end() && shown.find(answer->first, seen) != std::string::npos) {
       seen = shown.find(answer->first, seen) + answer->first.size();
