@@ -104,6 +104,11 @@ TEST_F(CutMarker, IsTheFirstAndNothingElseChanges) {
   };
   for (const auto& row : rows) EXPECT_EQ(Written(row.After), Repaired(row.Before)) << row.Before;
   for (Gateway::String body : hostile) EXPECT_EQ(String::npos, marker.Repair(body));
+  // The most that is searched: a reply of 32,767 characters, an attribution of 16,384 and the marker.
+  for (const bool beyond : {false, true}) {
+    String body = String(32767 + 16384 - 33 + (beyond ? 1 : 0), u'x') + FromUtf8(kMarker);
+    EXPECT_EQ(beyond, marker.Repair(body) == String::npos);
+  }
   std::string misses;
   while (misses.size() < 40'000'000) misses += "----- Reply above this lime -----\n> ";
   EXPECT_EQ(misses + " (none)", Repaired(misses));
@@ -261,6 +266,14 @@ TEST_F(CutMarker, KeepsTheWritersOwnTextAboveIt) {
   for (const std::string text : own)
     EXPECT_EQ(Written(text + "\n|[M]"), Repaired(text + "\n\n> [M]")) << text;
   EXPECT_EQ(Written("a\n|[M]"), Repaired("a\n\n\n\nAm 02.11.26 um 09:14 schrieb Al:\n\n\n[M]"));
+  for (const std::size_t lines : {20u, 21u}) {
+    std::string headers = "From: Al\nDate: 2.11.2026\nTo: x";
+    for (std::size_t i = 0; i <= lines; ++i) headers += std::string(66, 'x') + "\n";
+    headers += "Subject: Plan\n";
+    EXPECT_EQ(Written((lines > 20 ? headers : "") + "|[M]"), Repaired(headers + "[M]"));
+  }
+  for (const std::string& text : {std::string(1001, 'x'), "-" + std::string(1000, 'x') + ":-"})
+    EXPECT_EQ(Written(text + "\n|[M]"), Repaired(text + "\n\n[M]"));
   EXPECT_EQ(Written("On time!\n|[M]"), Repaired("On time!\nAm 02.11.26 um 09:14 schrieb Al:\n[M]"));
   EXPECT_EQ(Written("On 2 Nov 2026 I come\n|[M]"), Repaired("On 2 Nov 2026 I come\nA <a@x.org> wrote:\n[M]"));
 }

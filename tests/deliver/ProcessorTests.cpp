@@ -1,6 +1,7 @@
 // What becomes of mails that one processor handles while the mailbox, its project and its users change.
 #include <filesystem>
 
+#include "gateway/delivery/HeldFolder.h"
 #include "gateway/delivery/MailKey.h"
 #include "gateway/delivery/MailProcessor.h"
 #include "gateway/delivery/MailboxRecords.h"
@@ -86,6 +87,18 @@ TEST_F(Processor, PostsAStrangersReplyInTheNameOfTheMailboxsUser) {
   for (const char* from : {"eve@x.org", "ann@x.org", "eve@x.org", "\"Ann\" <ANN@x.org.>"})
     EXPECT_EQ(Process(processor, from), Outcome::Delivered);
   EXPECT_EQ(Replies(u"Apollo"), "owner ann owner ann ");
+}
+
+TEST_F(Processor, DeletesHeldMailWhoseDaysAreOver) {
+  Gateway::DeliverySettings settings;
+  settings.Hold = true;
+  Gateway::MailProcessor processor(u"Box", settings);
+  EXPECT_EQ(Process(processor, "eve@x.org"), Outcome::Held);
+  const fs::path folder = Gateway::HeldFolder(u"Box");
+  for (const auto& entry : fs::recursive_directory_iterator(folder))
+    fs::last_write_time(entry, fs::file_time_type::clock::now() - std::chrono::hours(24 * 91));
+  EXPECT_EQ(Process(processor, "eve@x.org"), Outcome::Held);
+  EXPECT_EQ(1, std::distance(fs::directory_iterator(folder / "new"), {}));
 }
 
 TEST(MailKey, IsEqualForCopiesOfOneMailAlone) {
