@@ -72,6 +72,7 @@ TEST_F(CutMarker, IsFoundInEveryFormThatProgramsGiveIt) {
       "\u2013\u2013\u2013\u2013\u2013 Reply above this line \u2212\u2212\u2212\u2212\u2212",
       "> \u2014\u2014- Reply above this line \u2014\u2013",
       "\u2014 Reply above this line \u2014",
+      "> *\u2014 Reply above this line \u2014* \u00A0",
       "------- Reply above this line -------",
       "> --\u00AD--- Reply above this\n> \u00A0line \u2014--",
   };
