@@ -14,7 +14,7 @@ namespace Gateway {
 // its record may not exist yet, its server may be down, its disk not mounted. A failure is logged once, and
 // again only if its reason changes or it is over. Everything that belongs to the mailbox is created and
 // destroyed on the thread. The operations are for one other thread.
-class MailboxThread : private MailboxObserver {
+class MailboxThread final : private MailboxObserver {
  public:
   // Starts the thread. The log must outlive the object.
   MailboxThread(MailboxSettings settings, ServiceLog& log);
