@@ -71,17 +71,21 @@ std::optional<Refusal> RefuseByField(const Mime::MailHeader& header) {
   return MakeRefusal(Rule::kAutomatic, TextNumber::kMailingList, Mime::DecodeHeader(list->Value));
 }
 
+// RFC 5321, section 6.1 has an example; every mail server's reports come from this name.
+bool IsMailerDaemon(StringView address) {
+  return Platform::EqualsIgnoreCase(address.substr(0, address.rfind(u'@')), u"mailer-daemon");
+}
+
 // RFC 5321, section 4.5.5: reports of mail servers have no return path, so that nobody answers them. Programs
 // that write an mbox without knowing the envelope also name no sender; a return path in the header, which the
 // last mail server writes, is then right.
+// Postfix's pipe(8) writes MAILER-DAEMON in place of the null return path.
 bool HasNullReturnPath(const GateFacts& facts) {
   if (facts.EnvelopeSender && !facts.EnvelopeSender->empty()) return false;
-  const Mime::HeaderField* path = Mime::FirstField(facts.Mail.Header, "Return-Path");
-  return path ? Mime::WithoutComments(path->Value) == "<>" : facts.EnvelopeSender.has_value();
-}
-
-StringView LocalPart(StringView address) {
-  return address.substr(0, address.rfind(u'@'));
+  const Mime::HeaderField* field = Mime::FirstField(facts.Mail.Header, "Return-Path");
+  if (!field) return facts.EnvelopeSender.has_value();
+  const String path = Platform::FromUtf8(Mime::WithoutComments(field->Value));
+  return path == u"<>" || (path.starts_with(u'<') && IsMailerDaemon(path.substr(1, path.size() - 2)));
 }
 
 bool SameAddress(StringView left, StringView right) {
@@ -104,8 +108,7 @@ std::optional<Refusal> RefuseAutomaticMail(const GateFacts& facts, const PolicyS
   if (HasNullReturnPath(facts)) return MakeRefusal(Rule::kAutomatic, TextNumber::kNoReturnAddress);
   const std::optional<String>& from = facts.Mail.FromAddress;
   if (!from) return std::nullopt;
-  // RFC 5321, section 6.1 has an example; every mail server's reports come from this name.
-  if (Platform::EqualsIgnoreCase(LocalPart(*from), u"mailer-daemon"))
+  if (IsMailerDaemon(*from))
     return MakeRefusal(Rule::kAutomatic, TextNumber::kAutomaticField, u"From: " + *from);
   if (!facts.MailboxAddress.empty() && SameAddress(*from, facts.MailboxAddress))
     return MakeRefusal(Rule::kAutomatic, TextNumber::kOwnAddress, *from);

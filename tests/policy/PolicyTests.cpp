@@ -82,6 +82,7 @@ TEST(Gate, RefusesMailOfProgramsAndOfNoOneElse) {
       {"", "return address", {.Envelope = ""}},
       {"", "", {.Envelope = "ann@x.org"}},
       {"Return-Path: <>", "return address"},
+      {"Return-Path: <MAILER-DAEMON@mail.x.org>", "return address"},
       {"Return-Path: <> (none)", "return address", {.Envelope = ""}},
       {"Return-Path: <ann@x.org>\nReturn-Path: <>", ""},
       {"Return-Path: <ann@x.org>", "", {.Envelope = ""}},
