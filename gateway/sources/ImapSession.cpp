@@ -3,7 +3,9 @@
 #include <libetpan/libetpan.h>
 
 #include <algorithm>
+#include <cstring>
 #include <exception>
+#include <initializer_list>
 #include <new>
 #include <string_view>
 
@@ -23,6 +25,10 @@ namespace TextNumber = Platform::TextNumber;
 // Bytes of answers. A server may add what changed in the mailbox to any of them.
 constexpr std::size_t kAnswer = std::size_t{1} << 20;
 constexpr std::size_t kSearchAnswer = std::size_t{16} << 20;  // 1.5 million unique ids
+
+// A keyword of mails that were handled and are being removed. If the program ends between the two steps of a
+// removal, it tells such a mail from one that somebody else has deleted.
+constexpr const char* kHandled = "TalvaneHandled";
 
 template <auto Free>
 struct Deleter {
@@ -165,9 +171,18 @@ struct ImapSession::Parts {
     mailimap_capability_data_free(read);
   }
 
-  void AddFlag(std::uint32_t uid, mailimap_flag* flag) {
+  // True if the opened mailbox takes new keywords (RFC 3501, PERMANENTFLAGS).
+  bool TakesKeywords() const {
+    bool takes = false;
+    ForEach(Session->imap_selection_info->sel_perm_flags, [&](void* flag) {
+      takes = takes || static_cast<mailimap_flag_perm*>(flag)->fl_type == MAILIMAP_FLAG_PERM_ALL;
+    });
+    return takes;
+  }
+
+  void AddFlags(std::uint32_t uid, std::initializer_list<mailimap_flag*> added) {
     mailimap_flag_list* flags = Made(mailimap_flag_list_new_empty());
-    mailimap_flag_list_add(flags, Made(flag));
+    for (mailimap_flag* flag : added) mailimap_flag_list_add(flags, Made(flag));
     const Owned<mailimap_store_att_flags, mailimap_store_att_flags_free> change(
         Made(mailimap_store_att_flags_new_add_flags_silent(flags)));
     Line.Expect(kAnswer);
@@ -175,10 +190,20 @@ struct ImapSession::Parts {
   }
 
   void Delete(std::uint32_t uid) {
-    AddFlag(uid, mailimap_flag_new_deleted());
-    Line.Expect(kAnswer);
-    if (Offers("UIDPLUS")) Require(mailimap_uid_expunge(Session, SetOf({uid}).get()));
+    if (TakesKeywords())
+      AddFlags(uid, {mailimap_flag_new_deleted(), mailimap_flag_new_flag_keyword(strdup(kHandled))});
+    else
+      AddFlags(uid, {mailimap_flag_new_deleted()});
+    if (Offers("UIDPLUS")) Expunge({uid});
   }
+
+  void Expunge(const std::vector<std::uint32_t>& uids) {
+    Line.Expect(kAnswer + uids.size() * 64);
+    Require(mailimap_uid_expunge(Session, SetOf(uids).get()));
+  }
+
+  // The unique ids of the mails to which both keys apply, ascending.
+  std::vector<std::uint32_t> Search(mailimap_search_key* first, mailimap_search_key* second);
 
   const QueueSettings& Settings;
   Connection Line;
@@ -233,6 +258,14 @@ void ImapSession::Open(bool readOnly) {
                   TextNumber::kMailboxNotOpened, name);
   if (!readOnly && parts_->Session->imap_selection_info->sel_perm == MAILIMAP_MAILBOX_READONLY)
     RaiseSource(TextNumber::kMailboxReadOnly, name);
+  if (!readOnly) RemoveHandled();
+}
+
+void ImapSession::RemoveHandled() {
+  if (!parts_->Offers("UIDPLUS") || !parts_->TakesKeywords()) return;
+  const std::vector<std::uint32_t> uids = parts_->Search(SearchKey(MAILIMAP_SEARCH_KEY_DELETED),
+                                                         mailimap_search_key_new_keyword(strdup(kHandled)));
+  if (!uids.empty()) parts_->Expunge(uids);
 }
 
 void ImapSession::RequireMailbox(const std::string& name) {
@@ -246,19 +279,20 @@ void ImapSession::RequireMailbox(const std::string& name) {
   if (status) mailimap_mailbox_data_status_free(status);
 }
 
-std::vector<std::uint32_t> ImapSession::Unread() {
+std::vector<std::uint32_t> ImapSession::Parts::Search(mailimap_search_key* first,
+                                                      mailimap_search_key* second) {
   const Owned<mailimap_search_key, mailimap_search_key_free> key(
       Made(mailimap_search_key_new_multiple_empty()));
-  mailimap_search_key_multiple_add(key.get(), SearchKey(MAILIMAP_SEARCH_KEY_UNSEEN));
-  mailimap_search_key_multiple_add(key.get(), SearchKey(MAILIMAP_SEARCH_KEY_UNDELETED));
-  const auto* selection = parts_->Session->imap_selection_info;
+  mailimap_search_key_multiple_add(key.get(), Made(first));
+  mailimap_search_key_multiple_add(key.get(), Made(second));
+  const auto* selection = Session->imap_selection_info;
   std::vector<std::uint32_t> uids;
   // The server may report a new mail behind the search's result, and doesn't do it again.
   for (int attempt = 0; attempt < 3; ++attempt) {
     const std::uint32_t before = selection->sel_exists;
     clist* found = nullptr;
-    parts_->Line.Expect(kSearchAnswer);
-    parts_->Require(mailimap_uid_search(parts_->Session, nullptr, key.get(), &found));
+    Line.Expect(kSearchAnswer);
+    Require(mailimap_uid_search(Session, nullptr, key.get(), &found));
     uids.clear();
     ForEach(found, [&](void* uid) { uids.push_back(*static_cast<std::uint32_t*>(uid)); });
     if (found) mailimap_search_result_free(found);
@@ -267,6 +301,10 @@ std::vector<std::uint32_t> ImapSession::Unread() {
   std::sort(uids.begin(), uids.end());
   uids.erase(std::unique(uids.begin(), uids.end()), uids.end());
   return uids;
+}
+
+std::vector<std::uint32_t> ImapSession::Unread() {
+  return parts_->Search(SearchKey(MAILIMAP_SEARCH_KEY_UNSEEN), SearchKey(MAILIMAP_SEARCH_KEY_UNDELETED));
 }
 
 std::vector<ImapSession::Mail> ImapSession::Sizes(const std::vector<std::uint32_t>& uids) {
@@ -327,7 +365,7 @@ bool ImapSession::Fetch(const Mail& mail, bool headerOnly, std::string& bytes) {
 
 void ImapSession::Settle(std::uint32_t uid, AfterSuccess after) {
   if (after == AfterSuccess::Mark) {
-    parts_->AddFlag(uid, mailimap_flag_new_seen());
+    parts_->AddFlags(uid, {mailimap_flag_new_seen()});
   } else if (after == AfterSuccess::Delete) {
     parts_->Delete(uid);
   } else {

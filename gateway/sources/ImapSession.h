@@ -25,7 +25,8 @@ class ImapSession {
   ImapSession(const QueueSettings& settings, const Interruption& interruption);
   ~ImapSession();
 
-  // Opens the settings' mailbox. With readOnly nothing can be changed.
+  // Opens the settings' mailbox. With readOnly nothing can be changed; without, mails are removed that an
+  // earlier session had handled, if it ended between the two steps of a removal.
   void Open(bool readOnly);
 
   // Raises the server's reason if there is no such mailbox.
@@ -53,6 +54,7 @@ class ImapSession {
   struct Parts;
 
   void LogOn();
+  void RemoveHandled();
 
   std::unique_ptr<Parts> parts_;
 };

@@ -320,6 +320,20 @@ TEST_F(ServerQueue, DoesWithoutExtensionsOfTheServer) {
   EXPECT_EQ(Pass(*queue), "new: 3\r\n\r\n");
 }
 
+TEST_F(ServerQueue, RemovesWhatASessionHadHandledThatEndedInARemoval) {
+  PutMany(2);
+  WriteFile(mailbox_ / "dovecot-keywords", "0 TalvaneHandled\n");
+  fs::rename(mailbox_ / "new" / "1000000000.x.h", mailbox_ / "cur" / "1000000000.x.h:2,Ta");
+  const fs::path ofSomebodyElse = mailbox_ / "cur" / "1000000001.x.h:2,T";
+  fs::rename(mailbox_ / "new" / "1000000001.x.h", ofSomebodyElse);
+  const auto queue = Gateway::MakeQueue(Settings(QueueKind::Imap, AfterSuccess::Delete));
+  queue->Check();
+  EXPECT_EQ(Files(mailbox_), 2U);
+  EXPECT_EQ(Pass(*queue), "");
+  EXPECT_EQ(Files(mailbox_), 1U);
+  EXPECT_TRUE(fs::exists(ofSomebodyElse));
+}
+
 TEST_F(ServerQueue, PassesTheHeaderOfAMailThatIsTooLargeAndNeverDeletesIt) {
   Put(1, "Subject: large\r\n\r\nbody\r\n");
   fs::resize_file(mailbox_ / "new" / "1000000001.x.h", std::uintmax_t{129} << 20);
