@@ -1,10 +1,11 @@
 #!/bin/sh
-# Unpacks Debian's Postfix, Exim, procmail and Dovecot into a folder, for the tests of packaging/ and of the queues. They
-# aren't installed: two mail servers exclude each other, and an installed one would take over the machine's mail.
+# Unpacks Debian's Postfix, Exim, procmail and Dovecot into a folder, for the tests of packaging/, of the queues and of a
+# whole site. They aren't installed: two mail servers exclude each other, and an installed one would take over the
+# machine's mail.
 #   scripts/unpack-mail-servers.sh FOLDER
 set -eu
 folder=$1
-packages="postfix exim4-daemon-light procmail dovecot-core dovecot-imapd dovecot-pop3d"
+packages="postfix exim4-daemon-light procmail dovecot-core dovecot-imapd dovecot-pop3d dovecot-lmtpd"
 [ "$(cat "$folder/complete" 2>/dev/null || true)" != "$packages" ] || exit 0
 rm -rf "$folder"
 mkdir -p "$folder"

@@ -1,6 +1,6 @@
 #!/bin/sh
-# Runs a test as root of a machine of its own: processes, network (loopback alone), /etc, /usr/local, /srv, /var/lib and /var/mail
-# are private to it, with tvmail installed in /usr/local. So the commands of the documents run unchanged.
+# Runs a test as root of a machine of its own: processes, network (loopback alone), /etc, /usr/local, /srv, /var/lib and
+# /var/mail are private to it, with tvmail installed in /usr/local. So the commands of the documents run unchanged.
 #   machine.sh BUILD SOURCE TEST      77 if this user may not create such a machine
 # The test finds in its environment: SOURCE; SERVERS, the unpacked mail servers; BUILD; and WORK, an empty folder.
 set -eu
@@ -24,8 +24,8 @@ for file in passwd group nsswitch.conf ld.so.cache ld.so.conf ld.so.conf.d servi
 done
 echo "127.0.0.1 localhost" >"$WORK/root/etc/hosts"
 # The test runs from the copy, since a mount may hide the source.
-cp "$SOURCE"/tests/packaging/* "$WORK/test/"
-cp "$3" "$WORK/test/"
+cp "$SOURCE"/tests/servers/*.sh "$SOURCE"/tests/packaging/*.sh "$WORK/test/"
+cp "$(dirname "$3")"/* "$WORK/test/"
 unshare --mount --net --pid --fork --kill-child --mount-proc sh -eu -c '
   for folder in etc usr/local srv var/lib var/mail; do mount --bind "$WORK/root/$folder" "/$folder"; done
   ip link set lo up

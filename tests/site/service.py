@@ -1,0 +1,138 @@
+"""The site's mailboxes, and the service that takes their mail."""
+import glob
+import json
+import os
+import pwd
+import random
+import signal
+import subprocess
+import time
+
+USER = pwd.getpwnam("talvane")
+HOME = "/srv/talvane"
+STORES = f"{HOME}/.local/share/talvane"
+WORK = os.environ["WORK"]
+PASSWORD = f"{HOME}/password"
+# How each mailbox gets its mail: a Maildir that Postfix writes, Postfix's pipe, or the server Dovecot.
+SOURCES = {
+    "Apollo": {"source": "maildir", "folder": "/var/mail/site/Apollo"},
+    "Gemini": {"source": "maildir", "folder": "/var/mail/site/Gemini", "require-authenticated": "mx.example.net"},
+    "Mercury": {"source": "maildir", "folder": f"{HOME}/mail/Mercury", "size-limit": 1},
+    "Skylab": {},
+    "Voyager": {},
+    "Viking": {"source": "imap", "after-success": "mark"},
+    "Magellan": {"source": "imap", "after-success": "move", "move-to": "Archiv-ä"},
+    "Juno": {"source": "imap", "after-success": "delete"},
+    "Cassini": {"source": "pop3", "after-success": "delete"},
+    "Dawn": {"source": "pop3", "after-success": "keep"},
+}
+
+
+def program(*arguments):
+    """The command, and the options to start it as the user of the mailboxes."""
+    return ["/usr/local/bin/tvmail", *arguments], dict(
+        user=USER.pw_uid, group=USER.pw_gid, extra_groups=[], cwd=HOME,
+        env={"HOME": HOME, "PATH": "/usr/bin:/bin", "LC_ALL": "C.UTF-8"})
+
+
+def tvmail(*arguments):
+    """Runs tvmail; returns its output. Ends the test if it fails."""
+    command, options = program(*arguments)
+    done = subprocess.run(command, capture_output=True, timeout=120, **options)
+    if done.returncode != 0:
+        raise SystemExit(f"not so: {' '.join(command)} ends well; it ended with {done.returncode}: "
+                         + (done.stdout + done.stderr).decode(errors="replace")[-3000:])
+    return done.stdout.decode("utf-8", "surrogateescape")
+
+
+def tvmail_json(*arguments):
+    return json.loads(tvmail(*arguments, "--json"))
+
+
+def write_file(path, text):
+    with open(os.open(path, os.O_WRONLY | os.O_CREAT, 0o600), "w") as file:
+        file.write(text)
+    os.chown(path, USER.pw_uid, USER.pw_gid)
+
+
+def project_of(name):
+    return f"{HOME}/{name}.TVS"
+
+
+def set_up():
+    write_file(PASSWORD, "secret\n")
+    tvmail("init")
+    for name, settings in SOURCES.items():
+        project = project_of(name)
+        tvmail("project", "create", project, "--name", name, "--user", "admin", "--password-file", PASSWORD)
+        for user in ("alice", "bob"):
+            tvmail("project", "add-user", project, "--name", user, "--email", f"{user}@apollo.example")
+        tvmail("project", "add-user", project, "--name", "carol", "--email", "carol@apollo.example", "--refuse-mail")
+        for title in ("Release plan", "Launch site"):
+            tvmail("project", "add-discussion", project, "--title", title)
+        tvmail("mailbox", "add", name, "--project", project, "--user", "admin", "--password-file", PASSWORD,
+               "--transport", "smtp", "--host", "mail.example.org", "--address", f"{name}@site.example")
+        if "folder" in settings:
+            for folder in ("", "/new", "/cur", "/tmp"):
+                os.mkdir(settings["folder"] + folder, 0o700)
+                os.chown(settings["folder"] + folder, USER.pw_uid, USER.pw_gid)
+    lines = ["[defaults]", "poll-seconds = 1"]
+    for name, settings in SOURCES.items():
+        lines += ["[[mailbox]]", f'name = "{name}"']
+        if settings.get("source") in ("imap", "pop3"):
+            settings = {"host": "mail.test", "user": name.lower(), "password-file": PASSWORD,
+                        "ca-file": f"{WORK}/tls/ca.pem", **settings}
+        lines += [f"{setting} = {json.dumps(value)}" for setting, value in settings.items()]
+    write_file(f"{STORES}/tvmail.toml", "\n".join(lines) + "\n")
+    print(tvmail("check"))
+
+
+def kill_deliveries():
+    """Kills what Postfix has started. The machine has processes of its own, so no other's are found."""
+    for command in glob.glob("/proc/[0-9]*/cmdline"):
+        try:
+            with open(command, "rb") as file:
+                if b"tvmail\0deliver" in file.read():
+                    os.kill(int(command.split("/")[2]), signal.SIGKILL)
+        except OSError:
+            pass  # it has ended
+
+
+class Service:
+    """tvmail serve. Its log goes on in one file, whichever process writes it."""
+
+    def __init__(self):
+        self.log = open(f"{WORK}/service.log", "ab")
+        self.start()
+
+    def start(self):
+        command, options = program("serve")
+        self.process = subprocess.Popen(command, stderr=self.log, stdout=self.log, **options)
+
+    def handled(self):
+        """The number of mails that the service has handled since the beginning."""
+        with open(self.log.name, "rb") as log:
+            return log.read().count(b" event=mail ")
+
+    def kill_after(self, mails, deadline):
+        """Kills the service and the piped deliveries soon after it has handled so many mails, and starts it again.
+        Returns how many it had handled."""
+        while self.handled() < mails:
+            if time.monotonic() > deadline:
+                raise SystemExit(f"not so: the service handles {mails} mails; it handled {self.handled()}")
+            if self.process.poll() is not None:
+                raise SystemExit(f"not so: the service goes on; it ended with {self.process.returncode}")
+            time.sleep(0.02)
+        time.sleep(random.random() * 0.1)
+        self.process.kill()
+        kill_deliveries()
+        self.process.wait()
+        handled = self.handled()
+        self.start()
+        return handled
+
+    def stop(self):
+        self.process.send_signal(signal.SIGTERM)
+        status = self.process.wait(20)
+        if status != 0:
+            raise SystemExit(f"not so: SIGTERM ends the service with 0; it ended with {status}")
