@@ -23,7 +23,7 @@ class HeldMail {
   // held, and a mail that was held before still is.
   std::string Keep(std::string_view bytes, const HeldReason& reason);
 
-  // Removes the mails that are held for longer than that number of days; 0 keeps them for ever. Also removes
+  // Removes the mails that are held for longer than that number of days; 0 keeps all. Also removes
   // what an interrupted Keep left behind. Does so once a day, whoever calls it; costs one look at a file
   // otherwise. Raises nothing: what can't be removed stays until the next day.
   void Expire(int days);

@@ -47,7 +47,7 @@ String WithoutNotice(const String& failure) {
   return failure.starts_with(notice) ? failure.substr(notice.size()) : failure;
 }
 
-// The component logs on before it looks at a mail, and refuses one without a sender next.
+// The component logs on before it reads a mail, and then refuses one without a sender.
 void LogOn(const String& mailbox) {
   const HandlerObject handler;
   handler.Mail().MailHandler_Initialize(mailbox, nullptr);

@@ -1,4 +1,4 @@
-// MailboxStatus: what has become of a mailbox's mail, for administrators and monitoring.
+// MailboxStatus: the outcomes of a mailbox's mails, for administrators and monitoring.
 //
 // It is kept in the file HOME/status/NAME, which the service and every tvmail deliver add to, and another
 // process reads. The file holds no mail: if it is lost, only the counts of the day are.

@@ -10,9 +10,9 @@
 
 namespace Gateway {
 
-// A mailbox that fails is tried again after a back-off with jitter of up to 15 minutes, whatever the reason:
-// its record may not exist yet, its server may be down, its disk not mounted. A failure is logged once, and
-// again only if its reason changes or it is over. Everything that belongs to the mailbox is created and
+// A mailbox that fails for any reason is tried again after a back-off with jitter of up to 15 minutes: its
+// record may not exist yet, its server may be down, its disk not mounted. A failure is logged once, and again
+// only if its reason changes or it is over. Everything that belongs to the mailbox is created and
 // destroyed on the thread. The operations are for one other thread.
 class MailboxThread final : private MailboxObserver {
  public:
@@ -32,7 +32,7 @@ class MailboxThread final : private MailboxObserver {
   // True while the last attempt to serve the mailbox failed.
   bool Failing() const { return failing_; }
 
-  // False if the thread was not heard of for longer than its present work can take.
+  // False if the thread has reported nothing for longer than its present work can take.
   bool Alive() const;
 
  private:

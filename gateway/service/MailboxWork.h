@@ -21,7 +21,7 @@ class MailboxObserver {
   // A mail was handled. news is false for one that has to be tried again for the same reason as before.
   virtual void Handled(const MailResult& result, bool news) = 0;
 
-  // The work may not be heard of for so long, for example while a server is slow.
+  // The longest time until the next call of this observer, for example while a server is slow.
   virtual void WorkingFor(std::chrono::minutes longest) = 0;
 };
 

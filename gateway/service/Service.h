@@ -1,4 +1,4 @@
-// Service: serves the mailboxes of a configuration until it is told to stop.
+// Service: serves the mailboxes of a configuration until a stop signal.
 #pragma once
 
 #include <memory>

@@ -15,7 +15,7 @@ void NotifyManager(const std::string& state);
 // The state that a reload begins with; READY=1 ends it.
 std::string ReloadingState();
 
-// How often the manager wants to be told "WATCHDOG=1"; nothing if it doesn't. Main thread.
+// The longest time between two messages "WATCHDOG=1"; nothing if the manager expects none. Main thread.
 std::optional<std::chrono::microseconds> WatchdogTime();
 
 // True if standard error leads to the journal, so that fields can be sent to it.

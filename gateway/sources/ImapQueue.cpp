@@ -9,7 +9,7 @@
 namespace Gateway {
 namespace {
 
-// The sizes of so many mails are asked for at once.
+// The number of mails whose sizes one command asks for.
 constexpr std::size_t kSizesAtOnce = 500;
 
 }  // namespace

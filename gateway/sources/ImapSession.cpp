@@ -138,7 +138,7 @@ struct ImapSession::Parts {
         Line(settings, settings.Security == QueueSecurity::Tls ? 993 : 143, interruption) {}
 
   ~Parts() {
-    // A farewell whose answer isn't waited for.
+    // LOGOUT, without waiting for the answer.
     ToServer.Do([&] {
       Line.Write("0 LOGOUT\r\n");
       return 0;
@@ -235,7 +235,7 @@ void ImapSession::LogOn() {
     if (known || !parts_->Offers("STARTTLS")) RaiseSource(TextNumber::kNoStartTls, line.Name());
     line.Expect(kAnswer);
     parts_->Require(mailimap_starttls(session), TextNumber::kTlsFailed, line.Name());
-    // What came before the encryption may be another one's.
+    // Data received before the encryption may come from an attacker.
     if (parts_->Mails->read_buffer_len > 0)
       RaiseSource(TextNumber::kAnswerNotUnderstood, line.Name(), "STARTTLS");
     line.StartTls();

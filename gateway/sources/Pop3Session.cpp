@@ -53,7 +53,7 @@ void Pop3Session::LogOn(const QueueSettings& settings) {
     RaiseSource(TextNumber::kAnswerNotUnderstood, line_.Name(), std::string(WithoutLineEnd(greeting)));
   if (settings.Security == QueueSecurity::StartTls) {
     if (!Ask("STLS")) RaiseSource(TextNumber::kNoStartTls, line_.Name());
-    // What came before the encryption may be another one's.
+    // Data received before the encryption may come from an attacker.
     if (begin_ < buffer_.size()) RaiseSource(TextNumber::kAnswerNotUnderstood, line_.Name(), "STLS");
     line_.StartTls();
   }
@@ -94,7 +94,7 @@ bool Pop3Session::Fetch(const Mail& mail, bool headerOnly, std::string& bytes) {
   const std::string number = std::to_string(mail.Number);
   if (!Ask(headerOnly ? "TOP " + number + " 0" : "RETR " + number)) return false;
   const std::size_t largest = headerOnly ? Mime::MailLimits{}.HeaderSize : Mime::kLargestMail;
-  // Dots in front of lines may add a third.
+  // Doubled dots at the start of lines (RFC 1939, section 3) may add a third.
   line_.Expect(kShortAnswer + largest + largest / 3, std::min(mail.Size, largest));
   bytes.clear();
   bytes.reserve(std::min(mail.Size, largest));
