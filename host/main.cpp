@@ -1,9 +1,11 @@
 // tvmail: the mail-reader host on the command line.
 #include <CLI/CLI.hpp>
+#include <cerrno>
 #include <csignal>
 #include <cstdio>
 #include <iostream>
 #include <memory>
+#include <new>
 
 #include "host/CommandError.h"
 #include "host/StandardStreams.h"
@@ -12,6 +14,7 @@
 #include "platform/Failure.h"
 #include "platform/TerminalText.h"
 #include "runtime/ProcessServices.h"
+#include "runtime/SystemReason.h"
 
 namespace Host {
 
@@ -37,6 +40,8 @@ int Run(const Invocation& invocation) {
     return Explain(error.Code(), error.what());
   } catch (const Platform::Failure& failure) {
     return Explain(CodeOf(failure.Number()), failure.what());
+  } catch (const std::bad_alloc&) {
+    return Explain(TryAgain, Runtime::SystemReason(ENOMEM));
   } catch (const std::exception& error) {
     return Explain(TryAgain, std::string(error.what()) + ": nothing was lost, try again");
   }

@@ -36,7 +36,7 @@ Result Read(std::string mail) {
   const auto start = std::chrono::steady_clock::now();
   bool refused = false;
   try {
-    Mime::ReadMail(std::move(mail));
+    Mime::ReadMail(mail);  // a copy: the mail is kept beside it, as a delivery does
   } catch (const Mime::LimitExceeded&) {
     refused = true;
   }

@@ -1,5 +1,6 @@
 #include "gateway/delivery/MailProcessor.h"
 
+#include <new>
 #include <utility>
 
 #include "gateway/delivery/CutMarker.h"
@@ -13,6 +14,7 @@
 #include "gateway/policy/MailSize.h"
 #include "mime/LimitCheck.h"
 #include "platform/Failure.h"
+#include "platform/ReasonTexts.h"
 #include "platform/StoredNames.h"
 #include "runtime/ClassLookup.h"
 #include "runtime/Texts.h"
@@ -36,6 +38,17 @@ void Refuse(MailResult& result, std::string_view rule, String reason) {
   result.Result = Outcome::Refused;
   result.Rule = rule;
   result.Reason = std::move(reason);
+}
+
+// Why the exception that is handled was raised, in the user's language.
+String CurrentReason() {
+  try {
+    throw;
+  } catch (const std::bad_alloc&) {
+    return Runtime::TextOf(Platform::TextNumber::kNotEnoughMemory);
+  } catch (const std::exception&) {
+    return Platform::CurrentFailure().Description();
+  }
 }
 
 }  // namespace
@@ -134,8 +147,7 @@ void MailProcessor::Work::Hold(const RawMail& raw, MailResult& result) {
     held_.Expire(settings_.HeldDays);
     result.Result = Outcome::Held;
   } catch (const std::exception&) {
-    result.Reason = Runtime::TextOf(Platform::TextNumber::kMailNotHeld, result.Reason,
-                                    Platform::CurrentFailure().Description());
+    result.Reason = Runtime::TextOf(Platform::TextNumber::kMailNotHeld, result.Reason, CurrentReason());
   }
 }
 
@@ -155,7 +167,7 @@ MailResult MailProcessor::Process(RawMail raw) {
     Refuse(result, kLimitRule,
            Runtime::TextOf(Platform::TextNumber::kRefusedUnread, Platform::FromUtf8(limit.what())));
   } catch (const std::exception&) {
-    result.Reason = Platform::CurrentFailure().Description();
+    result.Reason = CurrentReason();
   }
   if (result.Result == Outcome::Refused && work_->Holds()) work_->Hold(raw, result);
   result.Duration =

@@ -4,11 +4,13 @@
 #include <CLI/CLI.hpp>
 #include <algorithm>
 #include <array>
+#include <cerrno>
 #include <ctime>
 #include <iostream>
 #include <iterator>
 #include <map>
 #include <memory>
+#include <new>
 
 #include "gateway/delivery/HeldList.h"
 #include "gateway/delivery/MailProcessor.h"
@@ -21,6 +23,7 @@
 #include "platform/Json.h"
 #include "platform/StoredNames.h"
 #include "runtime/ProcessServices.h"
+#include "runtime/SystemReason.h"
 
 namespace Host {
 namespace {
@@ -136,12 +139,23 @@ int List(const HeldOptions& options) {
   throw CommandError(DataRefused, TextNumber::kHeldGone, FromUtf8(place.Id));
 }
 
-// A mail may be large, so it is escaped piece by piece. A piece ends at a line end where there is one.
+// The start of the bytes that is escaped at once: up to a line end where there is one, else up to a character
+// and never between CR and LF.
+std::string_view NextPiece(std::string_view bytes) {
+  constexpr std::size_t kLongest = std::size_t{1} << 16;
+  constexpr std::size_t kLongestCharacter = 4;
+  if (bytes.size() <= kLongest) return bytes;
+  const std::size_t lineEnd = bytes.rfind('\n', kLongest - 1);
+  if (lineEnd != bytes.npos) return bytes.substr(0, lineEnd + 1);
+  std::size_t end = kLongest;
+  while (end > kLongest - kLongestCharacter && (static_cast<unsigned char>(bytes[end]) & 0xC0) == 0x80) --end;
+  return bytes.substr(0, bytes[end - 1] == '\r' ? end - 1 : end);
+}
+
+// A mail may be large, also a line of it, and its escapes six times as large.
 void PrintEscaped(std::string_view bytes) {
-  constexpr std::size_t kPiece = std::size_t{1} << 16;
   while (!bytes.empty() && std::cout) {
-    const std::size_t lineEnd = bytes.find('\n', std::min(kPiece, bytes.size()) - 1);
-    const std::string_view piece = bytes.substr(0, lineEnd == bytes.npos ? lineEnd : lineEnd + 1);
+    const std::string_view piece = NextPiece(bytes);
     std::cout << TerminalText(std::string(piece));
     bytes.remove_prefix(piece.size());
   }
@@ -195,10 +209,16 @@ const char* WordOf(Gateway::Outcome outcome) {
 // Processes a held mail again. Nothing if it isn't held any longer: another process was faster.
 std::optional<Gateway::MailResult> RetryMail(const HeldPlace& place, const Gateway::HeldReason& former,
                                              Gateway::MailProcessor& processor) {
-  std::optional<std::string> bytes = Gateway::BytesOf(place);
-  if (!bytes) return std::nullopt;
-  Gateway::RawMail raw{place.Id, std::move(*bytes), {}};
-  raw.EnvelopeSender = former.EnvelopeSender;
+  Gateway::RawMail raw{place.Id, {}, {}, Gateway::Outcome::Retry, former.EnvelopeSender};
+  try {
+    std::optional<std::string> bytes = Gateway::BytesOf(place);
+    if (!bytes) return std::nullopt;
+    raw.Bytes = std::move(*bytes);
+  } catch (const std::bad_alloc&) {
+    raw.Fault = Runtime::SystemReason(ENOMEM);
+  } catch (const Failure& failure) {
+    raw.Fault = ToUtf8(failure.Description());
+  }
   Gateway::MailResult result = processor.Process(std::move(raw));
   if (result.Result == Gateway::Outcome::Delivered || result.Result == Gateway::Outcome::Duplicate)
     Gateway::RemoveHeld(place);

@@ -30,6 +30,12 @@ inline std::string Mbox(int count, const std::string& name) {
   return mbox;
 }
 
+inline std::string Repeated(const std::string& piece, std::size_t count) {
+  std::string text;
+  for (std::size_t i = 0; i < count; ++i) text += piece;
+  return text;
+}
+
 class Deliver : public testing::Test {
  protected:
   Deliver() {

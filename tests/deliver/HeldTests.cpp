@@ -120,6 +120,13 @@ TEST_F(HeldMails, AreListedShownAndDropped) {
   const std::string shown = Run("script -qec 'tvmail held show " + id + "' /dev/null").Output;
   EXPECT_PRED2(Holds, shown, "Apollo: Who is\\u001B[31m that?");
   EXPECT_PRED2(Holds, shown, "Hello\\u001B[2J");
+  // A line is printed in pieces, of whole characters whatever precedes them.
+  for (const std::string before : {"", "x"}) {
+    const std::string wide = Keep(Mail(before + Repeated("\u00E4", 70'000)));
+    EXPECT_PRED2(Holds, Run("script -qec 'tvmail held show " + wide + "' /dev/null").Output,
+                 before + Repeated("\u00E4", 70'000));
+    Expect("drop " + wide, 0, "dropped", "");
+  }
   Expect("show 0123456789abcde", 65, "", "begins with 0123456789abcde");
   Expect("show ../../x", 64, "", "is no id");
   Expect("drop", 64, "", "ID");
@@ -153,6 +160,17 @@ TEST_F(HeldMails, LeaveWhenARetryDeliversThem) {
   EXPECT_EQ(lost + " ", Ids());
   EXPECT_EQ(1u, CountOf(Project(), "strange"));
   EXPECT_EQ(1u, CountOf(Project(), "good"));
+
+  // A mail that can't be read doesn't keep the others waiting. The sanitizers reserve terabytes of address
+  // space.
+  if (Run("ulimit -v 400000; tvmail --version").Exit != 0) return;
+  const fs::path folder = Gateway::HeldFolder(u"Apollo");
+  fs::resize_file(folder / "new" / lost, 600'000'000);
+  const std::string next = Keep(mail("next", "alice@apollo.example"));
+  const Outcome scarce = Run("ulimit -v 400000; LC_ALL=de_DE.UTF-8 tvmail held retry --all");
+  EXPECT_EQ(75, scarce.Exit);
+  EXPECT_PRED2(Holds, scarce.Output, lost + "  Apollo  to be tried again: Der Arbeitsspeicher reicht nicht");
+  EXPECT_PRED2(Holds, scarce.Output, next + "  Apollo  delivered\n");
 }
 
 TEST(JsonReader, ReadsObjectsOfTextsAlone) {

@@ -11,12 +11,6 @@ namespace {
 
 namespace fs = std::filesystem;
 
-std::string Repeated(const std::string& piece, std::size_t count) {
-  std::string text;
-  for (std::size_t i = 0; i < count; ++i) text += piece;
-  return text;
-}
-
 std::string Nested(std::size_t count, const std::string& boundary) {
   std::string mail;
   for (std::size_t i = 0; i < count; ++i) {
