@@ -32,7 +32,7 @@ def program(*arguments):
     """The command, and the options to start it as the user of the mailboxes."""
     return ["/usr/local/bin/tvmail", *arguments], dict(
         user=USER.pw_uid, group=USER.pw_gid, extra_groups=[], cwd=HOME,
-        env={"HOME": HOME, "PATH": "/usr/bin:/bin", "LC_ALL": "C.UTF-8"})
+        env={**os.environ, "HOME": HOME, "LC_ALL": "C.UTF-8"})
 
 
 def tvmail(*arguments):
@@ -92,7 +92,7 @@ def kill_deliveries():
     for command in glob.glob("/proc/[0-9]*/cmdline"):
         try:
             with open(command, "rb") as file:
-                if b"tvmail\0deliver" in file.read():
+                if file.read().startswith(b"/usr/local/bin/tvmail\0deliver"):
                     os.kill(int(command.split("/")[2]), signal.SIGKILL)
         except OSError:
             pass  # it has ended

@@ -1,5 +1,6 @@
 # A site of ten mailboxes with a real Postfix and a real Dovecot: see site.py.
 #   SITE_MAILS   how many mails arrive, 2000 without it
+#   SITE_KILLS   how often the service is killed, 3 times without it
 command -v python3 >/dev/null || { echo "skipped: there is no python3"; exit 77; }
 . "$WORK/test/postfix-server.sh"
 fail() { echo "not so: $*" >&2; exit 1; }
@@ -34,4 +35,4 @@ postconf -e "relay_domains = site.example" "transport_maps = hash:/etc/postfix/t
   "minimal_backoff_time = 1s" "maximal_backoff_time = 2s" "queue_run_delay = 1s"
 reload_postfix
 export QUEUE="$queue"
-python3 "$WORK/test/site.py" "${SITE_MAILS:-2000}"
+python3 "$WORK/test/site.py" "${SITE_MAILS:-2000}" "${SITE_KILLS:-3}"
