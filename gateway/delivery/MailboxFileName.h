@@ -7,9 +7,9 @@
 
 namespace Gateway {
 
-// The mailbox's name in lower case, with every character but letters, digits, "-" and "_" percent-encoded: two
-// mailboxes never have the same file name, and none leads out of its folder. A name that would be too long for
-// a file system ends in its digest. Pure; any thread.
+// The mailbox's name in lower case, with every character but letters, digits, "-" and "_" percent-encoded:
+// two mailboxes never have the same file name, and none leads out of its folder. A name that would be too
+// long for a file system ends in its digest. Pure; any thread.
 std::string MailboxFileName(Platform::StringView mailbox);
 
 }  // namespace Gateway
