@@ -26,8 +26,8 @@ class Connection {
   // Encrypts from now on; both sides have agreed on it.
   void StartTls();
 
-  // Limits the number of bytes that the server may send from now on. They must arrive within the read timeout,
-  // plus a second for each kB of the likely number.
+  // Limits the number of bytes that the server may send from now on. They must arrive within the read
+  // timeout, plus a second for each kB of the likely number.
   void Expect(std::size_t bytes, std::size_t likely = 0);
 
   // Reads at least one byte.
