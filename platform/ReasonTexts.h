@@ -102,6 +102,16 @@ inline constexpr std::int32_t kDomainMissing = 21098;
 inline constexpr std::int32_t kDomainLiteral = 21099;
 inline constexpr std::int32_t kNoDomain = 21100;
 
+// Why a user can't be changed, or a reply not be stored.
+inline constexpr std::int32_t kUserUnknown = 21105;
+inline constexpr std::int32_t kOwnerNotRemoved = 21106;
+inline constexpr std::int32_t kNoAddressForMail = 21107;
+inline constexpr std::int32_t kLanguageRefused = 21108;
+inline constexpr std::int32_t kDiscussionUnknown = 21109;
+inline constexpr std::int32_t kReplyEmpty = 21110;
+inline constexpr std::int32_t kReplyTooLong = 21111;
+inline constexpr std::int32_t kReplyWithNul = 21112;
+
 // Why options or input of a command are refused.
 inline constexpr std::int32_t kArgumentNotUtf8 = 21120;
 inline constexpr std::int32_t kArgumentWithControl = 21121;
@@ -141,6 +151,9 @@ inline constexpr std::int32_t kMapiOptionWithSmtp = 21154;
 inline constexpr std::int32_t kProfileOptionMissing = 21155;
 inline constexpr std::int32_t kHostOptionMissing = 21156;
 inline constexpr std::int32_t kAddressOptionMissing = 21157;
+inline constexpr std::int32_t kNoChangeGiven = 21158;
+inline constexpr std::int32_t kMailboxKeepsPassword = 21159;
+inline constexpr std::int32_t kMailboxKeepsUser = 21160;
 
 // Why a source of deliver can't be read.
 inline constexpr std::int32_t kLargerThanMegabytes = 21170;
@@ -250,6 +263,14 @@ inline constexpr CatalogueText kReasonTexts[] = {{kNoSpaceLeft},
                                                  {kDomainMissing},
                                                  {kDomainLiteral},
                                                  {kNoDomain},
+                                                 {kUserUnknown, 1},
+                                                 {kOwnerNotRemoved, 1},
+                                                 {kNoAddressForMail, 1},
+                                                 {kLanguageRefused, 1},
+                                                 {kDiscussionUnknown, 1},
+                                                 {kReplyEmpty},
+                                                 {kReplyTooLong, 1},
+                                                 {kReplyWithNul},
                                                  {kArgumentNotUtf8},
                                                  {kArgumentWithControl, 1},
                                                  {kSettingWithControl, 1},
@@ -288,6 +309,9 @@ inline constexpr CatalogueText kReasonTexts[] = {{kNoSpaceLeft},
                                                  {kProfileOptionMissing},
                                                  {kHostOptionMissing},
                                                  {kAddressOptionMissing},
+                                                 {kNoChangeGiven},
+                                                 {kMailboxKeepsPassword, 2},
+                                                 {kMailboxKeepsUser, 2},
                                                  {kLargerThanMegabytes, 1},
                                                  {kNoMbox},
                                                  {kStandardInputClosed},

@@ -1,21 +1,31 @@
-// tvmail project: creates projects, adds users and discussions, and shows their content.
+// tvmail project: creates projects, adds discussions, and shows their content.
 #include <CLI/CLI.hpp>
 #include <filesystem>
 #include <iostream>
-#include <memory>
 #include <sstream>
 
 #include "host/AbsolutePath.h"
 #include "host/CommandError.h"
 #include "host/Stores.h"
-#include "host/commands/Command.h"
+#include "host/commands/ProjectCommands.h"
 #include "host/terminal/Secret.h"
-#include "platform/Json.h"
 #include "platform/Services.h"
 #include "platform/TerminalText.h"
-#include "platform/contracts/ProjectAdministration.h"
 
 namespace Host {
+
+ProjectAdministration Administration() {
+  RequireStores();
+  return ProjectAdministration(Services().CreateByName(ProjectAdministration::kName));
+}
+
+String ExistingProject(const std::string& file) {
+  std::error_code error;
+  if (std::filesystem::status(file, error).type() == std::filesystem::file_type::not_found)
+    throw CommandError(DataRefused, "there is no project file " + TerminalLine(FromUtf8(file)) +
+                                        ": check the path, or create it with tvmail project create");
+  return AbsolutePath(file);
+}
 
 namespace {
 
@@ -26,23 +36,8 @@ struct ProjectOptions {
   std::string Address;
   std::optional<std::string> PasswordFile;
   std::string Title;
-  bool RefuseMail = false;
   bool Json = false;
 };
-
-ProjectAdministration Administration() {
-  RequireStores();
-  return ProjectAdministration(Services().CreateByName(ProjectAdministration::kName));
-}
-
-// The whole path of a project file that has to exist.
-String ExistingProject(const ProjectOptions& options) {
-  std::error_code error;
-  if (std::filesystem::status(options.File, error).type() == std::filesystem::file_type::not_found)
-    throw CommandError(DataRefused, "there is no project file " + options.File +
-                                        ": check the path, or create it with tvmail project create");
-  return AbsolutePath(options.File);
-}
 
 int Create(const ProjectOptions& options) {
   const ProjectAdministration projects = Administration();
@@ -55,26 +50,10 @@ int Create(const ProjectOptions& options) {
   return Done;
 }
 
-int AddUser(const ProjectOptions& options) {
-  const String path = ExistingProject(options);
-  const std::int32_t key = Administration().AddUser(path, ArgumentText(options.User),
-                                                    ArgumentText(options.Address), !options.RefuseMail);
-  std::cout << "User " << TerminalLine(FromUtf8(options.User)) << " has the key " << key << '\n';
-  return Done;
-}
-
 int AddDiscussion(const ProjectOptions& options) {
-  const String path = ExistingProject(options);
+  const String path = ExistingProject(options.File);
   std::cout << Administration().AddDiscussion(path, ArgumentText(options.Title)) << '\n';
   return Done;
-}
-
-JsonObject Describe(const DescribedUser& user) {
-  return JsonObject()
-      .Add("key", user.Key)
-      .Add("name", user.Name)
-      .Add("email", user.Address)
-      .Add("mailAccepted", user.MailAccepted);
 }
 
 JsonObject Describe(const DescribedReply& reply) {
@@ -104,7 +83,7 @@ JsonObject Describe(const DescribedDiscussion& discussion) {
 void PrintJson(const ProjectDescription& project) {
   std::cout << JsonObject()
                    .Add("name", project.Name)
-                   .Add("users", DescribeAll(project.Users))
+                   .Add("users", UsersJson(project.Users))
                    .Add("discussions", DescribeAll(project.Discussions))
                    .Text()
             << '\n';
@@ -130,7 +109,7 @@ void PrintText(const ProjectDescription& project) {
 }
 
 int Show(const ProjectOptions& options) {
-  const String path = ExistingProject(options);
+  const String path = ExistingProject(options.File);
   const ProjectDescription project = Administration().Describe(path);
   options.Json ? PrintJson(project) : PrintText(project);
   return Done;
@@ -143,11 +122,7 @@ void AddProjectCommand(CLI::App& program, Invocation& invocation) {
   project->require_subcommand(1);
   auto options = std::make_shared<ProjectOptions>();
   const auto add = [&](const char* name, const char* description, int (*run)(const ProjectOptions&)) {
-    CLI::App* command = project->add_subcommand(name, description);
-    command->add_option("FILE", options->File, "The project's file, usually named *.TVS")->required();
-    command->callback(
-        [&invocation, options, run] { invocation.Run = [options, run] { return run(*options); }; });
-    return command;
+    return AddProjectCommand(*project, invocation, name, description, options, run);
   };
 
   CLI::App* create = add("create", "Create a project and its owner", Create);
@@ -157,10 +132,7 @@ void AddProjectCommand(CLI::App& program, Invocation& invocation) {
   create->add_option("--password-file", options->PasswordFile,
                      "File with the owner's password, - for standard input; without it the terminal asks");
 
-  CLI::App* user = add("add-user", "Add a user who answers by mail", AddUser);
-  user->add_option("--name", options->User, "The user's name")->required();
-  user->add_option("--email", options->Address, "The user's e-mail address")->required();
-  user->add_flag("--refuse-mail", options->RefuseMail, "Mail from this user is refused");
+  AddProjectUserCommands(*project, invocation);
 
   CLI::App* discussion = add("add-discussion", "Add a discussion and print its number", AddDiscussion);
   discussion->add_option("--title", options->Title, "The discussion's title")->required();

@@ -25,21 +25,22 @@ const Value& ElementOf(const Array& array, std::size_t index) {
 }
 
 Value UserValue(const DescribedUser& user) {
-  return Array{user.Key, user.Name, user.Address, user.MailAccepted};
+  return Array{user.Key, user.Name, user.Address, user.MailAccepted, user.Owner, user.Language};
 }
 
 DescribedUser ReadUser(const Array& user) {
   return {ElementOf(user, 0).ToInt32(), ElementOf(user, 1).ToString(), ElementOf(user, 2).ToString(),
-          ElementOf(user, 3).ToBool()};
+          ElementOf(user, 3).ToBool(),  ElementOf(user, 4).ToBool(),   ElementOf(user, 5).ToString()};
 }
 
 Value ReplyValue(const DescribedReply& reply) {
-  return Array{reply.Subject, reply.Body, reply.UserName, reply.At};
+  return reply.ToValue();
 }
 
 DescribedReply ReadReply(const Array& reply) {
   return {ElementOf(reply, 0).ToString(), ElementOf(reply, 1).ToString(), ElementOf(reply, 2).ToString(),
-          ElementOf(reply, 3).ToString()};
+          ElementOf(reply, 3).ToString(), ElementOf(reply, 4).ToInt32(),  ElementOf(reply, 5).ToInt32(),
+          ElementOf(reply, 6).ToString()};
 }
 
 Value DiscussionValue(const DescribedDiscussion& discussion) {
@@ -51,7 +52,36 @@ DescribedDiscussion ReadDiscussion(const Array& discussion) {
           VectorOf(ElementOf(discussion, 2), ReadReply)};
 }
 
+// An empty value stands for nothing.
+template <class Member>
+Value OptionalValue(const std::optional<Member>& member) {
+  return member ? Value(*member) : Value();
+}
+
+template <class Read>
+auto ReadOptional(const Array& array, std::size_t index, Read read) {
+  const Value& value = ElementOf(array, index);
+  return value.IsEmpty() ? std::nullopt : std::optional(read(value));
+}
+
 }  // namespace
+
+Value DescribedReply::ToValue() const {
+  return Array{Subject, Body, UserName, At, Number, UserKey, UserAddress};
+}
+
+Value UserChange::ToValue() const {
+  return Array{OptionalValue(Name), OptionalValue(Address), OptionalValue(MailAccepted),
+               OptionalValue(Language)};
+}
+
+UserChange UserChange::FromValue(const Value& value) {
+  const Array& change = value.ToArray();
+  const auto text = [](const Value& member) { return member.ToString(); };
+  return {ReadOptional(change, 0, text), ReadOptional(change, 1, text),
+          ReadOptional(change, 2, [](const Value& member) { return member.ToBool(); }),
+          ReadOptional(change, 3, text)};
+}
 
 Value ProjectDescription::ToValue() const {
   return Array{Name, ArrayOf(Users, UserValue), ArrayOf(Discussions, DiscussionValue)};
@@ -61,6 +91,24 @@ ProjectDescription ProjectDescription::FromValue(const Value& value) {
   const Array& project = value.ToArray();
   return {ElementOf(project, 0).ToString(), VectorOf(ElementOf(project, 1), ReadUser),
           VectorOf(ElementOf(project, 2), ReadDiscussion)};
+}
+
+std::vector<DescribedReply> ProjectAdministration::RepliesAfter(StringView path, std::int32_t discussion,
+                                                                std::int32_t after) const {
+  return VectorOf(Call(u"RepliesAfter", path, discussion, after), ReadReply);
+}
+
+ProjectDescription ProjectAdministration::Describe(StringView path) const {
+  ProjectDescription project = Outline(path);
+  for (DescribedDiscussion& discussion : project.Discussions) {
+    std::vector<DescribedReply>& replies = discussion.Replies;
+    for (;;) {
+      const auto more = RepliesAfter(path, discussion.Number, replies.empty() ? 0 : replies.back().Number);
+      if (more.empty()) break;
+      replies.insert(replies.end(), more.begin(), more.end());
+    }
+  }
+  return project;
 }
 
 }  // namespace Platform

@@ -18,8 +18,13 @@ class ProjectAdministration : public ObjectWithMembers<ProjectAdministration> {
  private:
   Value CreateProject(std::span<Value> arguments);
   Value AddUser(std::span<Value> arguments);
+  Value ChangeUser(std::span<Value> arguments);
+  Value RemoveUser(std::span<Value> arguments);
+  Value SetPassword(std::span<Value> arguments);
   Value AddDiscussion(std::span<Value> arguments);
-  Value Describe(std::span<Value> arguments);
+  Value AddReply(std::span<Value> arguments);
+  Value Outline(std::span<Value> arguments);
+  Value RepliesAfter(std::span<Value> arguments);
 
   LiveObject live_{liveObjects};
 };

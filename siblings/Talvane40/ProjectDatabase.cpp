@@ -15,6 +15,13 @@ namespace {
   throw Failure(FailureNumber::DeviceFailed, u"Talvane40", Runtime::TextOf(text, FromUtf8(file)));
 }
 
+[[noreturn]] void Refuse(std::int32_t number, std::int32_t text, StringView name) {
+  throw Failure(number, u"Talvane40", Runtime::TextOf(text, name));
+}
+
+// One step of RepliesAfter.
+constexpr std::size_t kMostReplies = 100, kManyCharacters = 1'000'000;
+
 // The key of the row that was inserted last.
 std::int32_t NewNumber(Runtime::Database& database) {
   return Narrow<std::int32_t>(database.Number("SELECT last_insert_rowid()"));
@@ -97,11 +104,13 @@ std::int64_t ProjectDatabase::UsersVersion() {
 std::vector<DescribedUser> ProjectDatabase::Users(std::int64_t& version) {
   std::vector<DescribedUser> users;
   Runtime::Statement statement(database_,
-                               "SELECT key, name, email, mail_accepted, (SELECT users_version FROM project) "
-                               "FROM users ORDER BY key");
+                               "SELECT key, name, email, mail_accepted, role = 'owner', language, "
+                               "(SELECT users_version FROM project) "
+                               "FROM users WHERE removed = 0 ORDER BY key");
   for (auto row = statement({}); row.Next();) {
-    users.push_back({NumberAt(row, 0), TextAt(row, 1), TextAt(row, 2), row.Integer(3) != 0});
-    version = row.Integer(4);
+    users.push_back({NumberAt(row, 0), TextAt(row, 1), TextAt(row, 2), row.Integer(3) != 0,
+                     row.Integer(4) != 0, TextAt(row, 5)});
+    version = row.Integer(6);
   }
   return users;
 }
@@ -113,15 +122,30 @@ bool ProjectDatabase::HasDiscussion(std::int32_t number) {
 std::vector<DescribedDiscussion> ProjectDatabase::Discussions() {
   std::vector<DescribedDiscussion> discussions;
   Runtime::Statement select(database_, "SELECT number, title FROM discussions ORDER BY number");
-  Runtime::Statement selectReplies(database_,
-                                   "SELECT subject, body, users.name, at FROM replies "
-                                   "JOIN users ON users.key = user WHERE discussion = ? ORDER BY id");
-  for (auto row = select({}); row.Next();) {
-    auto& discussion = discussions.emplace_back(DescribedDiscussion{NumberAt(row, 0), TextAt(row, 1), {}});
-    for (auto reply = selectReplies({discussion.Number}); reply.Next();)
-      discussion.Replies.push_back({TextAt(reply, 0), TextAt(reply, 1), TextAt(reply, 2), TextAt(reply, 3)});
-  }
+  for (auto row = select({}); row.Next();) discussions.push_back({NumberAt(row, 0), TextAt(row, 1), {}});
   return discussions;
+}
+
+std::optional<String> ProjectDatabase::TitleOf(std::int32_t discussion) {
+  Runtime::Statement select(database_, "SELECT title FROM discussions WHERE number = ?");
+  auto row = select({discussion});
+  if (!row.Next()) return std::nullopt;
+  return TextAt(row, 0);
+}
+
+std::vector<DescribedReply> ProjectDatabase::RepliesAfter(std::int32_t discussion, std::int32_t after) {
+  std::vector<DescribedReply> replies;
+  std::size_t characters = 0;
+  Runtime::Statement select(database_,
+                            "SELECT subject, body, users.name, at, id, user, users.email FROM replies "
+                            "JOIN users ON users.key = user WHERE discussion = ? AND id > ? ORDER BY id");
+  for (auto row = select({discussion, after});
+       replies.size() < kMostReplies && characters < kManyCharacters && row.Next();) {
+    replies.push_back({TextAt(row, 0), TextAt(row, 1), TextAt(row, 2), TextAt(row, 3), NumberAt(row, 4),
+                       NumberAt(row, 5), TextAt(row, 6)});
+    characters += replies.back().Body.size();
+  }
+  return replies;
 }
 
 bool ProjectDatabase::IsMailStored(std::string_view mailKey) {
@@ -151,13 +175,76 @@ void ProjectDatabase::InsertUser(Runtime::Database& database, const DescribedUse
 
 std::int32_t ProjectDatabase::AddUser(const DescribedUser& user) {
   Runtime::Transaction transaction(database_);
-  if (FindLogon(user.Name))
-    throw Failure(FailureNumber::AlreadyExists, u"Talvane40",
-                  Runtime::TextOf(TextNumber::kUserExists, user.Name));
+  RequireFreeName(user.Name);
   InsertUser(database_, user, "member", std::nullopt);
   const std::int32_t key = NewNumber(database_);
   transaction.Commit();
   return key;
+}
+
+std::int32_t ProjectDatabase::KeyOf(StringView name) {
+  const auto logon = FindLogon(name);
+  if (!logon) Refuse(FailureNumber::PathNotFound, TextNumber::kUserUnknown, name);
+  return logon->UserKey;
+}
+
+void ProjectDatabase::RequireFreeName(StringView name, std::int32_t key) {
+  const auto logon = FindLogon(name);
+  if (logon && logon->UserKey != key) Refuse(FailureNumber::AlreadyExists, TextNumber::kUserExists, name);
+}
+
+void ProjectDatabase::ChangeUser(StringView name, const UserChange& change) {
+  Runtime::Transaction transaction(database_);
+  const std::int32_t key = KeyOf(name);
+  if (change.Name) {
+    RequireFreeName(*change.Name, key);
+    Runtime::Statement(database_, "UPDATE users SET name = ?, folded_name = ? WHERE key = ?")
+        .Run({ToUtf8(*change.Name), ToUtf8(FoldCase(*change.Name)), key});
+  }
+  if (change.Address)
+    Runtime::Statement(database_, "UPDATE users SET email = ? WHERE key = ?")
+        .Run({ToUtf8(*change.Address), key});
+  if (change.MailAccepted)
+    Runtime::Statement(database_, "UPDATE users SET mail_accepted = ? WHERE key = ?")
+        .Run({std::int64_t{*change.MailAccepted}, key});
+  if (change.Language)
+    Runtime::Statement(database_, "UPDATE users SET language = ? WHERE key = ?")
+        .Run({ToUtf8(*change.Language), key});
+  Runtime::Statement check(database_, "SELECT 1 FROM users WHERE key = ? AND mail_accepted AND email = ''");
+  if (check({key}).Next()) Refuse(FailureNumber::RefusedInput, TextNumber::kNoAddressForMail, name);
+  transaction.Commit();
+}
+
+// The folded name of a user who was removed ends with a line end and the key. No name holds a line end, so
+// that the name is free for another user.
+void ProjectDatabase::RemoveUser(StringView name) {
+  Runtime::Transaction transaction(database_);
+  const std::int32_t key = KeyOf(name);
+  if (IsOwner(key)) Refuse(FailureNumber::RefusedInput, TextNumber::kOwnerNotRemoved, name);
+  Runtime::Statement(database_,
+                     "UPDATE users SET removed = 1, mail_accepted = 0, password_hash = NULL, "
+                     "folded_name = folded_name || char(10) || key WHERE key = ?")
+      .Run({key});
+  transaction.Commit();
+}
+
+void ProjectDatabase::SetPasswordHash(StringView name, StringView hash) {
+  Runtime::Transaction transaction(database_);
+  Runtime::Statement(database_, "UPDATE users SET password_hash = ? WHERE key = ?")
+      .Run({ToUtf8(hash), KeyOf(name)});
+  transaction.Commit();
+}
+
+std::int32_t ProjectDatabase::AddReplyOf(StringView user, std::int32_t discussion, StringView body) {
+  Runtime::Transaction transaction(database_);
+  const std::int32_t key = KeyOf(user);
+  const auto title = TitleOf(discussion);
+  if (!title)
+    Refuse(FailureNumber::PathNotFound, TextNumber::kDiscussionUnknown, FromUtf8(std::to_string(discussion)));
+  addReply_.Run({discussion, ToUtf8(*title), ToUtf8(body), key});
+  const std::int32_t number = NewNumber(database_);
+  transaction.Commit();
+  return number;
 }
 
 std::int32_t ProjectDatabase::AddDiscussion(StringView title) {

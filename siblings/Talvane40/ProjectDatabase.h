@@ -29,7 +29,8 @@ class ProjectDatabase {
   // database, of a newer version, or can't be upgraded.
   explicit ProjectDatabase(const std::string& file);
 
-  // The user of a name, which is compared without regard to case; nothing if there is none.
+  // The user of a name who was not removed. The name is compared without regard to case; nothing if there is
+  // none.
   std::optional<Logon> FindLogon(StringView userName);
 
   bool IsOwner(std::int32_t userKey);
@@ -40,13 +41,19 @@ class ProjectDatabase {
   // A number that is incremented by every change of the users, in any process.
   std::int64_t UsersVersion();
 
-  // All users, ordered by key, and their UsersVersion.
+  // All users who were not removed, ordered by key, and their UsersVersion.
   std::vector<DescribedUser> Users(std::int64_t& version);
 
   bool HasDiscussion(std::int32_t number);
 
-  // All discussions with their replies.
+  // All discussions, without their replies.
   std::vector<DescribedDiscussion> Discussions();
+
+  // The title of a discussion; nothing if there is none of the number.
+  std::optional<String> TitleOf(std::int32_t discussion);
+
+  // As ProjectAdministration::RepliesAfter.
+  std::vector<DescribedReply> RepliesAfter(std::int32_t discussion, std::int32_t after);
 
   // True if a reply was stored with this key of a mail.
   bool IsMailStored(std::string_view mailKey);
@@ -59,12 +66,27 @@ class ProjectDatabase {
   // Adds a user without a password. Returns the key. Raises 58 if there is a user of that name.
   std::int32_t AddUser(const DescribedUser& user);
 
+  // Each of these raises 76 if there is no user of the name.
+  // Raises 58 if another user has the new name, and 380 if mail would be accepted without an address.
+  void ChangeUser(StringView name, const UserChange& change);
+  // Raises 380 for the owner.
+  void RemoveUser(StringView name);
+  void SetPasswordHash(StringView name, StringView hash);
+
+  // Returns the number of the new reply. Raises 76 if there is no such discussion or user.
+  std::int32_t AddReplyOf(StringView user, std::int32_t discussion, StringView body);
+
   // Returns the number of the new discussion.
   std::int32_t AddDiscussion(StringView title);
 
  private:
   static void InsertUser(Runtime::Database& database, const DescribedUser& user, std::string_view role,
                          std::optional<StringView> passwordHash);
+
+  // Raises 76 if there is no such user.
+  std::int32_t KeyOf(StringView name);
+  // Raises 58 if a user other than the one of the key has the name.
+  void RequireFreeName(StringView name, std::int32_t key = 0);
 
   Runtime::Database database_;
   Runtime::Statement findLogon_, role_, mailAccepted_, usersVersion_, discussion_, addReply_, mail_, addMail_;

@@ -54,6 +54,12 @@ constexpr const char* kVersions[] = {
   CREATE TABLE mails (
     key TEXT PRIMARY KEY,
     reply INTEGER NOT NULL REFERENCES replies (id)) STRICT, WITHOUT ROWID;
+)",
+    // A user who was removed stays as the author of replies.
+    R"(
+  PRAGMA user_version = 3;
+  ALTER TABLE users ADD COLUMN language TEXT NOT NULL DEFAULT '';
+  ALTER TABLE users ADD COLUMN removed INTEGER NOT NULL DEFAULT 0 CHECK (removed IN (0, 1));
 )"};
 constexpr std::int64_t kVersion = std::size(kVersions);
 constexpr std::int64_t kApplicationId = 1414943540;  // "TVS4"

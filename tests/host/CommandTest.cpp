@@ -80,10 +80,42 @@ TEST_F(Commands, AProjectIsShownAsOneJsonObject) {
                   {"project show 'Grüße.TVS'", 0, "mail refused", ""}});
   EXPECT_EQ(
       "{\"name\":\"Grüße "
-      "\\\"1\\\"\",\"users\":[{\"key\":1,\"name\":\"ann\",\"email\":\"ann@x.org\",\"mailAccepted\":true},"
-      "{\"key\":2,\"name\":\"bob\",\"email\":\"b@x.org\",\"mailAccepted\":false}],\"discussions\":["
+      "\\\"1\\\"\",\"users\":[{\"key\":1,\"name\":\"ann\",\"email\":\"ann@x.org\",\"mailAccepted\":true,"
+      "\"owner\":true,\"language\":\"\"},{\"key\":2,\"name\":\"bob\",\"email\":\"b@x.org\","
+      "\"mailAccepted\":false,\"owner\":false,\"language\":\"\"}],\"discussions\":["
       "{\"number\":1,\"title\":\"One\",\"replies\":[]},{\"number\":2,\"title\":\"Two\",\"replies\":[]}]}\n",
       program.Run("project show 'Grüße.TVS' --json").Output);
+}
+
+TEST_F(MailboxCommands, AUserIsChangedAndRemovedAndKeepsTheReplies) {
+  const std::string project = " apollo.TVS --user ";
+  program.Expect(
+      {{"project add-user apollo.TVS --name bob --email b@x.org", 0, "2", ""},
+       {"project create q.TVS --name Q --user q --password-file password", 0, "q.TVS", ""},
+       {"project set-user q.TVS --user q --accept-mail", 65, "", "no e-mail address"},
+       {"project set-user" + project + "BOB --name Bob --email bob@x.org --refuse-mail --language de", 0,
+        "2  Bob <bob@x.org>  mail refused  de\n", ""},
+       {"project set-user" + project + "bob", 64, "", "nothing to change"},
+       {"project set-user" + project + "bob --name ANN", 65, "", "ANN"},
+       {"project set-user" + project + "eve --refuse-mail", 65, "", "no user eve"},
+       {"project set-user" + project + "bob --language ../de", 65, "", "no language"},
+       {"project set-user" + project + "bob --accept-mail --refuse-mail", 64, "", "excludes"},
+       {"project remove-user" + project + "ann", 65, "", "owner"},
+       {"project set-password" + project + "bob --password-file /dev/null", 65, "", "empty"},
+       {"project set-password" + project + "bob --password-file wrong", 0, "new password", ""},
+       {"mailbox change Apollo --user bob --password-file wrong", 65, "", "the project's owner"},
+       {"project set-password" + project + "Ann --password-file wrong", 0, "Ann", "mailbox Apollo opens"},
+       {"project set-user" + project + "ann --name Ada", 0, "Ada", "as user ann, who"},
+       {"mailbox change Apollo --user Ada --password-file wrong", 0, "bound", ""},
+       {"project remove-user" + project + "bob", 0, "replies of this user are kept", ""},
+       {"project remove-user" + project + "bob", 65, "", "no user bob"},
+       {"project add-user apollo.TVS --name bob --email b@y.org", 0, "3", ""}});
+  EXPECT_EQ(
+      "[{\"key\":1,\"name\":\"Ada\",\"email\":\"ann@example.org\",\"mailAccepted\":true,\"owner\":true,"
+      "\"language\":\"\"},"
+      "{\"key\":3,\"name\":\"bob\",\"email\":\"b@y.org\",\"mailAccepted\":true,\"owner\":false,\"language\":"
+      "\"\"}]\n",
+      program.Run("project list-users apollo.TVS --json").Output);
 }
 
 TEST_F(MailboxCommands, WhatIsRefusedChangesNothing) {
