@@ -61,10 +61,12 @@ class MailProcessor::Work {
         project_(mailbox_),
         handler_(mailbox_),
         held_(mailbox_) {
-    if (settings_.Hold) held_.Expire(settings_.HeldDays);
+    if (settings_.Hold) ExpireHeld();
   }
 
   bool Holds() const { return settings_.Hold; }
+
+  void ExpireHeld() { held_.Expire(settings_.HeldDays); }
 
   // Sets the result, but for a limit of the reader and a failure, which it raises. Nothing is stored then.
   void Process(const RawMail& raw, MailResult& result);
@@ -73,7 +75,7 @@ class MailProcessor::Work {
   void Hold(const RawMail& raw, MailResult& result);
 
  private:
-  void Deliver(Mime::Mail mail, bool known, MailResult& result);
+  void Deliver(Mime::Mail mail, const Platform::MailSender& sender, MailResult& result);
 
   const String mailbox_;
   const DeliverySettings settings_;
@@ -115,14 +117,17 @@ void MailProcessor::Work::Process(const RawMail& raw, MailResult& result) {
   if (const auto refusal = RefusalOf(facts, settings_.Policy))
     return Refuse(result, refusal->Rule, refusal->Reason);
   const String whyEmpty = facts.WhyEmpty;
-  Deliver(std::move(mail), facts.Sender.MailAccepted, result);
+  Deliver(std::move(mail), facts.Sender, result);
   if (result.Result == Outcome::Delivered) result.WhyEmpty = whyEmpty;
 }
 
 // Only what the project library has stored decides whether the mail was delivered, whatever the component
 // says: it has a complaint about a stranger's mail, but stores its reply.
-void MailProcessor::Work::Deliver(Mime::Mail mail, bool known, MailResult& result) {
-  project_.Intake().Begin(Platform::FromUtf8(result.Key));
+void MailProcessor::Work::Deliver(Mime::Mail mail, const Platform::MailSender& sender, MailResult& result) {
+  const bool known = sender.MailAccepted;
+  // Another process may change the sender's user before the component looks it up. The component would then
+  // take the user of the mail before.
+  project_.Intake().Begin(Platform::FromUtf8(result.Key), known ? sender.UserKey : 0);
   // A handler that no other mail has used posts a stranger's mail in the name of the mailbox's user.
   result.Failure =
       known ? handler_.Handle(std::move(mail)) : MailboxHandler(mailbox_).Handle(std::move(mail));
@@ -140,11 +145,9 @@ void MailProcessor::Work::Deliver(Mime::Mail mail, bool known, MailResult& resul
 
 void MailProcessor::Work::Hold(const RawMail& raw, MailResult& result) {
   result.Result = Outcome::Retry;
-  // What was not read can't be held. Its source has it.
-  if (!raw.Fault.empty() && raw.Bytes.empty()) return;
   try {
     held_.Keep(raw.Bytes, {result.Rule, result.Reason, raw.EnvelopeSender});
-    held_.Expire(settings_.HeldDays);
+    ExpireHeld();
     result.Result = Outcome::Held;
   } catch (const std::exception&) {
     result.Reason = Runtime::TextOf(Platform::TextNumber::kMailNotHeld, result.Reason, CurrentReason());
@@ -155,6 +158,10 @@ MailProcessor::MailProcessor(String mailbox, DeliverySettings settings)
     : work_(std::make_unique<Work>(std::move(mailbox), settings)) {}
 
 MailProcessor::~MailProcessor() = default;
+
+void MailProcessor::ExpireHeld() {
+  if (work_->Holds()) work_->ExpireHeld();
+}
 
 MailResult MailProcessor::Process(RawMail raw) {
   const auto begin = std::chrono::steady_clock::now();
@@ -169,7 +176,9 @@ MailResult MailProcessor::Process(RawMail raw) {
   } catch (const std::exception&) {
     result.Reason = CurrentReason();
   }
-  if (result.Result == Outcome::Refused && work_->Holds()) work_->Hold(raw, result);
+  // A mail of which nothing was read can't be held, now or later. Its source has it.
+  const bool unread = !raw.Fault.empty() && raw.Bytes.empty();
+  if (result.Result == Outcome::Refused && work_->Holds() && !unread) work_->Hold(raw, result);
   result.Duration =
       std::chrono::duration_cast<std::chrono::milliseconds>(std::chrono::steady_clock::now() - begin);
   return result;

@@ -33,6 +33,10 @@ class MailProcessor {
   // Retry. Raises nothing.
   MailResult Process(RawMail raw);
 
+  // Removes held mails that are old enough, as Process does when it holds one. A service calls it again and
+  // again, since it may be long until the next mail is refused; it works once a day. Raises nothing.
+  void ExpireHeld();
+
  private:
   class Work;
   std::unique_ptr<Work> work_;

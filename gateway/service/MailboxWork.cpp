@@ -56,6 +56,7 @@ MailboxWork::PassResult MailboxWork::Pass() try {
   observer_.WorkingFor(kQuietSource);
   PassResult pass;
   Open();
+  processor_->ExpireHeld();
   retries_.BeginPass();
   const bool all = queue_->Pass([&](RawMail raw) { return Handle(std::move(raw), pass); });
   pass.Complete = all && !Interrupted();

@@ -93,8 +93,7 @@ bool ReadFile(const std::string& path, bool standardInput, Form form, const Mail
       if (file.PeekLine('\n').empty()) return true;
       return sink({path, {}, Text(TextNumber::kNoMbox), Outcome::Refused}).has_value();
     }
-    if (auto sender = Mime::SkipEnvelopeLine(file))
-      mail.EnvelopeSender = EnvelopeSender(*std::move(sender), false);
+    TakeEnvelopeLine(file, mail);
     const std::size_t size = file.TakeAll(mail.Bytes, kLargestMail);
     mail = Checked(std::move(mail), size);
   } catch (const std::system_error& error) {
@@ -141,6 +140,11 @@ bool IsInMaildir(const fs::path& file) {
 }
 
 }  // namespace
+
+void TakeEnvelopeLine(InputFile& file, RawMail& mail) {
+  if (auto sender = Mime::SkipEnvelopeLine(file))
+    mail.EnvelopeSender = EnvelopeSender(*std::move(sender), false);
+}
 
 bool IsStandardInput(const std::string& path) {
   struct stat named = {}, input = {};

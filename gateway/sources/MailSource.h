@@ -10,6 +10,7 @@
 #include <string>
 
 #include "gateway/sources/Outcome.h"
+#include "mime/InputFile.h"
 
 namespace Gateway {
 
@@ -36,6 +37,10 @@ using MailSink = std::function<std::optional<Outcome>(RawMail)>;
 
 // True for "-", /dev/stdin, and any path that leads to the same pipe or device as standard input.
 bool IsStandardInput(const std::string& path);
+
+// Skips the line "From sender time" that a mail server writes in front of a mail, and notes its sender. Does
+// nothing if there is no such line.
+void TakeEnvelopeLine(Mime::InputFile& file, RawMail& mail);
 
 // Passes each mail of a source to the sink, in the order of the mbox, or of the file names in the Maildir's
 // folders new and cur together. What can't be read is passed as a fault and ends only its own source; no

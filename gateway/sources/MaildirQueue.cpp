@@ -38,6 +38,11 @@ constexpr std::size_t kLargestHeader = Mime::MailLimits{}.HeaderSize;
 // The folders are synced once for this number of mails.
 constexpr std::size_t kMovesBeforeSync = 256;
 
+// True for a link, a pipe and the like, of which nothing can be held.
+bool IsNoMail(const RawMail& mail) {
+  return !mail.Fault.empty() && mail.FaultOutcome == Outcome::Refused && mail.Bytes.empty();
+}
+
 std::exception_ptr MoveFailure(const std::string& path, int error) {
   try {
     RaiseSource(TextNumber::kMailNotMoved, path, SystemReason(error));
@@ -124,7 +129,7 @@ std::optional<RawMail> MaildirQueue::Read(const Folders& folders, const std::str
       return mail;
     }
     Mime::InputFile file(dup(opened.Number()), [this] { return interruption_.IsSet(); });
-    Mime::SkipEnvelopeLine(file);
+    TakeEnvelopeLine(file, mail);
     if (size <= kLargestMail) {
       if (file.TakeAll(mail.Bytes, kLargestMail) <= kLargestMail) return mail;
       throw std::system_error(EFBIG, std::generic_category());  // it grows; the next pass sees its size
@@ -147,6 +152,7 @@ std::optional<RawMail> MaildirQueue::Read(const Folders& folders, const std::str
 bool MaildirQueue::Pass(const MailSink& sink) {
   const Folders folders = OpenFolders();
   StartWatch();
+  const std::unordered_set<std::string> reported = std::exchange(noMails_, {});
   std::exception_ptr failure;
   std::size_t moved = 0;
   bool ended = false;
@@ -155,6 +161,7 @@ bool MaildirQueue::Pass(const MailSink& sink) {
     if (ended) break;
     std::optional<RawMail> mail = Read(folders, name);
     if (!mail || interruption_.IsSet()) continue;
+    if (IsNoMail(*mail) && noMails_.insert(name).second && reported.contains(name)) continue;
     const std::optional<Outcome> outcome = sink(std::move(*mail));
     ended = !outcome;
     if (ended) break;

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <string>
+#include <unordered_set>
 #include <vector>
 
 #include "gateway/sources/Interruption.h"
@@ -16,8 +17,8 @@ namespace Gateway {
 // since a network file system doesn't report what other machines do.
 //
 // The owner of the folder may be less trusted than this program: symbolic links, pipes, devices and folders
-// in new are never opened; they are passed as faults. After a power failure, a mail that was moved last may
-// be in new again.
+// in new are never opened; they are passed as faults, once while they are there. After a power failure, a
+// mail that was moved last may be in new again.
 class MaildirQueue : public MailQueue {
  public:
   explicit MaildirQueue(const QueueSettings& settings);
@@ -52,6 +53,7 @@ class MaildirQueue : public MailQueue {
 
   std::string path_;
   std::chrono::milliseconds pollInterval_;
+  std::unordered_set<std::string> noMails_;  // the names in new that the last pass found to be no mails
   Interruption interruption_;
   Runtime::Descriptor watch_;
 };

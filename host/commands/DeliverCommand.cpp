@@ -58,7 +58,8 @@ that a server that returns the message adds that reason alone.
 
 Exit codes:
   0   every message was delivered, a duplicate, or held
-  65  a message was refused; trying again won't help
+  65  a message was refused; trying again won't help. With --hold only one of more than 128 MB, which can't be
+      kept either, so that the mail server returns it to its sender.
   75  a message couldn't be delivered or held now, and has to be tried again. Its reply was not stored. 75 takes
       precedence over 65. Also if the store of the mailboxes is missing, for example on a disk that isn't mounted.
   64  the command line is wrong

@@ -70,7 +70,10 @@ class MailIntake : public ObjectProxy {
   // normally. So do further replies before End. A thread has one mail at a time: if End wasn't called for the
   // one before, that one is forgotten, also if another object began it. Raises 380 for a key as IsStored
   // does; then no mail is begun, and the one before is forgotten too.
-  void Begin(StringView key) const { Call(u"Begin", key); }
+  //
+  // author is the key of the user who must be the author of its replies; 0 for any. Reply raises 57 for
+  // another author and stores nothing: a user was changed since FindSender, so deliver the mail again.
+  void Begin(StringView key, std::int32_t author = 0) const { Call(u"Begin", key, author); }
 
   // Ends the mail that Begin began on this thread; replies after it have no key. Nothing if no mail was
   // begun. It is also ended, without a result, when the object that began it is released. Nothing includes a

@@ -62,7 +62,7 @@ const MailIntake::Table& MailIntake::Members() {
   static const Table table = {Method(u"Open", 1, &MailIntake::Open),
                               Method(u"IsStored", 1, &MailIntake::IsStored),
                               Method(u"FindSender", 1, &MailIntake::FindSender),
-                              Method(u"Begin", 1, &MailIntake::Begin), Method(u"End", 0, &MailIntake::End)};
+                              Method(u"Begin", 2, &MailIntake::Begin), Method(u"End", 0, &MailIntake::End)};
   return table;
 }
 
@@ -95,7 +95,7 @@ Value MailIntake::Begin(std::span<Value> arguments) {
   std::optional<MailUnderWay>& mail = MailOfThisThread();
   mail.reset();
   Opened();
-  mail = MailUnderWay{.Key = VettedKey(arguments[0]), .BegunBy = this};
+  mail = MailUnderWay{.Key = VettedKey(arguments[0]), .Author = arguments[1].ToInt32(), .BegunBy = this};
   return {};
 }
 

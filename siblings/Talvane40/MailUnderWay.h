@@ -13,6 +13,7 @@ using namespace Platform;
 
 struct MailUnderWay {
   std::string Key;
+  std::int32_t Author = 0;        // the key of the only user who may be the author of its replies; 0 for any
   const void* BegunBy = nullptr;  // the MailIntake, for comparison only
   IntakeResult Result = IntakeResult::Nothing;
 };

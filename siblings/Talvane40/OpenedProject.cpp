@@ -54,6 +54,10 @@ class OpenedDiscussion : public ObjectWithMembers<OpenedDiscussion> {
  private:
   Value Reply(std::span<Value> arguments) {
     std::optional<MailUnderWay>& mail = MailOfThisThread();
+    if (mail && mail->Author != 0 && mail->Author != state_->Author)
+      throw Failure(
+          FailureNumber::DeviceFailed, u"Talvane40.Discussion",
+          u"The user with the sender's address was changed at the same time. Deliver the mail again.");
     const bool stored =
         state_->Database.AddReply(number_, arguments[0].ToString(), arguments[1].ToString(), state_->Author,
                                   mail ? std::optional<std::string_view>(mail->Key) : std::nullopt);

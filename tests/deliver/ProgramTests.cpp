@@ -117,19 +117,19 @@ TEST_F(Deliver, ReportsEachOutcomeByItsExitCodeAndReason) {
       {"tvmail deliver Apollo --size-limit 129", 64, "", "--size-limit"},
       {"tvmail deliver Apollo --strangers maybe", 64, "", "{refuse,post}"},
       {"tvmail deliver Apollo --require-authenticated ''", 64, "", "such as mx.example.org"},
-      {"tvmail deliver Apollo below", 65, "refused: the reply is empty", ""},
+      {"tvmail deliver Apollo below", 65, "refused: The reply is empty: ", ""},
       {"tvmail deliver Apollo --empty post below", 0,
-       "delivered (the reply is empty: the mail has no text above the line \"----- Reply above this "
+       "delivered (The reply is empty: the mail has no text above the line \"----- Reply above this "
        "line "
-       "-----\", and the text below it is not read; write your reply above it)\n1 message: 1 delivered (1 "
+       "-----\", and the text below it is not read. Write your reply above it.)\n1 message: 1 delivered (1 "
        "empty), 0 refused",
        ""},
       {"tvmail deliver Apollo sealed --empty post --json", 0,
-       "\"reason\":\"the reply is empty: the mail is encrypted", ""},
+       "\"reason\":\"The reply is empty: the mail is encrypted", ""},
       {"tvmail deliver Apollo enveloped --empty post", 0,
-       "delivered (the reply is empty: the mail is encrypted", ""},
+       "delivered (The reply is empty: the mail is encrypted", ""},
       {"LC_ALL=de_DE.UTF-8 tvmail deliver --empty post Apollo sealed", 0,
-       "delivered (die Antwort ist leer: ", ""},
+       "delivered (Die Antwort ist leer: ", ""},
       {"LC_ALL=de_DE.UTF-8 tvmail deliver Apollo missing", 75,
        "to be tried again: ist nicht lesbar: Die Datei oder der Ordner ist nicht vorhanden", ""},
       {"tvmail deliver Apollo < /dev/null", 65, "(no Message-ID)  refused: ", ""},
@@ -156,7 +156,8 @@ TEST_F(Deliver, ReportsEachOutcomeByItsExitCodeAndReason) {
        "can't be read: No such file or directory\nfolder  (no Message-ID)  to be tried again: ", ""},
       {"tvmail deliver Apollo missing folder unknown good", 75,
        "4 messages: 1 delivered, 1 refused, 2 to be tried again", ""},
-      {"truncate -s 130M big; tvmail deliver Apollo big", 65, "is larger than 128 MB", ""},
+      {"truncate -s 130M big; tvmail deliver Apollo big && exit 1; tvmail deliver Apollo --hold < big", 65,
+       "", "The mail is larger than 128 MB. Send it again without attachments.\n"},
       {"(cat good; head -c 25000000 /dev/zero | base64) | tvmail deliver Apollo --size-limit 128", 65,
        "is too large for a reply", ""},
       {"tvmail project add-user Apollo.TVS --name j --email jörg@münchen.example && tvmail project add-user "

@@ -271,7 +271,7 @@ class Site:
 
     def empty(self):
         content, reason = self.random.choice(EMPTY)
-        self.mail("empty", content, reason="the reply is empty: .*" + reason)
+        self.mail("empty", content, reason="The reply is empty: .*" + reason)
 
     def hostile_stored(self):
         name = self.random.choice(sorted(HOSTILE_STORED))

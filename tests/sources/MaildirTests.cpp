@@ -61,6 +61,7 @@ TEST_F(MaildirQueueTest, PassesMailInOrderOfArrivalAndMovesWhatIsSettled) {
   Put("unusual", "last");
   Put(".hidden", "none");
   recorder_.Answer = [](const Gateway::RawMail& mail) {
+    EXPECT_EQ(mail.EnvelopeSender.value_or("none"), mail.Bytes == "second" ? "a@b" : "none");
     return mail.Bytes == "third"   ? Outcome::Retry
            : mail.Bytes == "first" ? Outcome::Held
                                    : Outcome::Duplicate;
@@ -85,11 +86,16 @@ TEST_F(MaildirQueueTest, OpensNoLinksPipesAndFolders) {
   fs::create_directory(folder_ / "new" / "3.folder");
   Put("4.mail", "mail");
   recorder_.Answer = [](const Gateway::RawMail& mail) {
-    return mail.FaultOutcome == Outcome::Refused ? Outcome::Held : Outcome::Delivered;
+    return mail.Fault.empty() ? Outcome::Delivered : mail.FaultOutcome;
   };
-  const std::string fault = "(is a symbolic link, a folder or a device, and no mail)";
+  const std::string fault = "(This is a symbolic link, a folder or a device, and no mail. Remove it.)";
   EXPECT_EQ(Pass(), fault + "|" + fault + "|" + fault + "|mail");
-  EXPECT_EQ(Names("new"), "");
+  EXPECT_EQ(Pass(), "") << "each is reported once";
+  fs::remove(folder_ / "new" / "3.folder");
+  EXPECT_EQ(Pass(), "");
+  fs::create_directory(folder_ / "new" / "3.folder");
+  EXPECT_EQ(Pass(), fault);
+  EXPECT_EQ(Names("new"), "1.link 2.pipe 3.folder");
 }
 
 TEST_F(MaildirQueueTest, PassesTheHeaderOfAMailThatIsTooLarge) {
@@ -99,7 +105,9 @@ TEST_F(MaildirQueueTest, PassesTheHeaderOfAMailThatIsTooLarge) {
     EXPECT_EQ(mail.Bytes, "Subject: x\n\n");
     return mail.FaultOutcome == Outcome::Refused ? Outcome::Held : Outcome::Retry;
   };
-  EXPECT_EQ(Pass(), "(is larger than 128 MB: send it without attachments; only its header was read)");
+  EXPECT_EQ(
+      Pass(),
+      "(The mail is larger than 128 MB, so only its header was read. Send it again without attachments.)");
   EXPECT_EQ(Names("cur"), "1.large:2,S");
 }
 

@@ -343,7 +343,7 @@ TEST_F(ServerQueue, PassesTheHeaderOfAMailThatIsTooLargeAndNeverDeletesIt) {
       EXPECT_EQ(mail.Bytes, "Subject: large\r\n\r\n");
       return mail.FaultOutcome == Outcome::Refused ? Outcome::Held : Outcome::Retry;
     };
-    EXPECT_NE(Pass(*queue).find("(is larger than 128 MB"), std::string::npos);
+    EXPECT_NE(Pass(*queue).find("(The mail is larger than 128 MB"), std::string::npos);
     EXPECT_EQ(Pass(*queue), "");
     EXPECT_EQ(Files(mailbox_), 1U);
   }

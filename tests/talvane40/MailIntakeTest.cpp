@@ -76,6 +76,16 @@ TEST_F(Intake, StoresTheReplyOfAMailOnce) {
   EXPECT_EQ(world.Replies().size(), 2U);
 }
 
+TEST_F(Intake, RefusesAnotherAuthorThanTheExpectedOne) {
+  intake.Begin(u"1", 2);
+  EXPECT_PRED2(Holds, FailureText([&] { Reply(*project, u"s", u"b"); }), "Deliver the mail again");
+  EXPECT_EQ(intake.End(), IntakeResult::Nothing);
+  EXPECT_FALSE(intake.IsStored(u"1"));
+  intake.Begin(u"1", 1);
+  Reply(*project, u"s", u"b");
+  EXPECT_EQ(intake.End(), IntakeResult::Stored);
+}
+
 TEST_F(Intake, AMailIsForgottenAtTheNextOneAndWithItsObjectAndConcernsNoOtherThread) {
   intake.Begin(u"1");
   EXPECT_EQ(Deliver(intake, *project, u"2"), IntakeResult::Stored);
