@@ -88,6 +88,14 @@ bool TakeVersion(std::string& method) {
 
 }  // namespace
 
+bool IsServerName(std::string_view name) {
+  const auto isPart = [](char c) {
+    return static_cast<unsigned char>(c) > ' ' && c != '\x7f' &&
+           std::string_view("();\"").find(c) == std::string_view::npos;
+  };
+  return !name.empty() && std::ranges::all_of(name, isPart);
+}
+
 std::string_view MethodResult::Domain(std::string_view property) const {
   const auto found =
       std::ranges::find(Properties, property, [](const auto& p) { return std::string_view(p.first); });

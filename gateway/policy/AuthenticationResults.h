@@ -9,6 +9,9 @@
 
 namespace Gateway {
 
+// True for a name that can be an authserv-id. A name with a blank, for example, would never be found.
+bool IsServerName(std::string_view name);
+
 // The result of one method, such as "spf=pass smtp.mailfrom=ann@x.org".
 struct MethodResult {
   std::string Method;  // in lower case, without its version

@@ -7,6 +7,7 @@
 #include <array>
 #include <cerrno>
 
+#include "gateway/policy/AuthenticationResults.h"
 #include "mime/Limits.h"
 #include "platform/StoredNames.h"
 #include "runtime/RegistryStore.h"
@@ -57,8 +58,12 @@ void ReadDelivery(SettingsSection& section, DeliverySettings& delivery) {
   ReadPolicy(section, "strangers", policy.PostStrangers);
   ReadPolicy(section, "automatic", policy.PostAutomatic);
   ReadPolicy(section, "empty", policy.PostEmpty);
-  if (const auto server = section.Text("require-authenticated", true))
+  if (const auto server = section.Text("require-authenticated", true)) {
     policy.RequireAuthenticated = FromUtf8(*server);
+    if (!server->empty() && !IsServerName(*server))
+      section.Refuse("require-authenticated",
+                     TextOf(TextNumber::kSettingNotUsable, u"require-authenticated"));
+  }
   constexpr int kLargestMegabytes = Mime::kLargestMail >> 20;
   if (const auto megabytes = section.Number("size-limit", 1, kLargestMegabytes))
     policy.SizeLimit = static_cast<std::size_t>(*megabytes) << 20;

@@ -101,6 +101,8 @@ void AddToFile(const String& mailbox, const MailboxStatus& added) {
   const Runtime::Descriptor file(open(path.c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0600));
   if (!file || flock(file.Number(), LOCK_EX) != 0) RaiseFolderDenied(path, errno);
   MailboxStatus status = StatusOf(ContentOf(file, path));
+  // Written while the clock was wrong. Nothing would be counted until that day.
+  if (status.Day > Today()) status.Day.clear();
   status.Add(added);
   const std::string text = TextOf(status);
   const ssize_t written = pwrite(file.Number(), text.data(), text.size(), 0);

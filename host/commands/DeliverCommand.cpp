@@ -3,6 +3,7 @@
 #include <memory>
 
 #include "gateway/delivery/Delivery.h"
+#include "gateway/policy/AuthenticationResults.h"
 #include "gateway/service/Configuration.h"
 #include "gateway/service/MailboxStatus.h"
 #include "gateway/sources/StopSignal.h"
@@ -138,8 +139,7 @@ int DeliverOrKeep(const DeliverOptions& options) {
 
 // An empty name would turn the check off.
 std::string FaultOfServer(const std::string& name) {
-  const bool good = !name.empty() && name.find_first_of(" \t;") == std::string::npos;
-  return good
+  return Gateway::IsServerName(name)
              ? ""
              : "is the name that your mail server writes into Authentication-Results, such as mx.example.org";
 }

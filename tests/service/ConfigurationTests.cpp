@@ -123,9 +123,11 @@ TEST_F(ConfigurationFile, NamesThePlaceOfEachError) {
         "6:1: strangers has to be one of these words, in quotation marks: refuse, post.",
         "7:1: automatic has to", "8:1: empty has to",
         "9:1: held-days has to be a whole number of the range 1-3650."}},
-      {"[defaults]\nname = 'x'\nfolder = '/x'\nsize-limit = '25'\nsize-limits = 129\n",
+      {"[defaults]\nname = 'x'\nfolder = '/x'\nsize-limit = '25'\nsize-limits = 129\nrequire-authenticated = "
+       "'a b'\n",
        {"2:1: There is no setting name", "3:1: There is no setting folder",
-        "4:1: size-limit has to be a whole", "5:1: There is no setting size-limits"}},
+        "4:1: size-limit has to be a whole", "5:1: There is no setting size-limits",
+        "6:1: require-authenticated is empty"}},
       {"[[mailbox]]\n[[mailbox]]\nname = ''\n[[mailbox]]\nname = \"a\\nb\"\n[[mailbox]]\nname = 'a\\b'\n"
        "[[mailbox]]\nname = 5\n",
        {"1:1: The setting name is missing.", "3:1: name is empty, ", "5:1: name is empty, ",
