@@ -53,10 +53,13 @@ stop; replies; ls md/cur md/new; grep -c event=failing log; tvmail status >/dev/
 tvmail status apollo --json | grep -o '"counts.*"held":1,'; tvmail status apollo | head -1
 # written while the clock was wrong
 sed -i 's/^day .*/day 2999-01-01/' home/status/apollo; mail d; tvmail fetch apollo >/dev/null
-tvmail status apollo | grep -o '1 delivered, 0 duplicate')bash"),
+tvmail status apollo | grep -o '1 delivered, 0 duplicate'
+serve; until_true logged event=started 4; sleep 0.2
+touch -d '-91 days' home/held/apollo/new/*; touch -d '-2 days' home/held/apollo/expired
+mail e; until_true empty home/held/apollo/new; stop)bash"),
             "apollo  ok  served\n1\n1\nended 0\na-end\nb-end\nmd/cur:\na:2,S\nb:2,S\nc:2,S\n\nmd/new:\n1\n"
             "status 75\n\"counts\":{\"delivered\":2,\"duplicate\":0,\"refused\":0,\"held\":1,\"retry\":0},"
-            "\"held\":1,\napollo  ok\n1 delivered, 0 duplicate\n");
+            "\"held\":1,\napollo  ok\n1 delivered, 0 duplicate\nended 0\n");
 }
 
 TEST_F(Serve, StoresEachMailOnceWhateverKillsIt) {
