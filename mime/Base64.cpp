@@ -20,4 +20,11 @@ void Base64Decoder::Finish(std::string& bytes) {
   pending_ = 0;
 }
 
+std::string EncodeBase64(std::string_view bytes) {
+  gchar* const encoded = g_base64_encode(reinterpret_cast<const guchar*>(bytes.data()), bytes.size());
+  std::string text(encoded);
+  g_free(encoded);
+  return text;
+}
+
 }  // namespace Mime

@@ -1,4 +1,4 @@
-// Base64: a decoder for data that arrives in pieces.
+// Base64: a decoder for data that arrives in pieces, and an encoder.
 #pragma once
 
 #include <string>
@@ -20,5 +20,8 @@ class Base64Decoder {
   int state_ = 0;
   unsigned pending_ = 0;
 };
+
+// The bytes in base64, with padding and without line ends (RFC 4648 section 4). Any thread.
+std::string EncodeBase64(std::string_view bytes);
 
 }  // namespace Mime

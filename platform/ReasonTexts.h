@@ -154,6 +154,11 @@ inline constexpr std::int32_t kAddressOptionMissing = 21157;
 inline constexpr std::int32_t kNoChangeGiven = 21158;
 inline constexpr std::int32_t kMailboxKeepsPassword = 21159;
 inline constexpr std::int32_t kMailboxKeepsUser = 21160;
+inline constexpr std::int32_t kExportExists = 21161;
+inline constexpr std::int32_t kExportForeign = 21162;
+inline constexpr std::int32_t kPageDiscussions = 21163;
+inline constexpr std::int32_t kPageReplies = 21164;
+inline constexpr std::int32_t kPageAllDiscussions = 21165;
 
 // Why a source of deliver can't be read.
 inline constexpr std::int32_t kLargerThanMegabytes = 21170;
@@ -312,6 +317,11 @@ inline constexpr CatalogueText kReasonTexts[] = {{kNoSpaceLeft},
                                                  {kNoChangeGiven},
                                                  {kMailboxKeepsPassword, 2},
                                                  {kMailboxKeepsUser, 2},
+                                                 {kExportExists, 1},
+                                                 {kExportForeign, 1},
+                                                 {kPageDiscussions},
+                                                 {kPageReplies, 1},
+                                                 {kPageAllDiscussions},
                                                  {kLargerThanMegabytes, 1},
                                                  {kNoMbox},
                                                  {kStandardInputClosed},

@@ -1,8 +1,7 @@
-// tvmail project: creates projects, adds discussions, and shows their content.
+// tvmail project: creates projects and adds discussions; other files add the other subcommands.
 #include <CLI/CLI.hpp>
 #include <filesystem>
 #include <iostream>
-#include <sstream>
 
 #include "host/AbsolutePath.h"
 #include "host/CommandError.h"
@@ -27,6 +26,14 @@ String ExistingProject(const std::string& file) {
   return AbsolutePath(file);
 }
 
+ProjectDescription Selected(ProjectDescription project, std::optional<std::int32_t> discussion) {
+  if (!discussion) return project;
+  std::erase_if(project.Discussions, [&](const auto& each) { return each.Number != *discussion; });
+  if (project.Discussions.empty())
+    throw CommandError(DataRefused, TextNumber::kDiscussionUnknown, FromUtf8(std::to_string(*discussion)));
+  return project;
+}
+
 namespace {
 
 struct ProjectOptions {
@@ -36,7 +43,6 @@ struct ProjectOptions {
   std::string Address;
   std::optional<std::string> PasswordFile;
   std::string Title;
-  bool Json = false;
 };
 
 int Create(const ProjectOptions& options) {
@@ -53,65 +59,6 @@ int Create(const ProjectOptions& options) {
 int AddDiscussion(const ProjectOptions& options) {
   const String path = ExistingProject(options.File);
   std::cout << Administration().AddDiscussion(path, ArgumentText(options.Title)) << '\n';
-  return Done;
-}
-
-JsonObject Describe(const DescribedReply& reply) {
-  return JsonObject()
-      .Add("subject", reply.Subject)
-      .Add("body", reply.Body)
-      .Add("user", reply.UserName)
-      .Add("at", reply.At);
-}
-
-JsonObject Describe(const DescribedDiscussion& discussion);
-
-template <class Element>
-JsonArray DescribeAll(const std::vector<Element>& elements) {
-  JsonArray array;
-  for (const Element& element : elements) array.Add(Describe(element));
-  return array;
-}
-
-JsonObject Describe(const DescribedDiscussion& discussion) {
-  return JsonObject()
-      .Add("number", discussion.Number)
-      .Add("title", discussion.Title)
-      .Add("replies", DescribeAll(discussion.Replies));
-}
-
-void PrintJson(const ProjectDescription& project) {
-  std::cout << JsonObject()
-                   .Add("name", project.Name)
-                   .Add("users", UsersJson(project.Users))
-                   .Add("discussions", DescribeAll(project.Discussions))
-                   .Text()
-            << '\n';
-}
-
-void Print(const DescribedReply& reply) {
-  std::cout << "  * " << TerminalText(reply.Subject) << " (" << TerminalText(reply.UserName) << ", "
-            << TerminalText(reply.At) << ")\n";
-  std::istringstream body(TerminalText(reply.Body));
-  for (std::string line; std::getline(body, line);) std::cout << "      " << line << '\n';
-}
-
-void PrintText(const ProjectDescription& project) {
-  std::cout << "Project " << TerminalText(project.Name) << "\n\nUsers\n";
-  for (const DescribedUser& user : project.Users)
-    std::cout << "  " << user.Key << "  " << TerminalText(user.Name) << " <" << TerminalText(user.Address)
-              << '>' << (user.MailAccepted ? "\n" : "  mail refused\n");
-  for (const DescribedDiscussion& discussion : project.Discussions) {
-    std::cout << "\nDiscussion " << discussion.Number << ": " << TerminalText(discussion.Title) << '\n';
-    if (discussion.Replies.empty()) std::cout << "  (no replies)\n";
-    for (const DescribedReply& reply : discussion.Replies) Print(reply);
-  }
-}
-
-int Show(const ProjectOptions& options) {
-  const String path = ExistingProject(options.File);
-  const ProjectDescription project = Administration().Describe(path);
-  options.Json ? PrintJson(project) : PrintText(project);
   return Done;
 }
 
@@ -133,12 +80,12 @@ void AddProjectCommand(CLI::App& program, Invocation& invocation) {
                      "File with the owner's password, - for standard input; without it the terminal asks");
 
   AddProjectUserCommands(*project, invocation);
+  AddProjectExportCommand(*project, invocation);
 
   CLI::App* discussion = add("add-discussion", "Add a discussion and print its number", AddDiscussion);
   discussion->add_option("--title", options->Title, "The discussion's title")->required();
 
-  CLI::App* show = add("show", "Show users, discussions and their replies", Show);
-  show->add_flag("--json", options->Json, "Print one JSON object");
+  AddProjectShowCommand(*project, invocation);
 }
 
 }  // namespace Host

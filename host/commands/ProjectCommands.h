@@ -3,6 +3,7 @@
 
 #include <CLI/CLI.hpp>
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -20,6 +21,10 @@ ProjectAdministration Administration();
 // The whole path of a project file. Raises a CommandError if it doesn't exist.
 String ExistingProject(const std::string& file);
 
+// The project with one discussion alone, or with all of them if no number is given. Raises a CommandError if
+// there is no such discussion.
+ProjectDescription Selected(ProjectDescription project, std::optional<std::int32_t> discussion);
+
 JsonArray UsersJson(const std::vector<DescribedUser>& users);
 
 // Adds a subcommand that takes a project's file, which is stored in options->File.
@@ -35,5 +40,7 @@ CLI::App* AddProjectCommand(CLI::App& project, Invocation& invocation, const cha
 }
 
 void AddProjectUserCommands(CLI::App& project, Invocation& invocation);
+void AddProjectShowCommand(CLI::App& project, Invocation& invocation);
+void AddProjectExportCommand(CLI::App& project, Invocation& invocation);
 
 }  // namespace Host

@@ -4,12 +4,9 @@
 #include <unistd.h>
 
 #include <algorithm>
-#include <array>
-#include <csignal>
-#include <cstdio>
-#include <cstdlib>
 #include <fstream>
 
+#include "host/terminal/Pager.h"
 #include "mime/HtmlText.h"
 #include "platform/TerminalText.h"
 
@@ -19,7 +16,6 @@ namespace {
 
 constexpr std::size_t kLargestPage = 1 << 20;  // in bytes; far above any page
 constexpr std::size_t kWidest = 80;            // in columns; longer lines are hard to read
-constexpr const char* kPagers = "if command -v less >/dev/null; then exec less; else exec more; fi";
 
 bool IsWide(char16_t c) {
   return (c >= 0x1100 && c < 0x1160) || (c >= 0x2E80 && c < 0xD800) || (c >= 0xF900 && c < 0xFB00) ||
@@ -42,35 +38,6 @@ std::size_t FittingLength(StringView line, std::size_t columns) {
     if (IsWide(line[i])) breakAt = i + 1;
   }
   return line.size();
-}
-
-// Signals for the pager, and SIGPIPE when it ends, don't end the program.
-class SignalsIgnoredForPager {
- public:
-  SignalsIgnoredForPager() {
-    for (std::size_t i = 0; i < kSignals.size(); ++i) before_[i] = std::signal(kSignals[i], SIG_IGN);
-  }
-  SignalsIgnoredForPager(const SignalsIgnoredForPager&) = delete;
-  SignalsIgnoredForPager& operator=(const SignalsIgnoredForPager&) = delete;
-  ~SignalsIgnoredForPager() {
-    for (std::size_t i = 0; i < kSignals.size(); ++i) std::signal(kSignals[i], before_[i]);
-  }
-
- private:
-  static constexpr std::array kSignals = {SIGINT, SIGQUIT, SIGPIPE};
-  std::array<void (*)(int), kSignals.size()> before_{};
-};
-
-bool ShowInPager(const std::string& text) {
-  const char* wanted = std::getenv("PAGER");
-  setenv("LESS", "FRX", 0);  // a short page is left on the screen
-  const SignalsIgnoredForPager signals;
-  std::FILE* pager = popen(wanted && *wanted ? wanted : kPagers, "w");
-  if (!pager) return false;
-  std::fwrite(text.data(), 1, text.size(), pager);
-  constexpr int kNotFound = 127;
-  const int status = pclose(pager);
-  return !(WIFEXITED(status) && WEXITSTATUS(status) == kNotFound);
 }
 
 }  // namespace
@@ -99,8 +66,9 @@ bool ShowHelpText(const Terminal& terminal, const std::string& file) {
   const String text = Mime::HtmlToText(Platform::FromUtf8(bytes)) + u"\n";
   if (!terminal.Interactive()) {
     terminal.Write(text);
-  } else if (const String page = Wrapped(text, Columns()); !ShowInPager(Platform::TerminalText(page))) {
-    terminal.Write(page);
+  } else {
+    const std::string page = Platform::TerminalText(Wrapped(text, Columns()));
+    ShowPaged(terminal, [&](const PageWriter& write) { write(page); });
   }
   return true;
 }

@@ -100,14 +100,9 @@ std::vector<DescribedReply> ProjectAdministration::RepliesAfter(StringView path,
 
 ProjectDescription ProjectAdministration::Describe(StringView path) const {
   ProjectDescription project = Outline(path);
-  for (DescribedDiscussion& discussion : project.Discussions) {
-    std::vector<DescribedReply>& replies = discussion.Replies;
-    for (;;) {
-      const auto more = RepliesAfter(path, discussion.Number, replies.empty() ? 0 : replies.back().Number);
-      if (more.empty()) break;
-      replies.insert(replies.end(), more.begin(), more.end());
-    }
-  }
+  for (DescribedDiscussion& discussion : project.Discussions)
+    EachReply(path, discussion.Number,
+              [&](const DescribedReply& reply) { discussion.Replies.push_back(reply); });
   return project;
 }
 

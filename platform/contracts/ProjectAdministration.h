@@ -117,7 +117,16 @@ class ProjectAdministration : public ObjectProxy {
   // million characters. Empty after the last one, and for a discussion that doesn't exist.
   std::vector<DescribedReply> RepliesAfter(StringView path, std::int32_t discussion,
                                            std::int32_t after) const;
-  // The whole project in memory. A program that shows it reads the replies with RepliesAfter.
+  // Calls take with each reply of a discussion, in order. Only the replies of one RepliesAfter are in memory.
+  template <class Take>
+  void EachReply(StringView path, std::int32_t discussion, Take take) const {
+    std::vector<DescribedReply> replies;
+    do {
+      replies = RepliesAfter(path, discussion, replies.empty() ? 0 : replies.back().Number);
+      for (const DescribedReply& reply : replies) take(reply);
+    } while (!replies.empty());
+  }
+  // The whole project in memory. A program that shows it reads the replies with EachReply.
   ProjectDescription Describe(StringView path) const;
 };
 

@@ -77,7 +77,9 @@ TEST_F(Commands, AProjectIsShownAsOneJsonObject) {
                   {"project add-user 'Grüße.TVS' --name bob --email b@x.org --refuse-mail", 0, "2", ""},
                   {"project add-discussion 'Grüße.TVS' --title 'One'", 0, "1\n", ""},
                   {"project add-discussion 'Grüße.TVS' --title 'Two'", 0, "2\n", ""},
-                  {"project show 'Grüße.TVS'", 0, "mail refused", ""}});
+                  {"project show 'Grüße.TVS'", 0, "mail refused", ""},
+                  {"project show 'Grüße.TVS' --discussion 2", 0, "Discussion 2: Two\n  (no replies)\n", ""},
+                  {"project show 'Grüße.TVS' --discussion 3 --json", 65, "", "no discussion 3"}});
   EXPECT_EQ(
       "{\"name\":\"Grüße "
       "\\\"1\\\"\",\"users\":[{\"key\":1,\"name\":\"ann\",\"email\":\"ann@x.org\",\"mailAccepted\":true,"
@@ -116,6 +118,42 @@ TEST_F(MailboxCommands, AUserIsChangedAndRemovedAndKeepsTheReplies) {
       "{\"key\":3,\"name\":\"bob\",\"email\":\"b@y.org\",\"mailAccepted\":true,\"owner\":false,\"language\":"
       "\"\"}]\n",
       program.Run("project list-users apollo.TVS --json").Output);
+}
+
+TEST_F(MailboxCommands, AnExportIsReadAgainAndShowsHostileTextsAsText) {
+  program.Expect({{"project add-discussion apollo.TVS --title '</title><script>1</script>'", 0, "1", ""}});
+  Runtime::Database(program.File("apollo.db").string())
+      .Run(
+          "INSERT INTO replies (discussion, subject, body, user, at) VALUES "
+          "(1, 'Re: =?UTF-8?Q?a?=' || char(10) || 'Bcc: x', 'From ann' || char(13, 10) || '>From <b>', 1, "
+          "'2024-05-01T09:30:00.000Z'), (1, 'Größe', 'ü日本', 1, '2024-05-01T09:31:00.000Z')");
+  std::filesystem::create_directory(program.File("foreign"));
+  WriteFile(program.File("foreign/letter.txt"), "dear");
+  const std::string command = "project export apollo.TVS ";
+  program.Expect({{command + "--mbox m", 0, "Replies: 2", ""},
+                  {command + "--mbox m", 65, "", "--force"},
+                  {command + "--mbox m --force --discussion 1", 0, "discussions: 1", ""},
+                  {command + "--mbox m2 --discussion 9", 65, "", "no discussion 9"},
+                  {command + "--html pages", 0, "Replies: 2", ""},
+                  {command + "--html pages", 65, "", "--force"},
+                  {command + "--html pages/ --force", 0, "Replies: 2", ""},
+                  {command + "--html foreign --force", 65, "", "no export has written"},
+                  {command + "--html none/pages", 75, "", "none/pages"},
+                  {command, 64, "", "--html"}});
+  const std::string mails = ReadFile(program.File("m")),
+                    page = ReadFile(program.File("pages/discussion-1.html"));
+  for (const char* part :
+       {"From MAILER-DAEMON Wed May  1 09:30:00 2024\nDate: Wed, 01 May 2024 09:30:00 +0000\n",
+        "\n\n>From ann\n>>From <b>\n\n", "\nFrom: ann <ann@example.org>\n",
+        ".1.2@talvane.invalid>\nIn-Reply-To: <", "\n\nw7zml6XmnKwK\n"})
+    EXPECT_PRED2(Holds, mails, part);
+  for (const char* part : {"\nBcc", "?Q?a?="}) EXPECT_EQ(std::string::npos, mails.find(part));
+  EXPECT_PRED2(Holds, page, "<h1 lang=\"\" dir=\"auto\">&lt;/title&gt;&lt;script&gt;1&lt;/script&gt;</h1>");
+  EXPECT_PRED2(Holds, page, "From ann\n&gt;From &lt;b&gt;</div>");
+  EXPECT_PRED2(Holds, page, "default-src 'none'; style-src 'sha256-");
+  EXPECT_EQ("dear", ReadFile(program.File("foreign/letter.txt")));
+  EXPECT_EQ("", program.Shell("ls -A | grep -e .talvane -e m2").Output);
+  program.Expect({{"deliver Apollo m --strangers post", 65, "2 refused", ""}});
 }
 
 TEST_F(MailboxCommands, WhatIsRefusedChangesNothing) {

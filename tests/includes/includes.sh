@@ -8,7 +8,8 @@ cd "$1"
 # platform/, no folder includes one of a line above its own, so that there is no circle.
 folders='
 host/main.cpp: host* platform runtime
-host/commands: host host/options host/terminal gateway* mime platform* runtime
+host/commands: host host/export host/options host/terminal gateway* mime platform* runtime
+host/export: gateway/delivery mime platform* runtime
 host/options: host host/terminal platform* runtime
 host/terminal: host mime platform* runtime
 host: gateway* mime platform* runtime
