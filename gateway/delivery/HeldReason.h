@@ -11,6 +11,10 @@ namespace Gateway {
 using Platform::String;
 using Platform::StringView;
 
+// The rule of a mail of which only the header was read and is held, since the mail is beyond kLargestMail. It
+// is never handed over: its reply would be empty, and the whole mail a duplicate of it.
+inline constexpr const char* kHeaderOnlyRule = "header";
+
 struct HeldReason {
   std::string Rule;  // the rule's name, as in MailResult
   String Reason;     // for people

@@ -90,7 +90,7 @@ void MailProcessor::Work::Process(const RawMail& raw, MailResult& result) {
   if (!raw.Fault.empty()) {
     result.Result = raw.FaultOutcome;
     result.Reason = Platform::FromUtf8(raw.Fault);
-    if (raw.FaultOutcome == Outcome::Refused) result.Rule = kLimitRule;
+    if (raw.FaultOutcome == Outcome::Refused) result.Rule = raw.Bytes.empty() ? kLimitRule : kHeaderOnlyRule;
     return;
   }
   if (const auto refusal = RefuseSize(raw.Bytes.size(), settings_.Policy))

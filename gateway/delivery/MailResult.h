@@ -22,7 +22,7 @@ struct MailResult {
   String Reason;
 
   // Which rule refused the mail, for logs: "size", "automatic", "authentication", "strangers", "empty",
-  // "limit" for a limit of the reader, or "component". Empty if none did.
+  // "limit" for a limit of the reader, "header" if no more was read, or "component". Empty if none did.
   std::string Rule;
 
   bool ReplyStored = false;  // a reply was stored now; false for a duplicate

@@ -43,7 +43,7 @@ constexpr const char* kRetryNotes =
     R"(The mails are processed again by the rules of their mailbox, the oldest first: use it after a user was added or
 a setting changed. What is delivered, or was before, leaves the held mails. What is still refused stays with its
 new reason. With --post the mails are handed over whoever sent them: strangers, programs, empty replies, without a
-proof of the origin, of any size.
+proof of the origin, of any size. Of a mail of more than 128 MB only the header is held, so it stays refused.
 
 Exit codes: 0 no mail was refused, 65 a mail is still refused, 75 a mail has to be tried again, or a signal ended
 the work before the last one.)";
@@ -214,6 +214,10 @@ std::optional<Gateway::MailResult> RetryMail(const HeldPlace& place, const Gatew
     std::optional<std::string> bytes = Gateway::BytesOf(place);
     if (!bytes) return std::nullopt;
     raw.Bytes = std::move(*bytes);
+    if (former.Rule == Gateway::kHeaderOnlyRule) {
+      raw.Fault = ToUtf8(former.Reason);
+      raw.FaultOutcome = Gateway::Outcome::Refused;
+    }
   } catch (const std::bad_alloc&) {
     raw.Fault = Runtime::SystemReason(ENOMEM);
   } catch (const Failure& failure) {
