@@ -42,6 +42,8 @@ inline constexpr std::int32_t kWouldBeTooLarge = 21033;
 inline constexpr std::int32_t kNotReleased = 21034;
 inline constexpr std::int32_t kNotSaved = 21035;
 inline constexpr std::int32_t kSavedUnsafely = 21036;
+inline constexpr std::int32_t kHomeIsRelative = 21037;
+inline constexpr std::int32_t kNoHomeFolder = 21038;
 
 // Why a database or the registry can't be used.
 inline constexpr std::int32_t kNoDatabase = 21040;
@@ -215,6 +217,8 @@ inline constexpr CatalogueText kReasonTexts[] = {{kNoSpaceLeft},
                                                  {kNotReleased, 2},
                                                  {kNotSaved, 2},
                                                  {kSavedUnsafely, 2},
+                                                 {kHomeIsRelative, 1},
+                                                 {kNoHomeFolder},
                                                  {kNoDatabase, 1},
                                                  {kDatabaseDamaged, 1},
                                                  {kDatabaseInUse, 1},

@@ -11,9 +11,17 @@
 #include <mutex>
 
 #include "platform/Failure.h"
+#include "platform/ReasonTexts.h"
+#include "runtime/Texts.h"
 
 namespace Runtime {
 namespace {
+
+namespace TextNumber = Platform::TextNumber;
+
+[[noreturn]] void Refuse(std::int32_t text, Platform::StringView argument = {}) {
+  throw Platform::Failure(Platform::FailureNumber::PathNotFound, u"Runtime.Folders", TextOf(text, argument));
+}
 
 std::string Variable(const char* name) {
   const char* value = std::getenv(name);
@@ -47,10 +55,7 @@ const std::string& PathOfLoaded(const char* name) {
 std::string HomePath() {
   if (const std::string home = Variable("TALVANE_HOME"); !home.empty()) {
     // A relative path would depend on the working folder.
-    if (home.front() != '/')
-      Platform::Raise(
-          Platform::FailureNumber::PathNotFound,
-          u"TALVANE_HOME is " + Platform::FromUtf8(home) + u"; set it to an absolute path, beginning with /");
+    if (home.front() != '/') Refuse(TextNumber::kHomeIsRelative, Platform::FromUtf8(home));
     return WithoutSeparatorAtEnd(home);
   }
   if (geteuid() == 0) return "/var/lib/talvane";
@@ -58,9 +63,7 @@ std::string HomePath() {
   if (const std::string data = Variable("XDG_DATA_HOME"); data.starts_with('/'))
     return WithoutSeparatorAtEnd(data) + "/talvane";
   const std::string home = UserFolder();
-  if (home.empty())
-    Platform::Raise(Platform::FailureNumber::PathNotFound,
-                    u"the user has no home folder; set TALVANE_HOME to a folder for the stores");
+  if (home.empty()) Refuse(TextNumber::kNoHomeFolder);
   return WithoutSeparatorAtEnd(home) + "/.local/share/talvane";
 }
 
