@@ -46,7 +46,8 @@ class Processor : public testing::Test {
   // The users of the project's replies.
   std::string Replies(StringView project) const {
     std::string users;
-    for (const auto& reply : projects.Describe(PathOf(project)).Discussions.at(0).Replies)
+    const ProjectDescription description = projects.Describe(PathOf(project));
+    for (const DescribedReply& reply : description.Discussions.at(0).Replies)
       users += Utf8(reply.UserName) + " ";
     return users;
   }
