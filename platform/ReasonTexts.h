@@ -161,6 +161,10 @@ inline constexpr std::int32_t kExportForeign = 21162;
 inline constexpr std::int32_t kPageDiscussions = 21163;
 inline constexpr std::int32_t kPageReplies = 21164;
 inline constexpr std::int32_t kPageAllDiscussions = 21165;
+inline constexpr std::int32_t kNothingPosted = 21166;
+inline constexpr std::int32_t kReplyNotUtf8 = 21167;
+inline constexpr std::int32_t kEditorFailed = 21168;
+inline constexpr std::int32_t kTextKept = 21169;
 
 // Why a source of deliver can't be read.
 inline constexpr std::int32_t kLargerThanMegabytes = 21170;
@@ -326,6 +330,10 @@ inline constexpr CatalogueText kReasonTexts[] = {{kNoSpaceLeft},
                                                  {kPageDiscussions},
                                                  {kPageReplies, 1},
                                                  {kPageAllDiscussions},
+                                                 {kNothingPosted},
+                                                 {kReplyNotUtf8},
+                                                 {kEditorFailed, 1},
+                                                 {kTextKept, 1},
                                                  {kLargerThanMegabytes, 1},
                                                  {kNoMbox},
                                                  {kStandardInputClosed},

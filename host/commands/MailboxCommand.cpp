@@ -11,7 +11,7 @@
 #include "host/Mailboxes.h"
 #include "host/PostfixMap.h"
 #include "host/Stores.h"
-#include "host/commands/Command.h"
+#include "host/commands/MailboxShowCommand.h"
 #include "host/options/OptionToolkit.h"
 #include "host/options/SendOptions.h"
 #include "host/terminal/Secret.h"
@@ -253,6 +253,8 @@ void AddMailboxCommand(CLI::App& program, Invocation& invocation) {
   remove->add_flag("--force", *force, "Delete the record even if the project's settings can't be removed");
   remove->callback(
       [&invocation, options, force] { invocation.Run = [=] { return Delete(options->Name, *force); }; });
+
+  AddMailboxShowCommand(*mailbox, invocation);
 
   CLI::App* list = mailbox->add_subcommand("list", "List the mailboxes");
   auto json = std::make_shared<bool>(false);

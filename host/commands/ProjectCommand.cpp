@@ -80,6 +80,7 @@ void AddProjectCommand(CLI::App& program, Invocation& invocation) {
                      "File with the owner's password, - for standard input; without it the terminal asks");
 
   AddProjectUserCommands(*project, invocation);
+  AddProjectPostCommand(*project, invocation);
   AddProjectExportCommand(*project, invocation);
 
   CLI::App* discussion = add("add-discussion", "Add a discussion and print its number", AddDiscussion);

@@ -41,6 +41,7 @@ CLI::App* AddProjectCommand(CLI::App& project, Invocation& invocation, const cha
 
 void AddProjectUserCommands(CLI::App& project, Invocation& invocation);
 void AddProjectShowCommand(CLI::App& project, Invocation& invocation);
+void AddProjectPostCommand(CLI::App& project, Invocation& invocation);
 void AddProjectExportCommand(CLI::App& project, Invocation& invocation);
 
 }  // namespace Host

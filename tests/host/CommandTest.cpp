@@ -109,7 +109,16 @@ TEST_F(MailboxCommands, AUserIsChangedAndRemovedAndKeepsTheReplies) {
        {"project set-password" + project + "Ann --password-file wrong", 0, "Ann", "mailbox Apollo opens"},
        {"project set-user" + project + "ann --name Ada", 0, "Ada", "as user ann, who"},
        {"mailbox change Apollo --user Ada --password-file wrong", 0, "bound", ""},
+       {"project add-discussion apollo.TVS --title Plan", 0, "1", ""},
+       {"project post" + project + "BOB --discussion 1 -", 0, "1\n", "", "\xEF\xBB\xBF  Grüße\nB.\r\n \n"},
+       {"project post" + project + "bob --discussion 1", 65, "", "empty", " \n"},
+       {"project post" + project + "bob --discussion 1", 65, "", "UTF-8", "\xE4"},
+       {"project post" + project + "bob --discussion 1", 65, "", "1000000", std::string(1000001, 'x')},
+       {"project post" + project + "bob --discussion 2 password", 65, "", "no discussion 2"},
+       {"project post" + project + "eve --discussion 1 password", 65, "", "no user eve"},
+       {"project post" + project + "bob --discussion 1 none", 65, "", "none"},
        {"project remove-user" + project + "bob", 0, "replies of this user are kept", ""},
+       {"project show apollo.TVS --json", 0, "\"body\":\"  Grüße\\u000D\\nB.\",\"user\":\"Bob\"", ""},
        {"project remove-user" + project + "bob", 65, "", "no user bob"},
        {"project add-user apollo.TVS --name bob --email b@y.org", 0, "3", ""}});
   EXPECT_EQ(
@@ -189,6 +198,18 @@ TEST_F(MailboxCommands, AMailboxIsListedWithTheAbsolutePathOfItsProjectAlsoAfter
   EXPECT_EQ("[{\"name\":\"Apollo\",\"projectPath\":\"" + program.File("apollo.TVS").string() +
                 "\",\"userId\":\"ann\"}]\n",
             program.Run("mailbox list --json").Output);
+}
+
+TEST_F(MailboxCommands, AMailboxIsShownWithWhatIsMissing) {
+  EXPECT_EQ("{\"name\":\"Apollo\",\"projectPath\":\"" + program.File("apollo.TVS").string() +
+                "\",\"userId\":\"ann\",\"transport\":\"smtp\",\"profile\":\"\",\"host\":\"mx.example.org\","
+                "\"address\":\"talvane@example.org\",\"realName\":\"\",\"missing\":[],\"problem\":\"\"}\n",
+            program.Run("mailbox show apollo --json").Output);
+  program.Store(Hive::LocalMachine, String(RegistryPath::kMailBoxes) + u"\\Half", MailBoxValue::kProjectPath,
+                {1, u"/none.TVS"});
+  program.Expect({{"mailbox show Half", 0, "Missing:      userId, password: add", ""},
+                  {"mailbox show Half", 0, "Problem:      /none.TVS", ""},
+                  {"mailbox show none", 78, "", "none"}});
 }
 
 TEST_F(MailboxCommands, APathThroughALinkIsTheFileThatTheSystemOpens) {

@@ -51,6 +51,28 @@ TEST_F(DialogTest, EndsWithTheInputOrItsCancelAndTakesNoPathFromThePresentFolder
   EXPECT_EQ("[]\n", program.Run("mailbox list --json").Output);
 }
 
+TEST_F(DialogTest, PostsTheTextThatTheEditorLeavesAndKeepsOneThatIsRefused) {
+  program.Expect({{"project add-discussion apollo.TVS --title Plan", 0, "1", ""}});
+  const std::string folder = std::filesystem::temp_directory_path().string();
+  setenv("TMPDIR", program.File("").c_str(), 1);
+  const struct {
+    std::string Editor;
+    int Exit;
+    const char* Shown;
+  } cases[] = {{"printf 'Hi' >", 0, "1\r\n"},
+               {":", 75, "the text is empty: nothing was stored"},
+               {"false", 75, "the editor failed"},
+               {"printf '\\344' >", 65, "the text is kept in "}};
+  for (const auto& [editor, exit, shown] : cases) {
+    WriteFile(program.File("editor"), editor + " \"$1\"\n");
+    setenv("VISUAL", ("sh " + program.File("editor").string()).c_str(), 1);
+    EXPECT_PRED2(Holds, program.OnTerminal("project post apollo.TVS --discussion 1 --user ann", {}, exit),
+                 shown);
+  }
+  unsetenv("VISUAL");
+  setenv("TMPDIR", folder.c_str(), 1);
+}
+
 TEST_F(DialogTest, TakesAPasswordThatIsAHyphen) {
   WriteFile(program.File("hyphen"), "-");
   program.Expect({{"project create b.TVS --name B --user ann --password-file hyphen", 0, "Project B", ""},

@@ -1,0 +1,117 @@
+// tvmail mailbox show: a mailbox's record, how its project's mail is sent, and what is missing.
+#include <CLI/CLI.hpp>
+#include <iostream>
+#include <memory>
+
+#include "host/CommandError.h"
+#include "host/Mailboxes.h"
+#include "host/SendingSession.h"
+#include "host/commands/MailboxShowCommand.h"
+#include "platform/Json.h"
+#include "platform/TerminalText.h"
+
+namespace Host {
+
+namespace {
+
+struct ShownMailbox {
+  MailboxRecord Record;
+  SendSettings Send;
+  const char* Transport = "";
+  std::vector<const char*> Missing;  // by the names of the JSON object; "password" too, which isn't shown
+  String Problem;                    // why the project's settings can't be read
+};
+
+void FindMissing(ShownMailbox& mailbox) {
+  const auto require = [&](const String& value, const char* name) {
+    if (value.empty()) mailbox.Missing.push_back(name);
+  };
+  require(mailbox.Record.ProjectPath, "projectPath");
+  require(mailbox.Record.UserId, "userId");
+  require(mailbox.Record.EncodedPassword, "password");
+  if (mailbox.Record.ProjectPath.empty() || !mailbox.Problem.empty()) return;
+  require(mailbox.Send.Transport, "transport");
+  if (mailbox.Transport == std::string_view("mapi")) require(mailbox.Send.MapiProfile, "profile");
+  if (mailbox.Transport != std::string_view("smtp")) return;
+  require(mailbox.Send.HostName, "host");
+  require(mailbox.Send.Address, "address");
+}
+
+ShownMailbox Read(const String& name) {
+  ShownMailbox mailbox{.Record = RequireMailbox(name), .Send = {}, .Missing = {}, .Problem = {}};
+  if (!mailbox.Record.ProjectPath.empty()) {
+    try {
+      mailbox.Send = ReadSendSettings(mailbox.Record.ProjectPath);
+    } catch (const Failure& failure) {
+      mailbox.Problem = failure.Description();
+    }
+  }
+  if (!mailbox.Send.Transport.empty())
+    mailbox.Transport = mailbox.Send.Transport == MapiTransportName() ? "mapi" : "smtp";
+  FindMissing(mailbox);
+  return mailbox;
+}
+
+void PrintJson(const ShownMailbox& mailbox) {
+  JsonArray missing;
+  for (const char* name : mailbox.Missing) missing.Add(FromUtf8(name));
+  std::cout << JsonObject()
+                   .Add("name", mailbox.Record.Name)
+                   .Add("projectPath", mailbox.Record.ProjectPath)
+                   .Add("userId", mailbox.Record.UserId)
+                   .Add("transport", FromUtf8(mailbox.Transport))
+                   .Add("profile", mailbox.Send.MapiProfile)
+                   .Add("host", mailbox.Send.HostName)
+                   .Add("address", mailbox.Send.Address)
+                   .Add("realName", mailbox.Send.RealName)
+                   .Add("missing", missing)
+                   .Add("problem", mailbox.Problem)
+                   .Text()
+            << '\n';
+}
+
+void Line(const char* label, const String& value) {
+  std::cout << label << (value.empty() ? "(none)" : TerminalLine(value)) << '\n';
+}
+
+void PrintText(const ShownMailbox& mailbox) {
+  Line("Mailbox:      ", mailbox.Record.Name);
+  Line("Project:      ", mailbox.Record.ProjectPath);
+  Line("User:         ", mailbox.Record.UserId);
+  Line("Transport:    ", FromUtf8(mailbox.Transport));
+  if (mailbox.Transport == std::string_view("mapi")) {
+    Line("MAPI profile: ", mailbox.Send.MapiProfile);
+  } else {
+    Line("SMTP host:    ", mailbox.Send.HostName);
+    Line("Address:      ", mailbox.Send.Address);
+    Line("Real name:    ", mailbox.Send.RealName);
+  }
+  if (!mailbox.Problem.empty()) Line("Problem:      ", mailbox.Problem);
+  if (mailbox.Missing.empty()) return;
+  std::string missing;
+  for (const char* name : mailbox.Missing) missing += (missing.empty() ? "" : ", ") + std::string(name);
+  std::cout << "Missing:      " << missing
+            << (mailbox.Record.Complete() ? ": set it with tvmail mailbox change\n"
+                                          : ": add the mailbox again with tvmail mailbox add\n");
+}
+
+}  // namespace
+
+void AddMailboxShowCommand(CLI::App& mailbox, Invocation& invocation) {
+  CLI::App* command =
+      mailbox.add_subcommand("show", "Show a mailbox, how its project's mail is sent, and what is missing");
+  auto name = std::make_shared<std::string>();
+  auto json = std::make_shared<bool>(false);
+  command->add_option("NAME", *name, "The mailbox's name")->required();
+  command->add_flag("--json", *json, "Print one JSON object");
+  command->footer("The password isn't shown. tvmail check tries whether it opens the project.");
+  command->callback([&invocation, name, json] {
+    invocation.Run = [name, json] {
+      const ShownMailbox shown = Read(ArgumentText(*name));
+      *json ? PrintJson(shown) : PrintText(shown);
+      return Done;
+    };
+  });
+}
+
+}  // namespace Host

@@ -1,0 +1,98 @@
+// tvmail project post: stores a reply that a user writes on this machine.
+#include <unistd.h>
+
+#include <CLI/CLI.hpp>
+#include <iostream>
+#include <iterator>
+#include <memory>
+
+#include "host/AbsolutePath.h"
+#include "host/CommandError.h"
+#include "host/commands/ProjectCommands.h"
+#include "host/terminal/EditedText.h"
+#include "host/terminal/Terminal.h"
+#include "platform/TerminalText.h"
+#include "runtime/DurableFile.h"
+
+namespace Host {
+
+namespace {
+
+// In bytes. A character takes up to three.
+constexpr std::size_t kLargestText = kLongestReply * 3 + 16;
+
+struct PostOptions {
+  std::string File;
+  std::int32_t Discussion = 0;
+  std::string User;
+  std::string Text;
+};
+
+std::string ReadStandardInput() {
+  std::string bytes;
+  for (char c; bytes.size() <= kLargestText && std::cin.get(c);) bytes += c;
+  if (std::cin.bad()) throw CommandError(TryAgain, TextNumber::kStandardInputClosed);
+  return bytes;
+}
+
+// Raises a CommandError for a blank text, which cancels, and for one that isn't UTF-8.
+String ReplyText(std::string bytes, ExitCode blank) {
+  constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
+  if (bytes.starts_with(kByteOrderMark)) bytes.erase(0, kByteOrderMark.size());
+  if (bytes.find_first_not_of(" \t\r\n") == std::string::npos)
+    throw CommandError(blank, TextNumber::kNothingPosted);
+  if (!IsUtf8(bytes)) throw CommandError(DataRefused, TextNumber::kReplyNotUtf8);
+  return FromUtf8(bytes);
+}
+
+// Checks discussion and user first, so that nobody writes a text in vain.
+void RequireDiscussionAndUser(const ProjectAdministration& projects, const String& path,
+                              const PostOptions& options, const String& user) {
+  const ProjectDescription project = Selected(projects.Outline(path), options.Discussion);
+  for (const DescribedUser& known : project.Users)
+    if (EqualsIgnoreCase(known.Name, Trim(user))) return;
+  throw CommandError(DataRefused, TextNumber::kUserUnknown, user);
+}
+
+int Post(const PostOptions& options) {
+  const String path = ExistingProject(options.File), user = ArgumentText(options.User);
+  const ProjectAdministration projects = Administration();
+  RequireDiscussionAndUser(projects, path, options, user);
+  const auto store = [&](const String& text) {
+    std::cout << projects.AddReply(path, options.Discussion, user, text) << '\n';
+  };
+  if (options.Text.empty() && Terminal().Interactive()) {
+    EditedText edited(kLargestText);
+    const bool blank = edited.Bytes().find_first_not_of(" \t\r\n") == std::string::npos;
+    try {
+      store(ReplyText(edited.Bytes(), Cancelled));
+    } catch (...) {
+      if (!blank) edited.Keep();
+      throw;
+    }
+  } else if (options.Text.empty() || options.Text == "-") {
+    store(ReplyText(ReadStandardInput(), DataRefused));
+  } else {
+    const std::string file = ToUtf8(AbsolutePath(options.Text));
+    store(ReplyText(Runtime::ReadSmallFile(file, kLargestText).Content, DataRefused));
+  }
+  return Done;
+}
+
+}  // namespace
+
+void AddProjectPostCommand(CLI::App& project, Invocation& invocation) {
+  auto options = std::make_shared<PostOptions>();
+  CLI::App* command = AddProjectCommand(project, invocation, "post",
+                                        "Store a user's reply and print its number", options, Post);
+  command->add_option("--discussion", options->Discussion, "The discussion's number")
+      ->type_name("NUMBER")
+      ->required();
+  command->add_option("--user", options->User, "The user who writes it")->required();
+  command->add_option("TEXTFILE", options->Text,
+                      "File with the text in UTF-8; - for standard input, which is read without a file, too");
+  command->footer(
+      "On a terminal without a TEXTFILE, the editor in VISUAL or EDITOR opens. An empty text cancels.");
+}
+
+}  // namespace Host
