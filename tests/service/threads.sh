@@ -3,11 +3,12 @@
 # starts mailboxes, and a stop. Fails if a data race is reported or a mail isn't delivered.
 #   threads.sh BUILD [MAILS]     BUILD: a folder of the preset tsan
 set -euo pipefail
+suppressions=$(realpath "$(dirname "$0")/threads.suppressions")
 program=$(realpath "$1/bin/tvmail") mails=${2:-20} mailboxes=8
 folder=$(mktemp -d)
 trap 'kill "${service:-}" 2>/dev/null || true; wait; rm -rf "$folder"' EXIT
 cd "$folder"
-export TALVANE_HOME="$folder/home" LC_ALL=C.UTF-8 TSAN_OPTIONS="exitcode=66 second_deadlock_stack=1"
+export TALVANE_HOME="$folder/home" LC_ALL=C.UTF-8 TSAN_OPTIONS="exitcode=66 second_deadlock_stack=1 suppressions=$suppressions"
 # Memory that GLib recycles by itself changes threads unseen: its locks are no calls that the sanitizer knows.
 export G_SLICE=always-malloc
 umask 077
