@@ -13,7 +13,6 @@ namespace Gateway {
 struct FilePlace {
   std::uint32_t Line = 1;
   std::uint32_t Column = 1;
-  friend auto operator<=>(const FilePlace&, const FilePlace&) = default;
 };
 
 struct SettingsNode {

@@ -1,6 +1,7 @@
 #include "gateway/service/SettingsSection.h"
 
 #include <algorithm>
+#include <utility>
 
 #include "platform/StoredNames.h"
 #include "runtime/Texts.h"
@@ -29,8 +30,10 @@ void SettingsProblems::Add(FilePlace place, const Platform::String& text) {
 
 std::vector<std::string> SettingsProblems::Lines() const {
   std::vector<Problem> sorted = problems_;
-  std::ranges::stable_sort(sorted, {}, &Problem::Place);
+  std::ranges::stable_sort(sorted, {},
+                           [](const Problem& p) { return std::pair(p.Place.Line, p.Place.Column); });
   std::vector<std::string> lines;
+  lines.reserve(sorted.size());
   for (const auto& [place, text] : sorted)
     lines.push_back(path_ + ":" + std::to_string(place.Line) + ":" + std::to_string(place.Column) + ": " +
                     text);

@@ -84,6 +84,7 @@ std::vector<Row> ReadRows(const ConfigurationOption& option) {
     }
   }
   std::vector<Row> rows;
+  rows.reserve(names.size());
   for (const String& name : names)
     rows.push_back({name, Gateway::ReadStatus(name), Gateway::ReadHeldSummary(name)});
   return rows;
