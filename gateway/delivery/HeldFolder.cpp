@@ -18,7 +18,6 @@ namespace {
 namespace fs = std::filesystem;
 
 constexpr std::size_t kIdLength = 16;
-constexpr std::string_view kDigits = "0123456789ABCDEF";
 
 }  // namespace
 
@@ -31,19 +30,7 @@ std::string HeldFolder(StringView mailbox) {
 }
 
 String MailboxOfFolder(const std::string& folder) {
-  const std::string name = fs::path(folder).filename().string();
-  std::string decoded;
-  for (std::size_t i = 0; i < name.size(); ++i) {
-    const std::size_t high = i + 2 < name.size() && name[i] == '%' ? kDigits.find(name[i + 1]) : kDigits.npos;
-    const std::size_t low = high == kDigits.npos ? high : kDigits.find(name[i + 2]);
-    if (low == kDigits.npos) {
-      decoded += name[i];
-    } else {
-      decoded += static_cast<char>(high << 4 | low);
-      i += 2;
-    }
-  }
-  return Platform::FromUtf8(decoded);
+  return MailboxOfFileName(fs::path(folder).filename().string());
 }
 
 std::vector<std::string> AllHeldFolders() {

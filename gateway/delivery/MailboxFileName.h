@@ -2,6 +2,7 @@
 #pragma once
 
 #include <string>
+#include <string_view>
 
 #include "platform/Text.h"
 
@@ -11,5 +12,9 @@ namespace Gateway {
 // two mailboxes never have the same file name, and none leads out of its folder. A name that would be too
 // long for a file system ends in its digest. Pure; any thread.
 std::string MailboxFileName(Platform::StringView mailbox);
+
+// The mailbox of such a name, in lower case; for one that ends in a digest, its beginning and the digest.
+// Pure; any thread.
+Platform::String MailboxOfFileName(std::string_view name);
 
 }  // namespace Gateway
