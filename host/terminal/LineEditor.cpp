@@ -225,6 +225,9 @@ std::optional<std::string> ReadEditedLine(const std::string& prompt) {
   el_wset(editor.get(), EL_ADDFN, L"complete-path", L"Complete a path", CompleteHere);
   el_wset(editor.get(), EL_BIND, L"^I", L"complete-path", nullptr);
   el_wset(editor.get(), EL_BIND, L"^^", L"ed-delete-next-char", nullptr);
+  // Ctrl-C and Ctrl-Z keep what was typed before: a character that is gone between poll and read would let
+  // read wait with all signals held.
+  el_wset(editor.get(), EL_SETTY, L"-d", L"+noflsh", nullptr);
   // Set before the prompt is shown, so that the terminal doesn't also edit what is typed at once.
   el_set(editor.get(), EL_PREP_TERM, 1);
   int length = 0;

@@ -31,7 +31,9 @@ class WithoutEcho {
     signals_.emplace();
     termios silent = before_;
     silent.c_lflag &= ~static_cast<tcflag_t>(ECHO);
-    silent.c_lflag |= ECHONL;
+    // Without NOFLSH, Ctrl-C could discard a line between poll and read; read would wait with all signals
+    // held.
+    silent.c_lflag |= ECHONL | NOFLSH;
     tcsetattr(STDIN_FILENO, TCSAFLUSH, &silent);
   }
   ~WithoutEcho() {
