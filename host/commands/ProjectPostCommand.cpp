@@ -59,7 +59,7 @@ int Post(const PostOptions& options) {
   const ProjectAdministration projects = Administration();
   RequireDiscussionAndUser(projects, path, options, user);
   const auto store = [&](const String& text) {
-    std::cout << projects.AddReply(path, options.Discussion, user, text) << '\n';
+    std::cout << projects.AddReply(path, options.Discussion, user, text, std::nullopt) << '\n';
   };
   if (options.Text.empty() && Terminal().Interactive()) {
     EditedText edited(kLargestText);

@@ -36,6 +36,7 @@ struct MailSender {
   bool Found = false;
   bool MailAccepted = false;  // false also if there is no such user
   std::int32_t UserKey = 0;   // 0 if there is no such user
+  String Language;            // as DescribedUser::Language
 };
 
 class MailIntake : public ObjectProxy {
@@ -62,7 +63,8 @@ class MailIntake : public ObjectProxy {
   MailSender FindSender(StringView address) const {
     const Value sender = Call(u"FindSender", address);
     if (sender.IsEmpty()) return {};
-    return {true, sender.ToArray().at(0).ToBool(), sender.ToArray().at(1).ToInt32()};
+    const Array& members = sender.ToArray();
+    return {true, members.at(0).ToBool(), members.at(1).ToInt32(), members.at(2).ToString()};
   }
 
   // From now on the first Discussion::Reply on this thread stores the key together with the reply, whichever

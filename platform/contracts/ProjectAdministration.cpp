@@ -70,6 +70,16 @@ Value DescribedReply::ToValue() const {
   return Array{Subject, Body, UserName, At, Number, UserKey, UserAddress};
 }
 
+Value NoticeRoute::ToValue() const {
+  return Array{Transport, Server, Address, RealName, Uid};
+}
+
+NoticeRoute NoticeRoute::FromValue(const Value& value) {
+  const Array& route = value.ToArray();
+  return {ElementOf(route, 0).ToInt32(), ElementOf(route, 1).ToString(), ElementOf(route, 2).ToString(),
+          ElementOf(route, 3).ToString(), ElementOf(route, 4).ToInt32()};
+}
+
 Value UserChange::ToValue() const {
   return Array{OptionalValue(Name), OptionalValue(Address), OptionalValue(MailAccepted),
                OptionalValue(Language)};

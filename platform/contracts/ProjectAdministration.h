@@ -57,6 +57,19 @@ struct DescribedDiscussion {
   std::vector<DescribedReply> Replies;  // in the order in which they were stored
 };
 
+// How the notices of a reply are sent that a user posts on this machine.
+struct NoticeRoute {
+  std::int32_t Transport = 0;  // of TransportId; 0: by the project's own settings
+  String Server;               // SMTP: the host, which may have a port; MAPI: the profile's name
+  String Address;              // SMTP: the sender's
+  String RealName;
+  std::int32_t Uid = 0;  // the system user who posted, to whom a profile belongs
+
+  // The members as an array, in their order.
+  Value ToValue() const;
+  static NoticeRoute FromValue(const Value& value);
+};
+
 // The longest text of a reply that AddReply takes, in characters: a book of 500 pages.
 inline constexpr std::size_t kLongestReply = 1'000'000;
 
@@ -105,9 +118,10 @@ class ProjectAdministration : public ObjectProxy {
   }
   // Stores a reply of the user, and returns its number. Line ends become CR LF, and those at the end of the
   // text are removed. The subject is the discussion's title. Raises 380 for a text that is blank, too long,
-  // or holds a NUL.
-  std::int32_t AddReply(StringView path, std::int32_t discussion, StringView user, StringView text) const {
-    return Call(u"AddReply", path, discussion, user, text).ToInt32();
+  // or holds a NUL. Its notices are due, by the route; none are without a route.
+  std::int32_t AddReply(StringView path, std::int32_t discussion, StringView user, StringView text,
+                        const std::optional<NoticeRoute>& route) const {
+    return Call(u"AddReply", path, discussion, user, text, route ? route->ToValue() : Value()).ToInt32();
   }
   // The project without the replies.
   ProjectDescription Outline(StringView path) const {

@@ -83,12 +83,12 @@ Value MailIntake::IsStored(std::span<Value> arguments) {
   return Opened().Database.IsMailStored(VettedKey(arguments[0]));
 }
 
-// Nothing, or whether mail of the user is accepted and the user's key.
+// Nothing, or whether mail of the user is accepted, the user's key and language.
 Value MailIntake::FindSender(std::span<Value> arguments) {
   OpenedFiles& files = Opened();
   const Sender* const sender = files.Senders.Find(files.Database, arguments[0].ToString());
   if (!sender) return {};
-  return Array{sender->MailAccepted, sender->UserKey};
+  return Array{sender->MailAccepted, sender->UserKey, sender->Language};
 }
 
 Value MailIntake::Begin(std::span<Value> arguments) {

@@ -98,7 +98,7 @@ const ProjectAdministration::Table& ProjectAdministration::Members() {
                               Method(u"RemoveUser", 2, &ProjectAdministration::RemoveUser),
                               Method(u"SetPassword", 3, &ProjectAdministration::SetPassword),
                               Method(u"AddDiscussion", 2, &ProjectAdministration::AddDiscussion),
-                              Method(u"AddReply", 4, &ProjectAdministration::AddReply),
+                              Method(u"AddReply", 5, &ProjectAdministration::AddReply),
                               Method(u"Outline", 1, &ProjectAdministration::Outline),
                               Method(u"RepliesAfter", 3, &ProjectAdministration::RepliesAfter)};
   return table;

@@ -25,7 +25,7 @@ void SenderDirectory::Read(ProjectDatabase& database) {
   senders.reserve(users.size());
   // Users come in the order of their keys, and the first one keeps an address.
   for (const DescribedUser& user : users)
-    senders.try_emplace(Compared(user.Address), Sender{user.MailAccepted, user.Key});
+    senders.try_emplace(Compared(user.Address), Sender{user.MailAccepted, user.Key, user.Language});
   senders_ = std::move(senders);
   version_ = version;
 }

@@ -10,6 +10,7 @@ namespace Talvane40 {
 struct Sender {
   bool MailAccepted;
   std::int32_t UserKey;
+  String Language;
 };
 
 // A copy of the users, which is read again only after one of them was changed.

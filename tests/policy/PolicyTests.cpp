@@ -12,7 +12,7 @@ using namespace std::string_literals;
 struct Known {
   std::string From = "ann@x.org";
   std::optional<std::string> Envelope = {};
-  Platform::MailSender Sender = {true, true, 1};
+  Platform::MailSender Sender = {true, true, 1, {}};
   Platform::String WhyEmpty = {};
 };
 

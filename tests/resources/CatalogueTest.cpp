@@ -5,6 +5,7 @@
 #include <set>
 #include <span>
 
+#include "platform/NoticeTexts.h"
 #include "platform/ReasonTexts.h"
 #include "tests/support/World.h"
 
@@ -43,6 +44,7 @@ TEST_P(Catalogue, HasExactlyTheTextsThatTheComponentUses) {
   std::vector<TextNumber::CatalogueText> programs(std::begin(TextNumber::kProgramTexts),
                                                   std::end(TextNumber::kProgramTexts));
   programs.insert(programs.end(), std::begin(TextNumber::kReasonTexts), std::end(TextNumber::kReasonTexts));
+  programs.insert(programs.end(), std::begin(TextNumber::kNoticeTexts), std::end(TextNumber::kNoticeTexts));
   const std::pair<std::string, std::span<const TextNumber::CatalogueText>> catalogues[] = {
       {"TvEmailServicesRes.", TextNumber::kComponentTexts},
       {"TvComRes.", TextNumber::kSharedTexts},

@@ -1,0 +1,149 @@
+// NoticeQueue: typed proxy for the object of Talvane40 that keeps what a project has to send by mail: the
+// notices of new replies, and answers to senders whose mail was refused.
+//
+// A reply is stored together with the mark that its notices are due, in one transaction. The notice of a
+// reply to a user is created when its turn comes: for each user who takes mail, but the author. A host sends
+// them:
+//
+//   if (!queue.Lock()) another program sends;
+//   while (const auto notice = queue.Next(...).Notice) send it, then Sent, Defer or GiveUp;
+//
+// A host that ends between sending and Sent sends that one again, with the same Message-ID.
+//
+// Open raises as MailIntake::Open does. All others raise 91 if no project is open, and 57 if the database
+// can't be read or written. A change is on disk when its operation returns. Times are UTC. See ObjectProxy
+// for what else may be raised, and for threads and ownership. To create the object raises 429 if the
+// registration is older than this class; the description then says to run `tvmail init` again.
+#pragma once
+
+#include <chrono>
+#include <cstdint>
+#include <optional>
+#include <vector>
+
+#include "platform/contracts/ObjectProxy.h"
+#include "platform/contracts/ProjectAdministration.h"
+
+namespace Platform {
+
+enum class NoticeKind : std::int32_t {
+  Reply = 0,   // tells a user of a reply
+  Answer = 1,  // tells a sender why a mail was refused
+};
+
+struct DueNotice {
+  std::int32_t Id = 0;
+  NoticeKind Kind = NoticeKind::Reply;
+  DescribedUser Recipient;
+  std::int32_t Attempts = 0;  // that failed
+  String FirstAttempt;        // as "2024-05-01T09:30:00.000Z"; empty before it
+
+  // The left parts of Message-IDs, without domain: equal at each attempt, and not to be guessed without the
+  // project's database. They begin with Notice::kMessageIdStart.
+  String MessageId;
+  String ThreadId;  // of the whole discussion; no mail has it
+  std::vector<String>
+      EarlierIds;  // what the recipient was told before in the discussion, up to 10, the last one last
+
+  // For Kind Reply.
+  std::int32_t Discussion = 0;
+  String Title;
+  DescribedReply Reply;
+  NoticeRoute Route;  // Transport 0 for the project's own settings
+
+  // For Kind Answer.
+  String RefusedId;  // the Message-ID of the refused mail with its angle brackets; may be empty
+  String RefusedSubject;
+  String RefusedText;
+  String Reason;  // in the recipient's language
+
+  Value ToValue() const;
+  static DueNotice FromValue(const Value& value);
+};
+
+struct NextNotice {
+  std::optional<DueNotice> Notice;
+  // If there is none: the time until one is due, or may be sent again; nothing if none waits.
+  std::optional<std::chrono::milliseconds> Wait;
+};
+
+struct NoticeState {
+  std::int32_t Unsent = 0;    // notices that wait, also those whose replies have not had their turn
+  std::int32_t Deferred = 0;  // of these: tried at least once
+  String OldestAttempt;       // the first attempt of the one that is tried longest; empty if Deferred is 0
+  String DeferredReason;      // of the last attempt
+  std::int32_t GivenUp = 0;   // in the last seven days
+  String GivenUpAt;           // the last one; empty if none
+  String GivenUpAddress;
+  String GivenUpReason;
+  std::vector<String> StoppedAddresses;  // which get no mail after three delivery reports
+
+  Value ToValue() const;
+  static NoticeState FromValue(const Value& value);
+};
+
+// What is known of a mail that was refused.
+struct RefusedMail {
+  std::int32_t UserKey = 0;  // of the sender
+  String Key;                // the idempotency key
+  String MessageId;
+  String Subject;
+  String Text;
+  String Reason;  // in the user's language
+};
+
+enum class BounceResult : std::int32_t {
+  Unknown = 0,  // no notice of this project
+  Counted = 1,  // counted now, or before
+  Stopped =
+      2,  // the third one: the user gets no more mail until the address or the wish for mail is set again
+};
+
+class NoticeQueue : public ObjectProxy {
+ public:
+  static constexpr StringView kName = u"Talvane40.NoticeQueue";  // the programmatic name
+  using ObjectProxy::ObjectProxy;
+
+  // As MailIntake::Open. Another project's lock is released.
+  bool Open(StringView projectPath) const { return Call(u"Open", projectPath).ToBool(); }
+
+  // False if another program, or another object, sends for the project. The lock lasts until Unlock, the
+  // release of the object, or the end of the process, however it ends.
+  bool Lock() const { return Call(u"Lock").ToBool(); }
+  void Unlock() const { Call(u"Unlock"); }
+
+  // The next notice that is due. Not more than perMinute notices are given in a minute, in all processes.
+  // Notices by a profile (TransportId::kMapi) of another system user than uid are left for that user. A
+  // notice that waited for 30 days without an attempt is given up. Raises 70 without the lock.
+  NextNotice Next(std::int32_t perMinute, std::int32_t uid) const;
+
+  // The notice was sent; ids of notices that are gone are ignored by these three.
+  void Sent(std::int32_t id) const { Call(u"Sent", id); }
+  // It failed, and is due again after the pause.
+  void Defer(std::int32_t id, StringView reason, std::chrono::seconds pause) const {
+    Call(u"Defer", id, reason, static_cast<std::int32_t>(pause.count()));
+  }
+  // It failed for good.
+  void GiveUp(std::int32_t id, StringView reason) const { Call(u"GiveUp", id, reason); }
+
+  NoticeState State() const { return NoticeState::FromValue(Call(u"State")); }
+
+  // Stores an answer to the sender of a refused mail. False if one was stored for the same mail, or for the
+  // same user within the last hour. The text is cut at kLongestReply characters.
+  bool AddAnswer(const RefusedMail& mail) const {
+    return Call(u"AddAnswer", mail.UserKey, mail.Key, mail.MessageId, mail.Subject, mail.Text, mail.Reason)
+        .ToBool();
+  }
+
+  // A delivery report says that the notice of this Message-ID (with or without brackets and domain) didn't
+  // arrive. The reports of one notice count once.
+  BounceResult AddBounce(StringView messageId, StringView reason) const {
+    return static_cast<BounceResult>(Call(u"AddBounce", messageId, reason).ToInt32());
+  }
+
+  // Removes everything that waits, without sending it. Returns how many notices that were. Needs the lock, as
+  // Next.
+  std::int32_t Drop() const { return Call(u"Drop").ToInt32(); }
+};
+
+}  // namespace Platform
