@@ -182,7 +182,7 @@ TEST(Gate, RefusesStrangersAndEmptyReplies) {
   } rows[] = {
       {{}, "", ""},
       {{.Sender = {}}, "strangers", "no user with the address ann@x.org."},
-      {{.Sender = {true, false, 2}}, "strangers", "The user with the address ann@x.org"},
+      {{.Sender = {true, false, 2, {}}}, "strangers", "The user with the address ann@x.org"},
       {{.From = "", .Sender = {}}, "strangers", "doesn't say who sent it"},
       {{.WhyEmpty = u"no text"}, "empty", "no text"},
   };
