@@ -146,7 +146,10 @@ Value ProjectAdministration::SetPassword(std::span<Value> arguments) {
 
 Value ProjectAdministration::AddReply(std::span<Value> arguments) {
   const String text = VettedReply(arguments[3]);
-  return OpenDatabase(arguments[0]).AddReplyOf(Trim(arguments[2].ToString()), arguments[1].ToInt32(), text);
+  std::optional<NoticeRoute> route;
+  if (!arguments[4].IsEmpty()) route = NoticeRoute::FromValue(arguments[4]);
+  return OpenDatabase(arguments[0])
+      .AddReplyOf(Trim(arguments[2].ToString()), arguments[1].ToInt32(), text, route);
 }
 
 Value ProjectAdministration::AddDiscussion(std::span<Value> arguments) {

@@ -1,7 +1,5 @@
 #include "siblings/Talvane40/ProjectDatabase.h"
 
-#include <filesystem>
-
 #include "platform/CheckedArithmetic.h"
 #include "platform/Failure.h"
 #include "platform/ReasonTexts.h"
@@ -10,10 +8,6 @@
 
 namespace Talvane40 {
 namespace {
-
-[[noreturn]] void Refuse(const std::string& file, std::int32_t text) {
-  throw Failure(FailureNumber::DeviceFailed, u"Talvane40", Runtime::TextOf(text, FromUtf8(file)));
-}
 
 [[noreturn]] void Refuse(std::int32_t number, std::int32_t text, StringView name) {
   throw Failure(number, u"Talvane40", Runtime::TextOf(text, name));
@@ -35,19 +29,6 @@ String TextAt(const Runtime::Rows& row, int column) {
   return FromUtf8(row.Text(column));
 }
 
-const std::string& Existing(const std::string& file) {
-  Runtime::Database::RequireItsLog(file);
-  if (!std::filesystem::exists(file)) Refuse(file, TextNumber::kProjectDatabaseMissing);
-  if (!std::filesystem::is_regular_file(file)) Refuse(file, TextNumber::kProjectDatabaseNoFile);
-  return file;
-}
-
-// Returns the database after bringing its tables to the current version.
-Runtime::Database& Current(Runtime::Database& database) {
-  RequireCurrentTables(database);
-  return database;
-}
-
 }  // namespace
 
 void ProjectDatabase::Create(const std::string& file, StringView name, const DescribedUser& owner,
@@ -62,15 +43,16 @@ void ProjectDatabase::Create(const std::string& file, StringView name, const Des
 }
 
 ProjectDatabase::ProjectDatabase(const std::string& file)
-    : database_(Existing(file)),
-      findLogon_(Current(database_), "SELECT key, password_hash FROM users WHERE folded_name = ?"),
+    : database_(ExistingDatabase(file)),
+      findLogon_(WithCurrentTables(database_), "SELECT key, password_hash FROM users WHERE folded_name = ?"),
       role_(database_, "SELECT role FROM users WHERE key = ?"),
       mailAccepted_(database_, "SELECT mail_accepted FROM users WHERE key = ?"),
       usersVersion_(database_, "SELECT users_version FROM project"),
       discussion_(database_, "SELECT 1 FROM discussions WHERE number = ?"),
       addReply_(database_,
-                "INSERT INTO replies (discussion, subject, body, user, at) "
-                "VALUES (?, ?, ?, ?, strftime('%Y-%m-%dT%H:%M:%fZ', 'now'))"),
+                "INSERT INTO replies (discussion, subject, body, user, told, at) "
+                "VALUES (?, ?, ?, ?, ?, strftime('%Y-%m-%dT%H:%M:%fZ', 'now'))"),
+      addDueReply_(database_, "INSERT INTO due_replies (reply, sender) VALUES (last_insert_rowid(), ?)"),
       mail_(database_, "SELECT 1 FROM mails WHERE key = ?"),
       addMail_(database_, "INSERT INTO mails (key, reply) VALUES (?, last_insert_rowid())") {
   database_.Run("PRAGMA foreign_keys=ON");
@@ -156,7 +138,8 @@ bool ProjectDatabase::AddReply(std::int32_t discussion, StringView subject, Stri
                                std::int32_t userKey, std::optional<std::string_view> mailKey) {
   Runtime::Transaction transaction(database_);
   if (mailKey && IsMailStored(*mailKey)) return false;
-  addReply_.Run({discussion, ToUtf8(subject), ToUtf8(body), userKey});
+  addReply_.Run({discussion, ToUtf8(subject), ToUtf8(body), userKey, 1});
+  addDueReply_.Run({kAnySender});
   if (mailKey) addMail_.Run({*mailKey});
   transaction.Commit();
   return true;
@@ -165,9 +148,10 @@ bool ProjectDatabase::AddReply(std::int32_t discussion, StringView subject, Stri
 void ProjectDatabase::InsertUser(Runtime::Database& database, const DescribedUser& user,
                                  std::string_view role, std::optional<StringView> passwordHash) {
   const std::string hash = ToUtf8(passwordHash.value_or(StringView()));
-  Runtime::Statement(database,
-                     "INSERT INTO users (name, folded_name, email, mail_accepted, role, password_hash) "
-                     "VALUES (?, ?, ?, ?, ?, ?)")
+  Runtime::Statement(
+      database,
+      "INSERT INTO users (name, folded_name, email, mail_accepted, role, password_hash, mail_since) "
+      "VALUES (?, ?, ?, ?, ?, ?, (SELECT coalesce(max(id), 0) FROM replies))")
       .Run({ToUtf8(user.Name), ToUtf8(FoldCase(user.Name)), ToUtf8(user.Address),
             std::int64_t{user.MailAccepted}, role,
             passwordHash ? Runtime::Parameter(std::string_view(hash)) : Runtime::Parameter(nullptr)});
@@ -235,16 +219,29 @@ void ProjectDatabase::SetPasswordHash(StringView name, StringView hash) {
   transaction.Commit();
 }
 
-std::int32_t ProjectDatabase::AddReplyOf(StringView user, std::int32_t discussion, StringView body) {
+std::int32_t ProjectDatabase::AddReplyOf(StringView user, std::int32_t discussion, StringView body,
+                                         const std::optional<NoticeRoute>& route) {
   Runtime::Transaction transaction(database_);
   const std::int32_t key = KeyOf(user);
   const auto title = TitleOf(discussion);
   if (!title)
     Refuse(FailureNumber::PathNotFound, TextNumber::kDiscussionUnknown, FromUtf8(std::to_string(discussion)));
-  addReply_.Run({discussion, ToUtf8(*title), ToUtf8(body), key});
+  addReply_.Run({discussion, ToUtf8(*title), ToUtf8(body), key, std::int64_t{route.has_value()}});
   const std::int32_t number = NewNumber(database_);
+  if (route) AddRoute(number, *route);
   transaction.Commit();
   return number;
+}
+
+// A profile belongs to one system user, who alone can send by it.
+void ProjectDatabase::AddRoute(std::int32_t reply, const NoticeRoute& route) {
+  addDueReply_.Run({route.Transport == TransportId::kMapi ? route.Uid : kAnySender});
+  if (route.Transport == 0) return;
+  Runtime::Statement(database_,
+                     "INSERT INTO routes (reply, transport, server, address, real_name, uid) "
+                     "VALUES (?, ?, ?, ?, ?, ?)")
+      .Run({reply, route.Transport, ToUtf8(route.Server), ToUtf8(route.Address), ToUtf8(route.RealName),
+            route.Uid});
 }
 
 std::int32_t ProjectDatabase::AddDiscussion(StringView title) {

@@ -14,6 +14,9 @@ namespace Talvane40 {
 
 using namespace Platform;
 
+// The sender of notices that any system user may send.
+inline constexpr std::int32_t kAnySender = -1;
+
 struct Logon {
   std::int32_t UserKey = 0;
   std::optional<String> PasswordHash;  // without one the user can't open the project
@@ -58,8 +61,8 @@ class ProjectDatabase {
   // True if a reply was stored with this key of a mail.
   bool IsMailStored(std::string_view mailKey);
 
-  // Stores a reply together with the key of its mail, if it has one. False, and nothing is changed, if a
-  // reply was stored with this key before, by any process.
+  // Stores a reply together with the key of its mail, if it has one; its notices are due. False, and nothing
+  // is changed, if a reply was stored with this key before, by any process.
   bool AddReply(std::int32_t discussion, StringView subject, StringView body, std::int32_t userKey,
                 std::optional<std::string_view> mailKey);
 
@@ -73,8 +76,10 @@ class ProjectDatabase {
   void RemoveUser(StringView name);
   void SetPasswordHash(StringView name, StringView hash);
 
-  // Returns the number of the new reply. Raises 76 if there is no such discussion or user.
-  std::int32_t AddReplyOf(StringView user, std::int32_t discussion, StringView body);
+  // Returns the number of the new reply, whose notices are due if there is a route. Raises 76 if there is no
+  // such discussion or user.
+  std::int32_t AddReplyOf(StringView user, std::int32_t discussion, StringView body,
+                          const std::optional<NoticeRoute>& route);
 
   // Returns the number of the new discussion.
   std::int32_t AddDiscussion(StringView title);
@@ -88,8 +93,12 @@ class ProjectDatabase {
   // Raises 58 if a user other than the one of the key has the name.
   void RequireFreeName(StringView name, std::int32_t key = 0);
 
+  // Makes the notices of a reply due, for the caller's transaction that has just stored the reply.
+  void AddRoute(std::int32_t reply, const NoticeRoute& route);
+
   Runtime::Database database_;
-  Runtime::Statement findLogon_, role_, mailAccepted_, usersVersion_, discussion_, addReply_, mail_, addMail_;
+  Runtime::Statement findLogon_, role_, mailAccepted_, usersVersion_, discussion_, addReply_, addDueReply_,
+      mail_, addMail_;
 };
 
 }  // namespace Talvane40

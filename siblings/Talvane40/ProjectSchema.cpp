@@ -1,5 +1,6 @@
 #include "siblings/Talvane40/ProjectSchema.h"
 
+#include <filesystem>
 #include <iterator>
 
 #include "platform/Failure.h"
@@ -60,6 +61,82 @@ constexpr const char* kVersions[] = {
   PRAGMA user_version = 3;
   ALTER TABLE users ADD COLUMN language TEXT NOT NULL DEFAULT '';
   ALTER TABLE users ADD COLUMN removed INTEGER NOT NULL DEFAULT 0 CHECK (removed IN (0, 1));
+)",
+    // What is sent by mail. Times are milliseconds since 1970. A sender is the system user who alone may send
+    // a notice, or -1 for any. Notices that are ready have next_attempt 0, so that the first one is found at
+    // once among any number of others.
+    R"(
+  PRAGMA user_version = 4;
+  ALTER TABLE users ADD COLUMN mail_since INTEGER NOT NULL DEFAULT 0;
+  ALTER TABLE replies ADD COLUMN told INTEGER NOT NULL DEFAULT 0 CHECK (told IN (0, 1));
+  CREATE TABLE notice_key (
+    id INTEGER PRIMARY KEY CHECK (id = 1),
+    hmac_key BLOB NOT NULL) STRICT;
+  INSERT INTO notice_key VALUES (1, randomblob(32));
+  CREATE TABLE due_replies (
+    reply INTEGER PRIMARY KEY REFERENCES replies (id),
+    sender INTEGER NOT NULL DEFAULT -1,
+    after_user INTEGER NOT NULL DEFAULT 0) STRICT;
+  CREATE TABLE routes (
+    reply INTEGER PRIMARY KEY REFERENCES replies (id),
+    transport INTEGER NOT NULL,
+    server TEXT NOT NULL,
+    address TEXT NOT NULL,
+    real_name TEXT NOT NULL,
+    uid INTEGER NOT NULL) STRICT;
+  CREATE TABLE answers (
+    id INTEGER PRIMARY KEY AUTOINCREMENT,
+    user INTEGER NOT NULL REFERENCES users (key),
+    mail TEXT NOT NULL UNIQUE,
+    message_id TEXT NOT NULL,
+    subject TEXT NOT NULL,
+    text TEXT NOT NULL,
+    reason TEXT NOT NULL,
+    at INTEGER NOT NULL,
+    waits INTEGER NOT NULL DEFAULT 1 CHECK (waits IN (0, 1))) STRICT;
+  CREATE INDEX answers_of_user ON answers (user, at);
+  CREATE TABLE notices (
+    id INTEGER PRIMARY KEY AUTOINCREMENT,
+    reply INTEGER REFERENCES replies (id),
+    answer INTEGER,
+    user INTEGER NOT NULL REFERENCES users (key),
+    sender INTEGER NOT NULL DEFAULT -1,
+    attempts INTEGER NOT NULL DEFAULT 0,
+    first_attempt INTEGER,
+    next_attempt INTEGER NOT NULL DEFAULT 0,
+    waiting_since INTEGER NOT NULL,
+    reason TEXT NOT NULL DEFAULT '',
+    CHECK ((reply IS NULL) <> (answer IS NULL))) STRICT;
+  CREATE INDEX notices_ready ON notices (sender, reply, user) WHERE next_attempt = 0;
+  CREATE INDEX notices_deferred ON notices (sender, next_attempt) WHERE next_attempt > 0;
+  CREATE INDEX notices_waiting ON notices (waiting_since);
+  CREATE TRIGGER answer_ended AFTER DELETE ON notices WHEN OLD.answer IS NOT NULL
+    BEGIN UPDATE answers SET waits = 0, text = '' WHERE id = OLD.answer; END;
+  CREATE TABLE ended_notices (
+    id INTEGER PRIMARY KEY,
+    at INTEGER NOT NULL,
+    address TEXT NOT NULL,
+    reason TEXT NOT NULL,
+    notices INTEGER NOT NULL DEFAULT 1) STRICT;
+  CREATE INDEX ended_notices_by_time ON ended_notices (at);
+  CREATE TABLE bounces (
+    user INTEGER NOT NULL REFERENCES users (key),
+    notice TEXT NOT NULL,
+    at INTEGER NOT NULL,
+    reason TEXT NOT NULL,
+    PRIMARY KEY (user, notice)) STRICT, WITHOUT ROWID;
+  CREATE TABLE notices_given (
+    second INTEGER PRIMARY KEY,
+    notices INTEGER NOT NULL) STRICT;
+  CREATE INDEX users_with_mail ON users (key) WHERE mail_accepted = 1 AND removed = 0;
+  CREATE VIEW recipients AS SELECT key, name, email, role, language FROM users
+    WHERE mail_accepted = 1 AND removed = 0 AND email <> ''
+      AND (SELECT count(*) FROM bounces WHERE user = key) < 3;
+  CREATE TRIGGER mail_set AFTER UPDATE OF email, mail_accepted ON users
+    BEGIN
+      DELETE FROM bounces WHERE user = NEW.key;
+      UPDATE users SET mail_since = (SELECT coalesce(max(id), 0) FROM replies) WHERE key = NEW.key;
+    END;
 )"};
 constexpr std::int64_t kVersion = std::size(kVersions);
 constexpr std::int64_t kApplicationId = 1414943540;  // "TVS4"
@@ -87,10 +164,20 @@ void CreateTables(Runtime::Database& database) {
   UpgradeFrom(database, 0);
 }
 
-void RequireCurrentTables(Runtime::Database& database) {
+const std::string& ExistingDatabase(const std::string& file) {
+  const auto refuse = [&](std::int32_t text) {
+    throw Failure(FailureNumber::DeviceFailed, u"Talvane40", Runtime::TextOf(text, FromUtf8(file)));
+  };
+  Runtime::Database::RequireItsLog(file);
+  if (!std::filesystem::exists(file)) refuse(TextNumber::kProjectDatabaseMissing);
+  if (!std::filesystem::is_regular_file(file)) refuse(TextNumber::kProjectDatabaseNoFile);
+  return file;
+}
+
+Runtime::Database& WithCurrentTables(Runtime::Database& database) {
   if (database.Number("PRAGMA application_id") != kApplicationId)
     Refuse(database, TextNumber::kProjectDatabaseForeign);
-  if (VersionOf(database) == kVersion) return;
+  if (VersionOf(database) == kVersion) return database;
   try {
     Runtime::Transaction transaction(database);
     UpgradeFrom(database, VersionOf(database));  // again: another process may have upgraded it
@@ -98,6 +185,7 @@ void RequireCurrentTables(Runtime::Database& database) {
   } catch (const Failure& failure) {
     Refuse(database, TextNumber::kProjectDatabaseNotUpgraded, failure.Description());
   }
+  return database;
 }
 
 }  // namespace Talvane40
