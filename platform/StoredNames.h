@@ -155,7 +155,8 @@ inline constexpr std::int32_t kNoDisplay = 12004;
 inline constexpr std::int32_t kProbeNotRun = 12005;
 inline constexpr std::int32_t kDisplayRefused = 12006;
 
-// Texts of the programs and libraries around the component.
+// Texts of the programs and libraries around the component. They have a catalogue of their own, TvMailRes.
+inline constexpr std::int32_t kFirstOfPrograms = 20000;
 inline constexpr std::int32_t kFormIntroduction = 20000;
 inline constexpr std::int32_t kAsTyped = 20001;
 inline constexpr std::int32_t kFixedField = 20002;

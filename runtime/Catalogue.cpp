@@ -130,9 +130,13 @@ const String* Catalogue::Find(std::int32_t number) const {
 }
 
 void LoadLanguages(StringView resourceFile, Languages& languages) {
+  LoadLanguages(resourceFile, languages, UserLanguage());
+}
+
+void LoadLanguages(StringView resourceFile, Languages& languages, const std::string& language) {
   static auto& mutex = *new std::mutex;
   static auto& loaded = *new std::map<std::string, std::map<String, Languages, std::less<>>, std::less<>>;
-  const std::string own = UserLanguage();
+  const std::string own = IsLanguage(language) ? language : "en";
   const std::lock_guard lock(mutex);
   auto& files = loaded[own];
   if (const auto known = files.find(resourceFile); known != files.end()) {

@@ -46,9 +46,11 @@ struct Languages {
   std::shared_ptr<const Catalogue> English;
 };
 
-// Loads the catalogues for a resource file. A missing catalogue in the user's language is no failure. If a
-// catalogue is damaged or English is missing, the other one is loaded before the failure of the constructor
-// is raised. After a failure the next call tries again.
+// Loads the catalogues for a resource file: in the user's language, or in the one given, such as "de". A
+// missing catalogue in that language is no failure, nor is a text that names no language. If a catalogue is
+// damaged or English is missing, the other one is loaded before the failure of the constructor is raised.
+// After a failure the next call tries again.
 void LoadLanguages(StringView resourceFile, Languages& languages);
+void LoadLanguages(StringView resourceFile, Languages& languages, const std::string& language);
 
 }  // namespace Runtime

@@ -1,5 +1,6 @@
 #include "runtime/Language.h"
 
+#include <algorithm>
 #include <cstdlib>
 #include <cstring>
 
@@ -17,6 +18,12 @@ std::string UserLanguage() {
     return language == "c" || language == "posix" || language.empty() ? "en" : language;
   }
   return "en";
+}
+
+bool IsLanguage(std::string_view code) {
+  constexpr std::size_t kShortest = 2, kLongest = 8;  // RFC 5646, section 2.1
+  return code.size() >= kShortest && code.size() <= kLongest &&
+         std::ranges::all_of(code, [](char c) { return c >= 'a' && c <= 'z'; });
 }
 
 }  // namespace Runtime

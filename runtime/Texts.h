@@ -15,4 +15,8 @@ using Platform::StringView;
 // reported. Empty only without memory. Raises nothing. Any thread.
 String TextOf(std::int32_t number, StringView first = {}, StringView second = {});
 
+// The same in the given language, such as "de": for a mail to someone who reads another one than the user.
+// The user's language if it is empty, English if it has no catalogue. Also finds the component's texts.
+String TextIn(StringView language, std::int32_t number, StringView first = {}, StringView second = {});
+
 }  // namespace Runtime

@@ -45,10 +45,11 @@ std::vector<FailureJudge::OwnFault> FailureJudge::LoadOwnFaults() {
   std::vector<OwnFault> faults;
   for (const std::int32_t number : kOwnFaults) {
     const String reason = texts.ResourceString(number);
-    faults.push_back({Platform::NotedFailureText(notice, reason), reason});
+    faults.push_back({Platform::NotedFailureText(notice, reason), {Outcome::Refused, reason, number}});
   }
-  for (const auto& [number, reason] : kOwnFailures)
-    faults.push_back({Platform::NotedFailureText(notice, DescriptionOf(number)), Runtime::TextOf(reason)});
+  for (const auto& [failure, number] : kOwnFailures)
+    faults.push_back({Platform::NotedFailureText(notice, DescriptionOf(failure)),
+                      {Outcome::Refused, Runtime::TextOf(number), number}});
   return faults;
 }
 
@@ -60,7 +61,7 @@ Verdict FailureJudge::Judge(const String& failure) {
     return {Outcome::Retry, failure};
   }
   for (const OwnFault& fault : ownFaults_) {
-    if (fault.Failure == failure) return {Outcome::Refused, fault.Reason};
+    if (fault.Failure == failure) return fault.Refused;
   }
   return {Outcome::Retry, failure};
 }

@@ -1,6 +1,7 @@
 // FailureJudge: decides whether a mail that the component refused is itself the cause.
 #pragma once
 
+#include <cstdint>
 #include <vector>
 
 #include "gateway/sources/Outcome.h"
@@ -14,6 +15,7 @@ struct Verdict {
   Outcome Result = Outcome::Delivered;
   // For people, in their language. Empty if the result is Delivered.
   String Reason = {};
+  std::int32_t Text = 0;  // the number of a refusal's reason in the catalogues
 };
 
 // One thread.
@@ -28,7 +30,7 @@ class FailureJudge {
   // A result of the component for which the mail itself is the cause.
   struct OwnFault {
     String Failure;
-    String Reason;
+    Verdict Refused;
   };
   static std::vector<OwnFault> LoadOwnFaults();
 

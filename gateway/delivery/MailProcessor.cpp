@@ -34,10 +34,11 @@ void RequireText(CutMarker& marker) {
                           u"the TvComRes catalogues, and register them by tvmail init.");
 }
 
-void Refuse(MailResult& result, std::string_view rule, String reason) {
+void Refuse(MailResult& result, Refusal cause) {
   result.Result = Outcome::Refused;
-  result.Rule = rule;
-  result.Reason = std::move(reason);
+  result.Rule = cause.Rule;
+  result.Reason = cause.In();
+  result.Cause = std::move(cause);
 }
 
 // Why the exception that is handled was raised, in the user's language.
@@ -93,8 +94,7 @@ void MailProcessor::Work::Process(const RawMail& raw, MailResult& result) {
     if (raw.FaultOutcome == Outcome::Refused) result.Rule = raw.Bytes.empty() ? kLimitRule : kHeaderOnlyRule;
     return;
   }
-  if (const auto refusal = RefuseSize(raw.Bytes.size(), settings_.Policy))
-    return Refuse(result, refusal->Rule, refusal->Reason);
+  if (const auto refusal = RefuseSize(raw.Bytes.size(), settings_.Policy)) return Refuse(result, *refusal);
   // The reader changes its copy.
   Mime::Mail mail = Mime::ReadMail(raw.Bytes);
   result.MessageId = mail.MessageId;
@@ -114,11 +114,9 @@ void MailProcessor::Work::Process(const RawMail& raw, MailResult& result) {
       .Sender = mail.FromAddress ? project_.Intake().FindSender(*mail.FromAddress) : Platform::MailSender(),
       .MailboxAddress = project_.Address(),
       .WhyEmpty = WhyReplyIsEmpty(mail, cut, marker_.OriginalText())};
-  if (const auto refusal = RefusalOf(facts, settings_.Policy))
-    return Refuse(result, refusal->Rule, refusal->Reason);
-  const String whyEmpty = facts.WhyEmpty;
+  if (const auto refusal = RefusalOf(facts, settings_.Policy)) return Refuse(result, *refusal);
   Deliver(std::move(mail), facts.Sender, result);
-  if (result.Result == Outcome::Delivered) result.WhyEmpty = whyEmpty;
+  if (result.Result == Outcome::Delivered && facts.WhyEmpty) result.WhyEmpty = facts.WhyEmpty->In();
 }
 
 // Only what the project library has stored decides whether the mail was delivered, whatever the component
@@ -138,7 +136,7 @@ void MailProcessor::Work::Deliver(Mime::Mail mail, const Platform::MailSender& s
     return;
   }
   Verdict verdict = judge_.Judge(result.Failure);
-  if (verdict.Result == Outcome::Refused) return Refuse(result, kComponentRule, std::move(verdict.Reason));
+  if (verdict.Result == Outcome::Refused) return Refuse(result, {kComponentRule, verdict.Text});
   result.Reason = result.Failure.empty() ? Runtime::TextOf(Platform::TextNumber::kNothingStored)
                                          : std::move(verdict.Reason);
 }
@@ -171,8 +169,7 @@ MailResult MailProcessor::Process(RawMail raw) {
   try {
     work_->Process(raw, result);
   } catch (const Mime::LimitExceeded& limit) {
-    Refuse(result, kLimitRule,
-           Runtime::TextOf(Platform::TextNumber::kRefusedUnread, Platform::FromUtf8(limit.what())));
+    Refuse(result, {kLimitRule, Platform::TextNumber::kRefusedUnread, Platform::FromUtf8(limit.what())});
   } catch (const std::exception&) {
     result.Reason = CurrentReason();
   }

@@ -2,8 +2,10 @@
 #pragma once
 
 #include <chrono>
+#include <optional>
 #include <string>
 
+#include "gateway/policy/Refusal.h"
 #include "gateway/sources/Outcome.h"
 #include "platform/Text.h"
 
@@ -24,6 +26,10 @@ struct MailResult {
   // Which rule refused the mail, for logs: "size", "automatic", "authentication", "strangers", "empty",
   // "limit" for a limit of the reader, "header" if no more was read, or "component". Empty if none did.
   std::string Rule;
+
+  // The same reason for the mail's sender, in any language. Only of refused and held mail, and nothing if the
+  // reason is known in the user's language alone.
+  std::optional<Refusal> Cause;
 
   bool ReplyStored = false;  // a reply was stored now; false for a duplicate
   String Failure;            // the component's text; empty if it has no complaint, or wasn't called

@@ -7,10 +7,10 @@ namespace Gateway {
 
 namespace TextNumber = Platform::TextNumber;
 
-String WhyReplyIsEmpty(const Mime::Mail& mail, std::size_t cut, StringView marker) {
+std::optional<Refusal> WhyReplyIsEmpty(const Mime::Mail& mail, std::size_t cut, StringView marker) {
   const StringView body = mail.Body;
-  if (!Mime::IsBlankText(body.substr(0, cut))) return {};
-  const auto reason = [&](std::int32_t number) { return MakeRefusal(Rule::kEmpty, number, marker).Reason; };
+  if (!Mime::IsBlankText(body.substr(0, cut))) return std::nullopt;
+  const auto reason = [&](std::int32_t number) { return MakeRefusal(Rule::kEmpty, number, marker); };
   if (mail.Encrypted) return reason(TextNumber::kEncryptedMail);
   if (cut == StringView::npos) return reason(TextNumber::kMailWithoutText);
   const bool textBelow = !Mime::IsBlankText(body.substr(cut + marker.size()));
@@ -18,8 +18,7 @@ String WhyReplyIsEmpty(const Mime::Mail& mail, std::size_t cut, StringView marke
 }
 
 std::optional<Refusal> RefuseEmptyReply(const GateFacts& facts, const PolicySettings& settings) {
-  if (settings.PostEmpty || facts.WhyEmpty.empty()) return std::nullopt;
-  return Refusal{Rule::kEmpty, facts.WhyEmpty};
+  return settings.PostEmpty ? std::nullopt : facts.WhyEmpty;
 }
 
 }  // namespace Gateway

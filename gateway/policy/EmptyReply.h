@@ -8,12 +8,11 @@
 
 namespace Gateway {
 
-// A sentence in the user's language that says why the reply has no visible text; empty if it has some. cut is
-// the position of the cut marker in the mail's body, npos without one, and marker its text. Raises nothing
-// but std::bad_alloc. Any thread.
-String WhyReplyIsEmpty(const Mime::Mail& mail, std::size_t cut, StringView marker);
+// Why the reply has no visible text; nothing if it has some. cut is the position of the cut marker in the
+// mail's body, npos without one, and marker its text. Raises nothing but std::bad_alloc. Any thread.
+std::optional<Refusal> WhyReplyIsEmpty(const Mime::Mail& mail, std::size_t cut, StringView marker);
 
-// A refusal with that reason. Any thread.
+// That refusal, unless such replies are wanted. Any thread.
 std::optional<Refusal> RefuseEmptyReply(const GateFacts& facts, const PolicySettings& settings);
 
 }  // namespace Gateway

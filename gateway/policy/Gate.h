@@ -29,8 +29,8 @@ struct GateFacts {
   // The address of the mailbox; empty if it has none.
   String MailboxAddress;
 
-  // Why the reply has no text of its own, as WhyReplyIsEmpty says; empty if it has one.
-  String WhyEmpty;
+  // Why the reply has no text of its own, as WhyReplyIsEmpty says; nothing if it has one.
+  std::optional<Refusal> WhyEmpty;
 };
 
 // The first rule's refusal that applies, or nothing for a mail to be handed over. The rule that names

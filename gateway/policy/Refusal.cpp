@@ -14,8 +14,12 @@ String Shortened(StringView argument) {
 
 }  // namespace
 
+String Refusal::In(StringView language) const {
+  return Runtime::TextIn(language, Text, First, Second);
+}
+
 Refusal MakeRefusal(std::string_view rule, std::int32_t text, StringView first, StringView second) {
-  return {rule, Runtime::TextOf(text, Shortened(first), Shortened(second))};
+  return {rule, text, Shortened(first), Shortened(second)};
 }
 
 }  // namespace Gateway

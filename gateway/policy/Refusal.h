@@ -21,12 +21,17 @@ inline constexpr std::string_view kEmpty = "empty";
 }  // namespace Rule
 
 struct Refusal {
-  std::string_view Rule;  // one of the names above
-  String Reason;          // for the mail's sender, in the user's language: what happened and what to do
+  std::string_view Rule;  // the name of a rule, which lasts as long as the process
+  std::int32_t Text = 0;  // the number of its text in Platform::TextNumber, and that text's arguments
+  String First = {}, Second = {};
+
+  // For the mail's sender: what happened and what to do. In the language of a code such as "de", or in that
+  // of the program's user if it is empty. Raises nothing. Any thread.
+  String In(StringView language = {}) const;
 };
 
-// A refusal with the text of a number of Platform::TextNumber and its arguments, of which more than 254
-// characters are cut off: they come from the mail. Raises nothing.
+// A refusal whose arguments come from the mail: more than 254 characters of them are cut off. Raises nothing
+// but std::bad_alloc.
 Refusal MakeRefusal(std::string_view rule, std::int32_t text, StringView first = {}, StringView second = {});
 
 }  // namespace Gateway

@@ -298,7 +298,8 @@ TEST_F(CutMarker, ReportsWhyNothingIsAboveIt) {
     mail.Body = FromUtf8(Written(row.Body));
     mail.Encrypted = row.Encrypted;
     const std::size_t cut = marker.Repair(mail.Body);
-    const std::string reason = Utf8(Gateway::WhyReplyIsEmpty(mail, cut, marker.OriginalText()));
+    const auto why = Gateway::WhyReplyIsEmpty(mail, cut, marker.OriginalText());
+    const std::string reason = why ? Utf8(why->In()) : "";
     EXPECT_EQ(row.Reason.empty(), reason.empty()) << row.Body;
     EXPECT_NE(std::string::npos, reason.find(row.Reason)) << reason;
   }

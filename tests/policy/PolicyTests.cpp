@@ -2,6 +2,7 @@
 #include "gateway/policy/AuthenticationResults.h"
 #include "gateway/policy/EmptyReply.h"
 #include "gateway/policy/MailSize.h"
+#include "platform/StoredNames.h"
 #include "tests/support/Texts.h"
 
 namespace Tests {
@@ -13,7 +14,7 @@ struct Known {
   std::string From = "ann@x.org";
   std::optional<std::string> Envelope = {};
   Platform::MailSender Sender = {true, true, 1, {}};
-  Platform::String WhyEmpty = {};
+  std::optional<Gateway::Refusal> WhyEmpty = {};
 };
 
 // "rule: reason" for a mail with these lines in its header behind the From field; empty if it is handed over.
@@ -22,7 +23,7 @@ std::string Refused(const std::string& lines, const Gateway::PolicySettings& set
   const Mime::Mail mail = Mime::ReadMail("From: " + known.From + "\n" + lines + "\n\nYes.\n");
   const auto refusal =
       RefusalOf({mail, known.Envelope, known.Sender, u"Talvane@b\u00FCro.example", known.WhyEmpty}, settings);
-  return refusal ? std::string(refusal->Rule) + ": " + Utf8(refusal->Reason) : "";
+  return refusal ? std::string(refusal->Rule) + ": " + Utf8(refusal->In()) : "";
 }
 
 // Part is a part of the reason; empty for a mail that is handed over.
@@ -176,6 +177,7 @@ TEST(Gate, ReadsResultsOfAnyFormInLinearTime) {
 }
 
 TEST(Gate, RefusesStrangersAndEmptyReplies) {
+  const Gateway::Refusal empty{Gateway::Rule::kEmpty, Platform::TextNumber::kMailWithoutText};
   const struct {
     Known Facts;
     std::string Rule, Part;
@@ -184,14 +186,15 @@ TEST(Gate, RefusesStrangersAndEmptyReplies) {
       {{.Sender = {}}, "strangers", "no user with the address ann@x.org."},
       {{.Sender = {true, false, 2, {}}}, "strangers", "The user with the address ann@x.org"},
       {{.From = "", .Sender = {}}, "strangers", "doesn't say who sent it"},
-      {{.WhyEmpty = u"no text"}, "empty", "no text"},
+      {{.WhyEmpty = empty}, "empty", "the mail has no text"},
   };
   for (const auto& row : rows) {
     ExpectRefusal(Refused("", {}, row.Facts), row.Rule, row.Part, row.Part);
     EXPECT_EQ("", Refused("", {.PostStrangers = true, .PostEmpty = true}, row.Facts));
   }
-  ExpectRefusal(Refused("Precedence: junk", {.RequireAuthenticated = u"x"}, {.Sender = {}, .WhyEmpty = u"e"}),
-                "automatic", "junk", "the cause counts before the symptoms");
+  ExpectRefusal(
+      Refused("Precedence: junk", {.RequireAuthenticated = u"x"}, {.Sender = {}, .WhyEmpty = empty}),
+      "automatic", "junk", "the cause counts before the symptoms");
 }
 
 TEST(Gate, RefusesAMailBeyondTheSizeLimit) {
@@ -199,7 +202,11 @@ TEST(Gate, RefusesAMailBeyondTheSizeLimit) {
   EXPECT_FALSE(RefuseSize(settings.SizeLimit, settings));
   const auto refusal = RefuseSize(settings.SizeLimit + 1, settings);
   ASSERT_TRUE(refusal);
-  ExpectRefusal("size: " + Utf8(refusal->Reason), std::string(refusal->Rule), "3 MB, but at most 2 MB", "");
+  ExpectRefusal("size: " + Utf8(refusal->In()), std::string(refusal->Rule), "3 MB, but at most 2 MB", "");
+  EXPECT_NE(Utf8(refusal->In(u"de")).find("hat 3 MB, angenommen"), std::string::npos)
+      << Utf8(refusal->In(u"de"));
+  for (const auto* language : {u"", u"en", u"fr", u"../de", u"DE"})
+    EXPECT_EQ(refusal->In(), refusal->In(language));
 }
 
 }  // namespace
