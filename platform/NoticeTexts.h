@@ -13,6 +13,30 @@ inline constexpr std::int32_t kHowToAnswer = 21300;
 
 // Why a mail can't be sent.
 inline constexpr std::int32_t kSmtpHostInvalid = 21330;
+inline constexpr std::int32_t kSmtpMailRefused = 21331;
+inline constexpr std::int32_t kSmtpMailDeferred = 21332;
+inline constexpr std::int32_t kSmtpServerRefuses = 21333;
+inline constexpr std::int32_t kSmtpSenderRefused = 21334;
+inline constexpr std::int32_t kSmtpLogonRefused = 21335;
+inline constexpr std::int32_t kSmtpNoLogon = 21336;
+inline constexpr std::int32_t kSmtpPasswordUnprotected = 21337;
+inline constexpr std::int32_t kSmtpNoStartTls = 21338;
+inline constexpr std::int32_t kSmtpCertificate = 21339;
+inline constexpr std::int32_t kSmtpNoUtf8 = 21340;
+inline constexpr std::int32_t kSmtpNotConfirmed = 21341;
+inline constexpr std::int32_t kCurlMissing = 21342;
+inline constexpr std::int32_t kSmtpServerTwice = 21343;
+inline constexpr std::int32_t kSmtpSettingMissing = 21344;
+inline constexpr std::int32_t kSmtpSettingUnused = 21345;
+inline constexpr std::int32_t kCommandMissing = 21346;
+inline constexpr std::int32_t kCommandFailed = 21347;
+inline constexpr std::int32_t kCommandRefused = 21348;
+inline constexpr std::int32_t kCommandTooLong = 21349;
+inline constexpr std::int32_t kCommandRecipients = 21350;
+inline constexpr std::int32_t kExitCode = 21351;
+inline constexpr std::int32_t kEndedBySignal = 21352;
+inline constexpr std::int32_t kMailAddressUnusable = 21353;
+inline constexpr std::int32_t kAnswerCode = 21354;
 
 // What waits to be sent, and what is done with it.
 inline constexpr std::int32_t kNoticesInUse = 21360;
@@ -22,6 +46,30 @@ inline constexpr CatalogueText kNoticeTexts[] = {
     {kHowToAnswer},
     // Why a mail can't be sent.
     {kSmtpHostInvalid, 1},
+    {kSmtpMailRefused, 2},
+    {kSmtpMailDeferred, 2},
+    {kSmtpServerRefuses, 2},
+    {kSmtpSenderRefused, 2},
+    {kSmtpLogonRefused, 2},
+    {kSmtpNoLogon, 1},
+    {kSmtpPasswordUnprotected, 1},
+    {kSmtpNoStartTls, 1},
+    {kSmtpCertificate, 2},
+    {kSmtpNoUtf8, 2},
+    {kSmtpNotConfirmed, 1},
+    {kCurlMissing, 2},
+    {kSmtpServerTwice, 2},
+    {kSmtpSettingMissing, 1},
+    {kSmtpSettingUnused, 1},
+    {kCommandMissing, 1},
+    {kCommandFailed, 2},
+    {kCommandRefused, 2},
+    {kCommandTooLong, 2},
+    {kCommandRecipients, 1},
+    {kExitCode, 1},
+    {kEndedBySignal, 1},
+    {kMailAddressUnusable, 2},
+    {kAnswerCode, 2},
     // What waits to be sent, and what is done with it.
     {kNoticesInUse, 1},
 };

@@ -187,6 +187,10 @@ String CanonicalDomain(StringView domain) {
   return unicode.empty() ? String(domain) : unicode;
 }
 
+String AsciiDomain(StringView domain) {
+  return ConvertDomain(domain, uidna_nameToASCII);
+}
+
 String CanonicalAddress(StringView address) {
   constexpr std::size_t kLongestToCompare = 4 * kLongestAddress;
   const Parts parts = Split(address);

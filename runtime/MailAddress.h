@@ -23,4 +23,8 @@ String CanonicalAddress(StringView address);
 // The domain of CanonicalAddress. A text that is no domain is returned unchanged.
 String CanonicalDomain(StringView domain);
 
+// The domain as DNS has it, in ASCII (RFC 5891). Empty for a text that is no domain, and for an address in
+// brackets.
+String AsciiDomain(StringView domain);
+
 }  // namespace Runtime

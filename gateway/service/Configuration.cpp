@@ -5,8 +5,11 @@
 #include <algorithm>
 #include <map>
 
+#include "gateway/notices/SmtpHost.h"
 #include "gateway/service/MailboxSection.h"
+#include "gateway/service/SmtpSection.h"
 #include "platform/Failure.h"
+#include "platform/NoticeTexts.h"
 #include "platform/StoredNames.h"
 #include "runtime/DurableFile.h"
 #include "runtime/Folders.h"
@@ -59,25 +62,44 @@ SettingsNode Parse(const std::string& path) {
   return {};
 }
 
-// The members of the root: the section of defaults, and the sections of mailboxes.
+// The members of the root: the section of defaults, and the sections of mailboxes and of servers.
 struct Sections {
   const SettingsNode* Defaults = nullptr;
-  std::vector<const SettingsNode*> Mailboxes;
+  std::vector<const SettingsNode*> Mailboxes, Servers;
 };
 
 Sections SectionsOf(const SettingsNode& root, SettingsProblems& problems) {
   Sections sections;
+  const auto isTable = [](const SettingsNode& node) { return node.Type == Kind::Table; };
   for (const SettingsNode& member : root.Members) {
-    const auto isTable = [](const SettingsNode& node) { return node.Type == Kind::Table; };
+    auto* const list = member.Key == "mailbox" ? &sections.Mailboxes
+                       : member.Key == "smtp"  ? &sections.Servers
+                                               : nullptr;
     if (member.Key == "defaults" && isTable(member))
       sections.Defaults = &member;
-    else if (member.Key == "mailbox" && member.Type == Kind::List &&
-             std::ranges::all_of(member.Members, isTable))
-      for (const SettingsNode& mailbox : member.Members) sections.Mailboxes.push_back(&mailbox);
+    else if (list && member.Type == Kind::List && std::ranges::all_of(member.Members, isTable))
+      for (const SettingsNode& section : member.Members) list->push_back(&section);
     else
       problems.Add(member.Place, TextOf(TextNumber::kSectionUnknown, FromUtf8(member.Key)));
   }
   return sections;
+}
+
+std::vector<SmtpServer> ReadServers(const std::vector<const SettingsNode*>& sections,
+                                    SettingsProblems& problems, SettingsProblems& warnings) {
+  std::vector<SmtpServer> servers;
+  std::map<std::pair<std::string, int>, FilePlace> places;
+  for (const SettingsNode* section : sections) {
+    servers.push_back(ReadSmtpServer(*section, problems, warnings));
+    const SmtpServer& server = servers.back();
+    const auto host = ParseSmtpHost(FromUtf8(server.Host));
+    if (!host) continue;
+    const auto [first, isNew] = places.emplace(std::pair(host->Name, server.Port), section->Place);
+    if (!isNew)
+      problems.Add(section->Place, TextOf(TextNumber::kSmtpServerTwice, FromUtf8(server.Host),
+                                          FromUtf8(std::to_string(first->second.Line))));
+  }
+  return servers;
 }
 
 }  // namespace
@@ -99,7 +121,7 @@ Configuration ReadConfiguration(const std::string& path) {
   const Sections sections = SectionsOf(root, problems);
   DefaultSettings defaults;
   if (sections.Defaults) defaults = ReadDefaults(*sections.Defaults, problems);
-  Configuration configuration{path, defaults.Delivery, {}, {}};
+  Configuration configuration{path, defaults.Delivery, {}, {}, {}};
   std::map<String, FilePlace> names;
   for (const SettingsNode* section : sections.Mailboxes) {
     MailboxSettings mailbox = ReadMailbox(*section, defaults, problems, warnings);
@@ -111,6 +133,7 @@ Configuration ReadConfiguration(const std::string& path) {
     }
     configuration.Mailboxes.push_back(std::move(mailbox));
   }
+  configuration.Servers = ReadServers(sections.Servers, problems, warnings);
   RaiseIfAny(problems);
   configuration.Warnings = warnings.Lines();
   return configuration;

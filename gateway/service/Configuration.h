@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "gateway/delivery/MailProcessor.h"
+#include "gateway/notices/MailTransport.h"
 #include "gateway/sources/QueueSettings.h"
 
 namespace Gateway {
@@ -25,6 +26,7 @@ struct Configuration {
   std::string Path;
   DeliverySettings Defaults;  // of a mailbox that the file doesn't name
   std::vector<MailboxSettings> Mailboxes;
+  std::vector<SmtpServer> Servers;  // that mail is sent to; no two for one host and port
 
   // What is wrong beside the file, and may be right soon: a file of a password that can't be read. One line
   // for each, with its place.

@@ -1,17 +1,11 @@
 #include "gateway/service/MailboxSection.h"
 
-#include <fcntl.h>
-#include <sys/stat.h>
-#include <unistd.h>
-
 #include <array>
-#include <cerrno>
 
 #include "gateway/policy/AuthenticationResults.h"
 #include "mime/Limits.h"
 #include "platform/StoredNames.h"
 #include "runtime/RegistryStore.h"
-#include "runtime/SystemReason.h"
 #include "runtime/Texts.h"
 
 namespace Gateway {
@@ -133,20 +127,6 @@ void RequireSource(SettingsSection& section, const QueueSettings& source) {
   if (!moves && section.Has("move-to")) section.Refuse("move-to", TextOf(TextNumber::kMoveToUnused));
 }
 
-// The file may be on a disk that is mounted later, so the service starts without it.
-void CheckPasswordFile(const SettingsSection& section, const std::string& path, SettingsProblems& warnings) {
-  if (path.empty()) return;
-  const String shown = FromUtf8(path);
-  struct stat status {};
-  const int error = stat(path.c_str(), &status) != 0 ? errno : access(path.c_str(), R_OK) != 0 ? errno : 0;
-  const FilePlace place = section.PlaceOf("password-file");
-  if (error != 0)
-    warnings.Add(place,
-                 TextOf(TextNumber::kPasswordFileMissing, shown, FromUtf8(Runtime::SystemReason(error))));
-  else if ((status.st_mode & (S_IRWXG | S_IRWXO)) != 0)
-    warnings.Add(place, TextOf(TextNumber::kPasswordFileOpen, shown));
-}
-
 }  // namespace
 
 DefaultSettings ReadDefaults(const SettingsNode& table, SettingsProblems& problems) {
@@ -177,7 +157,7 @@ MailboxSettings ReadMailbox(const SettingsNode& table, const DefaultSettings& de
   if (!kind) return mailbox;
   source.Kind = *kind;
   RequireSource(section, source);
-  if (source.Kind != QueueKind::Maildir) CheckPasswordFile(section, source.PasswordFile, warnings);
+  if (source.Kind != QueueKind::Maildir) section.WarnOfPasswordFile(source.PasswordFile, warnings);
   mailbox.Source = std::move(source);
   return mailbox;
 }

@@ -1,9 +1,14 @@
 #include "gateway/service/SettingsSection.h"
 
+#include <sys/stat.h>
+#include <unistd.h>
+
 #include <algorithm>
+#include <cerrno>
 #include <utility>
 
 #include "platform/StoredNames.h"
+#include "runtime/SystemReason.h"
 #include "runtime/Texts.h"
 
 namespace Gateway {
@@ -99,6 +104,19 @@ FilePlace SettingsSection::PlaceOf(std::string_view key) const {
 
 void SettingsSection::Refuse(std::string_view key, const String& text) {
   problems_.Add(PlaceOf(key), text);
+}
+
+void SettingsSection::WarnOfPasswordFile(const std::string& path, SettingsProblems& warnings) const {
+  if (path.empty()) return;
+  const String shown = FromUtf8(path);
+  struct stat status {};
+  const int error = stat(path.c_str(), &status) != 0 ? errno : access(path.c_str(), R_OK) != 0 ? errno : 0;
+  const FilePlace place = PlaceOf("password-file");
+  if (error != 0)
+    warnings.Add(place,
+                 TextOf(TextNumber::kPasswordFileMissing, shown, FromUtf8(Runtime::SystemReason(error))));
+  else if ((status.st_mode & (S_IRWXG | S_IRWXO)) != 0)
+    warnings.Add(place, TextOf(TextNumber::kPasswordFileOpen, shown));
 }
 
 void SettingsSection::RefuseUnknown() {

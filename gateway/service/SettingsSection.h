@@ -58,6 +58,10 @@ class SettingsSection {
   // Adds a problem at the place of the key.
   void Refuse(std::string_view key, const Platform::String& text);
 
+  // Adds a warning for a file of a password that can't be read now, or that others may read. The file may be
+  // on a disk that is mounted later. Nothing for an empty path.
+  void WarnOfPasswordFile(const std::string& path, SettingsProblems& warnings) const;
+
   // Adds a problem for each key that no operation has asked for.
   void RefuseUnknown();
 

@@ -35,7 +35,7 @@ Gateway::Configuration ConfigurationOption::Read() const {
 Gateway::Configuration ConfigurationOption::ReadIfAny() const {
   std::error_code error;
   if (File.empty() && std::filesystem::status(Path(), error).type() == std::filesystem::file_type::not_found)
-    return {Path(), {}, {}, {}};
+    return {Path(), {}, {}, {}, {}};
   return Read();
 }
 

@@ -42,6 +42,7 @@ foreign='
 sqlite3.h: runtime/Database.
 openssl/: siblings/OstrCipherCOM/ siblings/Talvane40/PasswordHash. mime/ gateway/delivery/Digest. gateway/sources/TlsSession.
 libetpan/: gateway/sources/ImapSession.
+curl/: gateway/notices/CurlLibrary. gateway/notices/SmtpTransport.
 gmime/: mime/
 glib: mime/
 gio/: mime/

@@ -72,6 +72,8 @@ TEST_F(ConfigurationFile, ReadsTheSampleWithEverySetting) {
   EXPECT_FALSE(voyager->Source);
   EXPECT_EQ(voyager->Delivery.HeldDays, 30);
   EXPECT_EQ(read.Find(u"Luna"), nullptr);
+  EXPECT_EQ(read.Servers, (std::vector<SmtpServer>{{"smtp.example.org", 587, SmtpSecurity::Auto, "talvane",
+                                                    "/etc/talvane/smtp.password", "/etc/talvane/ca.pem"}}));
 }
 
 TEST_F(ConfigurationFile, LetsAMailboxOverrideTheDefaults) {
@@ -143,6 +145,16 @@ TEST_F(ConfigurationFile, NamesThePlaceOfEachError) {
         "8:1: security has to be one of these words, in quotation marks: tls, starttls, none.",
         "9:1: folder is no setting of the source imap.", "10:1: The setting move-to is missing."}},
       {server + "move-to = 'x'\n", {"7:1: move-to has no effect"}},
+      {"[[smtp]]\nport = 0\nfolder = '/a'\nsecurity = 'ssl'\n[[smtp]]\nhost = 'h:25'\nuser = 'u'\n",
+       {"1:1: The setting host is missing. Add it to this section.", "2:1: port has to be",
+        "3:1: There is no setting folder here. The settings are: ca-file, host, ",
+        "4:1: security has to be one of these words, in quotation marks: auto, tls, starttls, none.",
+        "5:1: The setting password-file is missing.", "6:1: host is empty, too long, or holds"}},
+      {"[[smtp]]\nhost = 'h.example'\nsecurity = 'none'\nuser = 'u'\npassword-file = '/p'\nca-file = "
+       "'/c'\n[[smtp]]\nhost = 'H.example.'\nport = 25\n[[smtp]]\nhost = 'H.example.'\n[[smtp]]\n"
+       "host = '[::1]'\nsecurity = 'none'\nuser = 'u'\npassword-file = '/p'\n",
+       {"3:1: The password for h.example would be sent", "6:1: ca-file has no effect",
+        "10:1: The server H.example. has a section in line 1 already."}},
       {"[[mailbox]]\nname = 'A'\nsource = 'pop3'\nhost = 'h'\nuser = 'u'\npassword-file = '/p'\n"
        "after-success = 'move'\n",
        {"7:1: after-success has to be one of these words, in quotation marks: keep, delete."}},
