@@ -1,11 +1,11 @@
 #include "host/SendingSession.h"
 
-#include "platform/Failure.h"
-#include "platform/NumberReader.h"
+#include <utility>
+
+#include "gateway/notices/ProjectSending.h"
 #include "platform/PropertyObject.h"
 #include "platform/Services.h"
 #include "platform/StoredNames.h"
-#include "platform/contracts/GeneralServices.h"
 #include "platform/contracts/ResourceServices.h"
 #include "runtime/Folders.h"
 
@@ -28,15 +28,6 @@ String SmtpTransportName() {
   return TransportName(TextNumber::kSmtpName);
 }
 
-std::int32_t TransportNumber(StringView stored) {
-  try {
-    const std::int32_t number = ReadInt32(stored);
-    return number == TransportId::kMapi || number == TransportId::kSmtp ? number : 0;
-  } catch (const Failure&) {
-    return 0;  // no number, or out of range
-  }
-}
-
 ObjectRef MakeSession(const SendSettings& settings) {
   return PropertyObject::Make({
       {u"SendLogon",
@@ -47,18 +38,12 @@ ObjectRef MakeSession(const SendSettings& settings) {
 }
 
 SendSettings ReadSendSettings(const String& projectPath) {
-  const Files files(Services().CreateByName(u"TvGeneralServices.Files"));
-  const ProjectFile project = files.RetrieveTVSFile(projectPath);
-  if (!project) return {};
-  const auto key = [&](StringView name) {
-    return project.KeyValue(ProjectSection::kWritten, name).ToString();
-  };
-  const std::int32_t transport = TransportNumber(key(SendingValue::kTransportId));
-  return {transport == TransportId::kMapi   ? MapiTransportName()
-          : transport == TransportId::kSmtp ? SmtpTransportName()
-                                            : String(),
-          key(SendingValue::kMapiProfile), key(SendingValue::kHostName), key(SendingValue::kAddress),
-          key(SendingValue::kRealName)};
+  Gateway::ProjectSending sending = Gateway::ReadProjectSending(projectPath);
+  return {sending.Transport == TransportId::kMapi   ? MapiTransportName()
+          : sending.Transport == TransportId::kSmtp ? SmtpTransportName()
+                                                    : String(),
+          std::move(sending.MapiProfile), std::move(sending.HostName), std::move(sending.Address),
+          std::move(sending.RealName)};
 }
 
 }  // namespace Host

@@ -21,10 +21,6 @@ struct SendSettings {
 String MapiTransportName();
 String SmtpTransportName();
 
-// The number of a stored transport, converted as the component does it (" 2 " and "2.0" are SMTP, too): 1 for
-// MAPI, 2 for SMTP, 0 for any other text.
-std::int32_t TransportNumber(StringView stored);
-
 // An object with SendLogon (Transport, HostName), MAPIProfile and User (Address, RealName).
 ObjectRef MakeSession(const SendSettings& settings);
 

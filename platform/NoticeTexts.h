@@ -40,6 +40,10 @@ inline constexpr std::int32_t kAnswerCode = 21354;
 
 // What waits to be sent, and what is done with it.
 inline constexpr std::int32_t kNoticesInUse = 21360;
+inline constexpr std::int32_t kProjectSendsNoMail = 21361;
+inline constexpr std::int32_t kMailboxAddressMissing = 21362;
+inline constexpr std::int32_t kSentInVain = 21363;
+inline constexpr std::int32_t kSettingNotFlag = 21364;
 
 inline constexpr CatalogueText kNoticeTexts[] = {
     // In the mails themselves.
@@ -72,6 +76,10 @@ inline constexpr CatalogueText kNoticeTexts[] = {
     {kAnswerCode, 2},
     // What waits to be sent, and what is done with it.
     {kNoticesInUse, 1},
+    {kProjectSendsNoMail},
+    {kMailboxAddressMissing},
+    {kSentInVain, 1},
+    {kSettingNotFlag, 1},
 };
 
 }  // namespace Platform::TextNumber

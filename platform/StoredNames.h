@@ -50,6 +50,7 @@ inline constexpr StringView kMapiProfile = u"MAPIProfile";
 inline constexpr StringView kHostName = u"SMTPHostName";
 inline constexpr StringView kAddress = u"EMailAddress";
 inline constexpr StringView kRealName = u"RealName";
+inline constexpr StringView kProfileCommand = u"Command";  // of a profile's key: what sends its mail
 }  // namespace SendingValue
 
 namespace TransportId {

@@ -1,12 +1,9 @@
 #include "gateway/delivery/CutMarker.h"
 
 #include "gateway/delivery/Attribution.h"
+#include "gateway/notices/CutMarkerText.h"
 #include "mime/MailCharacters.h"
 #include "platform/Failure.h"
-#include "platform/Services.h"
-#include "platform/StoredNames.h"
-#include "platform/contracts/ResourceServices.h"
-#include "runtime/Folders.h"
 
 namespace Gateway {
 
@@ -66,9 +63,7 @@ bool MatchGap(StringView text, std::size_t& at) {
 const std::optional<String>& CutMarker::Text() {
   if (text_) return text_;
   try {
-    const Platform::Resource texts(Platform::Services().CreateByName(u"TvResourceServices.Resource"));
-    texts.LoadResources(Runtime::LibraryFolder() + u"\\TvComRes.dll", u"Talvane40");
-    text_ = texts.ResourceString(Platform::TextNumber::kCutMarker);
+    text_ = LoadCutMarkerText();
     TakeSteps();
   } catch (const Platform::Failure&) {
     text_.reset();

@@ -14,6 +14,9 @@ struct DeliverySettings {
   bool Hold = false;  // keep refused mail, with its reason
   int HeldDays = 90;  // how long held mail is kept
 
+  // Tell a user of the project why a mail is held.
+  bool AnswerSenders = true;
+
   friend bool operator==(const DeliverySettings&, const DeliverySettings&) = default;
 };
 

@@ -111,6 +111,11 @@ const MailboxSettings* Configuration::Find(StringView mailbox) const {
   return found == Mailboxes.end() ? nullptr : &*found;
 }
 
+const NoticeSettings& Configuration::NoticesOf(StringView mailbox) const {
+  const MailboxSettings* settings = Find(mailbox);
+  return settings ? settings->Notices : DefaultNotices;
+}
+
 std::string ConfigurationPath() {
   return Runtime::HomePath() + "/tvmail.toml";
 }
@@ -121,7 +126,8 @@ Configuration ReadConfiguration(const std::string& path) {
   const Sections sections = SectionsOf(root, problems);
   DefaultSettings defaults;
   if (sections.Defaults) defaults = ReadDefaults(*sections.Defaults, problems);
-  Configuration configuration{path, defaults.Delivery, {}, {}, {}};
+  defaults.Notices.Servers = ReadServers(sections.Servers, problems, warnings);
+  Configuration configuration{path, defaults.Delivery, defaults.Notices, {}, {}};
   std::map<String, FilePlace> names;
   for (const SettingsNode* section : sections.Mailboxes) {
     MailboxSettings mailbox = ReadMailbox(*section, defaults, problems, warnings);
@@ -133,7 +139,6 @@ Configuration ReadConfiguration(const std::string& path) {
     }
     configuration.Mailboxes.push_back(std::move(mailbox));
   }
-  configuration.Servers = ReadServers(sections.Servers, problems, warnings);
   RaiseIfAny(problems);
   configuration.Warnings = warnings.Lines();
   return configuration;

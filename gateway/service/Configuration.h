@@ -8,7 +8,7 @@
 #include <vector>
 
 #include "gateway/delivery/MailProcessor.h"
-#include "gateway/notices/MailTransport.h"
+#include "gateway/notices/NoticeSettings.h"
 #include "gateway/sources/QueueSettings.h"
 
 namespace Gateway {
@@ -19,14 +19,15 @@ struct MailboxSettings {
   String Name;                          // as in the file; the mailbox's record may spell it in another case
   std::optional<QueueSettings> Source;  // nothing if a mail server passes the mails to tvmail deliver
   DeliverySettings Delivery;            // Hold is false
+  NoticeSettings Notices;
   friend bool operator==(const MailboxSettings&, const MailboxSettings&) = default;
 };
 
 struct Configuration {
   std::string Path;
   DeliverySettings Defaults;  // of a mailbox that the file doesn't name
+  NoticeSettings DefaultNotices;  // with the servers, no two for one host and port
   std::vector<MailboxSettings> Mailboxes;
-  std::vector<SmtpServer> Servers;  // that mail is sent to; no two for one host and port
 
   // What is wrong beside the file, and may be right soon: a file of a password that can't be read. One line
   // for each, with its place.
@@ -34,6 +35,9 @@ struct Configuration {
 
   // In any case; null if the file doesn't name it.
   const MailboxSettings* Find(StringView mailbox) const;
+
+  // What a mailbox sends; the defaults if the file doesn't name it.
+  const NoticeSettings& NoticesOf(StringView mailbox) const;
 };
 
 // The file tvmail.toml in the folder of the stores.

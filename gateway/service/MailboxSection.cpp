@@ -5,6 +5,7 @@
 #include "gateway/policy/AuthenticationResults.h"
 #include "mime/Limits.h"
 #include "platform/StoredNames.h"
+#include "runtime/MailAddress.h"
 #include "runtime/RegistryStore.h"
 #include "runtime/Texts.h"
 
@@ -24,6 +25,7 @@ constexpr std::array<std::string_view, 2> kPolicies = {"refuse", "post"};
 constexpr int kLargestPort = 65535;
 constexpr int kLongestHeldDays = 3650;
 constexpr int kLongestPollSeconds = 3600;
+constexpr int kMostNoticesPerMinute = 100'000;
 
 // The settings of sources, and for which they are.
 constexpr struct {
@@ -62,6 +64,21 @@ void ReadDelivery(SettingsSection& section, DeliverySettings& delivery) {
   if (const auto megabytes = section.Number("size-limit", 1, kLargestMegabytes))
     policy.SizeLimit = static_cast<std::size_t>(*megabytes) << 20;
   Assign(delivery.HeldDays, section.Number("held-days", 1, kLongestHeldDays));
+}
+
+void ReadNotices(SettingsSection& section, NoticeSettings& notices, DeliverySettings& delivery) {
+  Assign(notices.Send, section.Flag("notices"));
+  Assign(notices.AnswerSenders, section.Flag("answer-senders"));
+  Assign(notices.PerMinute, section.Number("notices-per-minute", 1, kMostNoticesPerMinute));
+  delivery.AnswerSenders = notices.AnswerSenders;
+}
+
+void ReadAddress(SettingsSection& section, NoticeSettings& notices) {
+  const auto typed = section.Text("address");
+  if (!typed) return;
+  notices.Address = Platform::Trim(FromUtf8(*typed));
+  if (const String fault = Runtime::AddressFault(notices.Address); !fault.empty())
+    section.Refuse("address", fault);
 }
 
 // "keep" is POP3's word for mail that stays on the server.
@@ -133,6 +150,7 @@ DefaultSettings ReadDefaults(const SettingsNode& table, SettingsProblems& proble
   SettingsSection section(table, problems);
   DefaultSettings defaults;
   ReadDelivery(section, defaults.Delivery);
+  ReadNotices(section, defaults.Notices, defaults.Delivery);
   ReadSource(section, defaults.Source);
   defaults.Kind = ReadKind(section, std::nullopt);
   section.RefuseUnknown();
@@ -142,13 +160,15 @@ DefaultSettings ReadDefaults(const SettingsNode& table, SettingsProblems& proble
 MailboxSettings ReadMailbox(const SettingsNode& table, const DefaultSettings& defaults,
                             SettingsProblems& problems, SettingsProblems& warnings) {
   SettingsSection section(table, problems);
-  MailboxSettings mailbox{{}, {}, defaults.Delivery};
+  MailboxSettings mailbox{{}, {}, defaults.Delivery, defaults.Notices};
   QueueSettings source = defaults.Source;
   if (const auto name = section.Text("name")) mailbox.Name = Platform::Trim(FromUtf8(*name));
   Require(section, "name", !mailbox.Name.empty());
   if (!mailbox.Name.empty() && !Runtime::RegistryStore::IsKeyName(mailbox.Name))
     section.Refuse("name", TextOf(TextNumber::kSettingNotUsable, u"name"));
   ReadDelivery(section, mailbox.Delivery);
+  ReadNotices(section, mailbox.Notices, mailbox.Delivery);
+  ReadAddress(section, mailbox.Notices);
   ReadSource(section, source);
   Assign(source.Folder, section.Path("folder"));
   const std::optional<QueueKind> kind = ReadKind(section, defaults.Kind);

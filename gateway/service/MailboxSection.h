@@ -9,6 +9,7 @@ namespace Gateway {
 // Settings of any mailbox; a mailbox's section begins with a copy.
 struct DefaultSettings {
   DeliverySettings Delivery;
+  NoticeSettings Notices;
   QueueSettings Source;
   std::optional<QueueKind> Kind;  // nothing if mailboxes have no source
 };

@@ -33,6 +33,9 @@ SettingsNode NodeOf(const toml::node& value) {
   } else if (const auto* number = value.as_integer()) {
     node.Type = Kind::Number;
     node.Number = number->get();
+  } else if (const auto* flag = value.as_boolean()) {
+    node.Type = Kind::Flag;
+    node.Flag = flag->get();
   } else if (const auto* table = value.as_table()) {
     node.Type = Kind::Table;
     for (const auto& [key, member] : *table) {

@@ -16,12 +16,13 @@ struct FilePlace {
 };
 
 struct SettingsNode {
-  enum class Kind { Text, Number, Table, List, Other };
+  enum class Kind { Text, Number, Flag, Table, List, Other };
   Kind Type = Kind::Other;
   std::string Key;  // of a table's member; empty for an element of a list. UTF-8
   FilePlace Place;  // of the key; of the value where there is no key
   std::string Text;
   std::int64_t Number = 0;
+  bool Flag = false;
   std::vector<SettingsNode> Members;  // of a table, ordered by key, or of a list
 };
 

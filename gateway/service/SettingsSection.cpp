@@ -7,6 +7,7 @@
 #include <cerrno>
 #include <utility>
 
+#include "platform/NoticeTexts.h"
 #include "platform/StoredNames.h"
 #include "runtime/SystemReason.h"
 #include "runtime/Texts.h"
@@ -83,6 +84,11 @@ std::optional<int> SettingsSection::Number(std::string_view key, int smallest, i
     return static_cast<int>(node->Number);
   Refuse(key, TextOf(TextNumber::kSettingNotNumber, FromUtf8(key), range));
   return std::nullopt;
+}
+
+std::optional<bool> SettingsSection::Flag(std::string_view key) {
+  const SettingsNode* node = Take(key, Kind::Flag, TextNumber::kSettingNotFlag);
+  return node ? std::optional(node->Flag) : std::nullopt;
 }
 
 std::optional<std::size_t> SettingsSection::Choice(std::string_view key,

@@ -48,6 +48,9 @@ class SettingsSection {
 
   std::optional<int> Number(std::string_view key, int smallest, int largest);
 
+  // true or false, without quotation marks.
+  std::optional<bool> Flag(std::string_view key);
+
   // The position of the value in the list of words.
   std::optional<std::size_t> Choice(std::string_view key, std::span<const std::string_view> words);
 

@@ -4,6 +4,7 @@
 #include <memory>
 
 #include "gateway/delivery/HandlerObject.h"
+#include "gateway/notices/ProjectSending.h"
 #include "host/CommandError.h"
 #include "host/RegistryKey.h"
 #include "host/Stores.h"
@@ -108,7 +109,7 @@ OutboundSettings ReadSettings() {
   const auto key = RegistryKey::Open(Hive::CurrentUser, RegistryPath::kOutbound);
   if (!key) return {};
   const String stored = key->Text(SendingValue::kTransportId);
-  const std::int32_t transport = TransportNumber(stored);
+  const std::int32_t transport = Gateway::TransportNumber(stored);
   return {true,
           !EqualsIgnoreCase(key->Text(SendingValue::kEnabled), u"False"),
           transport == TransportId::kMapi   ? u"mapi"

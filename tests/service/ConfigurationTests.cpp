@@ -51,6 +51,13 @@ TEST_F(ConfigurationFile, ReadsTheSampleWithEverySetting) {
   expected.Folder = "/var/mail/apollo";
   EXPECT_EQ(apollo->Source, expected);
   EXPECT_EQ(apollo->Delivery, DeliverySettings());
+  NoticeSettings notices;
+  notices.Servers = {{"smtp.example.org", 587, SmtpSecurity::Auto, "talvane", "/etc/talvane/smtp.password",
+                      "/etc/talvane/ca.pem"}};
+  EXPECT_EQ(read.DefaultNotices, notices);
+  EXPECT_EQ(gemini->Notices, notices);
+  notices.Address = u"apollo@example.org";
+  EXPECT_EQ(apollo->Notices, notices);
   expected = {};
   expected.Kind = QueueKind::Imap;
   expected.Host = "mail.example.org";
@@ -71,18 +78,17 @@ TEST_F(ConfigurationFile, ReadsTheSampleWithEverySetting) {
   EXPECT_EQ(mercury->Source, expected);
   EXPECT_FALSE(voyager->Source);
   EXPECT_EQ(voyager->Delivery.HeldDays, 30);
+  EXPECT_EQ(voyager->Notices.PerMinute, 1000);
   EXPECT_EQ(read.Find(u"Luna"), nullptr);
-  EXPECT_EQ(read.Servers, (std::vector<SmtpServer>{{"smtp.example.org", 587, SmtpSecurity::Auto, "talvane",
-                                                    "/etc/talvane/smtp.password", "/etc/talvane/ca.pem"}}));
 }
 
 TEST_F(ConfigurationFile, LetsAMailboxOverrideTheDefaults) {
   const Configuration read = Read(
       "[defaults]\nsource = 'imap'\nhost = 'h'\nuser = 'u'\npassword-file = '/missing'\nsecurity = 'none'\n"
       "size-limit = 1\nautomatic = 'post'\nempty = 'post'\nrequire-authenticated = 'mx'\npoll-seconds = 5\n"
-      "after-success = 'delete'\n[[mailbox]]\nname = ' A '\n"
+      "after-success = 'delete'\nanswer-senders = false\n[[mailbox]]\nname = ' A '\nnotices = false\n"
       "[[mailbox]]\nname = 'b'\nhost = 'k'\nsecurity = 'starttls'\nautomatic = 'refuse'\n"
-      "require-authenticated = ''\nsize-limit = 128\nafter-success = 'mark'\n");
+      "require-authenticated = ''\nsize-limit = 128\nafter-success = 'mark'\nanswer-senders = true\n");
   const MailboxSettings *a = read.Find(u"A"), *b = read.Find(u"B");
   ASSERT_TRUE(a && b);
   EXPECT_EQ(a->Source->Host + b->Source->Host, "hk");
@@ -91,6 +97,7 @@ TEST_F(ConfigurationFile, LetsAMailboxOverrideTheDefaults) {
   EXPECT_EQ(b->Source->PollInterval, std::chrono::seconds(5));
   EXPECT_EQ(a->Source->After, AfterSuccess::Delete);
   EXPECT_EQ(b->Source->After, AfterSuccess::Mark);
+  EXPECT_TRUE(!a->Delivery.AnswerSenders && b->Delivery.AnswerSenders && !a->Notices.Send && b->Notices.Send);
   const auto policy = [](bool automatic, const char16_t* server, std::size_t megabytes) {
     PolicySettings settings;
     settings.PostAutomatic = automatic;
@@ -104,7 +111,7 @@ TEST_F(ConfigurationFile, LetsAMailboxOverrideTheDefaults) {
   // A file of a password may come with a disk that is mounted later.
   ASSERT_EQ(read.Warnings.size(), 2u);
   EXPECT_PRED2(Holds, read.Warnings[0],
-               "t.toml:13:1: The password file /missing can't be read: No such file");
+               "t.toml:14:1: The password file /missing can't be read: No such file");
 }
 
 TEST_F(ConfigurationFile, NamesThePlaceOfEachError) {
@@ -121,10 +128,12 @@ TEST_F(ConfigurationFile, NamesThePlaceOfEachError) {
        {"1:1: There is no section or setting mailbox.", "2:1: There is no section or setting default.",
         "3:1: There is no section or setting mailboxes."}},
       {mailbox + "held_days = 3\nstrangers = true\nautomatic = 'Post'\nempty = 1\nheld-days = 0\n",
-       {"5:1: There is no setting held_days here. The settings are: after-success, automatic, ",
+       {"5:1: There is no setting held_days here. The settings are: address, after-success, ",
         "6:1: strangers has to be one of these words, in quotation marks: refuse, post.",
         "7:1: automatic has to", "8:1: empty has to",
         "9:1: held-days has to be a whole number of the range 1-3650."}},
+      {mailbox + "notices = 'yes'\naddress = 'a@b@c'\nnotices-per-minute = 0\n",
+       {"5:1: notices has to be true or false", "6:1: ", "7:1: notices-per-minute has to be a whole number"}},
       {"[defaults]\nname = 'x'\nfolder = '/x'\nsize-limit = '25'\nsize-limits = 129\nrequire-authenticated = "
        "'a b'\n",
        {"2:1: There is no setting name", "3:1: There is no setting folder",
