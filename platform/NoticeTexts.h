@@ -44,6 +44,7 @@ inline constexpr std::int32_t kProjectSendsNoMail = 21361;
 inline constexpr std::int32_t kMailboxAddressMissing = 21362;
 inline constexpr std::int32_t kSentInVain = 21363;
 inline constexpr std::int32_t kSettingNotFlag = 21364;
+inline constexpr std::int32_t kNoticeExpired = 21399;
 
 inline constexpr CatalogueText kNoticeTexts[] = {
     // In the mails themselves.
@@ -80,6 +81,7 @@ inline constexpr CatalogueText kNoticeTexts[] = {
     {kMailboxAddressMissing},
     {kSentInVain, 1},
     {kSettingNotFlag, 1},
+    {kNoticeExpired},
 };
 
 }  // namespace Platform::TextNumber

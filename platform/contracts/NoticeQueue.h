@@ -65,6 +65,9 @@ struct NextNotice {
   std::optional<DueNotice> Notice;
   // If there is none: the time until one is due, or may be sent again; nothing if none waits.
   std::optional<std::chrono::milliseconds> Wait;
+
+  Value ToValue() const;
+  static NextNotice FromValue(const Value& value);
 };
 
 struct NoticeState {
@@ -115,7 +118,9 @@ class NoticeQueue : public ObjectProxy {
   // The next notice that is due. Not more than perMinute notices are given in a minute, in all processes.
   // Notices by a profile (TransportId::kMapi) of another system user than uid are left for that user. A
   // notice that waited for 30 days without an attempt is given up. Raises 70 without the lock.
-  NextNotice Next(std::int32_t perMinute, std::int32_t uid) const;
+  NextNotice Next(std::int32_t perMinute, std::int32_t uid) const {
+    return NextNotice::FromValue(Call(u"Next", perMinute, uid));
+  }
 
   // The notice was sent; ids of notices that are gone are ignored by these three.
   void Sent(std::int32_t id) const { Call(u"Sent", id); }

@@ -1,73 +1,49 @@
 #include "platform/contracts/ProjectAdministration.h"
 
+#include "platform/contracts/ArrayMembers.h"
+
 namespace Platform {
 namespace {
 
-// An array with the value that make gives for each element.
-template <class Element, class Make>
-Array ArrayOf(const std::vector<Element>& elements, Make make) {
-  Array array;
-  array.reserve(elements.size());
-  for (const Element& element : elements) array.push_back(make(element));
-  return array;
-}
-
-template <class Read>
-auto VectorOf(const Value& value, Read read) {
-  std::vector<decltype(read(value.ToArray()))> elements;
-  for (const Value& element : value.ToArray()) elements.push_back(read(element.ToArray()));
-  return elements;
-}
-
-const Value& ElementOf(const Array& array, std::size_t index) {
-  if (index >= array.size()) Raise(FailureNumber::Subscript);
-  return array[index];
-}
-
 Value UserValue(const DescribedUser& user) {
-  return Array{user.Key, user.Name, user.Address, user.MailAccepted, user.Owner, user.Language};
-}
-
-DescribedUser ReadUser(const Array& user) {
-  return {ElementOf(user, 0).ToInt32(), ElementOf(user, 1).ToString(), ElementOf(user, 2).ToString(),
-          ElementOf(user, 3).ToBool(),  ElementOf(user, 4).ToBool(),   ElementOf(user, 5).ToString()};
+  return user.ToValue();
 }
 
 Value ReplyValue(const DescribedReply& reply) {
   return reply.ToValue();
 }
 
-DescribedReply ReadReply(const Array& reply) {
-  return {ElementOf(reply, 0).ToString(), ElementOf(reply, 1).ToString(), ElementOf(reply, 2).ToString(),
-          ElementOf(reply, 3).ToString(), ElementOf(reply, 4).ToInt32(),  ElementOf(reply, 5).ToInt32(),
-          ElementOf(reply, 6).ToString()};
-}
-
 Value DiscussionValue(const DescribedDiscussion& discussion) {
   return Array{discussion.Number, discussion.Title, ArrayOf(discussion.Replies, ReplyValue)};
 }
 
-DescribedDiscussion ReadDiscussion(const Array& discussion) {
+DescribedDiscussion ReadDiscussion(const Value& value) {
+  const Array& discussion = value.ToArray();
   return {ElementOf(discussion, 0).ToInt32(), ElementOf(discussion, 1).ToString(),
-          VectorOf(ElementOf(discussion, 2), ReadReply)};
-}
-
-// An empty value stands for nothing.
-template <class Member>
-Value OptionalValue(const std::optional<Member>& member) {
-  return member ? Value(*member) : Value();
-}
-
-template <class Read>
-auto ReadOptional(const Array& array, std::size_t index, Read read) {
-  const Value& value = ElementOf(array, index);
-  return value.IsEmpty() ? std::nullopt : std::optional(read(value));
+          VectorOf(ElementOf(discussion, 2), DescribedReply::FromValue)};
 }
 
 }  // namespace
 
+Value DescribedUser::ToValue() const {
+  return Array{Key, Name, Address, MailAccepted, Owner, Language};
+}
+
+DescribedUser DescribedUser::FromValue(const Value& value) {
+  const Array& user = value.ToArray();
+  return {ElementOf(user, 0).ToInt32(), ElementOf(user, 1).ToString(), ElementOf(user, 2).ToString(),
+          ElementOf(user, 3).ToBool(),  ElementOf(user, 4).ToBool(),   ElementOf(user, 5).ToString()};
+}
+
 Value DescribedReply::ToValue() const {
   return Array{Subject, Body, UserName, At, Number, UserKey, UserAddress};
+}
+
+DescribedReply DescribedReply::FromValue(const Value& value) {
+  const Array& reply = value.ToArray();
+  return {ElementOf(reply, 0).ToString(), ElementOf(reply, 1).ToString(), ElementOf(reply, 2).ToString(),
+          ElementOf(reply, 3).ToString(), ElementOf(reply, 4).ToInt32(),  ElementOf(reply, 5).ToInt32(),
+          ElementOf(reply, 6).ToString()};
 }
 
 Value NoticeRoute::ToValue() const {
@@ -99,13 +75,13 @@ Value ProjectDescription::ToValue() const {
 
 ProjectDescription ProjectDescription::FromValue(const Value& value) {
   const Array& project = value.ToArray();
-  return {ElementOf(project, 0).ToString(), VectorOf(ElementOf(project, 1), ReadUser),
+  return {ElementOf(project, 0).ToString(), VectorOf(ElementOf(project, 1), DescribedUser::FromValue),
           VectorOf(ElementOf(project, 2), ReadDiscussion)};
 }
 
 std::vector<DescribedReply> ProjectAdministration::RepliesAfter(StringView path, std::int32_t discussion,
                                                                 std::int32_t after) const {
-  return VectorOf(Call(u"RepliesAfter", path, discussion, after), ReadReply);
+  return VectorOf(Call(u"RepliesAfter", path, discussion, after), DescribedReply::FromValue);
 }
 
 ProjectDescription ProjectAdministration::Describe(StringView path) const {

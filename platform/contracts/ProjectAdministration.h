@@ -23,6 +23,11 @@ struct DescribedUser {
   bool MailAccepted = false;
   bool Owner = false;  // who may bind a mailbox to the project
   String Language;     // such as "de"; empty for the language of the program that sends
+
+  // The members as an array, in their order.
+  Value ToValue() const;
+  // Raises 9 or 13 for a value of another structure.
+  static DescribedUser FromValue(const Value& value);
 };
 
 // What changes of a user; the rest is kept.
@@ -49,6 +54,8 @@ struct DescribedReply {
 
   // The members as an array, in their order.
   Value ToValue() const;
+  // Raises 9 or 13 for a value of another structure.
+  static DescribedReply FromValue(const Value& value);
 };
 
 struct DescribedDiscussion {

@@ -1,10 +1,6 @@
 #include "siblings/Talvane40/MailIntake.h"
 
-#include <sys/stat.h>
-
-#include <algorithm>
-
-#include "platform/Hex.h"
+#include "siblings/Talvane40/FileIdentity.h"
 #include "siblings/Talvane40/MailUnderWay.h"
 #include "siblings/Talvane40/ProjectLocation.h"
 #include "siblings/Talvane40/SenderDirectory.h"
@@ -14,28 +10,6 @@ namespace {
 
 [[noreturn]] void Refuse(std::int32_t number, StringView why) {
   throw Failure(number, u"Talvane40.MailIntake", String(why));
-}
-
-// The key in lower case, as it is stored.
-std::string VettedKey(const Value& value) {
-  const String key = value.ToString();
-  if (key.empty() || key.size() > Platform::MailIntake::kLongestKey ||
-      !std::ranges::all_of(key, [](char16_t c) { return HexDigit(c) >= 0; }))
-    Refuse(FailureNumber::RefusedInput, u"The key of a mail must be 1 to 64 hexadecimal digits.");
-  return ToUtf8(FoldCase(key));
-}
-
-// Which file a path names now. Zeros if none.
-struct FileIdentity {
-  dev_t Device = 0;
-  ino_t Number = 0;
-  bool operator==(const FileIdentity&) const = default;
-};
-
-FileIdentity IdentityOf(const std::string& path) {
-  struct stat status {};
-  if (stat(path.c_str(), &status) != 0) return {};
-  return {status.st_dev, status.st_ino};
 }
 
 }  // namespace

@@ -18,6 +18,10 @@ struct MailUnderWay {
   IntakeResult Result = IntakeResult::Nothing;
 };
 
+// A mail's idempotency key in lower case, as it is stored. Raises 380 unless it is 1 to
+// MailIntake::kLongestKey hexadecimal digits.
+std::string VettedKey(const Value& value);
+
 // The one of the calling thread; nothing between mails.
 std::optional<MailUnderWay>& MailOfThisThread();
 

@@ -125,9 +125,8 @@ constexpr const char* kVersions[] = {
     at INTEGER NOT NULL,
     reason TEXT NOT NULL,
     PRIMARY KEY (user, notice)) STRICT, WITHOUT ROWID;
-  CREATE TABLE notices_given (
-    second INTEGER PRIMARY KEY,
-    notices INTEGER NOT NULL) STRICT;
+  CREATE TABLE notices_given (at INTEGER NOT NULL) STRICT;
+  CREATE INDEX notices_given_by_time ON notices_given (at);
   CREATE INDEX users_with_mail ON users (key) WHERE mail_accepted = 1 AND removed = 0;
   CREATE VIEW recipients AS SELECT key, name, email, role, language FROM users
     WHERE mail_accepted = 1 AND removed = 0 AND email <> ''

@@ -1,0 +1,43 @@
+// NoticeQueue: what a project has to send by mail. platform/contracts/NoticeQueue.h is the contract.
+#pragma once
+
+#include <memory>
+
+#include "platform/Component.h"
+#include "platform/Object.h"
+
+namespace Talvane40 {
+
+using namespace Platform;
+
+extern std::atomic<long> liveObjects;
+
+class NoticeQueue : public ObjectWithMembers<NoticeQueue> {
+ public:
+  NoticeQueue();
+  ~NoticeQueue() override;
+  static const Table& Members();
+
+ private:
+  struct OpenedFiles;
+
+  Value Open(std::span<Value> arguments);
+  Value Lock(std::span<Value> arguments);
+  Value Unlock(std::span<Value> arguments);
+  Value Next(std::span<Value> arguments);
+  Value Sent(std::span<Value> arguments);
+  Value Defer(std::span<Value> arguments);
+  Value GiveUp(std::span<Value> arguments);
+  Value State(std::span<Value> arguments);
+  Value AddAnswer(std::span<Value> arguments);
+  Value AddBounce(std::span<Value> arguments);
+  Value Drop(std::span<Value> arguments);
+
+  OpenedFiles& Opened();
+  OpenedFiles& Locked();
+
+  std::unique_ptr<OpenedFiles> opened_;
+  LiveObject live_{liveObjects};
+};
+
+}  // namespace Talvane40

@@ -1,0 +1,141 @@
+#include "siblings/Talvane40/NoticeStore.h"
+
+#include <algorithm>
+
+#include "platform/CheckedArithmetic.h"
+#include "siblings/Talvane40/Bounces.h"
+#include "siblings/Talvane40/NoticeTime.h"
+#include "siblings/Talvane40/ProjectSchema.h"
+#include "siblings/Talvane40/SenderAnswers.h"
+
+namespace Talvane40 {
+namespace {
+
+constexpr std::size_t kLongestReason = 1000;      // characters
+constexpr std::int64_t kEndedCounted = 7 * kDay;  // by State
+constexpr std::int64_t kEndedRemembered = 30 * kDay;
+
+NoticeIds IdsOf(Runtime::Database& database) {
+  Runtime::Statement select(database, "SELECT hmac_key FROM notice_key");
+  auto row = select({});
+  if (!row.Next() || row.Blob(0).empty())
+    throw Failure(FailureNumber::DeviceFailed, u"Talvane40",
+                  FromUtf8(database.File()) + u": the table notice_key is empty.");
+  return NoticeIds(row.Blob(0));
+}
+
+std::string Stored(StringView reason) {
+  return ToUtf8(Shortened(String(reason), kLongestReason));
+}
+
+// A number to be shown, which a larger one doesn't make an error.
+std::int32_t Shown(std::int64_t number) {
+  return static_cast<std::int32_t>(std::clamp<std::int64_t>(number, 0, INT32_MAX));
+}
+
+constexpr const char* kTimeFormat = "%Y-%m-%dT%H:%M:%fZ";
+
+}  // namespace
+
+NoticeStore::NoticeStore(const std::string& file)
+    : database_(ExistingDatabase(file)),
+      ids_(IdsOf(WithCurrentTables(database_))),
+      turns_(database_),
+      reader_(database_, ids_),
+      delete_(database_, "DELETE FROM notices WHERE id = ?"),
+      defer_(database_,
+             "UPDATE notices SET attempts = attempts + 1, next_attempt = ?2 + ?3, waiting_since = ?2, "
+             "first_attempt = min(coalesce(first_attempt, ?2), ?2), reason = ?4 WHERE id = ?1") {
+  database_.Run("PRAGMA foreign_keys=ON");
+}
+
+NextNotice NoticeStore::Next(std::int32_t perMinute, std::int32_t uid) {
+  const NoticeTurns::Turn turn = turns_.Next(perMinute, uid);
+  NextNotice next;
+  if (turn.Notice) next.Notice = reader_.Read(*turn.Notice);
+  if (turn.Wait) next.Wait = std::chrono::milliseconds(*turn.Wait);
+  return next;
+}
+
+void NoticeStore::Sent(std::int32_t id) {
+  Runtime::Transaction transaction(database_);
+  delete_.Run({id});
+  transaction.Commit();
+}
+
+// The first attempt can't have been after now: the clock was set back then.
+void NoticeStore::Defer(std::int32_t id, StringView reason, std::chrono::seconds pause) {
+  Runtime::Transaction transaction(database_);
+  const std::int64_t milliseconds = std::clamp<std::int64_t>(pause.count() * kSecond, 1, kHour);
+  defer_.Run({id, Now(), milliseconds, Stored(reason)});
+  transaction.Commit();
+}
+
+void NoticeStore::GiveUp(std::int32_t id, StringView reason) {
+  Runtime::Transaction transaction(database_);
+  Runtime::Statement(database_,
+                     "INSERT INTO ended_notices (at, address, reason) "
+                     "SELECT ?, email, ? FROM notices JOIN users ON key = user WHERE id = ?")
+      .Run({Now(), Stored(reason), id});
+  delete_.Run({id});
+  Runtime::Statement(database_, "DELETE FROM ended_notices WHERE at < ?").Run({Now() - kEndedRemembered});
+  transaction.Commit();
+}
+
+std::int64_t NoticeStore::Unsent() {
+  return database_.Number("SELECT count(*) FROM notices") + turns_.NotCreated();
+}
+
+NoticeState NoticeStore::State() {
+  NoticeState state;
+  state.Unsent = Shown(Unsent());
+  AddDeferred(state);
+  AddGivenUp(state);
+  state.StoppedAddresses = StoppedAddresses(database_);
+  return state;
+}
+
+void NoticeStore::AddDeferred(NoticeState& state) {
+  Runtime::Statement counts(database_,
+                            "SELECT count(*), strftime(?, min(first_attempt) / 1000.0, 'unixepoch') "
+                            "FROM notices WHERE attempts > 0");
+  if (auto row = counts({kTimeFormat}); row.Next()) {
+    state.Deferred = Shown(row.Integer(0));
+    state.OldestAttempt = FromUtf8(row.Text(1));
+  }
+  Runtime::Statement last(
+      database_, "SELECT reason FROM notices WHERE attempts > 0 ORDER BY waiting_since DESC LIMIT 1");
+  if (auto row = last({}); row.Next()) state.DeferredReason = FromUtf8(row.Text(0));
+}
+
+void NoticeStore::AddGivenUp(NoticeState& state) {
+  const std::int64_t from = Now() - kEndedCounted;
+  Runtime::Statement count(database_, "SELECT coalesce(sum(notices), 0) FROM ended_notices WHERE at >= ?");
+  if (auto row = count({from}); row.Next()) state.GivenUp = Shown(row.Integer(0));
+  Runtime::Statement last(database_,
+                          "SELECT strftime(?, at / 1000.0, 'unixepoch'), address, reason FROM ended_notices "
+                          "WHERE at >= ? ORDER BY at DESC, id DESC LIMIT 1");
+  if (auto row = last({kTimeFormat, from}); row.Next()) {
+    state.GivenUpAt = FromUtf8(row.Text(0));
+    state.GivenUpAddress = FromUtf8(row.Text(1));
+    state.GivenUpReason = FromUtf8(row.Text(2));
+  }
+}
+
+bool NoticeStore::AddAnswer(const RefusedMail& mail) {
+  return Talvane40::AddAnswer(database_, mail);
+}
+
+BounceResult NoticeStore::AddBounce(StringView messageId, StringView reason) {
+  return Talvane40::AddBounce(database_, ids_, messageId, reason);
+}
+
+std::int32_t NoticeStore::Drop() {
+  Runtime::Transaction transaction(database_);
+  const std::int64_t unsent = Unsent();
+  database_.Run("DELETE FROM notices; DELETE FROM due_replies");
+  transaction.Commit();
+  return Shown(unsent);
+}
+
+}  // namespace Talvane40
