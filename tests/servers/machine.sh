@@ -24,7 +24,7 @@ for file in passwd group nsswitch.conf ld.so.cache ld.so.conf ld.so.conf.d servi
 done
 echo "127.0.0.1 localhost" >"$WORK/root/etc/hosts"
 # The test runs from the copy, since a mount may hide the source.
-cp "$SOURCE"/tests/servers/*.sh "$SOURCE"/tests/packaging/*.sh "$WORK/test/"
+cp "$SOURCE"/tests/servers/* "$SOURCE"/tests/packaging/*.sh "$WORK/test/"
 cp "$(dirname "$3")"/* "$WORK/test/"
 unshare --mount --net --pid --fork --kill-child --mount-proc sh -eu -c '
   for folder in etc usr/local srv var/lib var/mail; do mount --bind "$WORK/root/$folder" "/$folder"; done

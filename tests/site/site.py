@@ -13,8 +13,8 @@ import threading
 import time
 
 import mails as mail_kinds
-import service as site_service
-from service import SOURCES, STORES, WORK, tvmail, tvmail_json
+from mailboxes import SOURCES, project_of, set_up
+from service import STORES, WORK, Service, tvmail, tvmail_json
 
 SEED = 20261102
 QUEUE = os.environ["QUEUE"]
@@ -81,7 +81,7 @@ class Account:
         self.unknown = []
         self.total_replies = 0
         for name in SOURCES:
-            for discussion in tvmail_json("project", "show", site_service.project_of(name))["discussions"]:
+            for discussion in tvmail_json("project", "show", project_of(name))["discussions"]:
                 for reply in discussion["replies"]:
                     self.add_reply(name, discussion["number"], reply)
         for mail in tvmail_json("held", "list"):
@@ -203,11 +203,11 @@ def main():
     begin = time.monotonic()
     count, kills = int(sys.argv[1]), int(sys.argv[2])
     deadline = begin + 60 + count * 0.2
-    site_service.set_up()
+    set_up()
     mails = mail_kinds.make(list(SOURCES), count, SEED)
     served = sum(mail.copies for mail in mails for name in mail.mailboxes if "source" in SOURCES[name])
     print(f"{time.monotonic() - begin:.1f} s: {len(mails)} mails are sent; {served} deliveries are the service's")
-    service = site_service.Service()
+    service = Service()
     threads, failures = send_all(mails)
     for kill in range(kills):
         at = service.kill_after(int(served * (kill + random.uniform(0.3, 0.9)) / kills), deadline)
