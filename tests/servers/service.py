@@ -37,7 +37,7 @@ def tvmail_json(*arguments):
 
 
 def write_file(path, text):
-    with open(os.open(path, os.O_WRONLY | os.O_CREAT, 0o600), "w") as file:
+    with open(os.open(path, os.O_WRONLY | os.O_CREAT | os.O_TRUNC, 0o600), "w") as file:
         file.write(text)
     os.chown(path, USER.pw_uid, USER.pw_gid)
 

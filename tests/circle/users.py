@@ -1,0 +1,121 @@
+"""Persons who take part in a discussion by mail alone: they read notices by IMAP and answer them by SMTP."""
+import imaplib
+import random
+import re
+import shutil
+import smtplib
+import subprocess
+import threading
+from dataclasses import dataclass
+
+import clients
+import texts
+
+# What a client doesn't keep of a typed text: blanks at the ends of lines, but where the expression matches.
+KEPT = {clients.gmail: "", clients.outlook: "", clients.apple: ".* +", clients.flowed: "-- "}
+SWAKS = shutil.which("swaks")
+
+
+@dataclass
+class Reply:
+    author: str
+    round: int
+    discussion: int
+    text: str
+    client: str = "posted"
+
+
+class Board:
+    """What was written, as the writers know it."""
+
+    def __init__(self, users, in_turns):
+        self.users, self.in_turns = users, in_turns
+        self.replies = {}  # by the mark that a text begins with
+
+    def add(self, mark, reply):
+        self.replies[mark] = reply
+
+    def find(self, text):
+        """The reply that a notice tells, which has all of its text; nothing if it has not."""
+        mark = re.search(r"^\[\w+ \d+\]", text, re.MULTILINE)
+        reply = mark and self.replies.get(mark[0])
+        return reply if reply and f"\n{reply.text}\n" in text else None
+
+
+def send(sender, recipient, mail):
+    with smtplib.SMTP("127.0.0.1", 2525, local_hostname="client.example") as server:
+        server.sendmail(sender, [recipient], mail)
+
+
+def send_by_swaks(sender, recipient, mail):
+    subprocess.run([SWAKS, "--server", "127.0.0.1", "--port", "2525", "--from", sender, "--to", recipient, "--silent",
+                    "--data", "-"], input=mail, check=True, capture_output=True, timeout=30)
+
+
+class User(threading.Thread):
+    """Answers one notice a round, with a client and a program of its own each time."""
+
+    def __init__(self, name, address, board, first_client, rounds, seed, watch=None):
+        super().__init__(daemon=True)
+        self.name, self.address, self.board, self.rounds = name, address, board, rounds
+        self.first_client, self.watch = first_client, watch
+        self.random = random.Random(f"{name} {seed}")
+        self.received, self.sent = [], []  # notifications; bytes of mails
+        self.told, self.open = {}, []  # the Message-IDs of the notices of each reply; what can be answered
+        self.done, self.stop, self.failure = 0, threading.Event(), None
+        self.seen = 0  # the last UID
+
+    def run(self):
+        try:
+            with imaplib.IMAP4("127.0.0.1") as mailbox:
+                mailbox.login(self.address.partition("@")[0], "secret")
+                mailbox.select()
+                while not self.stop.is_set():
+                    self.read(mailbox)
+                    if self.may_answer():
+                        self.answer()
+                    else:
+                        self.stop.wait(0.1)
+                self.read(mailbox)
+        except Exception as error:  # of whatever kind, it is the test's result
+            self.failure = f"{self.name}: {error!r}"
+
+    def read(self, mailbox):
+        mailbox.noop()
+        for uid in mailbox.uid("SEARCH", f"UID {self.seen + 1}:*")[1][0].split():
+            if int(uid) > self.seen:
+                self.seen = int(uid)
+                self.take(clients.Notification(mailbox.uid("FETCH", uid, "(BODY.PEEK[])")[1][0][1]))
+
+    def take(self, notice):
+        reply = self.board.find(notice.text)
+        self.received.append((notice, reply))
+        ids = self.told.setdefault(reply and reply.text, [])
+        ids.append(notice.id)
+        if reply and len(ids) == 1:
+            self.open.append((notice, reply.discussion))
+        if self.watch:
+            self.watch(self, notice)
+
+    def may_answer(self):
+        """In turns, a round begins when all answers of the one before have come."""
+        last = [reply.text in self.told for reply in list(self.board.replies.values())
+                if reply.round == self.done and reply.author != self.name]
+        in_time = self.done == 0 or not self.board.in_turns or (len(last) == self.board.users - 1 and all(last))
+        return bool(self.open) and self.done < self.rounds and in_time
+
+    def answer(self):
+        notice, discussion = self.open.pop(self.random.randrange(len(self.open)))
+        self.done += 1
+        client = clients.CLIENTS[(self.first_client + self.done) % len(clients.CLIENTS)]
+        languages = list(texts.SENTENCES)
+        self.random.shuffle(languages)
+        if client is clients.japanese:
+            languages = ["japanese", "english"]
+        mark = f"[{self.name} {self.done}]"
+        text = texts.typed(self.random, mark, languages, self.random.random() < 0.5, KEPT.get(client, ".* +"))
+        mail = client(notice, text, (f"{self.name.title()} Ärmel", self.address), self.random)
+        self.sent.append(mail)
+        self.board.add(mark, Reply(self.name, self.done, discussion, text, client.__name__))
+        by_swaks = SWAKS and self.random.random() < 0.5
+        (send_by_swaks if by_swaks else send)(self.address, notice.reply_to, mail)
