@@ -3,100 +3,116 @@
 #include <algorithm>
 
 #include "mime/Base64.h"
-#include "mime/GMimeReference.h"
 
 namespace Mime {
 namespace {
 
-std::string WellFormedUtf8(const String& text) {
-  String whole = text;
-  for (std::size_t i = 0; i < whole.size(); ++i) {
-    if (Platform::IsSurrogatePair(whole, i)) {
-      ++i;
-    } else if (Platform::IsSurrogate(whole[i])) {
-      whole[i] = u'\uFFFD';
+// Neither quoted-printable nor base64 can hold this line.
+constexpr const char* kBoundary = "=_talvane";
+
+// With LF as line ends, the last one included.
+std::string Lines(const String& text) {
+  const std::string bytes = WellFormedUtf8(text);
+  std::string lines;
+  lines.reserve(bytes.size() + 1);
+  for (std::size_t i = 0; i < bytes.size(); ++i) {
+    if (bytes[i] != '\r') {
+      lines += bytes[i];
+    } else if (i + 1 == bytes.size() || bytes[i + 1] != '\n') {
+      lines += '\n';
     }
   }
-  return Platform::ToUtf8(whole);
+  return lines += '\n';
 }
 
-// The text as encoded words of RFC 2047, which GMime writes unchanged: for a text that looks like one itself.
-// Each holds whole characters.
-std::string EncodedWords(std::string_view utf8) {
-  constexpr std::size_t kMostBytes = 45;  // so that a word has at most 75 characters
-  std::string words;
-  while (!utf8.empty()) {
-    std::size_t size = std::min(kMostBytes, utf8.size());
-    while (size < utf8.size() && (utf8[size] & 0xC0) == 0x80) --size;
-    if (!words.empty()) words += ' ';
-    words += "=?UTF-8?B?" + EncodeBase64(utf8.substr(0, size)) + "?=";
-    utf8.remove_prefix(size);
+// RFC 2045, section 6.7. A line never begins with "From " or a point, which programs on the way may change.
+std::string QuotedPrintable(std::string_view lines) {
+  constexpr std::size_t kLongestLine = 76;
+  constexpr std::string_view kDigits = "0123456789ABCDEF";
+  std::string text;
+  text.reserve(lines.size() + lines.size() / 16);
+  std::size_t lineStart = 0;
+  for (std::size_t i = 0; i < lines.size(); ++i) {
+    const char c = lines[i];
+    if (c == '\n') {
+      text += c;
+      lineStart = text.size();
+      continue;
+    }
+    const bool atEnd = lines[i + 1] == '\n';  // the last character is a line end
+    const bool blank = c == ' ' || c == '\t';
+    const auto plainAt = [&](std::size_t column) {
+      if (blank) return !atEnd;
+      if (column == 0 && (c == '.' || lines.substr(i, 5) == "From ")) return false;
+      return c > ' ' && c < 0x7F && c != '=';
+    };
+    // An equals sign continues the line; it needs the last column.
+    const std::size_t column = text.size() - lineStart;
+    if (column + (plainAt(column) ? 1 : 3) > kLongestLine - (atEnd ? 0 : 1)) {
+      text += "=\n";
+      lineStart = text.size();
+    }
+    if (plainAt(text.size() - lineStart)) {
+      text += c;
+    } else {
+      const auto byte = static_cast<unsigned char>(c);
+      text += {'=', kDigits[byte >> 4], kDigits[byte & 0xF]};
+    }
   }
-  return words;
+  return text;
 }
 
-std::string FieldText(const String& text) {
-  String line = text;
-  std::ranges::replace_if(line, Platform::IsControl, u' ');
-  const std::string bytes = WellFormedUtf8(line);
-  return bytes.find("=?") == std::string::npos ? bytes : EncodedWords(bytes);
+// RFC 2045, section 6.8: the line ends of the text are CR LF.
+std::string Base64Lines(std::string_view lines) {
+  constexpr std::size_t kBytesOfLine = 57;
+  std::string bytes;
+  bytes.reserve(lines.size() + lines.size() / 16);
+  for (const char c : lines) {
+    if (c == '\n') bytes += '\r';
+    bytes += c;
+  }
+  std::string text;
+  text.reserve(bytes.size() * 3 / 2);
+  for (std::size_t at = 0; at < bytes.size(); at += kBytesOfLine)
+    text += EncodeBase64(std::string_view(bytes).substr(at, kBytesOfLine)) + '\n';
+  return text;
 }
 
-// Quoted-printable takes three bytes for each byte beyond ASCII, base64 four for any three.
-GMimeContentEncoding EncodingOf(const std::string& text) {
-  const auto beyondAscii = std::ranges::count_if(text, [](char c) { return (c & 0x80) != 0; });
-  return static_cast<std::size_t>(beyondAscii) * 6 > text.size() ? GMIME_CONTENT_ENCODING_BASE64
-                                                                 : GMIME_CONTENT_ENCODING_QUOTEDPRINTABLE;
-}
-
-Owned<GMimeTextPart> TextPart(std::string text) {
-  std::erase(text, '\r');
-  text += '\n';
-  Owned<GMimeTextPart> part(g_mime_text_part_new_with_subtype("plain"));
-  GMimeObject* const object = GMIME_OBJECT(part.get());
-  g_mime_object_set_content_type_parameter(object, "charset", "UTF-8");
-  const Owned<GMimeStream> stream(g_mime_stream_mem_new_with_buffer(text.data(), text.size()));
-  const Owned<GMimeDataWrapper> content(
-      g_mime_data_wrapper_new_with_stream(stream.get(), GMIME_CONTENT_ENCODING_DEFAULT));
-  g_mime_part_set_content(GMIME_PART(part.get()), content.get());
-  g_mime_part_set_content_encoding(GMIME_PART(part.get()), EncodingOf(text));
-  return part;
-}
-
-std::string BytesOf(GMimeMessage* message) {
-  GMimeFormatOptions* const format = g_mime_format_options_new();
-  g_mime_format_options_set_newline_format(format, GMIME_NEWLINE_FORMAT_UNIX);
-  const Owned<GMimeStream> stream(g_mime_stream_mem_new());
-  g_mime_object_write_to_stream(GMIME_OBJECT(message), format, stream.get());
-  g_mime_format_options_free(format);
-  const GByteArray* const bytes = g_mime_stream_mem_get_byte_array(GMIME_STREAM_MEM(stream.get()));
-  return {reinterpret_cast<const char*>(bytes->data), bytes->len};
+void AddPart(std::string& mail, const char* subtype, const String& text) {
+  const std::string lines = Lines(text);
+  // Quoted-printable takes three bytes for each byte beyond ASCII, base64 four for any three.
+  const auto beyondAscii = std::ranges::count_if(lines, [](char c) { return (c & 0x80) != 0; });
+  const bool base64 = static_cast<std::size_t>(beyondAscii) * 6 > lines.size();
+  mail.append("Content-Type: text/").append(subtype).append("; charset=UTF-8\nContent-Transfer-Encoding: ");
+  mail += base64 ? "base64\n\n" + Base64Lines(lines) : "quoted-printable\n\n" + QuotedPrintable(lines);
 }
 
 }  // namespace
 
 std::string WriteMail(const TextMail& mail) {
-  static const bool started = (g_mime_init(), true);
-  static_cast<void>(started);
-  const Owned<GMimeMessage> message(g_mime_message_new(TRUE));
-  GMimeObject* const object = GMIME_OBJECT(message.get());
-  g_mime_message_add_mailbox(message.get(), GMIME_ADDRESS_TYPE_FROM, FieldText(mail.FromName).c_str(),
-                             FieldText(mail.FromAddress).c_str());
-  g_mime_message_set_subject(message.get(), FieldText(mail.Subject).c_str(), "UTF-8");
-  if (GDateTime* const date = g_date_time_new_from_unix_utc(mail.Date)) {
-    g_mime_message_set_date(message.get(), date);
-    g_date_time_unref(date);
+  HeaderWriter header;
+  header.AddDate("Date", mail.Date);
+  header.AddCorrespondent("From", mail.From);
+  header.AddCorrespondent("Reply-To", mail.ReplyTo);
+  header.AddCorrespondent("To", mail.To);
+  header.AddText("Subject", mail.Subject);
+  header.AddIds("Message-ID", std::span(&mail.MessageId, 1));
+  header.AddIds("In-Reply-To", std::span(&mail.InReplyTo, 1));
+  header.AddIds("References", mail.References);
+  if (!mail.ListId.empty()) header.AddList(mail.ListName, mail.ListId);
+  for (const auto& [name, value] : mail.Fields) header.AddWord(name, value);
+  header.AddWord("MIME-Version", "1.0");
+  std::string bytes = header.Text();
+  if (mail.Html.empty()) {
+    AddPart(bytes, "plain", mail.Text);
+    return bytes;
   }
-  g_mime_message_set_message_id(message.get(), mail.MessageId.c_str());
-  if (!mail.InReplyTo.empty()) {
-    const std::string earlier = "<" + mail.InReplyTo + ">";
-    g_mime_object_set_header(object, "In-Reply-To", earlier.c_str(), nullptr);
-    g_mime_object_set_header(object, "References", earlier.c_str(), nullptr);
+  bytes.append("Content-Type: multipart/alternative; boundary=\"").append(kBoundary).append("\"\n");
+  for (const auto& [subtype, text] : {std::pair("plain", &mail.Text), std::pair("html", &mail.Html)}) {
+    bytes.append("\n--").append(kBoundary).append("\n");
+    AddPart(bytes, subtype, *text);
   }
-  g_mime_object_set_header(object, "MIME-Version", "1.0", nullptr);
-  const Owned<GMimeTextPart> part = TextPart(WellFormedUtf8(mail.Text));
-  g_mime_message_set_mime_part(message.get(), GMIME_OBJECT(part.get()));
-  return BytesOf(message.get());
+  return bytes.append("\n--").append(kBoundary).append("--\n");
 }
 
 }  // namespace Mime

@@ -10,6 +10,10 @@ namespace Platform::TextNumber {
 
 // In the mails themselves.
 inline constexpr std::int32_t kHowToAnswer = 21300;
+inline constexpr std::int32_t kWhoWrote = 21301;
+inline constexpr std::int32_t kMailNotStored = 21302;
+inline constexpr std::int32_t kWhatYouWrote = 21303;
+inline constexpr std::int32_t kSubjectOfAnswer = 21304;
 
 // Why a mail can't be sent.
 inline constexpr std::int32_t kSmtpHostInvalid = 21330;
@@ -49,6 +53,10 @@ inline constexpr std::int32_t kNoticeExpired = 21399;
 inline constexpr CatalogueText kNoticeTexts[] = {
     // In the mails themselves.
     {kHowToAnswer},
+    {kWhoWrote, 2},
+    {kMailNotStored, 1},
+    {kWhatYouWrote},
+    {kSubjectOfAnswer, 1},
     // Why a mail can't be sent.
     {kSmtpHostInvalid, 1},
     {kSmtpMailRefused, 2},

@@ -55,12 +55,12 @@ std::size_t WriteMbox(Runtime::StagedFile& file, const ProjectAdministration& pr
                                  ? FromUtf8("user-" + std::to_string(reply.UserKey) + "@talvane.invalid")
                                  : reply.UserAddress;
       file.Write(SeparatorLine(at) +
-                 Masked(Mime::WriteMail({.FromName = reply.UserName,
-                                         .FromAddress = address,
-                                         .Subject = reply.Subject,
+                 Masked(Mime::WriteMail({.From = {reply.UserName, address},
+                                         .Subject = {reply.Subject},
                                          .Date = at,
                                          .MessageId = id,
                                          .InReplyTo = first,
+                                         .References = {first},
                                          .Text = reply.Body})) +
                  "\n");
       if (first.empty()) first = id;

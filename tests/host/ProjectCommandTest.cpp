@@ -92,8 +92,8 @@ TEST_F(BoundProjectCommands, AnExportIsReadAgainAndShowsHostileTextsAsText) {
                     page = ReadFile(program.File("pages/discussion-1.html"));
   for (const char* part :
        {"From MAILER-DAEMON Wed May  1 09:30:00 2024\nDate: Wed, 01 May 2024 09:30:00 +0000\n",
-        "\n\n>From ann\n>>From <b>\n\n", "\nFrom: ann <ann@example.org>\n",
-        ".1.2@talvane.invalid>\nIn-Reply-To: <", "\n\nw7zml6XmnKwK\n"})
+        "\n\n=46rom ann\n>>From <b>\n\n", "\nFrom: ann <ann@example.org>\n",
+        ".1.2@talvane.invalid>\nIn-Reply-To: <", "\n\nw7zml6XmnKwNCg==\n"})
     EXPECT_PRED2(Holds, mails, part);
   for (const char* part : {"\nBcc", "?Q?a?="}) EXPECT_EQ(std::string::npos, mails.find(part));
   EXPECT_PRED2(Holds, page, "<h1 lang=\"\" dir=\"auto\">&lt;/title&gt;&lt;script&gt;1&lt;/script&gt;</h1>");
