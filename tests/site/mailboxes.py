@@ -35,12 +35,12 @@ def set_up():
         for title in ("Release plan", "Launch site"):
             tvmail("project", "add-discussion", project, "--title", title)
         tvmail("mailbox", "add", name, "--project", project, "--user", "admin", "--password-file", PASSWORD,
-               "--transport", "smtp", "--host", "mail.example.org", "--address", f"{name}@site.example")
+               "--transport", "smtp", "--host", "127.0.0.1:2525", "--address", f"{name}@site.example")
         if "folder" in settings:
             for folder in ("", "/new", "/cur", "/tmp"):
                 os.mkdir(settings["folder"] + folder, 0o700)
                 os.chown(settings["folder"] + folder, USER.pw_uid, USER.pw_gid)
-    lines = ["[defaults]", "poll-seconds = 1"]
+    lines = ["[defaults]", "poll-seconds = 1", "notices = false"]
     for name, settings in SOURCES.items():
         lines += ["[[mailbox]]", f'name = "{name}"']
         if settings.get("source") in ("imap", "pop3"):
