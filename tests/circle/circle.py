@@ -8,11 +8,9 @@ The runs take turns: one without trouble, one in which the service is killed, on
 import argparse
 import collections
 import email
-import glob
 import json
 import os
 import random
-import re
 import time
 
 import users
@@ -20,7 +18,7 @@ from failing_server import Proxy
 from service import HOME, PASSWORD, STORES, USER, WORK, Service, tvmail, tvmail_json, write_file
 
 VARIANTS = ["plain", "killed", "failing"]
-NAMES = ["ann", "bob", "cem"]
+LANGUAGES = {"ann": "en", "bob": "de", "cem": "ja"}  # of the users' notices
 LONG = "The plan of the hall and everything (that) we need for it: keys, cable drums, chairs " * 2
 TITLES = [(LONG.strip(), "Grüße aus Köln – 会議の予定 🚀"), (LONG.replace("a", "ä").strip(), "会議の予定と資料")]
 
@@ -28,18 +26,16 @@ TITLES = [(LONG.strip(), "Grüße aus Köln – 会議の予定 🚀"), (LONG.re
 class Run:
     """One discussion by mail, in a project of its own."""
 
-    def __init__(self, number, variant, seed, rounds):
-        self.variant, self.seed, self.rounds = variant, seed, rounds
+    def __init__(self, name, variant, seed, rounds, titles, user=users.User, maildir=False):
+        self.name, self.variant, self.seed, self.rounds = name, variant, seed, rounds
+        self.titles, self.maildir = titles, maildir  # the mailbox is a Maildir, or else on the server
         self.random = random.Random(seed)
-        self.name = f"Circle{number}"
-        self.project = f"{HOME}/{self.name}.TVS"
-        # Every second mailbox is a Maildir, the others are on the server.
-        self.maildir = number % 2 == 0
-        self.address = f"{self.name.lower()}@{'maildir' if self.maildir else 'site'}.example"
-        self.board = users.Board(len(NAMES), variant != "failing")  # else a round takes as long as a repetition
-        clients = len(users.clients.CLIENTS)
-        self.users = [users.User(name, f"{name}{number}@people.example", self.board, seed + index * clients // 3, rounds, seed)
-                      for index, name in enumerate(NAMES)]
+        self.project = f"{HOME}/{name}.TVS"
+        self.address = f"{name.lower()}@{'maildir' if maildir else 'site'}.example"
+        self.board = users.Board(len(LANGUAGES), variant != "failing")  # else a round takes as long as a repetition
+        third = len(users.clients.CLIENTS) // 3
+        self.users = [user(person, f"{person}.{name.lower()}@people.example", self.board, seed + index * third, rounds,
+                           seed) for index, person in enumerate(LANGUAGES)]
         self.faults = []
 
     def set_up(self):
@@ -47,7 +43,8 @@ class Run:
         tvmail("project", "create", self.project, "--name", self.name, "--user", "admin", "--password-file", PASSWORD)
         for user in self.users:
             tvmail("project", "add-user", self.project, "--name", user.name, "--email", user.address)
-        for title in TITLES[self.seed % 2]:
+            tvmail("project", "set-user", self.project, "--user", user.name, "--language", LANGUAGES[user.name])
+        for title in self.titles:
             tvmail("project", "add-discussion", self.project, "--title", title)
         tvmail("mailbox", "add", self.name, "--project", self.project, "--user", "admin", "--password-file", PASSWORD,
                "--transport", "smtp", "--host", server, "--address", self.address)
@@ -66,9 +63,9 @@ class Run:
 
     def begin(self):
         """Ann posts the first reply of each discussion on this machine."""
-        for discussion in (1, 2):
+        for discussion in range(1, len(self.titles) + 1):
             mark = f"[ann {100 + discussion}]"
-            text = users.texts.typed(self.random, mark, ["english", "german"], kept="")
+            text = self.users[0].typed(None, mark)
             self.board.add(mark, users.Reply("ann", 0, discussion, text))
             write_file(f"{HOME}/text", text + "\n")
             tvmail("project", "post", self.project, f"{HOME}/text", "--discussion", str(discussion), "--user", "ann")
@@ -86,7 +83,7 @@ class Run:
         """The discussion, until all is told or nothing has happened for so long that nothing will."""
         service = Service()
         kills = 5 if self.variant == "killed" else 0
-        all_notices = 2 * (2 + 3 * self.rounds)
+        all_notices = 2 * (len(self.titles) + 3 * self.rounds)
         times = sorted(self.random.randrange(all_notices - 2) for _ in range(kills))
         last, changed = 0, time.monotonic()
         for user in self.users:
@@ -129,7 +126,8 @@ class Run:
         for reply, count in collections.Counter(stored).items():
             if reply not in typed or count != 1:
                 self.faults.append(f"{count} times stored, but typed otherwise: {reply}")
-        self.faults += [f"not stored as typed ({client}): {reply}" for reply, client in typed.items() if reply not in stored]
+        self.faults += [f"not stored as typed ({client}): {reply}"
+                        for reply, client in typed.items() if reply not in stored]
 
     def check_mails(self, user):
         """The user has a notice of each reply of others, which is repeated only as the same mail and after trouble, and
@@ -146,7 +144,7 @@ class Run:
                 fault(f"is told by {ids}: {text[:60]!r}")
         own = [email.message_from_bytes(mail) for mail in user.sent]
         ids = {mail["Message-ID"] for mail in own} | {notice.id for notice, _ in user.received}
-        for discussion in (1, 2):
+        for discussion in range(1, len(self.titles) + 1):
             notices = [notice for notice, reply in user.received if reply and reply.discussion == discussion]
             roots = {notice.id for notice in notices if notice.mail["In-Reply-To"].strip() not in ids}
             if len(roots) != 1 or len({notice.references[0] for notice in notices}) != 1:
@@ -158,11 +156,9 @@ class Run:
                 fault(f"{notice.id} can be answered by a program, or elsewhere")
 
 
-def trouble(run, proxy):
-    log = f"{WORK}/service.log"
-    with open(log, errors="replace") as file:
-        lines = file.read().splitlines()
-    print("the end of the service's log:", *lines[-40:], sep="\n  ")
+def print_log():
+    with open(f"{WORK}/service.log", errors="replace") as file:
+        print("the end of the service's log:", *file.read().splitlines()[-40:], sep="\n  ")
 
 
 def main():
@@ -175,24 +171,25 @@ def main():
     variants = options.variants.split(",")
     write_file(PASSWORD, "secret\n")
     tvmail("init")
-    proxy = Proxy()
+    Proxy()
     if not users.SWAKS:
         print("skipped: there is no swaks, so that Python's smtplib sends every mail")
     for number in range(1, options.runs + 1):
         begin = time.monotonic()
         variant = variants[(number - 1) % len(variants)]
-        run = Run(number, variant, options.seed + number - 1, options.rounds)
+        seed = options.seed + number - 1
+        run = Run(f"Circle{number}", variant, seed, options.rounds, TITLES[seed % 2], maildir=number % 2 == 0)
         run.set_up()
         run.begin()
         run.hold()
         faults = run.check()
         repeated = run.received() - sum(len(user.told) for user in run.users)
-        print(f"run {number} ({variant}, seed {run.seed}, {'Maildir' if run.maildir else 'IMAP'}): {len(run.board.replies)} "
-              f"replies, {run.received()} notices, {repeated} repeated; {time.monotonic() - begin:.1f} s; {len(faults)} faults",
-              flush=True)
+        print(f"run {number} ({variant}, seed {seed}, {'Maildir' if run.maildir else 'IMAP'}): "
+              f"{len(run.board.replies)} replies, {run.received()} notices, {repeated} repeated; "
+              f"{time.monotonic() - begin:.1f} s; {len(faults)} faults", flush=True)
         if faults:
             print(*faults[:20], sep="\n")
-            trouble(run, proxy)
+            print_log()
             return 1
     return 0
 

@@ -13,7 +13,8 @@ install -d -o talvane -m 700 /var/mail/site
 for run in $(seq 200); do echo "circle$run@maildir.example site/circle$run/"; done >/etc/postfix/maildirs
 postconf -e "relay_domains = people.example site.example" \
   "transport_maps = inline:{people.example=lmtp:inet:127.0.0.1:2424, site.example=lmtp:inet:127.0.0.1:2424}" \
-  "virtual_mailbox_domains = apollo.example maildir.example" "virtual_mailbox_maps = texthash:/etc/postfix/maildirs" "local_header_rewrite_clients =" "in_flow_delay = 0"
+  "virtual_mailbox_domains = apollo.example maildir.example" \
+  "virtual_mailbox_maps = texthash:/etc/postfix/maildirs" "local_header_rewrite_clients =" "in_flow_delay = 0"
 reload_postfix
 export QUEUE="$queue"
 exec python3 "$WORK/test/circle.py" ${CIRCLE:-}

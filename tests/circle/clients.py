@@ -141,8 +141,9 @@ def flowed(notice, typed, writer, random):
         return "\n".join(" " + row if row.startswith((" ", ">", "From ")) else row for row in rows)
 
     text = "\n".join(map(flow, typed.split("\n")))
+    text += f"\n\n{on_date(notice)}\n{quoted(notice.text)}\n"
     return mail(notice, writer, "Flow/1.0", encoded("Re: " + notice.subject),
-                Part("text/plain; format=flowed", f"{text}\n\n{on_date(notice)}\n{quoted(notice.text)}\n", encoding="8bit"))
+                Part("text/plain; format=flowed", text, encoding="8bit"))
 
 
 def in_base64(notice, typed, writer, random):
@@ -167,7 +168,8 @@ def gmail(notice, typed, writer, random):
     page = f"""<div dir="ltr">{lines_in("div", typed).replace("<div>", "", 1).replace("</div>", "", 1)}</div><br>\
 <div class="gmail_quote gmail_quote_container"><div dir="ltr" class="gmail_attr">{when} {markup(notice.name)} &lt;\
 <a href="mailto:{address}">{address}</a>&gt; wrote:<br></div><blockquote class="gmail_quote" \
-style="margin:0px 0px 0px 0.8ex;border-left:1px solid rgb(204,204,204);padding-left:1ex">{notice.html}</blockquote></div>"""
+style="margin:0px 0px 0px 0.8ex;border-left:1px solid rgb(204,204,204);padding-left:1ex">{notice.html}</blockquote>\
+</div>"""
     parts = [Part("text/html", page)]
     if max(map(len, typed.split("\n"))) < 72:  # longer lines are wrapped in the plain part
         text = f"{typed}\n\n{when} {notice.name} <\n{address}> wrote:\n\n" + quoted(notice.text) + "\n"
@@ -177,7 +179,8 @@ style="margin:0px 0px 0px 0.8ex;border-left:1px solid rgb(204,204,204);padding-l
 
 def outlook(notice, typed, writer, random):
     def paragraph(line):
-        return f'<p class="MsoNormal"><span style="mso-fareast-language:EN-US">{line or "<o:p>&nbsp;</o:p>"}</span></p>\n'
+        line = line or "<o:p>&nbsp;</o:p>"
+        return f'<p class="MsoNormal"><span style="mso-fareast-language:EN-US">{line}</span></p>\n'
 
     head = "<br>\n".join(f"<b>{name}:</b> {html.escape(value)}" for name, value in [
         ("From", notice.author), ("Sent", f"{notice.date:%A, %B %d, %Y %I:%M %p}"), ("To", formataddr(writer)),
@@ -203,7 +206,8 @@ def apple(notice, typed, writer, random):
 <body style="overflow-wrap: break-word; -webkit-nbsp-mode: space; line-break: after-white-space;">\
 {lines_in("div", typed)}<br id="lineBreakAtBeginningOfMessage"><div><blockquote type="cite"><div>{markup(line)}</div>\
 <br class="Apple-interchange-newline"><div>{notice.html}</div></blockquote></div><br></body></html>"""
-    return mail(notice, writer, "Apple/3.7", encoded("Re: " + notice.subject), Part("text/plain", text), Part("text/html", page))
+    return mail(notice, writer, "Apple/3.7", encoded("Re: " + notice.subject),
+                Part("text/plain", text), Part("text/html", page))
 
 
 CLIENTS = [top_posted, gmail, quoted_marker, wrapped, flowed, in_base64, japanese, outlook, apple]

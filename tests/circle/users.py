@@ -55,10 +55,10 @@ def send_by_swaks(sender, recipient, mail):
 class User(threading.Thread):
     """Answers one notice a round, with a client and a program of its own each time."""
 
-    def __init__(self, name, address, board, first_client, rounds, seed, watch=None):
+    def __init__(self, name, address, board, first_client, rounds, seed):
         super().__init__(daemon=True)
         self.name, self.address, self.board, self.rounds = name, address, board, rounds
-        self.first_client, self.watch = first_client, watch
+        self.first_client = first_client
         self.random = random.Random(f"{name} {seed}")
         self.received, self.sent = [], []  # notifications; bytes of mails
         self.told, self.open = {}, []  # the Message-IDs of the notices of each reply; what can be answered
@@ -94,8 +94,6 @@ class User(threading.Thread):
         ids.append(notice.id)
         if reply and len(ids) == 1:
             self.open.append((notice, reply.discussion))
-        if self.watch:
-            self.watch(self, notice)
 
     def may_answer(self):
         """In turns, a round begins when all answers of the one before have come."""
@@ -108,14 +106,17 @@ class User(threading.Thread):
         notice, discussion = self.open.pop(self.random.randrange(len(self.open)))
         self.done += 1
         client = clients.CLIENTS[(self.first_client + self.done) % len(clients.CLIENTS)]
-        languages = list(texts.SENTENCES)
-        self.random.shuffle(languages)
-        if client is clients.japanese:
-            languages = ["japanese", "english"]
         mark = f"[{self.name} {self.done}]"
-        text = texts.typed(self.random, mark, languages, self.random.random() < 0.5, KEPT.get(client, ".* +"))
+        text = self.typed(client, mark)
         mail = client(notice, text, (f"{self.name.title()} Ärmel", self.address), self.random)
         self.sent.append(mail)
         self.board.add(mark, Reply(self.name, self.done, discussion, text, client.__name__))
         by_swaks = SWAKS and self.random.random() < 0.5
         (send_by_swaks if by_swaks else send)(self.address, notice.reply_to, mail)
+
+    def typed(self, client, mark):
+        languages = list(texts.SENTENCES)
+        self.random.shuffle(languages)
+        if client is clients.japanese:
+            languages = ["japanese", "english"]
+        return texts.typed(self.random, mark, languages, self.random.random() < 0.5, KEPT.get(client, ".* +"))
