@@ -25,13 +25,14 @@ constexpr int kFlags = O_RDONLY | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK;
       Runtime::TextOf(TextNumber::kNotOpened, FromUtf8(path), FromUtf8(Runtime::SystemReason(error))));
 }
 
-// Everybody who may use the database may use the lock, also after the superuser has created it.
+// Everybody who may use the database may use the lock, also after the superuser has created it. Without the
+// permission for it the file stays as it was created.
 void GiveOwnerAndModeOf(const std::string& database, const Runtime::Descriptor& file) {
   struct stat status {};
   if (stat(database.c_str(), &status) != 0) return;
-  [[maybe_unused]] const int mode = fchmod(file.Number(), status.st_mode & 0666);
-  if (geteuid() == 0) [[maybe_unused]]
-    const int owner = fchown(file.Number(), status.st_uid, status.st_gid);
+  const uid_t owner = geteuid() == 0 ? status.st_uid : uid_t(-1);
+  [[maybe_unused]] const int owned = fchown(file.Number(), owner, status.st_gid);
+  [[maybe_unused]] const int allowed = fchmod(file.Number(), status.st_mode & 0666);
 }
 
 Runtime::Descriptor Open(const std::string& path, const std::string& database) {

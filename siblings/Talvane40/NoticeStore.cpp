@@ -11,9 +11,8 @@
 namespace Talvane40 {
 namespace {
 
-constexpr std::size_t kLongestReason = 1000;      // characters
-constexpr std::int64_t kEndedCounted = 7 * kDay;  // by State
-constexpr std::int64_t kEndedRemembered = 30 * kDay;
+constexpr std::size_t kLongestReason = 1000;  // characters
+constexpr std::int64_t kEndedCounted = 7 * kDay;
 
 NoticeIds IdsOf(Runtime::Database& database) {
   Runtime::Statement select(database, "SELECT hmac_key FROM notice_key");
@@ -78,7 +77,6 @@ void NoticeStore::GiveUp(std::int32_t id, StringView reason) {
                      "SELECT ?, email, ? FROM notices JOIN users ON key = user WHERE id = ?")
       .Run({Now(), Stored(reason), id});
   delete_.Run({id});
-  Runtime::Statement(database_, "DELETE FROM ended_notices WHERE at < ?").Run({Now() - kEndedRemembered});
   transaction.Commit();
 }
 
@@ -110,11 +108,11 @@ void NoticeStore::AddDeferred(NoticeState& state) {
 
 void NoticeStore::AddGivenUp(NoticeState& state) {
   const std::int64_t from = Now() - kEndedCounted;
-  Runtime::Statement count(database_, "SELECT coalesce(sum(notices), 0) FROM ended_notices WHERE at >= ?");
+  Runtime::Statement count(database_, "SELECT coalesce(sum(notices), 0) FROM ended_notices WHERE at > ?");
   if (auto row = count({from}); row.Next()) state.GivenUp = Shown(row.Integer(0));
   Runtime::Statement last(database_,
                           "SELECT strftime(?, at / 1000.0, 'unixepoch'), address, reason FROM ended_notices "
-                          "WHERE at >= ? ORDER BY at DESC, id DESC LIMIT 1");
+                          "WHERE at > ? ORDER BY at DESC, id DESC LIMIT 1");
   if (auto row = last({kTimeFormat, from}); row.Next()) {
     state.GivenUpAt = FromUtf8(row.Text(0));
     state.GivenUpAddress = FromUtf8(row.Text(1));

@@ -119,6 +119,8 @@ constexpr const char* kVersions[] = {
     reason TEXT NOT NULL,
     notices INTEGER NOT NULL DEFAULT 1) STRICT;
   CREATE INDEX ended_notices_by_time ON ended_notices (at);
+  CREATE TRIGGER notice_ended AFTER INSERT ON ended_notices
+    BEGIN DELETE FROM ended_notices WHERE at < NEW.at - 2592000000; END;
   CREATE TABLE bounces (
     user INTEGER NOT NULL REFERENCES users (key),
     notice TEXT NOT NULL,

@@ -36,18 +36,20 @@ String Shortened(String text, std::size_t longest) {
 bool AddAnswer(Runtime::Database& database, const RefusedMail& mail) {
   Runtime::Transaction transaction(database);
   const std::int64_t now = Now();
-  if (!IsAllowed(database, mail, now)) return false;
-  Runtime::Statement(database,
-                     "INSERT INTO answers (user, mail, message_id, subject, text, reason, at) "
-                     "VALUES (?, ?, ?, ?, ?, ?, ?)")
-      .Run({mail.UserKey, ToUtf8(mail.Key), ToUtf8(Shortened(mail.MessageId, kLongestLine)),
-            ToUtf8(Shortened(mail.Subject, kLongestLine)), ToUtf8(Shortened(mail.Text, kLongestReply)),
-            ToUtf8(Shortened(mail.Reason, kLongestReason)), now});
-  Runtime::Statement(database,
-                     "INSERT INTO notices (answer, user, waiting_since) VALUES (last_insert_rowid(), ?, ?)")
-      .Run({mail.UserKey, now});
+  const bool allowed = IsAllowed(database, mail, now);
+  if (allowed) {
+    Runtime::Statement(database,
+                       "INSERT INTO answers (user, mail, message_id, subject, text, reason, at) "
+                       "VALUES (?, ?, ?, ?, ?, ?, ?)")
+        .Run({mail.UserKey, ToUtf8(mail.Key), ToUtf8(Shortened(mail.MessageId, kLongestLine)),
+              ToUtf8(Shortened(mail.Subject, kLongestLine)), ToUtf8(Shortened(mail.Text, kLongestReply)),
+              ToUtf8(Shortened(mail.Reason, kLongestReason)), now});
+    Runtime::Statement(database,
+                       "INSERT INTO notices (answer, user, waiting_since) VALUES (last_insert_rowid(), ?, ?)")
+        .Run({mail.UserKey, now});
+  }
   transaction.Commit();
-  return true;
+  return allowed;
 }
 
 }  // namespace Talvane40

@@ -100,7 +100,7 @@ TEST_F(Intake, AMailIsForgottenAtTheNextOneAndWithItsObjectAndConcernsNoOtherThr
 }
 
 TEST_F(Intake, AReplyAndItsKeyAreOneTransaction) {
-  for (const char* table : {"replies", "mails"}) {
+  for (const char* table : {"replies", "mails", "due_replies"}) {
     const std::string trigger = std::string("CREATE TRIGGER full AFTER INSERT ON ") + table +
                                 " BEGIN SELECT RAISE(ABORT, 'no room'); END";
     world.Sql(trigger.c_str());
@@ -232,6 +232,7 @@ TEST_F(IntakeOfProcesses, AProcessKilledAtAnyPointAndItsMailsDeliveredAgainStore
   for (const DescribedReply& reply : replies) subjects.insert(reply.Subject);
   EXPECT_EQ(replies.size(), std::size_t{kMails});
   EXPECT_EQ(subjects.size(), std::size_t{kMails});
+  EXPECT_EQ(Runtime::Database(world.Database().string()).Number("SELECT count(*) FROM due_replies"), kMails);
 }
 
 }  // namespace
