@@ -11,7 +11,6 @@
 #include "platform/Failure.h"
 #include "runtime/Libraries.h"
 #include "runtime/Registration.h"
-#include "runtime/RegistryFile.h"
 
 namespace Runtime {
 namespace {

@@ -4,6 +4,7 @@
 #pragma once
 
 #include "platform/Component.h"
+#include "runtime/RegistryFile.h"
 
 namespace Runtime {
 
@@ -15,14 +16,17 @@ const ClassFactory& FindFactory(StringView programmaticName);
 const ClassFactory& FindFactory(const Guid& classId);
 
 // While one exists, FindFactory on its thread checks neither the registry nor the library's file for a class
-// that it has found once. Changes take effect when the outermost scope ends. For one piece of work, such as
-// one message, that creates the same classes repeatedly.
+// that it has found once. Changes take effect when the outermost scope ends. It is a RegistryScope, too. For
+// one piece of work, such as one message, that creates the same classes repeatedly.
 class ClassLookupScope {
  public:
   ClassLookupScope();
   ClassLookupScope(const ClassLookupScope&) = delete;
   ClassLookupScope& operator=(const ClassLookupScope&) = delete;
   ~ClassLookupScope();
+
+ private:
+  RegistryScope registry_;
 };
 
 }  // namespace Runtime

@@ -70,7 +70,7 @@ std::optional<RegisteredClass> FindClass(StringView programmaticName) {
 }
 
 void WriteRegistration(const ComponentDescription& library, const String& file) {
-  RegistryAccess access(Hive::LocalMachine);
+  RegistryAccess access(Hive::LocalMachine, RegistryUse::Write);
   RegistryFile& registry = *access;
   Transaction transaction(registry.Store());
   const TypeLibraryDescription* types = library.TypeLibrary;
@@ -101,7 +101,7 @@ void WriteRegistration(const ComponentDescription& library, const String& file) 
 }
 
 void RemoveRegistration(const ComponentDescription& library) {
-  RegistryAccess access(Hive::LocalMachine);
+  RegistryAccess access(Hive::LocalMachine, RegistryUse::Write);
   RegistryFile& registry = *access;
   Transaction transaction(registry.Store());
   for (const ClassDescription& described : library.Classes) {

@@ -113,11 +113,15 @@ Value ContentOf(const Rows& row, int column) {
 
 }  // namespace
 
+thread_local int RegistryScope::depth = 0;
+
 RegistryFile::RegistryFile(const std::string& file)
     : database_(RequireFile(file)),
       opening_(++openings),
-      othersWrites_(Opened(database_), "PRAGMA data_version"),
+      watch_(Opened(database_)),
+      othersWrites_(database_, "PRAGMA data_version"),
       find_(database_, "SELECT id FROM key WHERE path=?"),
+      name_(database_, "SELECT name FROM key WHERE path=?"),
       addKey_(database_, "INSERT INTO key(parent, path, name) VALUES(?, ?, ?) RETURNING id"),
       subKeys_(database_, "SELECT name FROM key WHERE parent=? ORDER BY path"),
       deleteValues_(
@@ -155,16 +159,24 @@ void RegistryFile::Create(const std::string& file) {
   RequireFormat(database);
 }
 
-bool RegistryFile::IsStillInPlace() const {
+bool RegistryFile::IsStillInPlace(RegistryUse use) {
+  if (use == RegistryUse::Read && RegistryScope::IsOpen()) {
+    const auto now = std::chrono::steady_clock::now();
+    if (now - lookedAt_ < RegistryScope::kLookInterval) return true;
+    lookedAt_ = now;
+  }
   struct stat status {};
   return stat(database_.File().c_str(), &status) == 0 && status.st_dev == device_ &&
          status.st_ino == inode_ && status.st_mode == mode_ && status.st_uid == owner_;
 }
 
 RegistryState RegistryFile::State() {
+  RegistryState state{opening_, watch_.Now(), 0, database_.ChangedRows()};
+  if (state.Content) return state;
   Rows rows = othersWrites_({});
   rows.Next();
-  return {opening_, rows.Integer(0), database_.ChangedRows()};
+  state.OthersWrites = rows.Integer(0);
+  return state;
 }
 
 std::optional<std::int64_t> RegistryFile::Find(StringView path) {
@@ -174,23 +186,34 @@ std::optional<std::int64_t> RegistryFile::Find(StringView path) {
   return rows.Integer(0);
 }
 
+std::optional<String> RegistryFile::NameInStore(StringView path) {
+  if (!IsPath(path)) return {};
+  Rows rows = name_({Folded(path)});
+  if (!rows.Next()) return {};
+  return FromUtf8(rows.Text(0));
+}
+
 RegistryFile::KnownKey& RegistryFile::Known(StringView path) {
   if (const RegistryState state = State(); state != knownAt_ || known_.size() == kMostKnownKeys) {
     known_.clear();
     knownAt_ = state;
   }
   auto key = known_.find(path);
-  if (key == known_.end()) key = known_.emplace(path, KnownKey{Find(path).has_value(), {}}).first;
+  if (key == known_.end()) key = known_.emplace(path, KnownKey{NameInStore(path), {}}).first;
   return key->second;
 }
 
 bool RegistryFile::KeyExists(StringView path) {
-  return Known(path).Exists;
+  return Known(path).Name.has_value();
+}
+
+std::optional<String> RegistryFile::NameOf(StringView path) {
+  return Known(path).Name;
 }
 
 std::optional<RegistryValue> RegistryFile::Read(StringView path, StringView name) {
   KnownKey& key = Known(path);
-  if (!key.Exists) return {};
+  if (!key.Name) return {};
   auto value = key.Values.find(name);
   if (value == key.Values.end()) {
     if (key.Values.size() == kMostKnownValues) key.Values.clear();

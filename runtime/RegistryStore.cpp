@@ -35,10 +35,10 @@ class OpenStores {
 
   std::mutex& Lock() { return lock_; }
 
-  RegistryFile& Open(Hive hive) {
+  RegistryFile& Open(Hive hive, RegistryUse use) {
     auto& store = StoreOf(hive);
     const std::string file = PathOf(hive);
-    if (store && (store->Store().File() != file || !store->IsStillInPlace())) store.reset();
+    if (store && (store->Store().File() != file || !store->IsStillInPlace(use))) store.reset();
     if (!store) store = std::make_unique<RegistryFile>(file);
     return *store;
   }
@@ -73,7 +73,7 @@ class OpenStores {
 // Does the work in a transaction.
 template <class Work>
 auto Durably(Hive hive, Work work) {
-  RegistryAccess registry(hive);
+  RegistryAccess registry(hive, RegistryUse::Write);
   Transaction transaction(registry->Store());
   const auto result = work(*registry);
   transaction.Commit();
@@ -82,11 +82,11 @@ auto Durably(Hive hive, Work work) {
 
 }  // namespace
 
-RegistryAccess::RegistryAccess(Hive hive)
+RegistryAccess::RegistryAccess(Hive hive, RegistryUse use)
     : lock_(OpenStores::Of().Lock()),
       exceptionsBefore_(std::uncaught_exceptions()),
       hive_(hive),
-      file_(&OpenStores::Of().Open(hive)) {}
+      file_(&OpenStores::Of().Open(hive, use)) {}
 
 RegistryAccess::~RegistryAccess() {
   // After a failure the cache may not match the file.
@@ -113,6 +113,10 @@ bool RegistryStore::IsKeyName(StringView name) {
 
 bool RegistryStore::KeyExists(Hive hive, StringView path) {
   return RegistryAccess(hive)->KeyExists(path);
+}
+
+std::optional<String> RegistryStore::NameOf(Hive hive, StringView path) {
+  return RegistryAccess(hive)->NameOf(path);
 }
 
 void RegistryStore::CreateKey(Hive hive, StringView path) {

@@ -37,6 +37,9 @@ class RegistryStore {
 
   static bool KeyExists(Hive hive, StringView path);
 
+  // The last name of the path, in the spelling of the key's creation; nothing if there is no such key.
+  static std::optional<String> NameOf(Hive hive, StringView path);
+
   // Creates the key and its parents if they don't exist. Raises 5 for a path with an invalid name.
   static void CreateKey(Hive hive, StringView path);
 

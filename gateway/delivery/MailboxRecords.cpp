@@ -36,13 +36,9 @@ std::vector<MailboxRecord> ReadMailboxes() {
 }
 
 std::optional<MailboxRecord> FindMailbox(StringView name) {
-  if (!RegistryStore::IsKeyName(name) || !RegistryStore::KeyExists(Hive::LocalMachine, PathOf(name)))
-    return std::nullopt;
-  for (const String& stored :
-       RegistryStore::SubKeys(Hive::LocalMachine, Platform::RegistryPath::kMailBoxes)) {
-    if (Platform::EqualsIgnoreCase(stored, name)) return ReadMailbox(stored);
-  }
-  return std::nullopt;
+  if (!RegistryStore::IsKeyName(name)) return std::nullopt;
+  const auto stored = RegistryStore::NameOf(Hive::LocalMachine, PathOf(name));
+  return stored ? std::optional(ReadMailbox(*stored)) : std::nullopt;
 }
 
 void RemoveMailbox(StringView name) {

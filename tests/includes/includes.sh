@@ -39,7 +39,7 @@ platform: platform/Forms
 # HEADER: the one file or folder that adapts its library. A header with a dot that no line names is the system's, or
 # has to get its line.
 foreign='
-sqlite3.h: runtime/Database.
+sqlite3.h: runtime/Database. runtime/DatabaseState.
 openssl/: siblings/OstrCipherCOM/ siblings/Talvane40/NoticeIds. siblings/Talvane40/PasswordHash. mime/ gateway/delivery/Digest. gateway/sources/TlsSession.
 libetpan/: gateway/sources/ImapSession.
 curl/: gateway/notices/CurlLibrary. gateway/notices/SmtpTransport.

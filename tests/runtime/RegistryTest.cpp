@@ -1,8 +1,11 @@
 // The registry store: content, refused input, and durability.
 #include "runtime/RegistryStore.h"
 
+#include <fcntl.h>
+
 #include <thread>
 
+#include "runtime/ClassLookup.h"
 #include "runtime/Database.h"
 #include "tests/support/Processes.h"
 #include "tests/support/World.h"
@@ -80,6 +83,45 @@ TEST_F(Registry, WhatAnotherConnectionChangesIsReadAtOnce) {
   EXPECT_EQ(TextAt(u"A\\C", u"v"), "own");
 }
 
+// What another process does to the database between two reads of this one.
+const std::function<void(std::optional<Runtime::Database>& other, const std::string& file)> kSteps[] = {
+    [](auto&, auto&) {},
+    [](auto& other, auto&) { other->Run("PRAGMA wal_checkpoint(PASSIVE)"); },
+    [](auto& other, auto&) { other->Run("PRAGMA wal_checkpoint(TRUNCATE)"); },
+    [](auto& other, auto&) { other->Run("VACUUM"); },
+    [](auto& other, auto&) { other.reset(); },
+    [](auto&, auto& file) {  // as a writer does that is killed in the middle of a commit
+      const int index = open((file + "-shm").c_str(), O_RDWR);
+      EXPECT_EQ(pwrite(index, "half", 4, 64), 4);
+      close(index);
+    }};
+
+TEST_F(Registry, WhatAnotherProcessChangesIsReadAtOnceAlsoAfterItsLogWasEmptiedOrDamaged) {
+  WriteText(u"A\\B", u"v", u"0");
+  int asks[2], answers[2];
+  ASSERT_EQ(pipe(asks) + pipe(answers), 0);
+  const pid_t child = StartProcess([&] {
+    close(asks[1]);
+    std::optional<Runtime::Database> other;
+    for (int round = 0; read(asks[0], &round, sizeof round) == sizeof round;) {
+      if (!other) other.emplace(File().string());
+      other->Run(("UPDATE value SET content='" + std::to_string(round) + "'").c_str());
+      kSteps[static_cast<std::size_t>(round) % std::size(kSteps)](other, File().string());
+      EXPECT_EQ(write(answers[1], &round, sizeof round), ssize_t{sizeof round});
+    }
+  });
+  close(asks[0]);
+  const Runtime::ClassLookupScope scope;
+  for (int round = 1; round < 60; ++round) {
+    EXPECT_EQ(TextAt(u"A\\B", u"v"), std::to_string(round - 1));
+    ASSERT_EQ(write(asks[1], &round, sizeof round), ssize_t{sizeof round});
+    ASSERT_EQ(read(answers[0], &round, sizeof round), ssize_t{sizeof round});
+    EXPECT_EQ(TextAt(u"A\\B", u"v"), std::to_string(round));
+  }
+  close(asks[1]);
+  EXPECT_EQ(EndOf(child), 0);
+}
+
 TEST_F(Registry, EveryContentReadsBackAsItWas) {
   const String texts[] = {
       u"", u" \t\r\n", String(u"a\0b", 3), u"\xDC00 \xD800", u"\uFEFF", String(300000, u'\u20ac')};
@@ -143,6 +185,10 @@ TEST_F(Registry, AMissingStoreIsReportedAndARestoredOneIsRead) {
   EXPECT_FALSE(std::filesystem::exists(File()));
   std::filesystem::rename(away, File());
   EXPECT_EQ(TextAt(u"A", u"v"), "kept");
+  const Runtime::ClassLookupScope scope;
+  std::filesystem::rename(File(), away);
+  std::this_thread::sleep_for(Runtime::RegistryScope::kLookInterval);
+  EXPECT_PRED2(Holds, RefusalOf([] { RegistryStore::KeyExists(kMachine, u"A"); }), "tvmail init");
 }
 
 TEST_F(Registry, AnInvalidStoreIsRefusedAndNotChanged) {
