@@ -3,12 +3,17 @@
 # given mails (files, mboxes, Maildirs) or the samples are delivered, and the discussions with their new replies.
 #   ./run.sh [MAIL...]
 # Everything is in one folder: $TALVANE_DEMO, or run/ beside this script. Safe to repeat: what exists is kept.
+#   ./run.sh --circle
+# shows users who hold a discussion by mail alone, through a Postfix and a Dovecot that run on a private machine of
+# their own, as root or with sudo. Nothing of it remains.
 set -eu
 here=$(cd "$(dirname "$0")" && pwd)
 if [ "${1:-}" = --help ] || [ "${1:-}" = -h ]; then
-  sed -n '2,5s/^# \{0,1\}//p' "$here/run.sh"
+  sed -n '2,8s/^# \{0,1\}//p' "$here/run.sh"
   exit 0
 fi
+
+[ "${1:-}" != --circle ] || exec "$here/scripts/show-circle.sh"
 
 "$here/scripts/install-packages.sh" run
 "$here/scripts/build.sh" release -DTALVANE_TESTS=OFF

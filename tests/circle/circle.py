@@ -64,14 +64,13 @@ class Run:
     def begin(self):
         """Ann posts the first reply of each discussion on this machine."""
         for discussion in range(1, len(self.titles) + 1):
-            mark = f"[ann {100 + discussion}]"
-            text = self.users[0].typed(None, mark)
-            self.board.add(mark, users.Reply("ann", 0, discussion, text))
+            text = self.users[0].typed(None, f"[ann, first of {discussion}]")
+            self.board.replies.append(users.Reply("ann", 0, discussion, text))
             write_file(f"{HOME}/text", text + "\n")
             tvmail("project", "post", self.project, f"{HOME}/text", "--discussion", str(discussion), "--user", "ann")
 
     def expected(self, user):
-        return {reply.text for reply in self.board.replies.values() if reply.author != user.name}
+        return {reply.text for reply in self.board.replies if reply.author != user.name}
 
     def is_complete(self):
         return all(user.done == self.rounds and not self.expected(user) - set(user.told) for user in self.users)
@@ -122,7 +121,7 @@ class Run:
                   for discussion in tvmail_json("project", "show", self.project)["discussions"]
                   for reply in discussion["replies"]]
         typed = {(reply.author, reply.discussion, reply.text.replace("\n", "\r\n")): reply.client
-                 for reply in self.board.replies.values()}
+                 for reply in self.board.replies}
         for reply, count in collections.Counter(stored).items():
             if reply not in typed or count != 1:
                 self.faults.append(f"{count} times stored, but typed otherwise: {reply}")

@@ -1,5 +1,6 @@
 # The circle of replies and notices with a real Postfix and a real Dovecot: see circle.py.
-#   CIRCLE     options for circle.py, such as "--runs 20 --seed 7"
+#   CIRCLE           options for circle.py, such as "--runs 20 --seed 7"
+#   CIRCLE_PROGRAM   another program than circle.py, such as show.py
 command -v python3 >/dev/null || { echo "skipped: there is no python3"; exit 77; }
 . "$WORK/test/postfix-server.sh"
 fail() { echo "not so: $*" >&2; exit 1; }
@@ -17,4 +18,4 @@ postconf -e "relay_domains = people.example site.example" \
   "virtual_mailbox_maps = texthash:/etc/postfix/maildirs" "local_header_rewrite_clients =" "in_flow_delay = 0"
 reload_postfix
 export QUEUE="$queue"
-exec python3 "$WORK/test/circle.py" ${CIRCLE:-}
+exec python3 "$WORK/test/${CIRCLE_PROGRAM:-circle.py}" ${CIRCLE:-}

@@ -112,7 +112,7 @@ def lines_in(element, typed):
 
 def top_posted(notice, typed, writer, random):
     """The mail below, not quoted, with its header lines."""
-    head = f"From: {notice.author}\nSent: {notice.date:%A, %d %B %Y %H:%M}\nTo: {formataddr(writer)}\n"
+    head = f"From: {notice.author}\nSent: {notice.date:%A, %d %B %Y %H:%M}\nTo: {writer[0]}\n"
     head = f"-----Original Message-----\n{head}Subject: {notice.subject}\n\n"
     return mail(notice, writer, "Top/1.0", encoded("RE: " + notice.subject),
                 Part("text/plain", f"{typed}\n\n{head}{notice.text}\n", encoding="8bit"))
@@ -153,13 +153,14 @@ def in_base64(notice, typed, writer, random):
 
 
 def japanese(notice, typed, writer, random):
-    line = f"{notice.date:%Y年%m月%d日} {notice.date:%H:%M} {notice.author}:"
-    try:
-        subject = encoded("Re: " + notice.subject, JAPANESE)
-    except UnicodeError:
-        subject = encoded("Re: " + notice.subject)
-    return mail(notice, writer, "Kanji/1.0", subject,
-                Part("text/plain", f"{typed}\n\n{line}\n{quoted(notice.text)}\n", JAPANESE, "7bit"))
+    """ISO-2022-JP where it has the characters; in a quote others are lost."""
+    def charset(text):
+        return JAPANESE if text == text.encode(JAPANESE, "ignore").decode(JAPANESE) else "utf-8"
+
+    text = f"{typed}\n\n{notice.date:%Y年%m月%d日} {notice.date:%H:%M} {notice.author}:\n{quoted(notice.text)}\n"
+    subject = "Re: " + notice.subject
+    return mail(notice, writer, "Kanji/1.0", encoded(subject, charset(subject)),
+                Part("text/plain", text, charset(typed), "7bit" if charset(typed) == JAPANESE else "base64"))
 
 
 def gmail(notice, typed, writer, random):
@@ -183,7 +184,7 @@ def outlook(notice, typed, writer, random):
         return f'<p class="MsoNormal"><span style="mso-fareast-language:EN-US">{line}</span></p>\n'
 
     head = "<br>\n".join(f"<b>{name}:</b> {html.escape(value)}" for name, value in [
-        ("From", notice.author), ("Sent", f"{notice.date:%A, %B %d, %Y %I:%M %p}"), ("To", formataddr(writer)),
+        ("From", notice.author), ("Sent", f"{notice.date:%A, %B %d, %Y %I:%M %p}"), ("To", writer[0]),
         ("Subject", notice.subject)])
     page = f"""<html xmlns:o="urn:schemas-microsoft-com:office:office" xmlns:w="urn:schemas-microsoft-com:office:word">
 <head><meta http-equiv="Content-Type" content="text/html; charset=utf-8">

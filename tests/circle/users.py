@@ -1,7 +1,6 @@
 """Persons who take part in a discussion by mail alone: they read notices by IMAP and answer them by SMTP."""
 import imaplib
 import random
-import re
 import shutil
 import smtplib
 import subprocess
@@ -30,16 +29,11 @@ class Board:
 
     def __init__(self, users, in_turns):
         self.users, self.in_turns = users, in_turns
-        self.replies = {}  # by the mark that a text begins with
-
-    def add(self, mark, reply):
-        self.replies[mark] = reply
+        self.replies = []
 
     def find(self, text):
         """The reply that a notice tells, which has all of its text; nothing if it has not."""
-        mark = re.search(r"^\[\w+ \d+\]", text, re.MULTILINE)
-        reply = mark and self.replies.get(mark[0])
-        return reply if reply and f"\n{reply.text}\n" in text else None
+        return next((reply for reply in list(self.replies) if f"\n{reply.text}\n" in text), None)
 
 
 def send(sender, recipient, mail):
@@ -97,7 +91,7 @@ class User(threading.Thread):
 
     def may_answer(self):
         """In turns, a round begins when all answers of the one before have come."""
-        last = [reply.text in self.told for reply in list(self.board.replies.values())
+        last = [reply.text in self.told for reply in list(self.board.replies)
                 if reply.round == self.done and reply.author != self.name]
         in_time = self.done == 0 or not self.board.in_turns or (len(last) == self.board.users - 1 and all(last))
         return bool(self.open) and self.done < self.rounds and in_time
@@ -106,17 +100,20 @@ class User(threading.Thread):
         notice, discussion = self.open.pop(self.random.randrange(len(self.open)))
         self.done += 1
         client = clients.CLIENTS[(self.first_client + self.done) % len(clients.CLIENTS)]
-        mark = f"[{self.name} {self.done}]"
-        text = self.typed(client, mark)
+        text = self.typed(client, f"[{self.name} {self.done}]")
         mail = client(notice, text, (f"{self.name.title()} Ärmel", self.address), self.random)
         self.sent.append(mail)
-        self.board.add(mark, Reply(self.name, self.done, discussion, text, client.__name__))
+        self.board.replies.append(Reply(self.name, self.done, discussion, text, client.__name__))
+        self.sends(mail, client)
         by_swaks = SWAKS and self.random.random() < 0.5
         (send_by_swaks if by_swaks else send)(self.address, notice.reply_to, mail)
 
-    def typed(self, client, mark):
+    def sends(self, mail, client):
+        """For a demonstration."""
+
+    def typed(self, client, start):
         languages = list(texts.SENTENCES)
         self.random.shuffle(languages)
         if client is clients.japanese:
             languages = ["japanese", "english"]
-        return texts.typed(self.random, mark, languages, self.random.random() < 0.5, KEPT.get(client, ".* +"))
+        return texts.typed(self.random, start, languages, self.random.random() < 0.5, KEPT.get(client, ".* +"))
