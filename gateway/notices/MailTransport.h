@@ -54,7 +54,7 @@ struct SmtpServer {
   std::string Host;  // as the settings for sending name it, without the port
   int Port = 0;      // 0: any port
   // Auto: TLS from the start on port 465, otherwise STARTTLS where the server offers it. The certificate is
-  // checked, except on this machine (localhost, 127.0.0.0/8, ::1).
+  // checked, except on this machine (localhost, 127.0.0.0/8, ::1) without a CaFile.
   SmtpSecurity Security = SmtpSecurity::Auto;
   std::string User;  // empty: no logon. With one, TLS is required except on this machine.
   std::string PasswordFile;

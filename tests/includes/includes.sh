@@ -56,7 +56,7 @@ Q: desktop/
 qpa/: desktop/
 xcb/: desktop/
 '
-system='^(sys/|arpa/|netinet/|netdb|pthread|unistd|fcntl|dlfcn|link|pwd|grp|poll|signal|spawn|termios|locale|langinfo|time|dirent|malloc|errno|stdio|stdlib|string|wctype)'
+system='^(sys/|arpa/|netinet/|netdb|pthread|unistd|fcntl|dlfcn|link|pwd|grp|poll|signal|spawn|termios|locale|langinfo|time|dirent|malloc|errno|stdio|stdlib|string|wctype|sysexits)'
 
 find platform runtime siblings src mime gateway host desktop -name '*.cpp' -o -name '*.h' | sort |
   xargs grep -HE '^#include ' |
