@@ -77,7 +77,7 @@ struct NoticeState {
   String DeferredReason;      // of the last attempt
   std::int32_t GivenUp = 0;   // in the last seven days
   String GivenUpAt;           // the last one; empty if none
-  String GivenUpAddress;
+  String GivenUpAddress;      // empty for all recipients of a reply
   String GivenUpReason;
   std::vector<String> StoppedAddresses;  // which get no mail after three delivery reports
 
@@ -97,7 +97,7 @@ struct RefusedMail {
 
 enum class BounceResult : std::int32_t {
   Unknown = 0,  // no notice of this project
-  Counted = 1,  // counted now, or before
+  Counted = 1,  // counted now, or before; or the address or the wish for mail was set after the reply
   Stopped =
       2,  // the third one: the user gets no more mail until the address or the wish for mail is set again
 };
@@ -117,14 +117,15 @@ class NoticeQueue : public ObjectProxy {
 
   // The next notice that is due. Not more than perMinute notices are given in a minute, in all processes.
   // Notices by a profile (TransportId::kMapi) of another system user than uid are left for that user. A
-  // notice that waited for 30 days without an attempt is given up. Raises 70 without the lock.
+  // notice that waited for 30 days without an attempt is given up. Raises 70 without the lock, and 380 if
+  // perMinute is below 1.
   NextNotice Next(std::int32_t perMinute, std::int32_t uid) const {
     return NextNotice::FromValue(Call(u"Next", perMinute, uid));
   }
 
   // The notice was sent; ids of notices that are gone are ignored by these three.
   void Sent(std::int32_t id) const { Call(u"Sent", id); }
-  // It failed, and is due again after the pause.
+  // It failed, and is due again after the pause, which is an hour at most.
   void Defer(std::int32_t id, StringView reason, std::chrono::seconds pause) const {
     Call(u"Defer", id, reason, static_cast<std::int32_t>(pause.count()));
   }
@@ -134,7 +135,8 @@ class NoticeQueue : public ObjectProxy {
   NoticeState State() const { return NoticeState::FromValue(Call(u"State")); }
 
   // Stores an answer to the sender of a refused mail. False if one was stored for the same mail, or for the
-  // same user within the last hour. The text is cut at kLongestReply characters.
+  // same user within the last hour, and for a user who takes no mail. A mail's answer is remembered for 30
+  // days. The text is cut at kLongestReply characters.
   bool AddAnswer(const RefusedMail& mail) const {
     return Call(u"AddAnswer", mail.UserKey, mail.Key, mail.MessageId, mail.Subject, mail.Text, mail.Reason)
         .ToBool();

@@ -15,12 +15,12 @@ constexpr std::int64_t kRowsAtOnce = 1000;
 
 // The number of users who have to be told of a reply and have no row yet.
 constexpr const char* kNotCreated =
-    "WITH users_with_mail (number) AS (SELECT count(*) FROM recipients) "
+    "WITH all_recipients (number) AS (SELECT count(*) FROM recipients) "
     "SELECT coalesce(sum(number"
     " - (SELECT count(*) FROM recipients WHERE key = replies.user AND key > after_user)"
     " - CASE after_user WHEN 0 THEN 0 ELSE (SELECT count(*) FROM recipients WHERE key <= after_user) END), "
     "0) "
-    "FROM due_replies JOIN replies ON id = reply, users_with_mail WHERE ?1 IN (0, reply)";
+    "FROM due_replies JOIN replies ON id = reply, all_recipients WHERE ?1 IN (0, reply)";
 
 }  // namespace
 
@@ -36,7 +36,12 @@ NoticeTurns::NoticeTurns(Runtime::Database& database)
                " OR EXISTS (SELECT 1 FROM notices WHERE waiting_since < ?4)"
                " OR EXISTS (SELECT 1 FROM (SELECT reply FROM due_replies ORDER BY reply LIMIT 1)"
                "            JOIN replies ON id = reply WHERE unixepoch(at) * 1000 < ?4)"),
-      wait_(database, "SELECT min(next_attempt) FROM notices WHERE sender IN (-1, ?) AND next_attempt > 0"),
+      wait_(database,
+            "SELECT next_attempt FROM ("
+            "SELECT * FROM (SELECT next_attempt FROM notices WHERE sender = -1 AND next_attempt > 0"
+            "               ORDER BY next_attempt LIMIT 1) UNION ALL "
+            "SELECT * FROM (SELECT next_attempt FROM notices WHERE sender = ? AND next_attempt > 0"
+            "               ORDER BY next_attempt LIMIT 1)) ORDER BY next_attempt LIMIT 1"),
       ready_(database,
              "SELECT id, EXISTS (SELECT 1 FROM recipients WHERE key = user) FROM ("
              "SELECT * FROM (SELECT id, reply, user FROM notices WHERE sender = -1 AND next_attempt = 0"
@@ -78,7 +83,7 @@ bool NoticeTurns::HasWork(std::int64_t now, std::int32_t uid) {
 
 std::optional<std::int64_t> NoticeTurns::WaitOf(std::int64_t now, std::int32_t uid) {
   auto row = wait_({uid});
-  if (!row.Next() || row.Type(0) == Runtime::ColumnType::Null) return std::nullopt;
+  if (!row.Next()) return std::nullopt;
   return std::clamp<std::int64_t>(row.Integer(0) - now, 1, kLongestPause);
 }
 
