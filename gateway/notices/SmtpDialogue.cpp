@@ -15,31 +15,13 @@ bool Begins(std::string_view text, std::string_view word) {
   return text.size() >= word.size() && strncasecmp(text.data(), word.data(), word.size()) == 0;
 }
 
-// The position after the word if the text begins with it as a whole word; otherwise npos.
-std::size_t AfterWord(std::string_view text, std::string_view word) {
-  const bool whole = Begins(text, word) &&
-                     (text.size() == word.size() || text[word.size()] == ' ' || text[word.size()] == '=');
-  return whole ? word.size() : std::string_view::npos;
-}
-
 bool IsDigit(char c) {
   return c >= '0' && c <= '9';
 }
 
-// True if one of the mechanisms that send a password as it is, is in the list.
-bool ListsPassword(std::string_view list) {
-  while (!list.empty()) {
-    const std::size_t end = std::min(list.find_first_of(" ="), list.size());
-    const std::string_view word = list.substr(0, end);
-    if (AfterWord(word, "PLAIN") == word.size() || AfterWord(word, "LOGIN") == word.size()) return true;
-    list.remove_prefix(std::min(end + 1, list.size()));
-  }
-  return false;
-}
-
 }  // namespace
 
-SmtpDialogue::SmtpDialogue(SmtpNeeds needs) : needs_(needs), encrypted_(needs.TlsFromStart) {
+SmtpDialogue::SmtpDialogue(SmtpNeeds needs) : needs_(needs) {
   text_.reserve(kKept);
 }
 
@@ -65,7 +47,8 @@ void SmtpDialogue::Command(std::string_view line) {
       std::ranges::find_if(kVerbs, [&](const auto& verb) { return Begins(line, verb.Verb); });
   // Other lines continue a logon.
   Begin(found == std::end(kVerbs) ? stage_ : found->At);
-  if (stage_ == Stage::Hello) offersStartTls_ = offersLogon_ = offersUtf8_ = false;
+  if (stage_ == Stage::Hello) takesUtf8_ = false;
+  loggedOn_ = loggedOn_ || stage_ == Stage::Logon;
 }
 
 void SmtpDialogue::Keep(std::string_view text) {
@@ -87,36 +70,21 @@ bool SmtpDialogue::Answer(std::string_view line) {
     return false;
   }
   greeted_ = greeted_ || stage_ == Stage::Greeting;
-  if (stage_ == Stage::Hello) NoteExtension(text);
+  takesUtf8_ = takesUtf8_ || (stage_ == Stage::Hello && text.starts_with("SMTPUTF8"));
   if (line.size() > 3 && line[3] == '-') return true;
   code_ = (line[0] - '0') * 100 + (line[1] - '0') * 10 + (line[2] - '0');
   return Judge();
 }
 
-void SmtpDialogue::NoteExtension(std::string_view text) {
-  offersStartTls_ = offersStartTls_ || AfterWord(text, "STARTTLS") != std::string_view::npos;
-  offersUtf8_ = offersUtf8_ || AfterWord(text, "SMTPUTF8") != std::string_view::npos;
-  if (const std::size_t list = AfterWord(text, "AUTH"); list != std::string_view::npos)
-    offersLogon_ = offersLogon_ || ListsPassword(text.substr(list));
-}
-
 bool SmtpDialogue::Judge() {
-  if (stage_ == Stage::Hello && code_ / 100 == 2) fault_ = MissingExtension();
-  if (stage_ == Stage::StartTls) {
-    encrypted_ = code_ == 220;
-    if (!encrypted_) fault_ = Fault::StartTlsRefused;
+  // On an open connection both were proved by an earlier mail.
+  if (stage_ == Stage::Sender && greeted_) {
+    if (needs_.Utf8 && !takesUtf8_) fault_ = Fault::NoUtf8;
+    if (needs_.Logon && !loggedOn_) fault_ = Fault::NoLogon;
   }
+  if (stage_ == Stage::StartTls && code_ != 220) fault_ = Fault::NoEncryption;
   if (stage_ == Stage::Data && code_ == 354) Begin(Stage::Content);
   return fault_ == Fault::None;
-}
-
-SmtpDialogue::Fault SmtpDialogue::MissingExtension() const {
-  if (!encrypted_) {
-    if (needs_.StartTls && offersStartTls_) return Fault::None;  // what counts is offered with encryption
-    if (needs_.Encrypted) return Fault::NoStartTls;
-  }
-  if (needs_.Logon && !offersLogon_) return Fault::NoLogon;
-  return needs_.Utf8 && !offersUtf8_ ? Fault::NoUtf8 : Fault::None;
 }
 
 }  // namespace Gateway

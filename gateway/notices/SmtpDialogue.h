@@ -6,13 +6,10 @@
 
 namespace Gateway {
 
-// What a connection has to offer before a mail is sent over it.
+// What a connection has to have before a mail is sent over it. The library for sending goes on without.
 struct SmtpNeeds {
-  bool StartTls = false;   // is used if the server offers it
-  bool Encrypted = false;  // is required, unless TlsFromStart
-  bool TlsFromStart = false;
-  bool Logon = false;  // with a password
-  bool Utf8 = false;   // addresses beyond ASCII (RFC 6531)
+  bool Logon = false;
+  bool Utf8 = false;  // addresses beyond ASCII (RFC 6531)
 };
 
 // Raises nothing, so that it can be called from C. One thread.
@@ -22,9 +19,9 @@ class SmtpDialogue {
   enum class Stage { Greeting, Hello, StartTls, Logon, Sender, Recipient, Data, Content };
 
   // Why the client has to end the connection.
-  enum class Fault { None, NotSmtp, TooLong, NoStartTls, NoLogon, NoUtf8, StartTlsRefused };
+  enum class Fault { None, NotSmtp, TooLong, NoLogon, NoUtf8, NoEncryption };
 
-  explicit SmtpDialogue(SmtpNeeds needs);
+  explicit SmtpDialogue(SmtpNeeds needs = {});
 
   // What the client has sent, but for the mail.
   void Command(std::string_view line);
@@ -48,9 +45,7 @@ class SmtpDialogue {
  private:
   void Begin(Stage stage);
   void Keep(std::string_view text);
-  void NoteExtension(std::string_view text);
   bool Judge();
-  Fault MissingExtension() const;
 
   SmtpNeeds needs_;
   Stage stage_ = Stage::Greeting;
@@ -58,8 +53,7 @@ class SmtpDialogue {
   int code_ = 0;
   std::size_t bytes_ = 0;  // of the answer
   std::string text_;
-  bool greeted_ = false, quits_ = false, encrypted_ = false;
-  bool offersStartTls_ = false, offersLogon_ = false, offersUtf8_ = false;
+  bool greeted_ = false, quits_ = false, loggedOn_ = false, takesUtf8_ = false;
 };
 
 }  // namespace Gateway

@@ -18,9 +18,7 @@ SendResult ResultOf(Fault fault, const String& server, const String& answer, con
   switch (fault) {
     case Fault::TooLong:
       return {Kind::Unreachable, TextOf(TextNumber::kAnswerTooLarge, server)};
-    case Fault::NoStartTls:
-      return {Kind::Unreachable, TextOf(TextNumber::kSmtpNoStartTls, server)};
-    case Fault::StartTlsRefused:
+    case Fault::NoEncryption:
       return {Kind::Unreachable, TextOf(TextNumber::kTlsFailed, server, answer)};
     case Fault::NoLogon:
       return {Kind::Unreachable, TextOf(TextNumber::kSmtpNoLogon, server)};

@@ -122,7 +122,7 @@ class SmtpTransport::Session {
   std::atomic<CURLM*> multi_ = nullptr;
   curl_slist* recipients_ = nullptr;
   std::string_view unsent_;
-  SmtpDialogue dialogue_{{}};
+  SmtpDialogue dialogue_;
   std::array<char, CURL_ERROR_SIZE> error_{};
   std::atomic<bool> interrupted_ = false;
 };
@@ -288,11 +288,12 @@ SendResult SmtpTransport::Session::FailureOf(CURLcode code) const {
       return Unreachable(TextNumber::kSmtpCertificate, name_, detail);
     case CURLE_SSL_CACERT_BADFILE:
       return Unreachable(TextNumber::kCaFileUnreadable, FromUtf8(server_.CaFile), detail);
-    case CURLE_SSL_CONNECT_ERROR:
     case CURLE_USE_SSL_FAILED:
+      return Unreachable(TextNumber::kSmtpNoStartTls, name_);
+    case CURLE_SSL_CONNECT_ERROR:
       return Unreachable(TextNumber::kTlsFailed, name_, detail);
     case CURLE_LOGIN_DENIED:
-      return Unreachable(TextNumber::kSmtpLogonRefused, name_, detail);
+      return Unreachable(TextNumber::kSmtpNoLogon, name_);  // an answer to the logon is judged elsewhere
     case CURLE_SEND_ERROR:
     case CURLE_RECV_ERROR:
     case CURLE_GOT_NOTHING:
@@ -324,13 +325,9 @@ SendResult SmtpTransport::Session::Attempt(const OutgoingMail* mail, SmtpNeeds n
 
 SendResult SmtpTransport::Session::Run(const OutgoingMail* mail) {
   const bool local = host_.IsThisMachine();
-  SmtpNeeds needs;
-  needs.Logon = !server_.User.empty();
-  needs.TlsFromStart = tls_;
-  needs.StartTls = !tls_ && server_.Security != SmtpSecurity::None;
-  needs.Encrypted = server_.Security == SmtpSecurity::StartTls || (needs.Logon && !local);
-  if (needs.Logon && !local && !tls_ && !needs.StartTls)
-    return Unreachable(TextNumber::kSmtpPasswordUnprotected, name_);
+  const bool logon = !server_.User.empty(), plain = server_.Security == SmtpSecurity::None;
+  if (logon && plain && !local) return Unreachable(TextNumber::kSmtpPasswordUnprotected, name_);
+  const bool encrypted = server_.Security == SmtpSecurity::StartTls || (logon && !local);
   const auto unusable = [](const std::string& address, Kind kind) {
     return SendResult{kind, TextOf(TextNumber::kMailAddressUnusable, ForeignText(address),
                                    Runtime::AddressFault(FromUtf8(address)))};
@@ -344,11 +341,10 @@ SendResult SmtpTransport::Session::Run(const OutgoingMail* mail) {
   try {
     Prepare();
     SetLogon();
-    Set(CURLOPT_USE_SSL, static_cast<long>(needs.Encrypted  ? CURLUSESSL_ALL
-                                           : needs.StartTls ? CURLUSESSL_TRY
-                                                            : CURLUSESSL_NONE));
+    const auto ssl = plain ? CURLUSESSL_NONE : encrypted ? CURLUSESSL_ALL : CURLUSESSL_TRY;
+    Set(CURLOPT_USE_SSL, static_cast<long>(ssl));
     const EnvelopeAddress sender(mail ? mail->Sender : ""), recipient(mail ? mail->Recipient : "");
-    needs.Utf8 = sender.NeedsUtf8() || recipient.NeedsUtf8();
+    const SmtpNeeds needs{logon, sender.NeedsUtf8() || recipient.NeedsUtf8()};
     const std::string bytes = mail ? WithCrLf(mail->Bytes) : std::string();
     // Only a new connection tells whether the server takes addresses beyond ASCII.
     bool fresh = needs.Utf8 || !mail;

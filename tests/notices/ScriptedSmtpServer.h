@@ -14,8 +14,8 @@ namespace Tests {
 class ScriptedSmtpServer {
  public:
   // By verb: "" for the greeting, "." for the end of the mail, "line" for a line of a logon. An answer needs
-  // no last line end. "close" ends the connection, "silent" waits, "endless" and "flood" send one answer, or
-  // one line, without end.
+  // no last line end; with "close" at its end the connection ends after it. "silent" waits, "endless" and
+  // "flood" send one answer, or one line, without end.
   using Answers = std::map<std::string, std::string>;
 
   // With a certificate, a PEM file with its key, the server takes STARTTLS, or TLS from the start.
@@ -34,7 +34,8 @@ class ScriptedSmtpServer {
     const std::scoped_lock lock(mutex_);
     return received_;
   }
-  std::string Host() const { return "127.0.0.1:" + std::to_string(server_->Port); }
+  // ":port"
+  std::string Port() const { return ":" + std::to_string(server_->Port); }
 
  private:
   struct Peer {
@@ -66,14 +67,15 @@ class ScriptedSmtpServer {
   // Returns false at the end of the connection.
   bool Answer(const Peer& peer, const std::string& verb) {
     const auto found = answers_.find(verb);
-    const std::string answer = found != answers_.end() ? found->second
-                               : verb == "DATA"        ? "354 go on"
-                               : verb.empty()          ? "220 hello"
-                                                       : "250 fine";
+    const std::string answer = found != answers_.end()              ? found->second
+                               : verb == "DATA"                     ? "354 go on"
+                               : verb.empty() || verb == "STARTTLS" ? "220 hello"
+                                                                    : "250 fine";
     if (answer == "silent") return !Line(peer).empty();
     while (answer == "endless" && peer.Send("250-again\r\n")) continue;
     while (answer == "flood" && peer.Send(std::string(1 << 16, '2'))) continue;
-    return answer != "close" && peer.Send(answer + "\r\n");
+    const bool close = answer.ends_with("close");
+    return peer.Send(close ? answer.substr(0, answer.size() - 5) : answer + "\r\n") && !close;
   }
 
   void Serve(int client, bool tlsFromStart) {
