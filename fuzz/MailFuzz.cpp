@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <cstdlib>
 
+#include "mime/DeliveryStatus.h"
 #include "mime/HeaderRepair.h"
 #include "mime/LimitCheck.h"
 #include "mime/Mail.h"
@@ -57,6 +58,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   const std::string bytes(data, data + size);
   try {
     Mime::ReadMail(bytes);
+    const auto status = Mime::ReadDeliveryStatus(bytes);
+    if (status && status->Failures.size() > Mime::DeliveryStatus::kMostFailures) std::abort();
   } catch (const Mime::LimitExceeded&) {
   }
   CheckSmallLimits(bytes);

@@ -12,19 +12,24 @@ namespace Mime {
 using Platform::String;
 
 struct DeliveryStatus {
-  // The Message-ID of the mail that wasn't delivered, with its angle brackets; from the returned mail or its
-  // header.
+  // A report of more failures is cut there.
+  static constexpr std::size_t kMostFailures = 100;
+
+  // The Message-ID of the mail that wasn't delivered, with its angle brackets: of the returned mail or its
+  // header, or else what the report answers. Empty if there is none.
   String MessageId;
-  // For each recipient with "Action: failed": what the report says, for a person.
+  // For each recipient with "Action: failed", what the report says, for a person. A report of a delay or of a
+  // success has none.
   struct Failure {
     String Recipient;
     String Status;      // RFC 3463, such as "5.1.1"; may be empty
-    String Diagnostic;  // may be empty
+    String Diagnostic;  // what the mail server said; may be empty
   };
   std::vector<Failure> Failures;
 };
 
-// Nothing if the mail is no delivery report. Raises as ReadMail does for a mail beyond the limits.
+// Nothing if the mail has no message/delivery-status outside of attached mails. Raises as ReadMail does for a
+// mail beyond the limits. Any thread.
 std::optional<DeliveryStatus> ReadDeliveryStatus(const std::string& bytes);
 
 }  // namespace Mime
