@@ -40,9 +40,8 @@ std::string QuotedPrintable(std::string_view lines) {
       continue;
     }
     const bool atEnd = lines[i + 1] == '\n';  // the last character is a line end
-    const bool blank = c == ' ' || c == '\t';
     const auto plainAt = [&](std::size_t column) {
-      if (blank) return !atEnd;
+      if (c == ' ') return !atEnd;
       if (column == 0 && (c == '.' || lines.substr(i, 5) == "From ")) return false;
       return c > ' ' && c < 0x7F && c != '=';
     };

@@ -17,7 +17,7 @@ for fuzzer; do
   mkdir -p "$found"
   seeds=
   [ ! -d "fuzz/corpus/$name" ] || seeds=fuzz/corpus/$name
-  case $name in Mail*) seeds="$seeds samples/mail" ;; esac
+  case $name in Mail*) seeds="$seeds samples/mail samples/reports" ;; esac
   # A mail may take long under the sanitizers, and may take memory in proportion to its size.
   if ! "build/fuzz/bin/$name" -max_total_time="$seconds" -timeout=20 -rss_limit_mb=1024 -print_final_stats=1 \
     -artifact_prefix="build/fuzz/crash/$name-" "$found" $seeds >"build/fuzz/$name.log" 2>&1; then
