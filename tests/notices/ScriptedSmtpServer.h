@@ -2,6 +2,7 @@
 #pragma once
 
 #include <openssl/ssl.h>
+#include <signal.h>
 
 #include <map>
 #include <memory>
@@ -79,6 +80,11 @@ class ScriptedSmtpServer {
   }
 
   void Serve(int client, bool tlsFromStart) {
+    // OpenSSL writes to sockets that the client has closed. The client has to do without this.
+    sigset_t pipe;
+    sigemptyset(&pipe);
+    sigaddset(&pipe, SIGPIPE);
+    pthread_sigmask(SIG_BLOCK, &pipe, nullptr);
     Peer peer{client};
     const auto note = [&](const std::string& line) {
       const std::scoped_lock lock(mutex_);

@@ -180,6 +180,16 @@ TEST_F(SmtpTransportTest, SendsNoPasswordWithoutTheEncryptionThatIsRequired) {
     EXPECT_EQ(Holds(received, "\n" + row.Sent + "\r\n"), !row.Sent.empty()) << text << received;
     EXPECT_EQ(Holds(received, "secret") || Holds(received, "c2VjcmV0"), Holds(row.Sent, "c2VjcmV0"));
   }
+  server_.User.clear();
+  for (const SmtpSecurity security : {SmtpSecurity::None, SmtpSecurity::Tls}) {
+    ScriptedSmtpServer server({{"DATA", "354 go\r\nclose"}}, pem, security == SmtpSecurity::Tls);
+    host_ = here;
+    server_.Security = security;
+    server_.CaFile.clear();
+    const OutgoingMail large{kMail.Sender, kMail.Recipient, std::string(std::size_t{16} << 20, 'x')};
+    EXPECT_PRED2(Holds, Text(To(server).Send(large)), "1 127.0.0.1:");  // and no SIGPIPE
+  }
+  server_.User = "user";
   chmod(server_.PasswordFile.c_str(), 0644);
   EXPECT_PRED2(Holds, Text(To(ScriptedSmtpServer({})).Send(kMail)),
                "3 The password file may be read by other");
