@@ -10,7 +10,6 @@
 #include "platform/NoticeTexts.h"
 #include "platform/ReasonTexts.h"
 #include "platform/StoredNames.h"
-#include "runtime/Language.h"
 #include "runtime/MailAddress.h"
 #include "runtime/Texts.h"
 
@@ -66,9 +65,6 @@ class Composer {
     mail_.To = {OneLine(notice_.Recipient.Name), to_};
     mail_.Date = std::time(nullptr);
     mail_.MessageId = Id(notice_.MessageId);
-    text_.Language = Runtime::IsLanguage(ToUtf8(notice_.Recipient.Language))
-                         ? ToUtf8(notice_.Recipient.Language)
-                         : Runtime::UserLanguage();
     text_.CutMarker = source_.CutMarker;
     text_.Footer = Text(TextNumber::kHowToAnswer);
     if (notice_.Kind == NoticeKind::Reply) {

@@ -59,8 +59,8 @@ String NoticeText::Plain() const {
 }
 
 String NoticeText::Html() const {
-  String html = u"<!DOCTYPE html>\n<html lang=\"" + Escaped(Platform::FromUtf8(Language)) +
-                u"\">\n<head><meta charset=\"UTF-8\"></head>\n<body>\n<p>" + Escaped(CutMarker) + u"</p>\n";
+  String html = u"<!DOCTYPE html>\n<html>\n<head><meta charset=\"UTF-8\"></head>\n<body>\n<p>" +
+                Escaped(CutMarker) + u"</p>\n";
   for (const String& paragraph : Introduction) html += u"<p dir=\"auto\">" + Escaped(paragraph) + u"</p>\n";
   if (!Text.empty()) html += u"<div dir=\"auto\">" + Escaped(Text) + u"</div>\n";
   return html + u"<hr>\n<p>" + Escaped(Footer) + u"</p>\n</body>\n</html>";

@@ -1,7 +1,6 @@
 // NoticeText: the text of a mail that the project sends, as plain text and as HTML.
 #pragma once
 
-#include <string>
 #include <vector>
 
 #include "platform/Text.h"
@@ -12,7 +11,6 @@ using Platform::String;
 using Platform::StringView;
 
 struct NoticeText {
-  std::string Language;  // its code, such as "de"
   String CutMarker;
   std::vector<String> Introduction;  // paragraphs
   String Text;                       // what a user wrote; may be empty

@@ -8,6 +8,7 @@
 #include "platform/StoredNames.h"
 #include "platform/contracts/FailureText.h"
 #include "platform/contracts/ProjectAdministration.h"
+#include "runtime/Texts.h"
 #include "src/mailbox/MailboxRecords.h"
 #include "src/services/modResource.h"
 #include "tests/support/World.h"
@@ -63,8 +64,11 @@ TEST_P(Judge, RefusesAMailOnlyIfItIsTheCause) {
            .MessageId = {},
            .Subject = u"Re: (Ostrand Talvane Project Apollo, Ostrand Talvane " + row.Discussion,
            .Body = row.Body}));
-      EXPECT_EQ(row.Expected, judge.Judge(failure).Result) << row.Number << Utf8(failure);
-      if (row.Expected == Outcome::Refused) own.insert(row.Number);
+      const Gateway::Verdict verdict = judge.Judge(failure);
+      EXPECT_EQ(row.Expected, verdict.Result) << row.Number << Utf8(failure);
+      if (verdict.Result != Outcome::Refused) continue;
+      EXPECT_TEXT(Runtime::TextIn(FromUtf8(GetParam()), verdict.Text), verdict.Reason);
+      own.insert(row.Number);
     }
     const auto text = [](std::int32_t number) { return TvEmailServices::LoadTvResourceString(number); };
     const String notice = text(TextNumber::kMailNotice);

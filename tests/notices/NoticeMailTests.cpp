@@ -267,7 +267,7 @@ TEST(NoticeMail, ShowsTheTextToTheLetterAndCutsWhatIsBelowItsMarker) {
     EXPECT_EQ(expected.substr(0, 9000), body.substr(0, 9000));
     EXPECT_EQ(expected.size(), body.size());
 
-    const Gateway::NoticeText notice{"en", FromUtf8(kMarker), {u"<b>"}, FromUtf8(text), u"End"};
+    const Gateway::NoticeText notice{FromUtf8(kMarker), {u"<b>"}, FromUtf8(text), u"End"};
     const String html = notice.Html();
     const std::string shown = Comparable(Utf8(Mime::HtmlToText(html)));
     EXPECT_PRED2(Holds, shown.substr(0, 9000), Comparable(text).substr(0, 4000));
