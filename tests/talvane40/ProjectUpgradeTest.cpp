@@ -98,7 +98,7 @@ TEST_F(ProjectUpgrade, IsRefusedWithTheReasonForFilesThatMayNotBeWritten) {
 // The limit lets a few pages of the upgrade into the log, until it lets all.
 TEST_F(ProjectUpgrade, IsRefusedOnAFullDiskAtAnyPageAndChangesNothing) {
   std::string refusals;
-  for (rlim_t pages = 0; pages < 32; pages += 2) {
+  for (rlim_t pages = 0; pages < 32; pages += 4) {
     CopyFiles();
     const int logged = InAnotherProcess([&] {
       auto& writer = *new Runtime::Database(database.string());
