@@ -82,7 +82,7 @@ bool SmtpDialogue::Judge() {
     if (needs_.Utf8 && !takesUtf8_) fault_ = Fault::NoUtf8;
     if (needs_.Logon && !loggedOn_) fault_ = Fault::NoLogon;
   }
-  if (stage_ == Stage::StartTls && code_ != 220) fault_ = Fault::NoEncryption;
+  if (needs_.Encryption && stage_ == Stage::StartTls && code_ != 220) fault_ = Fault::NoEncryption;
   if (stage_ == Stage::Data && code_ == 354) Begin(Stage::Content);
   return fault_ == Fault::None;
 }

@@ -9,7 +9,8 @@ namespace Gateway {
 // What a connection has to have before a mail is sent over it. The library for sending goes on without.
 struct SmtpNeeds {
   bool Logon = false;
-  bool Utf8 = false;  // addresses beyond ASCII (RFC 6531)
+  bool Utf8 = false;        // addresses beyond ASCII (RFC 6531)
+  bool Encryption = false;  // if the server offers STARTTLS
 };
 
 // Raises nothing, so that it can be called from C. One thread.

@@ -344,7 +344,7 @@ SendResult SmtpTransport::Session::Run(const OutgoingMail* mail) {
     const auto ssl = plain ? CURLUSESSL_NONE : encrypted ? CURLUSESSL_ALL : CURLUSESSL_TRY;
     Set(CURLOPT_USE_SSL, static_cast<long>(ssl));
     const EnvelopeAddress sender(mail ? mail->Sender : ""), recipient(mail ? mail->Recipient : "");
-    const SmtpNeeds needs{logon, sender.NeedsUtf8() || recipient.NeedsUtf8()};
+    const SmtpNeeds needs{logon, sender.NeedsUtf8() || recipient.NeedsUtf8(), encrypted || !local};
     const std::string bytes = mail ? WithCrLf(mail->Bytes) : std::string();
     // Only a new connection tells whether the server takes addresses beyond ASCII.
     bool fresh = needs.Utf8 || !mail;
