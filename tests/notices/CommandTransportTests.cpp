@@ -103,7 +103,8 @@ TEST_F(CommandTransportTest, ChecksACommandWithoutAMail) {
       {"tvmail-no-program -t", "The program tvmail-no-program of the command for sending wasn't found."},
       {"cat 'x", "The command cat 'x failed: "}};
   for (const auto& [command, reason] : rows) {
-    const std::string failure = FailureText([&] { CommandTransport(Platform::FromUtf8(command)).Check(); });
+    CommandTransport transport(Platform::FromUtf8(command));
+    const std::string failure = FailureText([&] { transport.Check(); });
     EXPECT_PRED2(Holds, failure, reason);
     EXPECT_EQ(failure.empty(), *reason == '\0') << failure;
   }
