@@ -63,6 +63,7 @@ int Main(int argc, char** argv) {
   AddHeldCommand(program, invocation);
   AddFetchCommand(program, invocation);
   AddServeCommand(program, invocation);
+  AddNotifyCommand(program, invocation);
   AddCheckCommand(program, invocation);
   AddStatusCommand(program, invocation);
   AddKeystoreCommand(program, invocation);

@@ -48,6 +48,7 @@ inline constexpr std::int32_t kProjectSendsNoMail = 21361;
 inline constexpr std::int32_t kMailboxAddressMissing = 21362;
 inline constexpr std::int32_t kSentInVain = 21363;
 inline constexpr std::int32_t kSettingNotFlag = 21364;
+inline constexpr std::int32_t kNoticesSwitchedOff = 21365;
 inline constexpr std::int32_t kNoticeExpired = 21399;
 
 inline constexpr CatalogueText kNoticeTexts[] = {
@@ -89,6 +90,7 @@ inline constexpr CatalogueText kNoticeTexts[] = {
     {kMailboxAddressMissing},
     {kSentInVain, 1},
     {kSettingNotFlag, 1},
+    {kNoticesSwitchedOff, 1},
     {kNoticeExpired},
 };
 

@@ -5,7 +5,6 @@
 
 #include "gateway/service/MailboxCheck.h"
 #include "host/CommandError.h"
-#include "host/Mailboxes.h"
 #include "host/Stores.h"
 #include "host/commands/Command.h"
 #include "host/commands/ConfigurationOption.h"
@@ -32,18 +31,6 @@ void Print(StringView mailbox, const std::string& check, const String& problem) 
             << std::flush;
 }
 
-// The mailboxes that are named, or all of the configuration and all records.
-std::vector<String> MailboxesToCheck(const ConfigurationOption& option,
-                                     const Gateway::Configuration& configuration) {
-  std::vector<String> names = option.Names();
-  if (!names.empty()) return names;
-  for (const auto& mailbox : configuration.Mailboxes) names.push_back(mailbox.Name);
-  for (const MailboxRecord& record : ReadMailboxes()) {
-    if (!configuration.Find(record.Name)) names.push_back(record.Name);
-  }
-  return names;
-}
-
 int Check(const ConfigurationOption& option) {
   RequireStores();
   Runtime::InstallToolkit(nullptr);
@@ -55,7 +42,7 @@ int Check(const ConfigurationOption& option) {
     Print({}, "configuration", FromUtf8(line));
   }
   if (configuration.Warnings.empty()) Print({}, "configuration", {});
-  for (const String& mailbox : MailboxesToCheck(option, configuration)) {
+  for (const String& mailbox : option.NamesOrAll(configuration)) {
     for (const auto& [name, problem] : Gateway::CheckMailbox(mailbox, configuration.Find(mailbox))) {
       Print(mailbox, name, problem);
       if (problem.empty()) continue;

@@ -28,6 +28,7 @@ void AddDeliverCommand(CLI::App& program, Invocation& invocation);
 void AddHeldCommand(CLI::App& program, Invocation& invocation);
 void AddFetchCommand(CLI::App& program, Invocation& invocation);
 void AddServeCommand(CLI::App& program, Invocation& invocation);
+void AddNotifyCommand(CLI::App& program, Invocation& invocation);
 void AddCheckCommand(CLI::App& program, Invocation& invocation);
 void AddStatusCommand(CLI::App& program, Invocation& invocation);
 void AddAboutCommand(CLI::App& program, Invocation& invocation);

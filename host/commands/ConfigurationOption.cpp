@@ -5,6 +5,7 @@
 
 #include "host/AbsolutePath.h"
 #include "host/CommandError.h"
+#include "host/Mailboxes.h"
 
 namespace Host {
 
@@ -17,6 +18,16 @@ void ConfigurationOption::AddTo(CLI::App& command) {
 std::vector<String> ConfigurationOption::Names() const {
   std::vector<String> names;
   for (const std::string& name : Mailboxes) names.push_back(Trim(ArgumentText(name)));
+  return names;
+}
+
+std::vector<String> ConfigurationOption::NamesOrAll(const Gateway::Configuration& configuration) const {
+  std::vector<String> names = Names();
+  if (!names.empty()) return names;
+  for (const auto& mailbox : configuration.Mailboxes) names.push_back(mailbox.Name);
+  for (const MailboxRecord& record : ReadMailboxes()) {
+    if (!configuration.Find(record.Name)) names.push_back(record.Name);
+  }
   return names;
 }
 

@@ -24,6 +24,10 @@ struct ConfigurationOption {
   // The names without blanks around them. Raises a CommandError for one that isn't usable.
   std::vector<String> Names() const;
 
+  // The names that were given; without one, all mailboxes of the configuration and of this machine. Raises as
+  // Names and ReadMailboxes.
+  std::vector<String> NamesOrAll(const Gateway::Configuration& configuration) const;
+
   std::string Path() const;
 
   // The configuration. Raises a CommandError with the code for a set-up that is missing or wrong.

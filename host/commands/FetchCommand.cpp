@@ -1,9 +1,7 @@
 // tvmail fetch: one pass over the sources of mailboxes.
 #include <CLI/CLI.hpp>
-#include <condition_variable>
 #include <iostream>
 #include <memory>
-#include <thread>
 
 #include "gateway/delivery/DeliveryReport.h"
 #include "gateway/service/MailboxWork.h"
@@ -12,6 +10,7 @@
 #include "host/CommandError.h"
 #include "host/commands/Command.h"
 #include "host/commands/ConfigurationOption.h"
+#include "host/commands/StopWatch.h"
 #include "runtime/ProcessServices.h"
 
 namespace Host {
@@ -32,23 +31,6 @@ struct FetchOptions {
   bool Json = false;
 };
 
-// Interrupts the work soon after a stop signal, also while it waits for a server.
-class StopWatch {
- public:
-  explicit StopWatch(Gateway::MailboxWork& work)
-      : thread_([this, &work](const std::stop_token& ended) {
-          std::unique_lock lock(mutex_);
-          while (!Gateway::StopWanted() && !ended.stop_requested())
-            wake_.wait_for(lock, ended, std::chrono::milliseconds(200), [] { return false; });
-          if (Gateway::StopWanted()) work.Interrupt();
-        }) {}
-
- private:
-  std::mutex mutex_;
-  std::condition_variable_any wake_;
-  std::jthread thread_;
-};
-
 class ReportingObserver : public Gateway::MailboxObserver {
  public:
   explicit ReportingObserver(Gateway::DeliveryReport& report) : report_(report) {}
@@ -64,7 +46,7 @@ bool FetchMailbox(const Gateway::MailboxSettings& mailbox, Gateway::DeliveryRepo
   ReportingObserver observer(report);
   try {
     Gateway::MailboxWork work(mailbox, observer);
-    const StopWatch watch(work);
+    const StopWatch watch([&work] { work.Interrupt(); });
     work.Pass();
     return true;
   } catch (const std::exception&) {

@@ -72,21 +72,12 @@ std::size_t CountOf(const MailboxStatus& status, Outcome outcome) {
 
 std::vector<Row> ReadRows(const ConfigurationOption& option) {
   const Gateway::Configuration configuration = option.ReadIfAny();
-  std::vector<String> names;
-  for (const String& name : option.Names()) {
-    const auto* mailbox = configuration.Find(name);
-    names.push_back(mailbox ? mailbox->Name : RequireMailbox(name).Name);
-  }
-  if (names.empty()) {
-    for (const auto& mailbox : configuration.Mailboxes) names.push_back(mailbox.Name);
-    for (const MailboxRecord& record : ReadMailboxes()) {
-      if (!configuration.Find(record.Name)) names.push_back(record.Name);
-    }
-  }
   std::vector<Row> rows;
-  rows.reserve(names.size());
-  for (const String& name : names)
+  for (const String& typed : option.NamesOrAll(configuration)) {
+    const auto* mailbox = configuration.Find(typed);
+    const String name = mailbox ? mailbox->Name : RequireMailbox(typed).Name;
     rows.push_back({name, Gateway::ReadStatus(name), Gateway::ReadHeldSummary(name)});
+  }
   return rows;
 }
 

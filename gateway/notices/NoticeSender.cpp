@@ -1,0 +1,193 @@
+#include "gateway/notices/NoticeSender.h"
+
+#include <unistd.h>
+
+#include <algorithm>
+#include <ctime>
+#include <string>
+#include <utility>
+
+#include "gateway/notices/CutMarkerText.h"
+#include "gateway/notices/NoticeMail.h"
+#include "gateway/notices/NoticeRoutes.h"
+#include "gateway/notices/ProjectSending.h"
+#include "platform/Failure.h"
+#include "platform/NoticeTexts.h"
+#include "platform/Services.h"
+#include "platform/StoredNames.h"
+#include "runtime/Texts.h"
+
+namespace Gateway {
+namespace {
+
+using Platform::DueNotice;
+using Platform::NoticeKind;
+using Kind = SendResult::Kind;
+namespace TextNumber = Platform::TextNumber;
+namespace TransportId = Platform::TransportId;
+
+constexpr std::chrono::minutes kQuietMail(15);  // one mail of a slow server
+constexpr std::chrono::hours kLongestTry(24 * 5);
+
+// True if the time, as DueNotice::FirstAttempt, is longer ago than a mail is tried.
+bool TriedInVain(StringView firstAttempt) {
+  const std::time_t limit = std::chrono::system_clock::to_time_t(std::chrono::system_clock::now() - kLongestTry);
+  std::tm utc{};
+  char text[32];
+  gmtime_r(&limit, &utc);
+  const std::string earliest(text, std::strftime(text, sizeof text, "%Y-%m-%dT%H:%M:%S", &utc));
+  return !firstAttempt.empty() && firstAttempt < Platform::FromUtf8(earliest);
+}
+
+[[noreturn]] void Refuse(const String& reason) {
+  throw Platform::Failure(Platform::FailureNumber::RefusedInput, u"Gateway", reason);
+}
+
+}  // namespace
+
+class NoticeSender::Work {
+ public:
+  Work(NoticeSettings settings, NoticeObserver& observer)
+      : settings_(std::move(settings)),
+        observer_(observer),
+        queue_(Platform::Services().CreateByName(Platform::NoticeQueue::kName)),
+        routes_(settings_) {}
+
+  PassResult Pass(const String& projectPath);
+  void Interrupt() { routes_.Interrupt(); }
+
+ private:
+  void SendDue(PassResult& pass);
+  void Handle(const DueNotice& notice, PassResult& pass);
+  NoticeRoutes::Attempt Try(const DueNotice& notice);
+  NoticeSource SourceOf(const DueNotice& notice) const;
+  void RequireSettings();
+  void Settle(const DueNotice& notice, NoticeRoutes::Attempt attempt, PassResult& pass);
+
+  const NoticeSettings settings_;
+  NoticeObserver& observer_;
+  const Platform::NoticeQueue queue_;
+  NoticeRoutes routes_;
+
+  String projectPath_;
+  std::optional<ProjectSending> sending_;  // read once in a pass, when something is due
+  String cutMarker_;
+};
+
+NoticeSender::PassResult NoticeSender::Work::Pass(const String& projectPath) {
+  observer_.WorkingFor(kQuietMail);
+  queue_.Open(projectPath);
+  PassResult pass;
+  if (!queue_.Lock()) {
+    pass.Complete = false;
+    pass.Reason = Runtime::TextOf(TextNumber::kNoticesInUse, projectPath);
+    return pass;
+  }
+  projectPath_ = projectPath;
+  sending_.reset();
+  try {
+    SendDue(pass);
+  } catch (...) {
+    queue_.Unlock();
+    throw;
+  }
+  queue_.Unlock();
+  routes_.CloseIdle();
+  return pass;
+}
+
+void NoticeSender::Work::SendDue(PassResult& pass) {
+  const auto uid = static_cast<std::int32_t>(getuid());
+  while (!routes_.Interrupted()) {
+    const Platform::NextNotice next = queue_.Next(settings_.PerMinute, uid);
+    if (!next.Notice) {
+      pass.Next = next.Wait;
+      return;
+    }
+    observer_.WorkingFor(kQuietMail);
+    Handle(*next.Notice, pass);
+  }
+  pass.Complete = false;
+}
+
+void NoticeSender::Work::Handle(const DueNotice& notice, PassResult& pass) {
+  RequireSettings();
+  NoticeRoutes::Attempt attempt;
+  try {
+    attempt = Try(notice);
+  } catch (const Platform::Failure& failure) {
+    // An address, or the host of a user who posted, isn't usable.
+    if (failure.Number() != Platform::FailureNumber::RefusedInput) throw;
+    attempt.Result = {Kind::Refused, failure.Description()};
+  }
+  Settle(notice, std::move(attempt), pass);
+}
+
+void NoticeSender::Work::RequireSettings() {
+  if (sending_) return;
+  ProjectSending sending = ReadMailboxSending(projectPath_, settings_.Address);
+  if (const String problem = SendingProblem(sending); !problem.empty()) Refuse(problem);
+  // Raises for a host that isn't usable: the notices wait until it is put right.
+  if (sending.Transport == TransportId::kSmtp)
+    MakeSmtpTransport(sending.HostName, settings_.ServerOf(sending.HostName));
+  if (cutMarker_.empty()) cutMarker_ = LoadCutMarkerText();
+  sending_ = std::move(sending);
+}
+
+NoticeSource NoticeSender::Work::SourceOf(const DueNotice& notice) const {
+  const bool byProject = notice.Route.Transport == 0;
+  return {sending_->ProjectName, sending_->Address,
+          !byProject                            ? notice.Route.RealName
+          : notice.Kind == NoticeKind::Answer ? sending_->RealName
+                                                : String(),
+          byProject ? String() : notice.Route.Address, cutMarker_};
+}
+
+NoticeRoutes::Attempt NoticeSender::Work::Try(const DueNotice& notice) {
+  const OutgoingMail mail = ComposeNotice(notice, SourceOf(notice));
+  const bool byProject = notice.Route.Transport == 0;
+  const std::int32_t transport = byProject ? sending_->Transport : notice.Route.Transport;
+  if (transport == TransportId::kSmtp)
+    return routes_.SendBySmtp(byProject ? sending_->HostName : notice.Route.Server, mail);
+  return routes_.SendByCommand(CommandOfProfile(byProject ? sending_->MapiProfile : notice.Route.Server),
+                               mail);
+}
+
+void NoticeSender::Work::Settle(const DueNotice& notice, NoticeRoutes::Attempt attempt, PassResult& pass) {
+  if (routes_.Interrupted() && attempt.Result.Result == Kind::Unreachable) return;
+  SendResult& result = attempt.Result;
+  if (result.Result != Kind::Sent) pass.Reason = result.Reason;
+  const bool again = result.Result == Kind::Deferred || result.Result == Kind::Unreachable;
+  if (again && TriedInVain(notice.FirstAttempt))
+    result = {Kind::Refused, Runtime::TextOf(TextNumber::kSentInVain, result.Reason)};
+  switch (result.Result) {
+    case Kind::Sent:
+      queue_.Sent(notice.Id);
+      ++pass.Sent;
+      break;
+    case Kind::Refused:
+      queue_.GiveUp(notice.Id, result.Reason);
+      ++pass.Refused;
+      break;
+    case Kind::Deferred:
+    case Kind::Unreachable:
+      queue_.Defer(notice.Id, result.Reason, std::max(attempt.Pause, NoticePause(notice.Attempts + 1)));
+      ++pass.Deferred;
+  }
+  if (attempt.Tried) observer_.Attempted(notice, result);
+}
+
+NoticeSender::NoticeSender(NoticeSettings settings, NoticeObserver& observer)
+    : work_(std::make_unique<Work>(std::move(settings), observer)) {}
+
+NoticeSender::~NoticeSender() = default;
+
+NoticeSender::PassResult NoticeSender::Pass(const String& projectPath) {
+  return work_->Pass(projectPath);
+}
+
+void NoticeSender::Interrupt() {
+  work_->Interrupt();
+}
+
+}  // namespace Gateway

@@ -1,0 +1,98 @@
+#include "host/commands/NotifyReport.h"
+
+#include <algorithm>
+#include <iostream>
+
+#include "platform/Json.h"
+#include "platform/TerminalText.h"
+
+namespace Host {
+namespace {
+
+using Kind = Gateway::SendResult::Kind;
+
+// For programs and for people, English in every language.
+struct Words {
+  const char *Json, *Text;
+};
+
+Words WordsOf(Kind kind) {
+  switch (kind) {
+    case Kind::Sent:
+      return {"sent", "sent"};
+    case Kind::Refused:
+      return {"givenUp", "given up"};
+    case Kind::Deferred:
+    case Kind::Unreachable:
+      break;
+  }
+  return {"deferred", "deferred"};
+}
+
+std::string JsonLine(const String& mailbox, const DueNotice& notice, const Gateway::SendResult& result) {
+  return JsonObject()
+      .Add("mailbox", mailbox)
+      .Add("address", notice.Recipient.Address)
+      .Add("kind", notice.Kind == NoticeKind::Reply ? u"reply" : u"answer")
+      .Add("discussion", static_cast<std::size_t>(notice.Discussion))
+      .Add("reply", static_cast<std::size_t>(notice.Reply.Number))
+      .Add("outcome", FromUtf8(WordsOf(result.Result).Json))
+      .Add("reason", result.Reason)
+      .Text();
+}
+
+std::string TextLine(const String& mailbox, const DueNotice& notice, const Gateway::SendResult& result) {
+  const std::string what = notice.Kind == NoticeKind::Reply
+                               ? "discussion " + std::to_string(notice.Discussion) + ", reply " +
+                                     std::to_string(notice.Reply.Number)
+                               : "answer";
+  return TerminalLine(mailbox) + "  " + TerminalLine(notice.Recipient.Address) + "  " + what + "  " +
+         WordsOf(result.Result).Text +
+         (result.Reason.empty() ? "" : ": " + TerminalLine(result.Reason));
+}
+
+}  // namespace
+
+void NotifyReport::Add(const String& mailbox, const DueNotice& notice, const Gateway::SendResult& result) {
+  std::cout << (json_ ? JsonLine(mailbox, notice, result) : TextLine(mailbox, notice, result)) << '\n'
+            << std::flush;
+}
+
+void NotifyReport::EndMailbox(const Gateway::NoticeSender::PassResult& pass) {
+  sent_ += pass.Sent;
+  deferred_ += pass.Deferred;
+  givenUp_ += pass.Refused;
+  if (pass.Next) next_ = next_ ? std::min(*next_, *pass.Next) : *pass.Next;
+}
+
+void NotifyReport::Dropped(const String& mailbox, std::int32_t count) {
+  const auto number = static_cast<std::size_t>(count);
+  if (json_)
+    std::cout << JsonObject().Add("mailbox", mailbox).Add("dropped", number).Text() << '\n';
+  else
+    std::cout << TerminalLine(mailbox) << "  " << number << (number == 1 ? " mail" : " mails")
+              << " dropped: nobody is told by mail\n";
+}
+
+void NotifyReport::Fail(const String& mailbox, const String& reason) {
+  failed_ = true;
+  std::cerr << "tvmail: " << TerminalLine(mailbox + u": " + reason) << '\n';
+}
+
+bool NotifyReport::Finish(bool stopped, bool dropping) {
+  if (!json_ && !dropping) {
+    const std::size_t all = sent_ + deferred_ + givenUp_;
+    if (all == 0)
+      std::cout << "nothing was due";
+    else
+      std::cout << all << (all == 1 ? " mail: " : " mails: ") << sent_ << " sent, " << deferred_
+                << " deferred, " << givenUp_ << " given up";
+    if (next_)
+      std::cout << "; more is due in " << std::chrono::ceil<std::chrono::seconds>(*next_).count() << " s";
+    if (stopped) std::cout << "; stopped before the end";
+    std::cout << '\n';
+  }
+  return !stopped && !failed_ && deferred_ + givenUp_ == 0;
+}
+
+}  // namespace Host
