@@ -49,6 +49,8 @@ inline constexpr std::int32_t kMailboxAddressMissing = 21362;
 inline constexpr std::int32_t kSentInVain = 21363;
 inline constexpr std::int32_t kSettingNotFlag = 21364;
 inline constexpr std::int32_t kNoticesSwitchedOff = 21365;
+inline constexpr std::int32_t kMailboxDoesNothing = 21366;
+inline constexpr std::int32_t kNothingToServe = 21367;
 inline constexpr std::int32_t kNoticeExpired = 21399;
 
 inline constexpr CatalogueText kNoticeTexts[] = {
@@ -91,6 +93,8 @@ inline constexpr CatalogueText kNoticeTexts[] = {
     {kSentInVain, 1},
     {kSettingNotFlag, 1},
     {kNoticesSwitchedOff, 1},
+    {kMailboxDoesNothing, 1},
+    {kNothingToServe, 1},
     {kNoticeExpired},
 };
 

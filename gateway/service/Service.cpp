@@ -8,6 +8,7 @@
 
 #include "gateway/service/Systemd.h"
 #include "platform/Failure.h"
+#include "platform/NoticeTexts.h"
 #include "platform/StoredNames.h"
 #include "platform/TerminalText.h"
 #include "runtime/Texts.h"
@@ -54,11 +55,12 @@ int WaitForSignal(std::chrono::nanoseconds time) {
   return number > 0 ? number : 0;
 }
 
+// Mailboxes without a source have no lock.
 void RequireUnlocked(const std::vector<MailboxSettings>& mailboxes) {
   std::optional<std::string> holder;
   for (const MailboxSettings& mailbox : mailboxes) {
-    holder = MailboxLock::Holder(mailbox.Name);
-    if (!holder) return;
+    if (mailbox.Source) holder = MailboxLock::Holder(mailbox.Name);
+    if (!mailbox.Source || !holder) return;
   }
   throw Platform::Failure(
       Platform::FailureNumber::DeviceFailed, u"Gateway",
@@ -67,27 +69,30 @@ void RequireUnlocked(const std::vector<MailboxSettings>& mailboxes) {
 
 }  // namespace
 
-std::vector<MailboxSettings> MailboxesOf(const Configuration& configuration,
-                                         const std::vector<String>& names) {
+std::vector<MailboxSettings> MailboxesOf(const Configuration& configuration, const std::vector<String>& names,
+                                         MailboxNeeds needs) {
   const String path = FromUtf8(configuration.Path);
+  const bool sourceNeeded = needs == MailboxNeeds::Source;
+  const auto has = [&](const MailboxSettings& mailbox) {
+    return mailbox.Source || (!sourceNeeded && mailbox.Notices.Send);
+  };
   std::vector<MailboxSettings> mailboxes;
   for (const String& name : names) {
     const MailboxSettings* mailbox = configuration.Find(name);
     if (!mailbox) Refuse(TextNumber::kMailboxNotInFile, path, name);
-    if (!mailbox->Source) Refuse(TextNumber::kMailboxWithoutSource, name);
+    if (!has(*mailbox))
+      Refuse(sourceNeeded ? TextNumber::kMailboxWithoutSource : TextNumber::kMailboxDoesNothing, name);
     if (std::ranges::find(mailboxes, *mailbox) == mailboxes.end()) mailboxes.push_back(*mailbox);
   }
-  if (names.empty())
-    std::ranges::copy_if(configuration.Mailboxes, std::back_inserter(mailboxes),
-                         [](const MailboxSettings& mailbox) { return mailbox.Source.has_value(); });
-  if (mailboxes.empty()) Refuse(TextNumber::kNoQueues, path);
+  if (names.empty()) std::ranges::copy_if(configuration.Mailboxes, std::back_inserter(mailboxes), has);
+  if (mailboxes.empty()) Refuse(sourceNeeded ? TextNumber::kNoQueues : TextNumber::kNothingToServe, path);
   return mailboxes;
 }
 
 Service::Service(std::string configurationPath, std::vector<String> only)
     : path_(std::move(configurationPath)), only_(std::move(only)) {
   const Configuration configuration = ReadConfiguration(path_);
-  const std::vector<MailboxSettings> mailboxes = MailboxesOf(configuration, only_);
+  const std::vector<MailboxSettings> mailboxes = MailboxesOf(configuration, only_, MailboxNeeds::SourceOrNotices);
   RequireUnlocked(mailboxes);
   BlockSignals();
   LogWarnings(configuration);
@@ -100,7 +105,7 @@ void Service::LogWarnings(const Configuration& configuration) {
 }
 
 void Service::Start(const MailboxSettings& mailbox) {
-  threads_.push_back(std::make_unique<MailboxThread>(mailbox, log_));
+  served_.push_back(std::make_unique<ServedMailbox>(mailbox, log_));
   log_.Event(Severity::Notice, "started", mailbox.Name, {});
 }
 
@@ -120,17 +125,17 @@ void Service::Run() {
 }
 
 void Service::Report() {
-  const auto alive = [](const auto& thread) { return thread->Alive(); };
-  if (std::ranges::all_of(threads_, alive)) NotifyManager("WATCHDOG=1");
+  const auto alive = [](const auto& mailbox) { return mailbox->Alive(); };
+  if (std::ranges::all_of(served_, alive)) NotifyManager("WATCHDOG=1");
   std::size_t failing = 0;
   std::string names;
-  for (const auto& thread : threads_) {
-    if (!thread->Failing()) continue;
+  for (const auto& mailbox : served_) {
+    if (!mailbox->Failing()) continue;
     ++failing;
     if (names.size() < 200)
-      names += (names.empty() ? "" : ", ") + Platform::TerminalLine(thread->Settings().Name);
+      names += (names.empty() ? "" : ", ") + Platform::TerminalLine(mailbox->Settings().Name);
   }
-  std::string status = std::to_string(threads_.size()) + " mailboxes, " + std::to_string(failing) +
+  std::string status = std::to_string(served_.size()) + " mailboxes, " + std::to_string(failing) +
                        " failing" + (names.empty() ? "" : ": " + names);
   if (status == reportedStatus_) return;
   NotifyManager("STATUS=" + status);
@@ -141,7 +146,7 @@ void Service::Reload() {
   NotifyManager(ReloadingState());
   try {
     const Configuration configuration = ReadConfiguration(path_);
-    const std::vector<MailboxSettings> wanted = MailboxesOf(configuration, only_);
+    const std::vector<MailboxSettings> wanted = MailboxesOf(configuration, only_, MailboxNeeds::SourceOrNotices);
     LogWarnings(configuration);
     Apply(wanted);
     log_.Event(Severity::Notice, "reloaded", {}, {});
@@ -160,18 +165,18 @@ void Service::Reload() {
 
 void Service::Apply(const std::vector<MailboxSettings>& wanted) {
   // One that fails is started again, so that what the administrator has put right takes effect at once.
-  const auto isWanted = [&](const auto& thread) {
-    return !thread->Failing() && std::ranges::find(wanted, thread->Settings()) != wanted.end();
+  const auto isWanted = [&](const auto& mailbox) {
+    return !mailbox->Failing() && std::ranges::find(wanted, mailbox->Settings()) != wanted.end();
   };
-  const auto ending = std::stable_partition(threads_.begin(), threads_.end(), isWanted);
+  const auto ending = std::stable_partition(served_.begin(), served_.end(), isWanted);
   // All are told before the first is waited for.
-  for (auto thread = ending; thread != threads_.end(); ++thread) (*thread)->RequestStop();
-  for (auto thread = ending; thread != threads_.end(); ++thread)
-    log_.Event(Severity::Notice, "stopped", (*thread)->Settings().Name, {});
-  threads_.erase(ending, threads_.end());
+  for (auto mailbox = ending; mailbox != served_.end(); ++mailbox) (*mailbox)->RequestStop();
+  for (auto mailbox = ending; mailbox != served_.end(); ++mailbox)
+    log_.Event(Severity::Notice, "stopped", (*mailbox)->Settings().Name, {});
+  served_.erase(ending, served_.end());
   for (const MailboxSettings& mailbox : wanted) {
     const bool runs =
-        std::ranges::any_of(threads_, [&](const auto& thread) { return thread->Settings() == mailbox; });
+        std::ranges::any_of(served_, [&](const auto& served) { return served->Settings() == mailbox; });
     if (!runs) Start(mailbox);
   }
 }
@@ -180,8 +185,8 @@ void Service::Stop() {
   UnblockSignals();
   NotifyManager("STOPPING=1");
   log_.Event(Severity::Notice, "stopping", {}, {});
-  for (const auto& thread : threads_) thread->RequestStop();
-  threads_.clear();
+  for (const auto& mailbox : served_) mailbox->RequestStop();
+  served_.clear();
   log_.Event(Severity::Notice, "stopped", {}, {});
 }
 

@@ -6,7 +6,7 @@
 #include <vector>
 
 #include "gateway/service/Configuration.h"
-#include "gateway/service/MailboxThread.h"
+#include "gateway/service/ServedMailbox.h"
 #include "gateway/service/ServiceLog.h"
 
 namespace Gateway {
@@ -20,7 +20,7 @@ namespace Gateway {
 // alive. Main thread.
 class Service {
  public:
-  // Reads the configuration. only names the mailboxes to serve; all that have a source if it is empty. Blocks
+  // Reads the configuration. only names the mailboxes to serve; all of the configuration if it is empty. Blocks
   // the signals above on this thread and those that it starts from now on. Raises as ReadConfiguration and
   // MailboxesOf; 57 if each mailbox is served by another process.
   Service(std::string configurationPath, std::vector<String> only);
@@ -40,13 +40,19 @@ class Service {
   const std::vector<String> only_;
   ServiceLog log_;
   std::string reportedStatus_;
-  std::vector<std::unique_ptr<MailboxThread>> threads_;
+  std::vector<std::unique_ptr<ServedMailbox>> served_;
 };
 
-// The mailboxes of the configuration that have these names, or all that have a source if there are no names.
-// Raises 380 for a name that the file doesn't have, or whose mailbox has no source, and if no mailbox is
-// left.
-std::vector<MailboxSettings> MailboxesOf(const Configuration& configuration,
-                                         const std::vector<String>& names);
+// What a mailbox must have.
+enum class MailboxNeeds {
+  Source,
+  SourceOrNotices,  // a source, or that users are told of new replies
+};
+
+// The mailboxes of the configuration that have these names, or all that have what is needed if there are no
+// names. Raises 380 for a name that the file doesn't have, or whose mailbox doesn't have what is needed, and
+// if no mailbox is left.
+std::vector<MailboxSettings> MailboxesOf(const Configuration& configuration, const std::vector<String>& names,
+                                         MailboxNeeds needs);
 
 }  // namespace Gateway

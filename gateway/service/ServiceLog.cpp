@@ -39,6 +39,19 @@ std::string_view WordOf(Outcome outcome) {
   return "retry";
 }
 
+std::string_view WordOf(SendResult::Kind kind) {
+  switch (kind) {
+    case SendResult::Kind::Sent:
+      return "sent";
+    case SendResult::Kind::Refused:
+      return "given-up";
+    case SendResult::Kind::Deferred:
+    case SendResult::Kind::Unreachable:
+      break;
+  }
+  return "deferred";
+}
+
 std::string_view WordOf(ServiceLog::Severity severity) {
   switch (severity) {
     case ServiceLog::Severity::Error:
@@ -100,7 +113,24 @@ void ServiceLog::Mail(const String& mailbox, const MailResult& result) {
         {"outcome", outcome},
         {"rule", result.Rule},
         {"reason", reason},
+        {"answered", result.Answered ? "yes" : ""},
         {"milliseconds", std::to_string(result.Duration.count())}});
+  if (!result.Warning.empty()) Event(Severity::Warning, "warning", mailbox, result.Warning);
+}
+
+void ServiceLog::Notice(const String& mailbox, const Platform::DueNotice& notice, const SendResult& result) {
+  const std::string outcome(WordOf(result.Result)), address = ValueOf(notice.Recipient.Address),
+                            reason = ValueOf(result.Reason);
+  const bool isReply = notice.Kind == Platform::NoticeKind::Reply;
+  Send(result.Result == SendResult::Kind::Sent ? Severity::Information : Severity::Warning,
+       ValueOf(mailbox) + ": " + outcome + " to " + address + (reason.empty() ? "" : ": " + reason),
+       {{"event", isReply ? "notice" : "answer"},
+        {"mailbox", ValueOf(mailbox)},
+        {"address", address},
+        {"discussion", isReply ? std::to_string(notice.Discussion) : ""},
+        {"reply", isReply ? std::to_string(notice.Reply.Number) : ""},
+        {"outcome", outcome},
+        {"reason", reason}});
 }
 
 void ServiceLog::Event(Severity severity, std::string_view event, const String& mailbox, const String& text) {

@@ -10,6 +10,8 @@
 #include <vector>
 
 #include "gateway/delivery/MailResult.h"
+#include "gateway/notices/MailTransport.h"
+#include "platform/contracts/NoticeQueue.h"
 
 namespace Gateway {
 
@@ -26,8 +28,12 @@ class ServiceLog {
   ServiceLog(const ServiceLog&) = delete;
   ServiceLog& operator=(const ServiceLog&) = delete;
 
-  // A mail, with mailbox, source, key, outcome, rule, reason and milliseconds.
+  // A mail that came, with mailbox, source, key, outcome, rule, reason, answered and milliseconds. Its warning
+  // is an event.
   void Mail(const String& mailbox, const MailResult& result);
+
+  // A mail that was sent, deferred or given up, with mailbox, address, discussion, reply, outcome and reason.
+  void Notice(const String& mailbox, const Platform::DueNotice& notice, const SendResult& result);
 
   // The service or a mailbox: "started", "failing", "working"... The mailbox may be empty.
   enum class Severity { Error = 3, Warning = 4, Notice = 5, Information = 6 };  // as in syslog
