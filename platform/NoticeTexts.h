@@ -51,6 +51,9 @@ inline constexpr std::int32_t kSettingNotFlag = 21364;
 inline constexpr std::int32_t kNoticesSwitchedOff = 21365;
 inline constexpr std::int32_t kMailboxDoesNothing = 21366;
 inline constexpr std::int32_t kNothingToServe = 21367;
+inline constexpr std::int32_t kNobodyIsTold = 21368;
+inline constexpr std::int32_t kNobodyTakesMail = 21369;
+inline constexpr std::int32_t kWillBeTold = 21370;
 inline constexpr std::int32_t kNoticeExpired = 21399;
 
 inline constexpr CatalogueText kNoticeTexts[] = {
@@ -95,6 +98,9 @@ inline constexpr CatalogueText kNoticeTexts[] = {
     {kNoticesSwitchedOff, 1},
     {kMailboxDoesNothing, 1},
     {kNothingToServe, 1},
+    {kNobodyIsTold},
+    {kNobodyTakesMail},
+    {kWillBeTold, 1},
     {kNoticeExpired},
 };
 

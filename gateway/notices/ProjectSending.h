@@ -34,6 +34,9 @@ std::int32_t TransportNumber(StringView stored);
 // one in the file. Raises as above.
 ProjectSending ReadMailboxSending(const String& projectPath, StringView mailboxAddress);
 
+// What sends the mail of a profile without a command.
+inline constexpr StringView kUsualCommand = u"sendmail -t -i";
+
 // The command that a MAPI profile of this system user names; empty if it names none, or if the user has no
 // such profile. Raises 57 if the user's registry can't be read. Any thread.
 String CommandOfProfile(StringView profile);

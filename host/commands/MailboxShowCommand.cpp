@@ -3,6 +3,7 @@
 #include <iostream>
 #include <memory>
 
+#include "gateway/notices/ProjectSending.h"
 #include "host/CommandError.h"
 #include "host/Mailboxes.h"
 #include "host/SendingSession.h"
@@ -18,6 +19,7 @@ struct ShownMailbox {
   MailboxRecord Record;
   SendSettings Send;
   const char* Transport = "";
+  String Command;  // of the MAPI profile of this system user
   std::vector<const char*> Missing;  // by the names of the JSON object; "password" too, which isn't shown
   String Problem;                    // why the project's settings can't be read
 };
@@ -38,7 +40,8 @@ void FindMissing(ShownMailbox& mailbox) {
 }
 
 ShownMailbox Read(const String& name) {
-  ShownMailbox mailbox{.Record = RequireMailbox(name), .Send = {}, .Missing = {}, .Problem = {}};
+  ShownMailbox mailbox{
+      .Record = RequireMailbox(name), .Send = {}, .Command = {}, .Missing = {}, .Problem = {}};
   if (!mailbox.Record.ProjectPath.empty()) {
     try {
       mailbox.Send = ReadSendSettings(mailbox.Record.ProjectPath);
@@ -48,6 +51,8 @@ ShownMailbox Read(const String& name) {
   }
   if (!mailbox.Send.Transport.empty())
     mailbox.Transport = mailbox.Send.Transport == MapiTransportName() ? "mapi" : "smtp";
+  if (mailbox.Transport == std::string_view("mapi"))
+    mailbox.Command = Gateway::CommandOfProfile(mailbox.Send.MapiProfile);
   FindMissing(mailbox);
   return mailbox;
 }
@@ -61,6 +66,7 @@ void PrintJson(const ShownMailbox& mailbox) {
                    .Add("userId", mailbox.Record.UserId)
                    .Add("transport", FromUtf8(mailbox.Transport))
                    .Add("profile", mailbox.Send.MapiProfile)
+                   .Add("command", mailbox.Command)
                    .Add("host", mailbox.Send.HostName)
                    .Add("address", mailbox.Send.Address)
                    .Add("realName", mailbox.Send.RealName)
@@ -81,6 +87,7 @@ void PrintText(const ShownMailbox& mailbox) {
   Line("Transport:    ", FromUtf8(mailbox.Transport));
   if (mailbox.Transport == std::string_view("mapi")) {
     Line("MAPI profile: ", mailbox.Send.MapiProfile);
+    Line("Command:      ", mailbox.Command.empty() ? String(Gateway::kUsualCommand) : mailbox.Command);
   } else {
     Line("SMTP host:    ", mailbox.Send.HostName);
     Line("Address:      ", mailbox.Send.Address);

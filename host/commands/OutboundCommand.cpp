@@ -6,6 +6,7 @@
 #include "gateway/delivery/HandlerObject.h"
 #include "gateway/notices/ProjectSending.h"
 #include "host/CommandError.h"
+#include "host/OutboundSettings.h"
 #include "host/RegistryKey.h"
 #include "host/Stores.h"
 #include "host/commands/Command.h"
@@ -22,6 +23,11 @@
 namespace Host {
 
 namespace {
+
+constexpr const char* kProfileNotes =
+    R"(The command is run by /bin/sh as the user who sends, with the mail on standard input; it takes the recipient from
+the mail's To field. Without one, or after --command "", it is: sendmail -t -i
+A profile that exists keeps its command unless --command is given.)";
 
 struct OutboundOptions {
   bool Enable = false;
@@ -97,28 +103,11 @@ void Fill(const OutboundOptions& options, Form& form, UserInput& input) {
   input.Enter();
 }
 
-struct OutboundSettings {
-  bool Configured = false;
-  bool Enabled = true;
-  String Transport;  // "mapi", "smtp", or any other stored text
-  String Profile, HostName, Address, RealName;
-};
-
-OutboundSettings ReadSettings() {
-  RequireStores();
-  const auto key = RegistryKey::Open(Hive::CurrentUser, RegistryPath::kOutbound);
-  if (!key) return {};
-  const String stored = key->Text(SendingValue::kTransportId);
-  const std::int32_t transport = Gateway::TransportNumber(stored);
-  return {true,
-          !EqualsIgnoreCase(key->Text(SendingValue::kEnabled), u"False"),
-          transport == TransportId::kMapi   ? u"mapi"
-          : transport == TransportId::kSmtp ? u"smtp"
-                                            : stored,
-          key->Text(SendingValue::kMapiProfile),
-          key->Text(SendingValue::kHostName),
-          key->Text(SendingValue::kAddress),
-          key->Text(SendingValue::kRealName)};
+// "mapi", "smtp", or any other stored text.
+String TransportWord(const OutboundSettings& settings) {
+  return settings.Transport == TransportId::kMapi   ? u"mapi"
+         : settings.Transport == TransportId::kSmtp ? u"smtp"
+                                                    : settings.StoredTransport;
 }
 
 void Line(const char* name, const String& text) {
@@ -126,13 +115,16 @@ void Line(const char* name, const String& text) {
 }
 
 int Show(bool json) {
-  const OutboundSettings settings = ReadSettings();
+  RequireStores();
+  const OutboundSettings settings = ReadOutboundSettings();
+  const String transport = TransportWord(settings), command = Gateway::CommandOfProfile(settings.Profile);
   if (json) {
     std::cout << JsonObject()
                      .Add("configured", settings.Configured)
                      .Add("enabled", settings.Enabled)
-                     .Add("transport", settings.Transport)
+                     .Add("transport", transport)
                      .Add("profile", settings.Profile)
+                     .Add("command", command)
                      .Add("host", settings.HostName)
                      .Add("address", settings.Address)
                      .Add("realName", settings.RealName)
@@ -145,8 +137,10 @@ int Show(bool json) {
     return Done;
   }
   std::cout << "Discussions send e-mail: " << (settings.Enabled ? "yes" : "no") << '\n';
-  Line("Transport:    ", settings.Transport);
+  Line("Transport:    ", transport);
   Line("MAPI profile: ", settings.Profile);
+  if (!settings.Profile.empty())
+    Line("Command:      ", command.empty() ? String(Gateway::kUsualCommand) : command);
   Line("SMTP host:    ", settings.HostName);
   Line("Address:      ", settings.Address);
   Line("Real name:    ", settings.RealName);
@@ -177,13 +171,26 @@ int Configure(const OutboundOptions& options) {
   throw CommandError(CodeOf(watch, DataRefused), TextNumber::kSettingsNotSaved);
 }
 
-int AddProfile(const std::string& typedName) {
+struct ProfileOptions {
+  std::string Name;
+  std::optional<std::string> Command;
+};
+
+int AddProfile(const ProfileOptions& options) {
   RequireStores();
-  const String name = Trim(ArgumentText(typedName));
+  const String name = Trim(ArgumentText(options.Name));
   if (!Runtime::RegistryStore::IsKeyName(name))
     throw CommandError(DataRefused, TextNumber::kProfileNameInvalid);
-  Runtime::RegistryStore::CreateKey(Hive::CurrentUser, String(RegistryPath::kMapiProfiles) + u"\\" + name);
-  std::cout << "MAPI profile " << TerminalLine(name) << " is defined.\n";
+  const std::optional<String> typed =
+      options.Command ? std::optional(Trim(ArgumentText(*options.Command))) : std::nullopt;
+  const String key = Gateway::ProfileKey(name);
+  Runtime::RegistryStore::CreateKey(Hive::CurrentUser, key);
+  if (typed)
+    Runtime::RegistryStore::Write(Hive::CurrentUser, key, SendingValue::kProfileCommand,
+                                  {RegValue::StringType, Value(*typed)});
+  const String command = Gateway::CommandOfProfile(name);
+  std::cout << "MAPI profile " << TerminalLine(name) << " is defined. It sends by the command: "
+            << TerminalLine(command.empty() ? Gateway::kUsualCommand : StringView(command)) << '\n';
   return Done;
 }
 
@@ -208,10 +215,14 @@ void AddOutboundCommand(CLI::App& program, Invocation& invocation) {
   show->add_flag("--json", *json, "Print one JSON object");
   show->callback([&invocation, json] { invocation.Run = [json] { return Show(*json); }; });
 
-  CLI::App* profile = outbound->add_subcommand("add-profile", "Define a MAPI profile of this user");
-  auto name = std::make_shared<std::string>();
-  profile->add_option("NAME", *name, "The profile's name")->required();
-  profile->callback([&invocation, name] { invocation.Run = [name] { return AddProfile(*name); }; });
+  CLI::App* profile = outbound->add_subcommand("add-profile", "Define or change a MAPI profile of this user");
+  auto profileOptions = std::make_shared<ProfileOptions>();
+  profile->add_option("NAME", profileOptions->Name, "The profile's name")->required();
+  profile->add_option("--command", profileOptions->Command,
+                      "The sendmail-compatible command that sends its mail, such as \"msmtp -a office -t\"");
+  profile->footer(kProfileNotes);
+  profile->callback(
+      [&invocation, profileOptions] { invocation.Run = [profileOptions] { return AddProfile(*profileOptions); }; });
   // Set last, since subcommands copy the footer when they are added.
   outbound->footer(
       "Without options the dialog opens. Options are entered into the dialog, which is then closed with OK.\n"

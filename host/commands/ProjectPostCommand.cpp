@@ -2,17 +2,21 @@
 #include <unistd.h>
 
 #include <CLI/CLI.hpp>
+#include <filesystem>
 #include <iostream>
 #include <iterator>
 #include <memory>
 
 #include "host/AbsolutePath.h"
 #include "host/CommandError.h"
+#include "host/OutboundSettings.h"
 #include "host/commands/ProjectCommands.h"
 #include "host/terminal/EditedText.h"
 #include "host/terminal/Terminal.h"
+#include "platform/NoticeTexts.h"
 #include "platform/TerminalText.h"
 #include "runtime/DurableFile.h"
+#include "runtime/RegistryStore.h"
 
 namespace Host {
 
@@ -20,6 +24,13 @@ namespace {
 
 // In bytes. A character takes up to three.
 constexpr std::size_t kLargestText = kLongestReply * 3 + 16;
+
+constexpr const char* kNotes =
+    R"(On a terminal without a TEXTFILE, the editor in VISUAL or EDITOR opens. An empty text cancels.
+
+The other users who take mail are told of the reply by the settings of the system user who posts (tvmail outbound),
+if these are complete and enabled; otherwise nobody is told. tvmail notify or tvmail serve sends the mails. Standard
+error says how many users will be told.)";
 
 struct PostOptions {
   std::string File;
@@ -45,21 +56,46 @@ String ReplyText(std::string bytes, ExitCode blank) {
   return FromUtf8(bytes);
 }
 
-// Checks discussion and user first, so that nobody writes a text in vain.
-void RequireDiscussionAndUser(const ProjectAdministration& projects, const String& path,
-                              const PostOptions& options, const String& user) {
+// Checks discussion and user first, so that nobody writes a text in vain. Returns how many users are told.
+std::size_t RequireDiscussionAndUser(const ProjectAdministration& projects, const String& path,
+                                     const PostOptions& options, const String& user) {
   const ProjectDescription project = Selected(projects.Outline(path), options.Discussion);
-  for (const DescribedUser& known : project.Users)
-    if (EqualsIgnoreCase(known.Name, Trim(user))) return;
-  throw CommandError(DataRefused, TextNumber::kUserUnknown, user);
+  const DescribedUser* author = nullptr;
+  std::size_t told = 0;
+  for (const DescribedUser& known : project.Users) {
+    if (EqualsIgnoreCase(known.Name, Trim(user)))
+      author = &known;
+    else if (known.MailAccepted && !known.Address.empty())
+      ++told;
+  }
+  if (!author) throw CommandError(DataRefused, TextNumber::kUserUnknown, user);
+  return told;
+}
+
+// How the notices of this user's replies are sent; nothing if nobody is to be told.
+std::optional<NoticeRoute> RouteOfUser() {
+  std::error_code error;
+  const bool hasStore = std::filesystem::exists(ToUtf8(Runtime::RegistryStore::FileOf(Hive::CurrentUser)), error);
+  // A store that can't be read is a failure: nobody would be told of a reply that is to be sent.
+  const OutboundSettings settings = hasStore || error ? ReadOutboundSettings() : OutboundSettings();
+  return settings.Complete() ? std::optional(settings.Route()) : std::nullopt;
+}
+
+void SayWhoIsTold(const std::optional<NoticeRoute>& route, std::size_t told) {
+  const String text = !route     ? Runtime::TextOf(TextNumber::kNobodyIsTold)
+                      : told == 0 ? Runtime::TextOf(TextNumber::kNobodyTakesMail)
+                                  : Runtime::TextOf(TextNumber::kWillBeTold, FromUtf8(std::to_string(told)));
+  std::cerr << "tvmail: " << ToUtf8(text) << '\n';
 }
 
 int Post(const PostOptions& options) {
   const String path = ExistingProject(options.File), user = ArgumentText(options.User);
   const ProjectAdministration projects = Administration();
-  RequireDiscussionAndUser(projects, path, options, user);
+  const std::size_t told = RequireDiscussionAndUser(projects, path, options, user);
+  const std::optional<NoticeRoute> route = RouteOfUser();
   const auto store = [&](const String& text) {
-    std::cout << projects.AddReply(path, options.Discussion, user, text, std::nullopt) << '\n';
+    std::cout << projects.AddReply(path, options.Discussion, user, text, route) << '\n' << std::flush;
+    SayWhoIsTold(route, told);
   };
   if (options.Text.empty() && Terminal().Interactive()) {
     EditedText edited(kLargestText);
@@ -91,8 +127,7 @@ void AddProjectPostCommand(CLI::App& project, Invocation& invocation) {
   command->add_option("--user", options->User, "The user who writes it")->required();
   command->add_option("TEXTFILE", options->Text,
                       "File with the text in UTF-8; - for standard input, which is read without a file, too");
-  command->footer(
-      "On a terminal without a TEXTFILE, the editor in VISUAL or EDITOR opens. An empty text cancels.");
+  command->footer(kNotes);
 }
 
 }  // namespace Host
