@@ -31,7 +31,8 @@ constexpr std::chrono::hours kLongestTry(24 * 5);
 
 // True if the time, as DueNotice::FirstAttempt, is longer ago than a mail is tried.
 bool TriedInVain(StringView firstAttempt) {
-  const std::time_t limit = std::chrono::system_clock::to_time_t(std::chrono::system_clock::now() - kLongestTry);
+  const std::time_t limit =
+      std::chrono::system_clock::to_time_t(std::chrono::system_clock::now() - kLongestTry);
   std::tm utc{};
   char text[32];
   gmtime_r(&limit, &utc);
@@ -137,9 +138,9 @@ void NoticeSender::Work::RequireSettings() {
 NoticeSource NoticeSender::Work::SourceOf(const DueNotice& notice) const {
   const bool byProject = notice.Route.Transport == 0;
   return {sending_->ProjectName, sending_->Address,
-          !byProject                            ? notice.Route.RealName
+          !byProject                          ? notice.Route.RealName
           : notice.Kind == NoticeKind::Answer ? sending_->RealName
-                                                : String(),
+                                              : String(),
           byProject ? String() : notice.Route.Address, cutMarker_};
 }
 

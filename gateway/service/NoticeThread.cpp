@@ -16,9 +16,7 @@ constexpr std::chrono::milliseconds kLongestPause(1000);
 }  // namespace
 
 NoticeThread::NoticeThread(MailboxSettings settings, ServiceLog& log)
-    : settings_(std::move(settings)),
-      log_(log),
-      loop_(settings_.Name, {"not-sending", "sending"}, log, *this) {}
+    : settings_(std::move(settings)), log_(log), loop_(settings_.Name, {"unsent", "sending"}, log, *this) {}
 
 void NoticeThread::Attempted(const Platform::DueNotice& notice, const SendResult& result) {
   unreachable_ = result.Result == SendResult::Kind::Unreachable;

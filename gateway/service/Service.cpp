@@ -92,7 +92,8 @@ std::vector<MailboxSettings> MailboxesOf(const Configuration& configuration, con
 Service::Service(std::string configurationPath, std::vector<String> only)
     : path_(std::move(configurationPath)), only_(std::move(only)) {
   const Configuration configuration = ReadConfiguration(path_);
-  const std::vector<MailboxSettings> mailboxes = MailboxesOf(configuration, only_, MailboxNeeds::SourceOrNotices);
+  const std::vector<MailboxSettings> mailboxes =
+      MailboxesOf(configuration, only_, MailboxNeeds::SourceOrNotices);
   RequireUnlocked(mailboxes);
   BlockSignals();
   LogWarnings(configuration);
@@ -146,7 +147,8 @@ void Service::Reload() {
   NotifyManager(ReloadingState());
   try {
     const Configuration configuration = ReadConfiguration(path_);
-    const std::vector<MailboxSettings> wanted = MailboxesOf(configuration, only_, MailboxNeeds::SourceOrNotices);
+    const std::vector<MailboxSettings> wanted =
+        MailboxesOf(configuration, only_, MailboxNeeds::SourceOrNotices);
     LogWarnings(configuration);
     Apply(wanted);
     log_.Event(Severity::Notice, "reloaded", {}, {});

@@ -20,9 +20,9 @@ namespace Gateway {
 // alive. Main thread.
 class Service {
  public:
-  // Reads the configuration. only names the mailboxes to serve; all of the configuration if it is empty. Blocks
-  // the signals above on this thread and those that it starts from now on. Raises as ReadConfiguration and
-  // MailboxesOf; 57 if each mailbox is served by another process.
+  // Reads the configuration. only names the mailboxes to serve; all of the configuration if it is empty.
+  // Blocks the signals above on this thread and those that it starts from now on. Raises as ReadConfiguration
+  // and MailboxesOf; 57 if each mailbox is served by another process.
   Service(std::string configurationPath, std::vector<String> only);
 
   // Returns after SIGTERM or SIGINT.

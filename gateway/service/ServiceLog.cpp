@@ -120,7 +120,7 @@ void ServiceLog::Mail(const String& mailbox, const MailResult& result) {
 
 void ServiceLog::Notice(const String& mailbox, const Platform::DueNotice& notice, const SendResult& result) {
   const std::string outcome(WordOf(result.Result)), address = ValueOf(notice.Recipient.Address),
-                            reason = ValueOf(result.Reason);
+                                                    reason = ValueOf(result.Reason);
   const bool isReply = notice.Kind == Platform::NoticeKind::Reply;
   Send(result.Result == SendResult::Kind::Sent ? Severity::Information : Severity::Warning,
        ValueOf(mailbox) + ": " + outcome + " to " + address + (reason.empty() ? "" : ": " + reason),

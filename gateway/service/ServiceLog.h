@@ -28,8 +28,8 @@ class ServiceLog {
   ServiceLog(const ServiceLog&) = delete;
   ServiceLog& operator=(const ServiceLog&) = delete;
 
-  // A mail that came, with mailbox, source, key, outcome, rule, reason, answered and milliseconds. Its warning
-  // is an event.
+  // A mail that came, with mailbox, source, key, outcome, rule, reason, answered and milliseconds. Its
+  // warning is an event.
   void Mail(const String& mailbox, const MailResult& result);
 
   // A mail that was sent, deferred or given up, with mailbox, address, discussion, reply, outcome and reason.

@@ -61,8 +61,8 @@ int Fetch(const FetchOptions& options) {
   const Gateway::Configuration configuration = options.Configuration.Read();
   std::vector<Gateway::MailboxSettings> mailboxes;
   try {
-    mailboxes = Gateway::MailboxesOf(configuration, options.Configuration.Names(),
-                                      Gateway::MailboxNeeds::Source);
+    mailboxes =
+        Gateway::MailboxesOf(configuration, options.Configuration.Names(), Gateway::MailboxNeeds::Source);
   } catch (const Failure& failure) {
     throw CommandError(NotConfigured, failure.Description());
   }

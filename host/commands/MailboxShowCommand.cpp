@@ -19,7 +19,7 @@ struct ShownMailbox {
   MailboxRecord Record;
   SendSettings Send;
   const char* Transport = "";
-  String Command;  // of the MAPI profile of this system user
+  String Command;                    // of the MAPI profile of this system user
   std::vector<const char*> Missing;  // by the names of the JSON object; "password" too, which isn't shown
   String Problem;                    // why the project's settings can't be read
 };

@@ -47,8 +47,7 @@ std::string TextLine(const String& mailbox, const DueNotice& notice, const Gatew
                                      std::to_string(notice.Reply.Number)
                                : "answer";
   return TerminalLine(mailbox) + "  " + TerminalLine(notice.Recipient.Address) + "  " + what + "  " +
-         WordsOf(result.Result).Text +
-         (result.Reason.empty() ? "" : ": " + TerminalLine(result.Reason));
+         WordsOf(result.Result).Text + (result.Reason.empty() ? "" : ": " + TerminalLine(result.Reason));
 }
 
 }  // namespace
@@ -82,7 +81,9 @@ void NotifyReport::Fail(const String& mailbox, const String& reason) {
 bool NotifyReport::Finish(bool stopped, bool dropping) {
   if (!json_ && !dropping) {
     const std::size_t all = sent_ + deferred_ + givenUp_;
-    if (all == 0)
+    if (all == 0 && failed_)
+      std::cout << "nothing was sent";
+    else if (all == 0)
       std::cout << "nothing was due";
     else
       std::cout << all << (all == 1 ? " mail: " : " mails: ") << sent_ << " sent, " << deferred_

@@ -221,8 +221,9 @@ void AddOutboundCommand(CLI::App& program, Invocation& invocation) {
   profile->add_option("--command", profileOptions->Command,
                       "The sendmail-compatible command that sends its mail, such as \"msmtp -a office -t\"");
   profile->footer(kProfileNotes);
-  profile->callback(
-      [&invocation, profileOptions] { invocation.Run = [profileOptions] { return AddProfile(*profileOptions); }; });
+  profile->callback([&invocation, profileOptions] {
+    invocation.Run = [profileOptions] { return AddProfile(*profileOptions); };
+  });
   // Set last, since subcommands copy the footer when they are added.
   outbound->footer(
       "Without options the dialog opens. Options are entered into the dialog, which is then closed with OK.\n"

@@ -75,14 +75,15 @@ std::size_t RequireDiscussionAndUser(const ProjectAdministration& projects, cons
 // How the notices of this user's replies are sent; nothing if nobody is to be told.
 std::optional<NoticeRoute> RouteOfUser() {
   std::error_code error;
-  const bool hasStore = std::filesystem::exists(ToUtf8(Runtime::RegistryStore::FileOf(Hive::CurrentUser)), error);
+  const bool hasStore =
+      std::filesystem::exists(ToUtf8(Runtime::RegistryStore::FileOf(Hive::CurrentUser)), error);
   // A store that can't be read is a failure: nobody would be told of a reply that is to be sent.
   const OutboundSettings settings = hasStore || error ? ReadOutboundSettings() : OutboundSettings();
   return settings.Complete() ? std::optional(settings.Route()) : std::nullopt;
 }
 
 void SayWhoIsTold(const std::optional<NoticeRoute>& route, std::size_t told) {
-  const String text = !route     ? Runtime::TextOf(TextNumber::kNobodyIsTold)
+  const String text = !route      ? Runtime::TextOf(TextNumber::kNobodyIsTold)
                       : told == 0 ? Runtime::TextOf(TextNumber::kNobodyTakesMail)
                                   : Runtime::TextOf(TextNumber::kWillBeTold, FromUtf8(std::to_string(told)));
   std::cerr << "tvmail: " << ToUtf8(text) << '\n';
