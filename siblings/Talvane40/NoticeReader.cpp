@@ -30,10 +30,10 @@ NoticeReader::NoticeReader(Runtime::Database& database, const NoticeIds& ids)
              "transport, server, address, real_name, uid FROM replies "
              "JOIN users ON key = user JOIN discussions ON number = discussion "
              "LEFT JOIN routes ON reply = replies.id WHERE replies.id = ?"),
-      earlier_(
-          database,
-          "SELECT id FROM (SELECT id, user, told FROM replies WHERE discussion = ? AND id < ? AND id > ? "
-          "ORDER BY id DESC LIMIT 100) WHERE told AND user <> ? ORDER BY id DESC LIMIT 10"),
+      earlier_(database,
+               "SELECT id FROM (SELECT id, user FROM replies WHERE discussion = ? AND id < ? AND id > ? "
+               "ORDER BY id DESC LIMIT 100) WHERE user <> ? "
+               "AND NOT EXISTS (SELECT 1 FROM quiet_replies WHERE reply = id) ORDER BY id DESC LIMIT 10"),
       answer_(database, "SELECT id, message_id, subject, text, reason FROM answers WHERE id = ?") {}
 
 std::optional<DueNotice> NoticeReader::Read(std::int64_t id) {

@@ -50,8 +50,8 @@ ProjectDatabase::ProjectDatabase(const std::string& file)
       usersVersion_(database_, "SELECT users_version FROM project"),
       discussion_(database_, "SELECT 1 FROM discussions WHERE number = ?"),
       addReply_(database_,
-                "INSERT INTO replies (discussion, subject, body, user, told, at) "
-                "VALUES (?, ?, ?, ?, ?, strftime('%Y-%m-%dT%H:%M:%fZ', 'now'))"),
+                "INSERT INTO replies (discussion, subject, body, user, at) "
+                "VALUES (?, ?, ?, ?, strftime('%Y-%m-%dT%H:%M:%fZ', 'now'))"),
       addDueReply_(database_, "INSERT INTO due_replies (reply, sender) VALUES (last_insert_rowid(), ?)"),
       mail_(database_, "SELECT 1 FROM mails WHERE key = ?"),
       addMail_(database_, "INSERT INTO mails (key, reply) VALUES (?, last_insert_rowid())") {
@@ -138,7 +138,7 @@ bool ProjectDatabase::AddReply(std::int32_t discussion, StringView subject, Stri
                                std::int32_t userKey, std::optional<std::string_view> mailKey) {
   Runtime::Transaction transaction(database_);
   if (mailKey && IsMailStored(*mailKey)) return false;
-  addReply_.Run({discussion, ToUtf8(subject), ToUtf8(body), userKey, 1});
+  addReply_.Run({discussion, ToUtf8(subject), ToUtf8(body), userKey});
   addDueReply_.Run({kAnySender});
   if (mailKey) addMail_.Run({*mailKey});
   transaction.Commit();
@@ -226,9 +226,12 @@ std::int32_t ProjectDatabase::AddReplyOf(StringView user, std::int32_t discussio
   const auto title = TitleOf(discussion);
   if (!title)
     Refuse(FailureNumber::PathNotFound, TextNumber::kDiscussionUnknown, FromUtf8(std::to_string(discussion)));
-  addReply_.Run({discussion, ToUtf8(*title), ToUtf8(body), key, std::int64_t{route.has_value()}});
+  addReply_.Run({discussion, ToUtf8(*title), ToUtf8(body), key});
   const std::int32_t number = NewNumber(database_);
-  if (route) AddRoute(number, *route);
+  if (route)
+    AddRoute(number, *route);
+  else
+    Runtime::Statement(database_, "INSERT INTO quiet_replies (reply) VALUES (?)").Run({number});
   transaction.Commit();
   return number;
 }

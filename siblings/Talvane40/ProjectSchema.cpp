@@ -64,11 +64,11 @@ constexpr const char* kVersions[] = {
 )",
     // What is sent by mail. Times are milliseconds since 1970. A sender is the system user who alone may send
     // a notice, or -1 for any. Notices that are ready have next_attempt 0, so that the first one is found at
-    // once among any number of others.
+    // once among any number of others. To add a column to replies would read all of a large database.
     R"(
   PRAGMA user_version = 4;
   ALTER TABLE users ADD COLUMN mail_since INTEGER NOT NULL DEFAULT 0;
-  ALTER TABLE replies ADD COLUMN told INTEGER NOT NULL DEFAULT 0 CHECK (told IN (0, 1));
+  UPDATE users SET mail_since = (SELECT coalesce(max(id), 0) FROM replies);
   CREATE TABLE notice_key (
     id INTEGER PRIMARY KEY CHECK (id = 1),
     hmac_key BLOB NOT NULL) STRICT;
@@ -77,6 +77,7 @@ constexpr const char* kVersions[] = {
     reply INTEGER PRIMARY KEY REFERENCES replies (id),
     sender INTEGER NOT NULL DEFAULT -1,
     after_user INTEGER NOT NULL DEFAULT 0) STRICT;
+  CREATE TABLE quiet_replies (reply INTEGER PRIMARY KEY REFERENCES replies (id)) STRICT;
   CREATE TABLE routes (
     reply INTEGER PRIMARY KEY REFERENCES replies (id),
     transport INTEGER NOT NULL,

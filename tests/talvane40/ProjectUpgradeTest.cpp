@@ -65,6 +65,7 @@ TEST_F(ProjectUpgrade, KeepsEverythingAndGivesTheTablesOfANewProject) {
   EXPECT_EQ(Content(), kContent);
   EXPECT_EQ(Version(), 4);
   EXPECT_EQ(tables(database), tables(world.Database()));
+  EXPECT_EQ(Runtime::Database(database.string()).Number("SELECT count(*) FROM due_replies"), 0);
   EXPECT_TRUE(world.Open(path));
   EXPECT_EQ(Content(), kContent);
 }
