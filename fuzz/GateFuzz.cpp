@@ -26,7 +26,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     const Mime::Mail mail = Mime::ReadMail("From: ann@x.org\n" + bytes);
     Gateway::PolicySettings settings;
     const auto handedOver = [&] {
-      return !RefusalOf({mail, std::nullopt, {true, true, 1}, u"desk@x.org", {}}, settings);
+      return !RefusalOf({mail, std::nullopt, {true, true, 1, {}}, u"desk@x.org", {}}, settings);
     };
     handedOver();
     settings.PostAutomatic = true;
