@@ -7,7 +7,7 @@
 #   scripts/install-packages.sh bench   what the benchmarks need in addition to run
 set -eu
 
-run="g++ cmake ninja-build pkg-config ccache libsqlite3-dev libgmime-3.0-dev libicu-dev libssl-dev libcli11-dev libedit-dev libetpan-dev libcurl4-gnutls-dev libcurl4 libtomlplusplus-dev libsystemd-dev"
+run="g++ cmake ninja-build pkg-config ccache libsqlite3-dev libgmime-3.0-dev libicu-dev libssl-dev libcli11-dev libedit-dev libetpan-dev libetpan20 libcurl4-gnutls-dev libcurl4 libtomlplusplus-dev libsystemd-dev"
 servers="python3 curl iproute2 libdb5.3 libgnutls-dane0 libidn12 libnsl2 libpcre2-8-0 libsasl2-2 openssl libapparmor1 libsodium23 libstemmer0d libunwind8 swaks"
 test="$run libgtest-dev qt6-base-dev libxcb1-dev qt6-translations-l10n xvfb x11-utils xdotool openbox fonts-dejavu-core fonts-vlgothic binutils sqlite3 procps $servers"
 check="$test valgrind clang clang-format clang-tidy libclang-rt-14-dev git chromium"

@@ -1,7 +1,5 @@
 #include "gateway/sources/ImapSession.h"
 
-#include <libetpan/libetpan.h>
-
 #include <algorithm>
 #include <cstring>
 #include <exception>
@@ -10,6 +8,7 @@
 #include <string_view>
 
 #include "gateway/sources/Connection.h"
+#include "gateway/sources/EtpanLibrary.h"
 #include "gateway/sources/ImapFolderName.h"
 #include "gateway/sources/ImapNesting.h"
 #include "gateway/sources/PasswordFile.h"
@@ -21,6 +20,10 @@ namespace Gateway {
 namespace {
 
 namespace TextNumber = Platform::TextNumber;
+
+const EtpanLibrary& Etpan() {
+  return EtpanLibrary::Get();
+}
 
 // Bytes of answers. A server may add what changed in the mailbox to any of them.
 constexpr std::size_t kAnswer = std::size_t{1} << 20;
@@ -34,13 +37,13 @@ template <auto Free>
 struct Deleter {
   template <class T>
   void operator()(T* object) const {
-    Free(object);
+    (Etpan().*Free)(object);
   }
 };
 template <class T, auto Free>
 using Owned = std::unique_ptr<T, Deleter<Free>>;
 
-using UidSet = Owned<mailimap_set, mailimap_set_free>;
+using UidSet = Owned<mailimap_set, &EtpanLibrary::mailimap_set_free>;
 
 template <class T>
 T* Made(T* object) {
@@ -98,21 +101,21 @@ mailstream_low_driver MakeDriver() {
 mailstream_low_driver streamDriver = MakeDriver();
 
 UidSet SetOf(const std::vector<std::uint32_t>& uids) {
-  UidSet set(Made(mailimap_set_new_empty()));
+  UidSet set(Made(Etpan().mailimap_set_new_empty()));
   for (std::size_t at = 0; at < uids.size();) {
     const std::size_t first = at++;
     while (at < uids.size() && uids[at] == uids[at - 1] + 1) ++at;
-    if (mailimap_set_add_interval(set.get(), uids[first], uids[at - 1]) != MAILIMAP_NO_ERROR)
+    if (Etpan().mailimap_set_add_interval(set.get(), uids[first], uids[at - 1]) != MAILIMAP_NO_ERROR)
       throw std::bad_alloc();
   }
   return set;
 }
 
 mailimap_search_key* SearchKey(int type) {
-  return Made(mailimap_search_key_new(type, nullptr, nullptr, nullptr, nullptr, nullptr, nullptr, nullptr,
-                                      nullptr, nullptr, nullptr, nullptr, nullptr, nullptr, nullptr, 0,
-                                      nullptr, nullptr, nullptr, nullptr, nullptr, nullptr, 0, nullptr,
-                                      nullptr, nullptr));
+  return Made(Etpan().mailimap_search_key_new(type, nullptr, nullptr, nullptr, nullptr, nullptr, nullptr,
+                                              nullptr, nullptr, nullptr, nullptr, nullptr, nullptr, nullptr,
+                                              nullptr, 0, nullptr, nullptr, nullptr, nullptr, nullptr,
+                                              nullptr, 0, nullptr, nullptr, nullptr));
 }
 
 // The object that takes it frees it, which clang-tidy can't see.
@@ -149,8 +152,8 @@ struct ImapSession::Parts {
       return 0;
     });
     if (!ToServer.Failure) ToServer.Failure = std::make_exception_ptr(0);
-    if (Mails && (!Session || !Session->imap_stream)) mailstream_close(Mails);
-    if (Session) mailimap_free(Session);
+    if (Mails && (!Session || !Session->imap_stream)) Etpan().mailstream_close(Mails);
+    if (Session) Etpan().mailimap_free(Session);
   }
 
   // Raises what made a command fail: the connection's failure, or the server's reason with the text.
@@ -167,13 +170,15 @@ struct ImapSession::Parts {
   }
   void Require(int result) { Require(result, TextNumber::kRequestRefused, Line.Name()); }
 
-  bool Offers(const char* capability) const { return mailimap_has_extension(Session, capability) != 0; }
+  bool Offers(const char* capability) const {
+    return Etpan().mailimap_has_extension(Session, capability) != 0;
+  }
 
   void ReadCapabilities() {
     mailimap_capability_data* read = nullptr;
     Line.Expect(kAnswer);
-    Require(mailimap_capability(Session, &read));
-    mailimap_capability_data_free(read);
+    Require(Etpan().mailimap_capability(Session, &read));
+    Etpan().mailimap_capability_data_free(read);
   }
 
   // True if the opened mailbox takes new keywords (RFC 3501, PERMANENTFLAGS).
@@ -186,26 +191,27 @@ struct ImapSession::Parts {
   }
 
   void AddFlags(std::uint32_t uid, std::initializer_list<mailimap_flag*> added) {
-    mailimap_flag_list* flags = Made(mailimap_flag_list_new_empty());
-    for (mailimap_flag* flag : added) mailimap_flag_list_add(flags, Made(flag));
-    const Owned<mailimap_store_att_flags, mailimap_store_att_flags_free> change(
-        Made(mailimap_store_att_flags_new_add_flags_silent(flags)));
+    mailimap_flag_list* flags = Made(Etpan().mailimap_flag_list_new_empty());
+    for (mailimap_flag* flag : added) Etpan().mailimap_flag_list_add(flags, Made(flag));
+    const Owned<mailimap_store_att_flags, &EtpanLibrary::mailimap_store_att_flags_free> change(
+        Made(Etpan().mailimap_store_att_flags_new_add_flags_silent(flags)));
     Line.Expect(kAnswer);
-    Require(mailimap_uid_store(Session, SetOf({uid}).get(), change.get()));
+    Require(Etpan().mailimap_uid_store(Session, SetOf({uid}).get(), change.get()));
   }
 
   void Delete(std::uint32_t uid) {
     if (TakesKeywords())
       // NOLINTNEXTLINE(clang-analyzer-unix.Malloc)
-      AddFlags(uid, {mailimap_flag_new_deleted(), mailimap_flag_new_flag_keyword(KeywordOfHandled())});
+      AddFlags(uid, {Etpan().mailimap_flag_new_deleted(),
+                     Etpan().mailimap_flag_new_flag_keyword(KeywordOfHandled())});
     else
-      AddFlags(uid, {mailimap_flag_new_deleted()});
+      AddFlags(uid, {Etpan().mailimap_flag_new_deleted()});
     if (Offers("UIDPLUS")) Expunge({uid});
   }
 
   void Expunge(const std::vector<std::uint32_t>& uids) {
     Line.Expect(kAnswer + uids.size() * 64);
-    Require(mailimap_uid_expunge(Session, SetOf(uids).get()));
+    Require(Etpan().mailimap_uid_expunge(Session, SetOf(uids).get()));
   }
 
   // The unique ids of the mails to which both keys apply, ascending.
@@ -218,11 +224,12 @@ struct ImapSession::Parts {
   mailstream* Mails = nullptr;  // owned by Session as soon as that is connected
 };
 
-ImapSession::ImapSession(const QueueSettings& settings, const Interruption& interruption)
-    : parts_(new Parts(settings, interruption)) {
-  mailstream_low* low = Made(mailstream_low_new(&parts_->ToServer, &streamDriver));
-  parts_->Mails = Made(mailstream_new(low, 8192));
-  parts_->Session = Made(mailimap_new(0, nullptr));
+ImapSession::ImapSession(const QueueSettings& settings, const Interruption& interruption) {
+  Etpan();  // A missing library is reported before the server is asked.
+  parts_.reset(new Parts(settings, interruption));
+  mailstream_low* low = Made(Etpan().mailstream_low_new(&parts_->ToServer, &streamDriver));
+  parts_->Mails = Made(Etpan().mailstream_new(low, 8192));
+  parts_->Session = Made(Etpan().mailimap_new(0, nullptr));
   LogOn();
 }
 
@@ -232,7 +239,7 @@ void ImapSession::LogOn() {
   mailimap* session = parts_->Session;
   Connection& line = parts_->Line;
   line.Expect(kAnswer);
-  const int greeting = mailimap_connect(session, parts_->Mails);
+  const int greeting = Etpan().mailimap_connect(session, parts_->Mails);
   const bool known = greeting == MAILIMAP_NO_ERROR_AUTHENTICATED;
   if (!known && greeting != MAILIMAP_NO_ERROR_NON_AUTHENTICATED)
     parts_->Require(greeting == MAILIMAP_NO_ERROR ? MAILIMAP_ERROR_PARSE : greeting);
@@ -240,7 +247,7 @@ void ImapSession::LogOn() {
   if (parts_->Settings.Security == QueueSecurity::StartTls) {
     if (known || !parts_->Offers("STARTTLS")) RaiseSource(TextNumber::kNoStartTls, line.Name());
     line.Expect(kAnswer);
-    parts_->Require(mailimap_starttls(session), TextNumber::kTlsFailed, line.Name());
+    parts_->Require(Etpan().mailimap_starttls(session), TextNumber::kTlsFailed, line.Name());
     // Data received before the encryption may come from an attacker.
     if (parts_->Mails->read_buffer_len > 0)
       RaiseSource(TextNumber::kAnswerNotUnderstood, line.Name(), "STARTTLS");
@@ -250,7 +257,7 @@ void ImapSession::LogOn() {
   if (known) return;
   const std::string password = ReadPasswordFile(parts_->Settings.PasswordFile);
   line.Expect(kAnswer);
-  parts_->Require(mailimap_login(session, parts_->Settings.User.c_str(), password.c_str()),
+  parts_->Require(Etpan().mailimap_login(session, parts_->Settings.User.c_str(), password.c_str()),
                   TextNumber::kSourceLogonRefused, line.Name());
   parts_->ReadCapabilities();
 }
@@ -259,8 +266,8 @@ void ImapSession::Open(bool readOnly) {
   const std::string& name = parts_->Settings.Mailbox;
   const std::string sent = ImapFolderName(name);
   parts_->Line.Expect(kAnswer);
-  parts_->Require(readOnly ? mailimap_examine(parts_->Session, sent.c_str())
-                           : mailimap_select(parts_->Session, sent.c_str()),
+  parts_->Require(readOnly ? Etpan().mailimap_examine(parts_->Session, sent.c_str())
+                           : Etpan().mailimap_select(parts_->Session, sent.c_str()),
                   TextNumber::kMailboxNotOpened, name);
   if (!readOnly && parts_->Session->imap_selection_info->sel_perm == MAILIMAP_MAILBOX_READONLY)
     RaiseSource(TextNumber::kMailboxReadOnly, name);
@@ -270,28 +277,28 @@ void ImapSession::Open(bool readOnly) {
 void ImapSession::RemoveHandled() {
   if (!parts_->Offers("UIDPLUS") || !parts_->TakesKeywords()) return;
   // NOLINTNEXTLINE(clang-analyzer-unix.Malloc)
-  mailimap_search_key* handled = mailimap_search_key_new_keyword(KeywordOfHandled());
+  mailimap_search_key* handled = Etpan().mailimap_search_key_new_keyword(KeywordOfHandled());
   const std::vector<std::uint32_t> uids = parts_->Search(SearchKey(MAILIMAP_SEARCH_KEY_DELETED), handled);
   if (!uids.empty()) parts_->Expunge(uids);
 }
 
 void ImapSession::RequireMailbox(const std::string& name) {
-  mailimap_status_att_list* wanted = Made(mailimap_status_att_list_new_empty());
-  const Owned<mailimap_status_att_list, mailimap_status_att_list_free> owned(wanted);
-  mailimap_status_att_list_add(wanted, MAILIMAP_STATUS_ATT_MESSAGES);
+  mailimap_status_att_list* wanted = Made(Etpan().mailimap_status_att_list_new_empty());
+  const Owned<mailimap_status_att_list, &EtpanLibrary::mailimap_status_att_list_free> owned(wanted);
+  Etpan().mailimap_status_att_list_add(wanted, MAILIMAP_STATUS_ATT_MESSAGES);
   mailimap_mailbox_data_status* status = nullptr;
   parts_->Line.Expect(kAnswer);
-  parts_->Require(mailimap_status(parts_->Session, ImapFolderName(name).c_str(), wanted, &status),
+  parts_->Require(Etpan().mailimap_status(parts_->Session, ImapFolderName(name).c_str(), wanted, &status),
                   TextNumber::kMailboxNotOpened, name);
-  if (status) mailimap_mailbox_data_status_free(status);
+  if (status) Etpan().mailimap_mailbox_data_status_free(status);
 }
 
 std::vector<std::uint32_t> ImapSession::Parts::Search(mailimap_search_key* first,
                                                       mailimap_search_key* second) {
-  const Owned<mailimap_search_key, mailimap_search_key_free> key(
-      Made(mailimap_search_key_new_multiple_empty()));
-  mailimap_search_key_multiple_add(key.get(), Made(first));
-  mailimap_search_key_multiple_add(key.get(), Made(second));
+  const Owned<mailimap_search_key, &EtpanLibrary::mailimap_search_key_free> key(
+      Made(Etpan().mailimap_search_key_new_multiple_empty()));
+  Etpan().mailimap_search_key_multiple_add(key.get(), Made(first));
+  Etpan().mailimap_search_key_multiple_add(key.get(), Made(second));
   const auto* selection = Session->imap_selection_info;
   std::vector<std::uint32_t> uids;
   // The server may report a new mail behind the search's result, and doesn't do it again.
@@ -299,10 +306,10 @@ std::vector<std::uint32_t> ImapSession::Parts::Search(mailimap_search_key* first
     const std::uint32_t before = selection->sel_exists;
     clist* found = nullptr;
     Line.Expect(kSearchAnswer);
-    Require(mailimap_uid_search(Session, nullptr, key.get(), &found));
+    Require(Etpan().mailimap_uid_search(Session, nullptr, key.get(), &found));
     uids.clear();
     ForEach(found, [&](void* uid) { uids.push_back(*static_cast<std::uint32_t*>(uid)); });
-    if (found) mailimap_search_result_free(found);
+    if (found) Etpan().mailimap_search_result_free(found);
     if (selection->sel_exists == before) break;
   }
   std::sort(uids.begin(), uids.end());
@@ -315,13 +322,15 @@ std::vector<std::uint32_t> ImapSession::Unread() {
 }
 
 std::vector<ImapSession::Mail> ImapSession::Sizes(const std::vector<std::uint32_t>& uids) {
-  const Owned<mailimap_fetch_type, mailimap_fetch_type_free> wanted(
-      Made(mailimap_fetch_type_new_fetch_att_list_empty()));
-  mailimap_fetch_type_new_fetch_att_list_add(wanted.get(), Made(mailimap_fetch_att_new_uid()));
-  mailimap_fetch_type_new_fetch_att_list_add(wanted.get(), Made(mailimap_fetch_att_new_rfc822_size()));
+  const Owned<mailimap_fetch_type, &EtpanLibrary::mailimap_fetch_type_free> wanted(
+      Made(Etpan().mailimap_fetch_type_new_fetch_att_list_empty()));
+  Etpan().mailimap_fetch_type_new_fetch_att_list_add(wanted.get(),
+                                                     Made(Etpan().mailimap_fetch_att_new_uid()));
+  Etpan().mailimap_fetch_type_new_fetch_att_list_add(wanted.get(),
+                                                     Made(Etpan().mailimap_fetch_att_new_rfc822_size()));
   clist* found = nullptr;
   parts_->Line.Expect(kAnswer + uids.size() * 256);
-  parts_->Require(mailimap_uid_fetch(parts_->Session, SetOf(uids).get(), wanted.get(), &found));
+  parts_->Require(Etpan().mailimap_uid_fetch(parts_->Session, SetOf(uids).get(), wanted.get(), &found));
   std::vector<Mail> mails;
   ForEach(found, [&](void* content) {
     Mail mail;
@@ -332,23 +341,24 @@ std::vector<ImapSession::Mail> ImapSession::Sizes(const std::vector<std::uint32_
     // An answer may also report other mails.
     if (std::binary_search(uids.begin(), uids.end(), mail.Uid) && mail.Size > 0) mails.push_back(mail);
   });
-  if (found) mailimap_fetch_list_free(found);
+  if (found) Etpan().mailimap_fetch_list_free(found);
   std::sort(mails.begin(), mails.end(), [](const Mail& a, const Mail& b) { return a.Uid < b.Uid; });
   return mails;
 }
 
 bool ImapSession::Fetch(const Mail& mail, bool headerOnly, std::string& bytes) {
   mailimap_section* section =
-      Made(headerOnly ? mailimap_section_new_header() : mailimap_section_new(nullptr));
-  const Owned<mailimap_fetch_type, mailimap_fetch_type_free> wanted(
-      Made(mailimap_fetch_type_new_fetch_att_list_empty()));
-  mailimap_fetch_type_new_fetch_att_list_add(wanted.get(), Made(mailimap_fetch_att_new_uid()));
-  mailimap_fetch_type_new_fetch_att_list_add(wanted.get(),
-                                             Made(mailimap_fetch_att_new_body_peek_section(section)));
+      Made(headerOnly ? Etpan().mailimap_section_new_header() : Etpan().mailimap_section_new(nullptr));
+  const Owned<mailimap_fetch_type, &EtpanLibrary::mailimap_fetch_type_free> wanted(
+      Made(Etpan().mailimap_fetch_type_new_fetch_att_list_empty()));
+  Etpan().mailimap_fetch_type_new_fetch_att_list_add(wanted.get(),
+                                                     Made(Etpan().mailimap_fetch_att_new_uid()));
+  Etpan().mailimap_fetch_type_new_fetch_att_list_add(
+      wanted.get(), Made(Etpan().mailimap_fetch_att_new_body_peek_section(section)));
   clist* found = nullptr;
   const std::size_t largest = headerOnly ? Mime::MailLimits{}.HeaderSize : Mime::kLargestMail;
   parts_->Line.Expect(kAnswer + largest, std::min(mail.Size, largest));
-  parts_->Require(mailimap_uid_fetch(parts_->Session, SetOf({mail.Uid}).get(), wanted.get(), &found));
+  parts_->Require(Etpan().mailimap_uid_fetch(parts_->Session, SetOf({mail.Uid}).get(), wanted.get(), &found));
   bool read = false;
   ForEach(found, [&](void* content) {
     std::uint32_t uid = 0;
@@ -366,22 +376,22 @@ bool ImapSession::Fetch(const Mail& mail, bool headerOnly, std::string& bytes) {
     read = true;
     bytes = body;
   });
-  if (found) mailimap_fetch_list_free(found);
+  if (found) Etpan().mailimap_fetch_list_free(found);
   return read;
 }
 
 void ImapSession::Settle(std::uint32_t uid, AfterSuccess after) {
   if (after == AfterSuccess::Mark) {
-    parts_->AddFlags(uid, {mailimap_flag_new_seen()});
+    parts_->AddFlags(uid, {Etpan().mailimap_flag_new_seen()});
   } else if (after == AfterSuccess::Delete) {
     parts_->Delete(uid);
   } else {
     const std::string folder = ImapFolderName(parts_->Settings.MoveTo);
     parts_->Line.Expect(kAnswer);
     if (parts_->Offers("MOVE")) {
-      parts_->Require(mailimap_uid_move(parts_->Session, SetOf({uid}).get(), folder.c_str()));
+      parts_->Require(Etpan().mailimap_uid_move(parts_->Session, SetOf({uid}).get(), folder.c_str()));
     } else {
-      parts_->Require(mailimap_uid_copy(parts_->Session, SetOf({uid}).get(), folder.c_str()));
+      parts_->Require(Etpan().mailimap_uid_copy(parts_->Session, SetOf({uid}).get(), folder.c_str()));
       parts_->Delete(uid);
     }
   }
@@ -393,10 +403,10 @@ bool ImapSession::CanIdle() const {
 
 void ImapSession::Idle(std::chrono::milliseconds longest) {
   parts_->Line.Expect(kAnswer);
-  parts_->Require(mailimap_idle(parts_->Session));
+  parts_->Require(Etpan().mailimap_idle(parts_->Session));
   if (parts_->Mails->read_buffer_len == 0) parts_->Line.WaitForInput(longest);
   parts_->Line.Expect(kAnswer);
-  parts_->Require(mailimap_idle_done(parts_->Session));
+  parts_->Require(Etpan().mailimap_idle_done(parts_->Session));
 }
 
 }  // namespace Gateway

@@ -41,7 +41,7 @@ platform: platform/Forms
 foreign='
 sqlite3.h: runtime/Database. runtime/DatabaseState.
 openssl/: siblings/OstrCipherCOM/ siblings/Talvane40/NoticeIds. siblings/Talvane40/PasswordHash. mime/ gateway/delivery/Digest. gateway/sources/TlsSession.
-libetpan/: gateway/sources/ImapSession.
+libetpan/: gateway/sources/EtpanLibrary.
 curl/: gateway/notices/CurlLibrary. gateway/notices/SmtpTransport.
 gmime/: mime/
 glib: mime/
