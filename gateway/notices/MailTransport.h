@@ -1,6 +1,7 @@
 // MailTransport: takes mails to a mail server, or to a command that does so.
 #pragma once
 
+#include <chrono>
 #include <cstddef>
 #include <memory>
 #include <string>
@@ -29,6 +30,9 @@ struct SendResult {
   Kind Result = Kind::Sent;
   String Reason;  // what happened and what to do, in the user's language; empty if Sent
 };
+
+// No Send takes longer, but for some seconds to end it.
+inline constexpr std::chrono::minutes kLongestSend{15};
 
 // One thread, except for Interrupt.
 class MailTransport {

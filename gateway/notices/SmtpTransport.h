@@ -11,7 +11,7 @@ namespace Gateway {
 struct SmtpTimes {
   std::chrono::milliseconds Connect = std::chrono::seconds(30);  // until the server has taken the logon
   std::chrono::seconds Silence = std::chrono::minutes(5);        // without any progress
-  std::chrono::milliseconds Longest = std::chrono::minutes(15);  // for one mail
+  std::chrono::milliseconds Longest = kLongestSend;              // for one mail
 };
 
 class SmtpTransport final : public MailTransport {
