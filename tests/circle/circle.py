@@ -78,8 +78,9 @@ class Run:
     def received(self):
         return sum(len(user.received) for user in self.users)
 
-    def hold(self):
+    def hold(self, proxy):
         """The discussion, until all is told or nothing has happened for so long that nothing will."""
+        proxy.fails = True
         service = Service()
         kills = 5 if self.variant == "killed" else 0
         all_notices = 2 * (len(self.titles) + 3 * self.rounds)
@@ -87,17 +88,19 @@ class Run:
         last, changed = 0, time.monotonic()
         for user in self.users:
             user.start()
-        while times or not self.is_complete() or tvmail_json("status")["mailboxes"][0]["unsentNotices"]:
+        while times or not self.is_complete() or tvmail_json("status")["mailboxes"][0].get("unsentNotices"):
             if times and self.received() >= times[0]:
                 times.pop(0)
                 time.sleep(self.random.random() * 0.1)
                 service.kill()
                 kills -= 1
+            if all(user.done == self.rounds for user in self.users):
+                proxy.fails = False  # so that the pauses before further attempts don't become long
             if self.received() != last:
                 last, changed = self.received(), time.monotonic()
             failures = [user.failure for user in self.users if user.failure]
-            if failures or time.monotonic() > changed + 45:
-                self.faults += failures or ["nothing has happened for 45 s"]
+            if failures or time.monotonic() > changed + 60:
+                self.faults += failures or ["nothing has happened for a minute"]
                 break
             time.sleep(0.02 if times else 0.1)
         self.faults += [f"the service was to be killed {kills} times more"] if kills else []
@@ -111,7 +114,7 @@ class Run:
         for user in self.users:
             self.check_mails(user)
         status = tvmail_json("status")["mailboxes"][0]
-        if status["held"] or status["unsentNotices"]:
+        if status["held"] or status.get("unsentNotices"):
             self.faults.append(f"the status is {status}")
         return self.faults
 
@@ -170,7 +173,7 @@ def main():
     variants = options.variants.split(",")
     write_file(PASSWORD, "secret\n")
     tvmail("init")
-    Proxy()
+    proxy = Proxy()
     if not users.SWAKS:
         print("skipped: there is no swaks, so that Python's smtplib sends every mail")
     for number in range(1, options.runs + 1):
@@ -180,7 +183,7 @@ def main():
         run = Run(f"Circle{number}", variant, seed, options.rounds, TITLES[seed % 2], maildir=number % 2 == 0)
         run.set_up()
         run.begin()
-        run.hold()
+        run.hold(proxy)
         faults = run.check()
         repeated = run.received() - sum(len(user.told) for user in run.users)
         print(f"run {number} ({variant}, seed {seed}, {'Maildir' if run.maildir else 'IMAP'}): "

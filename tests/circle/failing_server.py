@@ -1,4 +1,4 @@
-"""A mail server that fails every third mail: a proxy in front of a good one, on 127.0.0.1:2526."""
+"""A mail server that fails every third mail while it is told to: a proxy in front of a good one, on 127.0.0.1:2526."""
 import itertools
 import socket
 import socketserver
@@ -14,16 +14,13 @@ class Proxy(socketserver.ThreadingTCPServer):
     def __init__(self):
         super().__init__(("127.0.0.1", 2526), Connection)
         self.mails = itertools.count(1)
-        self.failed = []
+        self.fails = True
         threading.Thread(target=self.serve_forever, args=(0.05,), daemon=True).start()
 
     def next_failure(self):
         """How the next mail fails; nothing if it goes on."""
         number = next(self.mails)
-        if number % 3 != 0:
-            return None
-        self.failed.append(FAILURES[number // 3 % len(FAILURES)])
-        return self.failed[-1]
+        return FAILURES[number // 3 % len(FAILURES)] if self.fails and number % 3 == 0 else None
 
 
 class Connection(socketserver.StreamRequestHandler):
@@ -44,6 +41,8 @@ class Connection(socketserver.StreamRequestHandler):
                 if command == b"DATA" and failure == "451 after DATA":
                     self.wfile.write(b"354 Go on\r\n")
                     self.read_data()
+                    self.to_server(b"RSET\r\n")
+                    self.answer()
                     self.wfile.write(b"451 4.3.0 Try again later\r\n")
                     continue
                 self.to_server(line)

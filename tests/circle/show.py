@@ -45,7 +45,7 @@ def main():
     run.begin()
     show("ann posts the first reply on this machine: tvmail project post", TEXTS["ann"][0])
     show("tvmail serve takes the mailbox's mail, and sends a notice of each reply to the other users")
-    run.hold()
+    run.hold(circle.Proxy())
     faults = run.check()
     show("The discussion, as the project has it", tvmail("project", "show", run.project).strip())
     if faults:
