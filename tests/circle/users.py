@@ -97,7 +97,10 @@ class User(threading.Thread):
         return bool(self.open) and self.done < self.rounds and in_time
 
     def answer(self):
-        notice, discussion = self.open.pop(self.random.randrange(len(self.open)))
+        in_turn = [item for item in self.open if item[1] == 1 + self.done % 2]  # so that no discussion ends early
+        item = self.random.choice(in_turn or self.open)
+        self.open.remove(item)
+        notice, discussion = item
         self.done += 1
         client = clients.CLIENTS[(self.first_client + self.done) % len(clients.CLIENTS)]
         text = self.typed(client, f"[{self.name} {self.done}]")
