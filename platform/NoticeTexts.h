@@ -54,6 +54,8 @@ inline constexpr std::int32_t kNothingToServe = 21367;
 inline constexpr std::int32_t kNobodyIsTold = 21368;
 inline constexpr std::int32_t kNobodyTakesMail = 21369;
 inline constexpr std::int32_t kWillBeTold = 21370;
+inline constexpr std::int32_t kSenderNotTold = 21371;
+inline constexpr std::int32_t kBounceNotCounted = 21372;
 inline constexpr std::int32_t kNoticeExpired = 21399;
 
 inline constexpr CatalogueText kNoticeTexts[] = {
@@ -101,6 +103,8 @@ inline constexpr CatalogueText kNoticeTexts[] = {
     {kNobodyIsTold},
     {kNobodyTakesMail},
     {kWillBeTold, 1},
+    {kSenderNotTold, 1},
+    {kBounceNotCounted, 1},
     {kNoticeExpired},
 };
 

@@ -66,6 +66,7 @@ void DeliveryReport::Add(const MailResult& result) {
   if (form_ == Form::Json) WriteLine(JsonLine(result));
   if (outputLost_) ++lostOutcomes_;
   if (oneMail_ && result.Result == Outcome::Refused) WriteError(Platform::TerminalLine(result.Reason) + "\n");
+  if (!result.Warning.empty()) WriteError("tvmail: " + Platform::TerminalLine(result.Warning) + "\n");
   ShowProgress();
 }
 

@@ -6,6 +6,7 @@
 #include "gateway/delivery/CutMarker.h"
 #include "gateway/delivery/FailureJudge.h"
 #include "gateway/delivery/HeldMail.h"
+#include "gateway/delivery/MailFollowUp.h"
 #include "gateway/delivery/MailKey.h"
 #include "gateway/delivery/MailboxHandler.h"
 #include "gateway/delivery/MailboxProject.h"
@@ -14,6 +15,7 @@
 #include "gateway/policy/MailSize.h"
 #include "mime/LimitCheck.h"
 #include "platform/Failure.h"
+#include "platform/NoticeTexts.h"
 #include "platform/ReasonTexts.h"
 #include "platform/StoredNames.h"
 #include "runtime/ClassLookup.h"
@@ -60,6 +62,7 @@ class MailProcessor::Work {
       : mailbox_(std::move(mailbox)),
         settings_(settings),
         project_(mailbox_),
+        followUp_(project_, settings_.Policy),
         handler_(mailbox_),
         held_(mailbox_) {
     if (settings_.Hold) ExpireHeld();
@@ -72,15 +75,19 @@ class MailProcessor::Work {
   // Sets the result, but for a limit of the reader and a failure, which it raises. Nothing is stored then.
   void Process(const RawMail& raw, MailResult& result);
 
-  // Keeps a refused mail with its reason. The mail has to be tried again if that fails.
+  // Keeps a refused mail with its reason, and tells its sender. The mail has to be tried again if it can't be
+  // kept.
   void Hold(const RawMail& raw, MailResult& result);
 
  private:
+  void OpenProject();
+  void Answer(const RawMail& raw, MailResult& result);
   void Deliver(Mime::Mail mail, const Platform::MailSender& sender, MailResult& result);
 
   const String mailbox_;
   const DeliverySettings settings_;
   MailboxProject project_;
+  MailFollowUp followUp_;
   const MailboxHandler handler_;
   HeldMail held_;
   FailureJudge judge_;
@@ -100,8 +107,8 @@ void MailProcessor::Work::Process(const RawMail& raw, MailResult& result) {
   result.MessageId = mail.MessageId;
   result.Key = MailKey(mail, raw.Bytes);
 
-  // The component keeps the project that it opened.
-  if (project_.Open()) handler_.CloseProject();
+  OpenProject();
+  followUp_.CountBounces(mail, raw.Bytes, result);
   if (project_.Intake().IsStored(Platform::FromUtf8(result.Key))) {
     result.Result = Outcome::Duplicate;
     return;
@@ -117,6 +124,11 @@ void MailProcessor::Work::Process(const RawMail& raw, MailResult& result) {
   if (const auto refusal = RefusalOf(facts, settings_.Policy)) return Refuse(result, *refusal);
   Deliver(std::move(mail), facts.Sender, result);
   if (result.Result == Outcome::Delivered && facts.WhyEmpty) result.WhyEmpty = facts.WhyEmpty->In();
+}
+
+// The component keeps the project that it opened.
+void MailProcessor::Work::OpenProject() {
+  if (project_.Open()) handler_.CloseProject();
 }
 
 // Only what the project library has stored decides whether the mail was delivered, whatever the component
@@ -150,6 +162,20 @@ void MailProcessor::Work::Hold(const RawMail& raw, MailResult& result) {
   } catch (const std::exception&) {
     result.Reason = Runtime::TextOf(Platform::TextNumber::kMailNotHeld, result.Reason, CurrentReason());
   }
+  if (result.Result == Outcome::Held) Answer(raw, result);
+}
+
+// A mail whose sender can't be trusted gets no answer: its own address would get what somebody else has sent.
+void MailProcessor::Work::Answer(const RawMail& raw, MailResult& result) {
+  if (!settings_.AnswerSenders || result.Rule == Rule::kAuthentication || result.Rule == Rule::kAutomatic)
+    return;
+  try {
+    OpenProject();
+  } catch (const std::exception&) {
+    result.Warning = Runtime::TextOf(Platform::TextNumber::kSenderNotTold, CurrentReason());
+    return;
+  }
+  followUp_.AnswerSender(raw, result);
 }
 
 MailProcessor::MailProcessor(String mailbox, DeliverySettings settings)

@@ -17,6 +17,9 @@ class MailboxProject {
   // there is no record or its store can't be read, and as Platform::MailIntake::Open does.
   bool Open();
 
+  // Of the open project.
+  const String& Path() const { return path_; }
+
   // For the open project.
   const Platform::MailIntake& Intake() const { return intake_; }
 

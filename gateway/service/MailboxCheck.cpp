@@ -10,6 +10,7 @@
 #include "gateway/delivery/HeldFolder.h"
 #include "gateway/delivery/MailboxRecords.h"
 #include "gateway/delivery/MessageObject.h"
+#include "gateway/notices/ProjectSending.h"
 #include "gateway/service/MailboxFile.h"
 #include "gateway/sources/MailQueue.h"
 #include "platform/Failure.h"
@@ -65,9 +66,19 @@ void RequireWritableHeldFolder(StringView mailbox) {
   if (access(folder.c_str(), W_OK | X_OK) != 0) RaiseFolderDenied(folder, errno);
 }
 
+void CheckSending(const String& projectPath, const NoticeSettings& notices) {
+  const ProjectSending sending = ReadMailboxSending(projectPath, notices.Address);
+  if (const String problem = SendingProblem(sending); !problem.empty()) Refuse(problem);
+  const auto transport = sending.Transport == Platform::TransportId::kSmtp
+                             ? MakeSmtpTransport(sending.HostName, notices.ServerOf(sending.HostName))
+                             : MakeCommandTransport(CommandOfProfile(sending.MapiProfile));
+  transport->Check();
+}
+
 }  // namespace
 
-std::vector<CheckResult> CheckMailbox(StringView mailbox, const MailboxSettings* settings) {
+std::vector<CheckResult> CheckMailbox(StringView mailbox, const MailboxSettings* settings,
+                                      const NoticeSettings& notices) {
   std::vector<CheckResult> results;
   const auto holds = [&](const char* name, const std::function<void()>& check) {
     CheckResult& result = results.emplace_back(CheckResult{name, {}});
@@ -84,6 +95,8 @@ std::vector<CheckResult> CheckMailbox(StringView mailbox, const MailboxSettings*
     holds("logon", [&] { LogOn(record.Name); });
   holds("held", [&] { RequireWritableHeldFolder(mailbox); });
   if (settings && settings->Source) holds("source", [&] { MakeQueue(*settings->Source)->Check(); });
+  if (notices.Send && !record.ProjectPath.empty())
+    holds("sending", [&] { CheckSending(record.ProjectPath, notices); });
   return results;
 }
 

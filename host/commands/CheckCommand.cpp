@@ -16,9 +16,10 @@ namespace {
 
 constexpr const char* kNotes =
     R"(Checks the configuration, the stores and, for each mailbox: its record, its project, the logon to the project
-with the stored password, the folder of held mail, and the logon to its source. Without a name, all mailboxes of
-the configuration and of this machine are checked. No mail is read, marked or moved. One line is printed for each
-check: the mailbox, the check, and "ok" or what is wrong and what to do.
+with the stored password, the folder of held mail, the logon to its source, and the server or command by which the
+project's mail is sent. Without a name, all mailboxes of the configuration and of this machine are checked. No mail is
+read, marked, moved or sent. One line is printed for each check: the mailbox, the check, and "ok" or what is wrong and
+what to do.
 
 Exit codes:
   0   everything is as it should be
@@ -43,7 +44,8 @@ int Check(const ConfigurationOption& option) {
   }
   if (configuration.Warnings.empty()) Print({}, "configuration", {});
   for (const String& mailbox : option.NamesOrAll(configuration)) {
-    for (const auto& [name, problem] : Gateway::CheckMailbox(mailbox, configuration.Find(mailbox))) {
+    for (const auto& [name, problem] :
+         Gateway::CheckMailbox(mailbox, configuration.Find(mailbox), configuration.NoticesOf(mailbox))) {
       Print(mailbox, name, problem);
       if (problem.empty()) continue;
       if (name == "record") code = NotConfigured;

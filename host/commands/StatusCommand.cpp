@@ -7,6 +7,7 @@
 #include "gateway/service/HeldSummary.h"
 #include "gateway/service/MailboxLock.h"
 #include "gateway/service/MailboxStatus.h"
+#include "gateway/service/NoticeSummary.h"
 #include "host/CommandError.h"
 #include "host/Mailboxes.h"
 #include "host/commands/Command.h"
@@ -19,24 +20,31 @@ namespace {
 
 using Gateway::HeldSummary;
 using Gateway::MailboxStatus;
+using Gateway::NoticeSummary;
 using Gateway::Outcome;
 using Gateway::StatusTime;
 
 constexpr const char* kNotes =
     R"(Shows what became of the mails of each mailbox, by tvmail serve, fetch and deliver: the last delivery, the last
-failure with its reason, today's mails by outcome, and the mail that is held. Without a name, all mailboxes of the
+failure with its reason, today's mails by outcome, and the mail that is held. Also what waits to be sent, what is
+tried in vain, what was given up in the last 7 days, and which addresses get no mail after three delivery reports
+(tvmail project set-user --email or --accept-mail sends to them again). Without a name, all mailboxes of the
 configuration and of this machine are shown. It reads files only, so it works while the service runs and without it.
 
 With --json it prints an object with the list mailboxes; each has name, lastDelivered, lastFailure (UTC, as
 "2024-05-01T09:30:00Z", or ""), reason (of the last failure), counts (delivered, duplicate, refused, held, retry; of
-today), held, and oldestHeld (a time, or "").
+today), held, oldestHeld (a time, or ""), unsentNotices, deferredNotices (of these, tried in vain), oldestAttempt (a
+time, or ""), deferredReason, givenUpNotices, givenUpAt, givenUpAddress, givenUpReason (of the last one),
+stoppedAddresses (a list), and sendingProblem (why nothing can be sent, or "").
 
 Exit codes, for monitoring:
   0   all is well
-  75  the last attempt of a mailbox failed, or a mail has been held for longer than --held-hours
+  75  the last attempt of a mailbox failed, a mail has been held for longer than --held-hours, a mail has been
+      tried in vain for longer than --notice-hours, or what waits can't be sent by the settings
   78  the configuration isn't valid, or there is no such mailbox)";
 
 constexpr int kHeldHours = 168;
+constexpr int kNoticeHours = 4;
 
 constexpr std::pair<Outcome, const char*> kCounts[] = {{Outcome::Delivered, "delivered"},
                                                        {Outcome::Duplicate, "duplicate"},
@@ -48,12 +56,14 @@ struct StatusOptions {
   ConfigurationOption Configuration;
   bool Json = false;
   int HeldHours = kHeldHours;
+  int NoticeHours = kNoticeHours;
 };
 
 struct Row {
   String Name;
   MailboxStatus Status;
   HeldSummary Held;
+  NoticeSummary Notices;
 };
 
 std::string UtcText(const std::optional<StatusTime>& time) {
@@ -76,14 +86,21 @@ std::vector<Row> ReadRows(const ConfigurationOption& option) {
   for (const String& typed : option.NamesOrAll(configuration)) {
     const auto* mailbox = configuration.Find(typed);
     const String name = mailbox ? mailbox->Name : RequireMailbox(typed).Name;
-    rows.push_back({name, Gateway::ReadStatus(name), Gateway::ReadHeldSummary(name)});
+    rows.push_back({name, Gateway::ReadStatus(name), Gateway::ReadHeldSummary(name),
+                    Gateway::ReadNoticeSummary(name, configuration.NoticesOf(name))});
   }
   return rows;
 }
 
+JsonArray ListOf(const std::vector<String>& texts) {
+  JsonArray list;
+  for (const String& text : texts) list.Add(text);
+  return list;
+}
+
 void PrintJson(const std::vector<Row>& rows) {
   JsonArray mailboxes;
-  for (const auto& [name, status, held] : rows) {
+  for (const auto& [name, status, held, notices] : rows) {
     JsonObject counts;
     for (const auto& [outcome, word] : kCounts) counts.Add(word, CountOf(status, outcome));
     mailboxes.Add(JsonObject()
@@ -93,7 +110,17 @@ void PrintJson(const std::vector<Row>& rows) {
                       .Add("reason", status.Reason)
                       .Add("counts", counts)
                       .Add("held", held.Count)
-                      .Add("oldestHeld", FromUtf8(UtcText(held.Oldest))));
+                      .Add("oldestHeld", FromUtf8(UtcText(held.Oldest)))
+                      .Add("unsentNotices", notices.State.Unsent)
+                      .Add("deferredNotices", notices.State.Deferred)
+                      .Add("oldestAttempt", notices.State.OldestAttempt)
+                      .Add("deferredReason", notices.State.DeferredReason)
+                      .Add("givenUpNotices", notices.State.GivenUp)
+                      .Add("givenUpAt", notices.State.GivenUpAt)
+                      .Add("givenUpAddress", notices.State.GivenUpAddress)
+                      .Add("givenUpReason", notices.State.GivenUpReason)
+                      .Add("stoppedAddresses", ListOf(notices.State.StoppedAddresses))
+                      .Add("sendingProblem", notices.Problem));
   }
   std::cout << JsonObject().Add("mailboxes", mailboxes).Text() << '\n';
 }
@@ -102,9 +129,26 @@ std::string Or(const std::string& text, const char* otherwise) {
   return text.empty() ? otherwise : text;
 }
 
+void PrintNotices(const NoticeSummary& notices) {
+  const NoticeState& state = notices.State;
+  std::cout << "  unsent          " << state.Unsent;
+  if (state.Deferred > 0)
+    std::cout << ", " << state.Deferred << " tried in vain since " << TerminalLine(state.OldestAttempt)
+              << ": " << TerminalLine(state.DeferredReason);
+  std::cout << '\n';
+  if (state.GivenUp > 0)
+    std::cout << "  given up        " << state.GivenUp << " in 7 days, the last one "
+              << TerminalLine(state.GivenUpAt)
+              << (state.GivenUpAddress.empty() ? "" : " for " + TerminalLine(state.GivenUpAddress)) << ": "
+              << TerminalLine(state.GivenUpReason) << '\n';
+  for (const String& address : state.StoppedAddresses)
+    std::cout << "  gets no mail    " << TerminalLine(address) << '\n';
+  if (!notices.Problem.empty()) std::cout << "  can't send      " << TerminalLine(notices.Problem) << '\n';
+}
+
 void PrintText(const std::vector<Row>& rows) {
   if (rows.empty()) std::cout << "There is no mailbox yet. Add one with tvmail mailbox add.\n";
-  for (const auto& [name, status, held] : rows) {
+  for (const auto& [name, status, held, notices] : rows) {
     const auto server = Gateway::MailboxLock::Holder(name);
     std::cout << TerminalLine(name) << "  " << (status.Failing ? "failing" : "ok")
               << (server ? "  served by process " + *server : "") << '\n'
@@ -119,6 +163,7 @@ void PrintText(const std::vector<Row>& rows) {
     }
     std::cout << "\n  held            " << held.Count
               << (held.Oldest ? ", the oldest since " + UtcText(held.Oldest) : "") << '\n';
+    PrintNotices(notices);
   }
 }
 
@@ -128,9 +173,16 @@ int Show(const StatusOptions& options) {
     PrintJson(rows);
   else
     PrintText(rows);
-  const auto limit = std::chrono::system_clock::now() - std::chrono::hours(options.HeldHours);
+  const auto now = std::chrono::floor<std::chrono::seconds>(std::chrono::system_clock::now());
+  const auto heldLimit = now - std::chrono::hours(options.HeldHours);
+  // As times of DueNotice, which are ordered as texts.
+  const String noticeLimit = FromUtf8(UtcText(now - std::chrono::hours(options.NoticeHours)));
   for (const Row& row : rows) {
-    if (row.Status.Failing || (row.Held.Oldest && *row.Held.Oldest < limit)) return TryAgain;
+    const NoticeState& notices = row.Notices.State;
+    const bool late = notices.Deferred > 0 && notices.OldestAttempt < noticeLimit;
+    const bool stuck = notices.Unsent > 0 && !row.Notices.Problem.empty();
+    if (row.Status.Failing || (row.Held.Oldest && *row.Held.Oldest < heldLimit) || late || stuck)
+      return TryAgain;
   }
   return Done;
 }
@@ -145,6 +197,11 @@ void AddStatusCommand(CLI::App& program, Invocation& invocation) {
   command
       ->add_option("--held-hours", options->HeldHours, "How long mail may be held before the exit code tells")
       ->check(CLI::Range(1, 24 * 3650))
+      ->capture_default_str();
+  command
+      ->add_option("--notice-hours", options->NoticeHours,
+                   "How long a mail may be tried in vain before the exit code tells")
+      ->check(CLI::Range(1, 24 * 5))
       ->capture_default_str();
   command->footer(kNotes);
   command->callback([options, &invocation] { invocation.Run = [options] { return Show(*options); }; });
