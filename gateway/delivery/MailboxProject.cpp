@@ -2,6 +2,7 @@
 
 #include <utility>
 
+#include "gateway/delivery/MailboxAddress.h"
 #include "gateway/delivery/MailboxRecords.h"
 #include "platform/Services.h"
 #include "platform/StoredNames.h"
@@ -18,7 +19,14 @@ bool MailboxProject::Open() {
     throw Platform::Failure(Platform::FailureNumber::DeviceFailed, u"Gateway",
                             Runtime::TextOf(Platform::TextNumber::kMailboxMissing, mailbox_));
   path_ = std::move(record->ProjectPath);
-  return intake_.Open(path_);
+  const bool changed = intake_.Open(path_);
+  if (changed) address_.reset();
+  return changed;
+}
+
+const String& MailboxProject::Address() {
+  if (!address_) address_ = ReadMailboxAddress(path_);
+  return *address_;
 }
 
 }  // namespace Gateway

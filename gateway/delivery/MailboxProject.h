@@ -1,10 +1,13 @@
 // MailboxProject: the project of a mailbox, as the mailbox's record names it now.
 #pragma once
 
-#include "gateway/delivery/MailboxAddress.h"
+#include <optional>
+
 #include "platform/contracts/MailIntake.h"
 
 namespace Gateway {
+
+using Platform::String;
 
 // One thread.
 class MailboxProject {
@@ -13,8 +16,8 @@ class MailboxProject {
   explicit MailboxProject(String mailbox);
 
   // Opens the project that the record names. False if it is open already; true if the record names another
-  // one, or if other files are in its place, so that the component has to open it again too. Raises 57 if
-  // there is no record or its store can't be read, and as Platform::MailIntake::Open does.
+  // one, or if its files were changed or replaced, so that the component has to open it again too. Raises 57
+  // if there is no record or its store can't be read, and as Platform::MailIntake::Open does.
   bool Open();
 
   // Of the open project.
@@ -23,14 +26,15 @@ class MailboxProject {
   // For the open project.
   const Platform::MailIntake& Intake() const { return intake_; }
 
-  // The e-mail address of the open project's mailbox; empty if there is none. Raises as MailboxAddress does.
-  const String& Address() { return address_.Of(path_); }
+  // The e-mail address of the open project's mailbox; empty if there is none. Raises as ReadMailboxAddress
+  // does.
+  const String& Address();
 
  private:
   const String mailbox_;
   const Platform::MailIntake intake_;
   String path_;
-  MailboxAddress address_;
+  std::optional<String> address_;  // nothing if it has to be read
 };
 
 }  // namespace Gateway

@@ -28,7 +28,7 @@ class ProjectUsers {
  public:
   virtual ~ProjectUsers();
   virtual std::int32_t Count() = 0;
-  // Position from 1 to Count; raises 9 for another.
+  // Position from 1 to Count; raises 9 for another. The user is valid as long as the users object.
   virtual std::shared_ptr<ProjectUser> Item(std::int32_t position) = 0;
 };
 

@@ -1,5 +1,6 @@
 #include "siblings/Talvane40/MailIntake.h"
 
+#include "runtime/FileStamp.h"
 #include "siblings/Talvane40/FileIdentity.h"
 #include "siblings/Talvane40/MailUnderWay.h"
 #include "siblings/Talvane40/ProjectLocation.h"
@@ -19,6 +20,8 @@ struct MailIntake::OpenedFiles {
   // look notices it.
   explicit OpenedFiles(const std::string& file) : File(file), Identity(IdentityOf(file)), Database(file) {}
 
+  std::string ProjectFile;
+  Runtime::FileStamp ProjectStamp;  // from before it was read
   std::string File;
   FileIdentity Identity;
   ProjectDatabase Database;
@@ -47,10 +50,17 @@ MailIntake::OpenedFiles& MailIntake::Opened() {
 
 Value MailIntake::Open(std::span<Value> arguments) {
   std::unique_ptr<OpenedFiles> former = std::move(opened_);
-  const std::string file = ReadProjectLocation(arguments[0].ToString()).Database.string();
-  const bool same = former && former->File == file && former->Identity == IdentityOf(file);
-  opened_ = same ? std::move(former) : std::make_unique<OpenedFiles>(file);
-  return !same;
+  const std::string project = PathOf(arguments[0].ToString()).string();
+  const Runtime::FileStamp stamp(project);
+  const bool sameProject = former && former->ProjectFile == project && former->ProjectStamp.IsSettled() &&
+                           former->ProjectStamp == stamp;
+  const std::string file =
+      sameProject ? former->File : ReadProjectLocation(arguments[0].ToString()).Database.string();
+  const bool sameDatabase = former && former->File == file && former->Identity == IdentityOf(file);
+  opened_ = sameDatabase ? std::move(former) : std::make_unique<OpenedFiles>(file);
+  opened_->ProjectFile = project;
+  opened_->ProjectStamp = stamp;
+  return !sameProject || !sameDatabase;
 }
 
 Value MailIntake::IsStored(std::span<Value> arguments) {

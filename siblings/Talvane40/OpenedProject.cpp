@@ -21,8 +21,7 @@ class SnapshotUser : public ProjectUser {
   DescribedUser user_;
 };
 
-// A user that Item returns shares the ownership of the snapshot, which saves an allocation for each user.
-class Snapshot : public ProjectUsers, public std::enable_shared_from_this<Snapshot> {
+class Snapshot : public ProjectUsers {
  public:
   explicit Snapshot(std::vector<DescribedUser> users) {
     users_.reserve(users.size());
@@ -33,7 +32,8 @@ class Snapshot : public ProjectUsers, public std::enable_shared_from_this<Snapsh
 
   std::shared_ptr<ProjectUser> Item(std::int32_t position) override {
     if (position < 1 || position > Count()) Raise(FailureNumber::Subscript);
-    return {shared_from_this(), &users_[static_cast<std::size_t>(position) - 1]};
+    // Not counted, since the component walks all users for each mail.
+    return {std::shared_ptr<void>(), &users_[static_cast<std::size_t>(position) - 1]};
   }
 
  private:

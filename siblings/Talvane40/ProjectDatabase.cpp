@@ -44,7 +44,8 @@ void ProjectDatabase::Create(const std::string& file, StringView name, const Des
 
 ProjectDatabase::ProjectDatabase(const std::string& file)
     : database_(ExistingDatabase(file)),
-      findLogon_(WithCurrentTables(database_), "SELECT key, password_hash FROM users WHERE folded_name = ?"),
+      facts_(WithCurrentTables(database_)),
+      findLogon_(database_, "SELECT key, password_hash FROM users WHERE folded_name = ?"),
       role_(database_, "SELECT role FROM users WHERE key = ?"),
       mailAccepted_(database_, "SELECT mail_accepted FROM users WHERE key = ?"),
       usersVersion_(database_, "SELECT users_version FROM project"),
@@ -53,7 +54,7 @@ ProjectDatabase::ProjectDatabase(const std::string& file)
                 "INSERT INTO replies (discussion, subject, body, user, at) "
                 "VALUES (?, ?, ?, ?, strftime('%Y-%m-%dT%H:%M:%fZ', 'now'))"),
       addDueReply_(database_, "INSERT INTO due_replies (reply, sender) VALUES (last_insert_rowid(), ?)"),
-      mail_(database_, "SELECT 1 FROM mails WHERE key = ?"),
+      mail_(database_, "SELECT EXISTS (SELECT 1 FROM mails WHERE key = ?), users_version FROM project"),
       addMail_(database_, "INSERT INTO mails (key, reply) VALUES (?, last_insert_rowid())") {
   database_.Run("PRAGMA foreign_keys=ON");
 }
@@ -72,14 +73,18 @@ bool ProjectDatabase::IsOwner(std::int32_t userKey) {
 }
 
 std::optional<bool> ProjectDatabase::IsMailAccepted(std::int32_t userKey) {
+  auto& known = facts_.Valid().MailAccepted;
+  if (const auto found = known.find(userKey); found != known.end()) return found->second;
   auto row = mailAccepted_({userKey});
-  if (!row.Next()) return std::nullopt;
-  return row.Integer(0) != 0;
+  return known[userKey] = row.Next() ? std::optional(row.Integer(0) != 0) : std::nullopt;
 }
 
 std::int64_t ProjectDatabase::UsersVersion() {
+  auto& known = facts_.Valid().UsersVersion;
+  if (known) return *known;
   auto row = usersVersion_({});
-  return row.Next() ? row.Integer(0) : 0;
+  known = row.Next() ? row.Integer(0) : 0;
+  return *known;
 }
 
 // One statement reads users and version, so that they match.
@@ -98,7 +103,9 @@ std::vector<DescribedUser> ProjectDatabase::Users(std::int64_t& version) {
 }
 
 bool ProjectDatabase::HasDiscussion(std::int32_t number) {
-  return discussion_({number}).Next();
+  auto& known = facts_.Valid().HasDiscussion;
+  if (const auto found = known.find(number); found != known.end()) return found->second;
+  return known[number] = discussion_({number}).Next();
 }
 
 std::vector<DescribedDiscussion> ProjectDatabase::Discussions() {
@@ -130,18 +137,25 @@ std::vector<DescribedReply> ProjectDatabase::RepliesAfter(std::int32_t discussio
   return replies;
 }
 
+// Reads the version of the users with it, which each mail needs: one transaction for both.
 bool ProjectDatabase::IsMailStored(std::string_view mailKey) {
-  return mail_({mailKey}).Next();
+  auto& version = facts_.Valid().UsersVersion;
+  auto row = mail_({mailKey});
+  if (!row.Next()) return false;
+  version = row.Integer(1);
+  return row.Integer(0) != 0;
 }
 
 bool ProjectDatabase::AddReply(std::int32_t discussion, StringView subject, StringView body,
                                std::int32_t userKey, std::optional<std::string_view> mailKey) {
   Runtime::Transaction transaction(database_);
+  facts_.BeginOwnChange();
   if (mailKey && IsMailStored(*mailKey)) return false;
   addReply_.Run({discussion, ToUtf8(subject), ToUtf8(body), userKey});
   addDueReply_.Run({kAnySender});
   if (mailKey) addMail_.Run({*mailKey});
   transaction.Commit();
+  facts_.EndOwnChange();
   return true;
 }
 

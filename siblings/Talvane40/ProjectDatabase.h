@@ -9,6 +9,7 @@
 
 #include "platform/contracts/ProjectAdministration.h"
 #include "runtime/Database.h"
+#include "siblings/Talvane40/SteadyFacts.h"
 
 namespace Talvane40 {
 
@@ -97,6 +98,7 @@ class ProjectDatabase {
   void AddRoute(std::int32_t reply, const NoticeRoute& route);
 
   Runtime::Database database_;
+  SteadyFacts facts_;
   Runtime::Statement findLogon_, role_, mailAccepted_, usersVersion_, discussion_, addReply_, addDueReply_,
       mail_, addMail_;
 };

@@ -146,6 +146,16 @@ TEST_F(Intake, OpenNoticesThatAnotherDatabaseIsInPlace) {
   EXPECT_FALSE(intake.IsStored(u"1"));
 }
 
+TEST_F(Intake, OpenNoticesAChangedProjectFileAlsoIfItsSizeAndItsTimeStay) {
+  const std::string file = ToUtf8(world.Path), text = ReadFile(file);
+  while (intake.Open(world.Path)) {  // the file may be as young as the clock of its file system tells
+  }
+  for (const char* end : {"; a\n", "; b\n", "; c\n"}) {
+    WriteFile(file, text + end);
+    EXPECT_TRUE(intake.Open(world.Path)) << end;
+  }
+}
+
 TEST_F(Intake, FindsTheUserThatTheComponentTakesForTheSender) {
   world.Administer.AddUser(world.Path, u"cleo", u"Cleo@xn--bcher-kva.example", false);
   world.Administer.AddUser(world.Path, u"second", u"BEN@example.org", false);

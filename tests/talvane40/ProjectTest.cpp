@@ -152,6 +152,22 @@ TEST_F(Projects, RepliesKeepEveryCharacter) {
   EXPECT_EQ(world.Replies()[0].Subject, u"Grüße \xDC00");
 }
 
+TEST_F(Projects, WhatOthersChangeBetweenTwoRepliesIsSeenAtOnce) {
+  const auto project = world.Open();
+  const String logon = world.App->GetLogon()->GetLogonText();
+  for (const bool there : {true, false, true, false}) {
+    world.Sql(there ? "INSERT INTO discussions (number, title) VALUES (7, 't')"
+                    : "DELETE FROM discussions WHERE number = 7");
+    world.Sql(there ? "UPDATE users SET mail_accepted = 1 WHERE name = 'ben'"
+                    : "UPDATE users SET mail_accepted = 0 WHERE name = 'ben'");
+    for (int repeated = 0; repeated < 2; ++repeated) {
+      EXPECT_EQ(project->GetDiscussion(7) != nullptr, there);
+      EXPECT_EQ(bool(project->SetActingUser(world.Ben, 1, logon)), there);
+      Reply(*project, u"s", u"b");
+    }
+  }
+}
+
 TEST_F(Projects, RepliesGoToDiscussionsThatExist) {
   const auto project = world.Open();
   EXPECT_FALSE(project->GetDiscussion(2));
