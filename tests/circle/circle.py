@@ -82,16 +82,16 @@ class Run:
         """The discussion, until all is told or nothing has happened for so long that nothing will."""
         proxy.fails = True
         service = Service()
-        kills = 5 if self.variant == "killed" else 0
+        kills = 8 if self.variant == "killed" else 0
         all_notices = 2 * (len(self.titles) + 3 * self.rounds)
         times = sorted(self.random.randrange(all_notices - 2) for _ in range(kills))
         last, changed = 0, time.monotonic()
         for user in self.users:
             user.start()
-        while times or not self.is_complete() or tvmail_json("status")["mailboxes"][0].get("unsentNotices"):
+        while times or not self.is_complete() or tvmail_json("status")["mailboxes"][0]["unsentNotices"]:
             if times and self.received() >= times[0]:
                 times.pop(0)
-                time.sleep(self.random.random() * 0.1)
+                time.sleep(self.random.random() * 0.05)
                 service.kill()
                 kills -= 1
             if all(user.done == self.rounds for user in self.users):
@@ -99,6 +99,7 @@ class Run:
             if self.received() != last:
                 last, changed = self.received(), time.monotonic()
             failures = [user.failure for user in self.users if user.failure]
+            failures += [f"{user.name} is told what nobody typed" for user in self.users if None in user.told]
             if failures or time.monotonic() > changed + 60:
                 self.faults += failures or ["nothing has happened for a minute"]
                 break
@@ -114,7 +115,7 @@ class Run:
         for user in self.users:
             self.check_mails(user)
         status = tvmail_json("status")["mailboxes"][0]
-        if status["held"] or status.get("unsentNotices"):
+        if status["held"] or status["unsentNotices"]:
             self.faults.append(f"the status is {status}")
         return self.faults
 
