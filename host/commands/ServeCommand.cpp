@@ -14,16 +14,17 @@ namespace {
 
 constexpr const char* kNotes =
     R"(Takes the mails of each mailbox's source as they come, and turns them into replies. Mail that is refused is held
-(see tvmail held). Each mailbox has a thread of its own: one whose server, disk or project isn't there is tried
-again, after 5 seconds at first and at most every 15 minutes, and delays no other. packaging/tvmail.toml explains
-the configuration; "tvmail check" tries it.
+(see tvmail held). Also sends the notifications of new replies and the answers to senders that are due, for mailboxes
+without a source, too (see tvmail notify). Each mailbox has threads of its own: one whose server, disk or project
+isn't there is tried again, after 5 seconds at first and at most every 15 minutes, and delays no other.
+packaging/tvmail.toml explains the configuration; "tvmail check" tries it.
 
 SIGTERM or SIGINT finishes the mails under way and ends the program; a second one ends it at once, which loses
 nothing. SIGHUP reads the configuration again: mailboxes that are new, changed or removed are started or stopped,
 failing ones are tried again at once, and the others go on. If the new configuration isn't valid, the errors are
 logged and the old one stays in use.
 
-One line is logged for each mail, with fields: in the journal where standard error leads there (journalctl -o
+One line is logged for each mail that comes or is sent, with fields: in the journal where standard error leads there (journalctl -o
 json, fields TALVANE_MAILBOX, TALVANE_OUTCOME...), else as name=value on standard error. Failures of a mailbox are
 logged when they begin, change or end.
 
@@ -50,8 +51,8 @@ int Serve(const ConfigurationOption& option) {
 }  // namespace
 
 void AddServeCommand(CLI::App& program, Invocation& invocation) {
-  CLI::App* command =
-      program.add_subcommand("serve", "Take mail from its sources until stopped, as a service");
+  CLI::App* command = program.add_subcommand(
+      "serve", "Take mail from its sources and send notifications until stopped, as a service");
   const auto option = std::make_shared<ConfigurationOption>();
   option->AddTo(*command);
   command->footer(kNotes);

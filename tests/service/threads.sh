@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
-# Runs tvmail serve with 8 mailboxes under ThreadSanitizer, with mail that comes while it runs, a reload that stops and
-# starts mailboxes, and a stop. Fails if a data race is reported or a mail isn't delivered.
+# Runs tvmail serve with 8 mailboxes under ThreadSanitizer, with mail that comes and is sent while it runs, a reload that
+# stops and starts mailboxes, and a stop. Fails if a data race is reported, a mail isn't delivered or none is sent.
 #   threads.sh BUILD [MAILS]     BUILD: a folder of the preset tsan
 set -euo pipefail
 suppressions=$(realpath "$(dirname "$0")/threads.suppressions")
@@ -14,18 +14,23 @@ export G_SLICE=always-malloc
 umask 077
 echo secret >password
 "$program" init >/dev/null
+printf '#!/bin/sh\ncat >/dev/null\necho >>"%s/sent"\n' "$folder" >sendmail
+chmod +x sendmail
+"$program" outbound add-profile Office --command "$folder/sendmail -t" >/dev/null
 for ((i = 1; i <= mailboxes; i++)); do
   name=Project$i
   "$program" project create "$name.TVS" --name "$name" --user ann --email ann@example.org --password-file password
+  "$program" project add-user "$name.TVS" --name bob --email bob@example.org
   "$program" project add-discussion "$name.TVS" --title Plan
   "$program" mailbox add "$name" --project "$name.TVS" --user ann --password-file password \
-    --transport smtp --host h --address "$name@example.org"
+    --transport mapi --profile Office
   mkdir -p "$name"/{new,cur,tmp}
 done >/dev/null
 
 configure() {  # CONFIGURATION: its first line, and settings of the odd mailboxes
   for ((i = 1; i <= mailboxes; i++)); do
-    printf '[[mailbox]]\nname = "Project%d"\nsource = "maildir"\nfolder = "%s/Project%d"\n' "$i" "$folder" "$i"
+    printf '[[mailbox]]\nname = "Project%d"\naddress = "p@example.org"\nsource = "maildir"\nfolder = "%s/Project%d"\n' \
+      "$i" "$folder" "$i"
     [ $((i % 2)) = 0 ] || printf '%s\n' "$1"
   done >home/tvmail.new
   mv home/tvmail.new home/tvmail.toml
@@ -69,4 +74,5 @@ if [ "$code" != 0 ] || grep -q "WARNING: ThreadSanitizer" log; then
   exit 1
 fi
 grep -c 'event=reloaded' log >/dev/null
-echo "$(grep -c event=mail log) mails of $mailboxes mailboxes, no data race"
+[ "$(wc -l <sent)" -ge "$mailboxes" ] || { echo "only $(wc -l <sent) mails were sent"; tail -50 log; exit 1; }
+echo "$(grep -c event=mail log) mails of $mailboxes mailboxes, $(wc -l <sent) sent, no data race"
