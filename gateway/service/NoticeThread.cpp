@@ -33,6 +33,7 @@ void NoticeThread::Serve() {
                             Runtime::TextOf(Platform::TextNumber::kMailboxMissing, settings_.Name));
   const NoticeSender::PassResult pass = Sender()->Pass(record->ProjectPath);
   loop_.ResetBackOff();
+  if (pass.Complete && !pass.Next) unreachable_ = false;  // nothing waits for that server any longer
   if (pass.Complete && !unreachable_) loop_.Succeed();
   loop_.Pause(std::min(pass.Next.value_or(kLongestPause), kLongestPause));
 }
