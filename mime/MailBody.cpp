@@ -4,6 +4,7 @@
 #include <optional>
 
 #include "mime/Charset.h"
+#include "mime/HardWraps.h"
 #include "mime/PartText.h"
 #include "mime/SignedContent.h"
 
@@ -57,14 +58,16 @@ bool IsAttachment(GMimePart* part, Place place) {
          (!place.First && (place.Related || g_mime_part_get_filename(part) != nullptr));
 }
 
+constexpr int kPlainRank = 0, kHtmlRank = 1, kLastRank = 2;
+
 // The distance of a part from plain text; nothing for parts without text. An alternative counts as its
 // plainest part.
 std::optional<int> RankOf(GMimeObject* object) {
   if (GMIME_IS_PART(object)) {
-    if (IsCms(GMIME_PART(object))) return 0;
+    if (IsCms(GMIME_PART(object))) return kPlainRank;
     const TextKind kind = KindOf(GMIME_PART(object));
     if (kind == TextKind::None) return std::nullopt;
-    return kind == TextKind::Plain ? 0 : kind == TextKind::Html ? 1 : 2;
+    return kind == TextKind::Plain ? kPlainRank : kind == TextKind::Html ? kHtmlRank : kLastRank;
   }
   if (!GMIME_IS_MULTIPART(object)) return std::nullopt;
   const bool alternative = IsType(object, "multipart", "alternative");
@@ -139,9 +142,12 @@ class TextFinder {
   }
 
   String AlternativeText(GMimeMultipart* multipart) {
-    constexpr int kLastRank = 2;
     Joined text;
-    for (int rank = 0; rank <= kLastRank && text.Blank; ++rank) text.Add(JoinedText(multipart, rank).Text);
+    for (int rank = 0; rank <= kLastRank && text.Blank; ++rank) {
+      text.Add(JoinedText(multipart, rank).Text);
+      if (rank == kPlainRank && MayBeWrapped(text.Text))
+        text.Text = WithoutHardWraps(text.Text, JoinedText(multipart, kHtmlRank).Text);
+    }
     return std::move(text.Text);
   }
 

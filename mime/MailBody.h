@@ -23,7 +23,8 @@ struct BodyText {
 // and attached messages, are ignored. In addition:
 // - text/markdown, text/enriched and the content of opaque S/MIME signed mail are text, too,
 // - if the inline text is blank, and not encrypted, the first of the attached texts is used,
-// - inline uuencoded files are left out, and format=flowed and HTML are converted.
+// - inline uuencoded files are left out, and format=flowed and HTML are converted,
+// - line ends that the mail program put into a plain alternative are undone, see HardWraps.h.
 // Encrypted parts give no text. Only the parts that are needed are decoded. Linear in the size; raises only
 // std::bad_alloc.
 BodyText BodyOf(const ParsedMessage& message);

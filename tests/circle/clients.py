@@ -164,6 +164,7 @@ def japanese(notice, typed, writer, random):
 
 
 def gmail(notice, typed, writer, random):
+    """Only the plain part has its lines wrapped."""
     when = f"On {notice.date:%a, %b} {notice.date.day}, {notice.date.year} at {notice.date:%I:%M}\u202f{notice.date:%p}"
     address = notice.sender.addr_spec
     page = f"""<div dir="ltr">{lines_in("div", typed).replace("<div>", "", 1).replace("</div>", "", 1)}</div><br>\
@@ -171,11 +172,10 @@ def gmail(notice, typed, writer, random):
 <a href="mailto:{address}">{address}</a>&gt; wrote:<br></div><blockquote class="gmail_quote" \
 style="margin:0px 0px 0px 0.8ex;border-left:1px solid rgb(204,204,204);padding-left:1ex">{notice.html}</blockquote>\
 </div>"""
-    parts = [Part("text/html", page)]
-    if max(map(len, typed.split("\n"))) < 72:  # longer lines are wrapped in the plain part
-        text = f"{typed}\n\n{when} {notice.name} <\n{address}> wrote:\n\n" + quoted(notice.text) + "\n"
-        parts.insert(0, Part("text/plain", text))
-    return mail(notice, writer, "G/1.0", encoded("Re: " + notice.subject), *parts)
+    wrapped_lines = "\n".join(re.sub(r"(?=.{77})(.{1,76})(?<! ) +(?=\S)", r"\1\n", line) for line in typed.split("\n"))
+    text = f"{wrapped_lines}\n\n{when} {notice.name} <\n{address}> wrote:\n\n" + quoted(notice.text) + "\n"
+    return mail(notice, writer, "G/1.0", encoded("Re: " + notice.subject),
+                Part("text/plain", text), Part("text/html", page))
 
 
 def outlook(notice, typed, writer, random):

@@ -250,6 +250,26 @@ TEST(MailReader, JoinsTheTextThatAReaderSees) {
   });
 }
 
+// A line end of the plain alternative is undone where the HTML has blanks, if its line had no room for a
+// word.
+TEST(MailReader, UndoesTheLineEndsThatAProgramPutIntoAPlainAlternative) {
+  const std::string line(60, 'x'), more = line + " 123456789";
+  const auto wrapped = [](const std::string& plain, const std::string& html) {
+    return Multipart("alternative", {Part("text/plain", plain), Part("text/html", html)});
+  };
+  ExpectBodies(std::vector<Row>{
+      {wrapped(more + "\nwords\nend", "<div>" + more + " words</div><div>end</div>"), more + " words\nend"},
+      {wrapped("\n" + more + " \r\nw", "<p>" + more + "&nbsp; w</p>"), "\n" + more + "  w"},
+      {wrapped(more + "\n" + more + "\nw", "<p>" + more + " " + more + " w"), more + " " + more + " w"},
+      {wrapped("short\nw " + more + "\nw", "short w " + more + " w"), "short\nw " + more + " w"},
+      {wrapped(more + "\n\nnew", more + " new"), more + "\n\nnew"},
+      {wrapped(more + "\nown\n" + more + "\nb", more + " other<br>" + more + " b"),
+       more + " own\n" + more + "\nb"},
+      {wrapped("> " + more + "\n> words", more + " words"), "> " + more + "\n> words"},
+      {wrapped(more + line + "\nw", more + line + " w"), more + line + "\nw"},
+  });
+}
+
 TEST(MailReader, ForgivesWhatMailProgramsDeform) {
   const std::string quoted = "Content-Transfer-Encoding: quoted-printable",
                     base64 = "Content-Transfer-Encoding: base64";
