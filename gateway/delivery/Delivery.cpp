@@ -1,8 +1,8 @@
 #include "gateway/delivery/Delivery.h"
 
-#include <algorithm>
 #include <utility>
 
+#include "gateway/delivery/ReadAhead.h"
 #include "gateway/sources/StopSignal.h"
 
 namespace Gateway {
@@ -11,15 +11,12 @@ Outcome Deliver(const String& mailBox, const DeliverySettings& settings,
                 const std::vector<std::string>& sources, StandardInput input, DeliveryReport& report,
                 const std::function<void(const MailResult&)>& handled) {
   MailProcessor processor(mailBox, settings);
-  const auto handle = [&](RawMail raw) -> std::optional<Outcome> {
-    if (StopWanted()) return std::nullopt;
-    const MailResult result = processor.Process(std::move(raw));
+  const bool all = ReadAhead(sources, input, settings.Policy, [&](PreparedMail mail) {
+    if (StopWanted()) return false;
+    const MailResult result = processor.Process(std::move(mail));
     report.Add(result);
     handled(result);
-    return result.Result;
-  };
-  const bool all = std::all_of(sources.begin(), sources.end(), [&](const std::string& source) {
-    return ReadMailSource(source, input, handle);
+    return true;
   });
   return report.Finish(!all);
 }

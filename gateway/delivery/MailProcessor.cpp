@@ -1,19 +1,15 @@
 #include "gateway/delivery/MailProcessor.h"
 
-#include <new>
 #include <utility>
 
 #include "gateway/delivery/CutMarker.h"
 #include "gateway/delivery/FailureJudge.h"
 #include "gateway/delivery/HeldMail.h"
 #include "gateway/delivery/MailFollowUp.h"
-#include "gateway/delivery/MailKey.h"
 #include "gateway/delivery/MailboxHandler.h"
 #include "gateway/delivery/MailboxProject.h"
 #include "gateway/policy/EmptyReply.h"
 #include "gateway/policy/Gate.h"
-#include "gateway/policy/MailSize.h"
-#include "mime/LimitCheck.h"
 #include "platform/Failure.h"
 #include "platform/NoticeTexts.h"
 #include "platform/ReasonTexts.h"
@@ -25,7 +21,6 @@ namespace Gateway {
 namespace {
 
 // Rules beside those of the gate, for logs.
-constexpr const char* kLimitRule = "limit";
 constexpr const char* kComponentRule = "component";
 
 // Without the text of the cut marker the component would store the reply with all that it answers.
@@ -43,17 +38,6 @@ void Refuse(MailResult& result, Refusal cause) {
   result.Cause = std::move(cause);
 }
 
-// Why the exception that is handled was raised, in the user's language.
-String CurrentReason() {
-  try {
-    throw;
-  } catch (const std::bad_alloc&) {
-    return Runtime::TextOf(Platform::TextNumber::kNotEnoughMemory);
-  } catch (const std::exception&) {
-    return Platform::CurrentFailure().Description();
-  }
-}
-
 }  // namespace
 
 class MailProcessor::Work {
@@ -69,11 +53,12 @@ class MailProcessor::Work {
   }
 
   bool Holds() const { return settings_.Hold; }
+  const PolicySettings& Policy() const { return settings_.Policy; }
 
   void ExpireHeld() { held_.Expire(settings_.HeldDays); }
 
-  // Sets the result, but for a limit of the reader and a failure, which it raises. Nothing is stored then.
-  void Process(const RawMail& raw, MailResult& result);
+  // Sets the result, but for a failure, which it raises. Nothing is stored then. Uses up what was read.
+  void Process(PreparedMail& prepared, MailResult& result);
 
   // Keeps a refused mail with its reason, and tells its sender. The mail has to be tried again if it can't be
   // kept.
@@ -81,6 +66,9 @@ class MailProcessor::Work {
 
  private:
   void OpenProject();
+
+  // True, with that result, if a copy of the mail was stored before.
+  bool IsDuplicate(MailResult& result);
   void Answer(const RawMail& raw, MailResult& result);
   void Deliver(Mime::Mail mail, const Platform::MailSender& sender, MailResult& result);
 
@@ -94,25 +82,25 @@ class MailProcessor::Work {
   CutMarker marker_;
 };
 
-void MailProcessor::Work::Process(const RawMail& raw, MailResult& result) {
+void MailProcessor::Work::Process(PreparedMail& prepared, MailResult& result) {
+  const RawMail& raw = prepared.Raw;
   if (!raw.Fault.empty()) {
     result.Result = raw.FaultOutcome;
     result.Reason = Platform::FromUtf8(raw.Fault);
     if (raw.FaultOutcome == Outcome::Refused) result.Rule = raw.Bytes.empty() ? kLimitRule : kHeaderOnlyRule;
     return;
   }
-  if (const auto refusal = RefuseSize(raw.Bytes.size(), settings_.Policy)) return Refuse(result, *refusal);
-  // The reader changes its copy.
-  Mime::Mail mail = Mime::ReadMail(raw.Bytes);
-  result.MessageId = mail.MessageId;
-  result.Key = MailKey(mail, raw.Bytes);
+  if (prepared.Read) result.MessageId = prepared.Read->MessageId;
+  result.Key = prepared.Key;
+  if (prepared.Refused) return Refuse(result, *prepared.Refused);
+  if (!prepared.Read || prepared.Key.empty()) {
+    result.Reason = prepared.Failed;
+    return;
+  }
+  Mime::Mail mail = *std::move(prepared.Read);
 
   OpenProject();
   followUp_.CountBounces(mail, raw.Bytes, result);
-  if (project_.Intake().IsStored(Platform::FromUtf8(result.Key))) {
-    result.Result = Outcome::Duplicate;
-    return;
-  }
   RequireText(marker_);
   const std::size_t cut = marker_.Repair(mail.Body);
   const GateFacts facts{
@@ -121,9 +109,21 @@ void MailProcessor::Work::Process(const RawMail& raw, MailResult& result) {
       .Sender = mail.FromAddress ? project_.Intake().FindSender(*mail.FromAddress) : Platform::MailSender(),
       .MailboxAddress = project_.Address(),
       .WhyEmpty = WhyReplyIsEmpty(mail, cut, marker_.OriginalText())};
-  if (const auto refusal = RefusalOf(facts, settings_.Policy)) return Refuse(result, *refusal);
+  if (const auto refusal = RefusalOf(facts, settings_.Policy)) {
+    if (!IsDuplicate(result)) Refuse(result, *refusal);
+    return;
+  }
   Deliver(std::move(mail), facts.Sender, result);
   if (result.Result == Outcome::Delivered && facts.WhyEmpty) result.WhyEmpty = facts.WhyEmpty->In();
+}
+
+// A mail is looked up in the project only if it was not stored: storing it finds the former one, too, and a
+// mail rarely comes again.
+bool MailProcessor::Work::IsDuplicate(MailResult& result) {
+  if (!project_.Intake().IsStored(Platform::FromUtf8(result.Key))) return false;
+  result.Result = Outcome::Duplicate;
+  result.Failure.clear();
+  return true;
 }
 
 // The component keeps the project that it opened.
@@ -142,11 +142,12 @@ void MailProcessor::Work::Deliver(Mime::Mail mail, const Platform::MailSender& s
   result.Failure =
       known ? handler_.Handle(std::move(mail)) : MailboxHandler(mailbox_).Handle(std::move(mail));
   const Platform::IntakeResult stored = project_.Intake().End();
-  if (stored != Platform::IntakeResult::Nothing) {
-    result.ReplyStored = stored == Platform::IntakeResult::Stored;
-    result.Result = result.ReplyStored ? Outcome::Delivered : Outcome::Duplicate;
+  if (stored == Platform::IntakeResult::Stored) {
+    result.ReplyStored = true;
+    result.Result = Outcome::Delivered;
     return;
   }
+  if (IsDuplicate(result)) return;
   Verdict verdict = judge_.Judge(result.Failure);
   if (verdict.Result == Outcome::Refused) return Refuse(result, {kComponentRule, verdict.Text});
   result.Reason = result.Failure.empty() ? Runtime::TextOf(Platform::TextNumber::kNothingStored)
@@ -188,22 +189,25 @@ void MailProcessor::ExpireHeld() {
 }
 
 MailResult MailProcessor::Process(RawMail raw) {
+  return Process(PrepareMail(std::move(raw), work_->Policy()));
+}
+
+MailResult MailProcessor::Process(PreparedMail mail) {
   const auto begin = std::chrono::steady_clock::now();
   const Runtime::ClassLookupScope lookup;
+  const RawMail& raw = mail.Raw;
   MailResult result;
   result.Source = raw.Source;
   try {
-    work_->Process(raw, result);
-  } catch (const Mime::LimitExceeded& limit) {
-    Refuse(result, {kLimitRule, Platform::TextNumber::kRefusedUnread, Platform::FromUtf8(limit.what())});
+    work_->Process(mail, result);
   } catch (const std::exception&) {
     result.Reason = CurrentReason();
   }
   // A mail of which nothing was read can't be held, now or later. Its source has it.
   const bool unread = !raw.Fault.empty() && raw.Bytes.empty();
   if (result.Result == Outcome::Refused && work_->Holds() && !unread) work_->Hold(raw, result);
-  result.Duration =
-      std::chrono::duration_cast<std::chrono::milliseconds>(std::chrono::steady_clock::now() - begin);
+  result.Duration = std::chrono::duration_cast<std::chrono::milliseconds>(std::chrono::steady_clock::now() -
+                                                                          begin + mail.Duration);
   return result;
 }
 

@@ -4,6 +4,7 @@
 #include <memory>
 
 #include "gateway/delivery/MailResult.h"
+#include "gateway/delivery/PreparedMail.h"
 #include "gateway/policy/PolicySettings.h"
 #include "gateway/sources/MailSource.h"
 
@@ -35,6 +36,7 @@ class MailProcessor {
   // Reads the mailbox's record for each mail, so that a change takes effect at once; a missing record gives
   // Retry. Raises nothing.
   MailResult Process(RawMail raw);
+  MailResult Process(PreparedMail mail);  // of PrepareMail with the policy of the settings
 
   // Removes held mails that are old enough, as Process does when it holds one. A service calls it again and
   // again, since it may be long until the next mail is refused; it works once a day. Raises nothing.

@@ -9,7 +9,6 @@
 #include <system_error>
 #include <vector>
 
-#include "gateway/sources/StopSignal.h"
 #include "mime/InputFile.h"
 #include "mime/Limits.h"
 #include "mime/Mbox.h"
@@ -49,6 +48,8 @@ RawMail Checked(RawMail mail, std::size_t size) {
           Outcome::Refused};
 }
 
+using StopTest = std::function<bool()>;
+
 enum class Form { OneMail, Mbox, Recognise };
 
 // The envelope's sender by a line "From sender time". Before a single mail a mail server has written it, with
@@ -60,7 +61,7 @@ std::optional<std::string> EnvelopeSender(std::string sender, bool mbox) {
   return daemon || sender == "<>" ? std::string() : std::move(sender);
 }
 
-bool ReadMbox(InputFile& file, const std::string& path, const MailSink& sink) {
+bool ReadMbox(InputFile& file, const std::string& path, const MailSink& sink, const StopTest& stopWanted) {
   MboxReader reader(file);
   std::string bytes;
   for (std::size_t index = 1;; ++index) {
@@ -70,7 +71,7 @@ bool ReadMbox(InputFile& file, const std::string& path, const MailSink& sink) {
       if (!reader.Next(bytes, size)) return true;
     } catch (const std::system_error& error) {
       // The part before the error is not the whole message.
-      return !StopWanted() && sink(Fault(source, Runtime::SystemReason(error.code().value()))).has_value();
+      return !stopWanted() && sink(Fault(source, Runtime::SystemReason(error.code().value()))).has_value();
     } catch (const std::bad_alloc&) {
       if (!sink(Fault(source, NoMemory()))) return false;
       continue;
@@ -83,12 +84,13 @@ bool ReadMbox(InputFile& file, const std::string& path, const MailSink& sink) {
 
 // If standardInput is true, path is only the name in the outcomes: opening /dev/stdin can succeed even if
 // standard input is closed.
-bool ReadFile(const std::string& path, bool standardInput, Form form, const MailSink& sink) {
+bool ReadFile(const std::string& path, bool standardInput, Form form, const MailSink& sink,
+              const StopTest& stopWanted) {
   RawMail mail{path, {}, {}, Outcome::Retry};
   try {
-    InputFile file(standardInput ? "-" : path, StopWanted);
+    InputFile file(standardInput ? "-" : path, stopWanted);
     const bool mbox = form != Form::OneMail && Mime::BeginsAnMbox(file);
-    if (mbox) return ReadMbox(file, path, sink);
+    if (mbox) return ReadMbox(file, path, sink, stopWanted);
     if (form == Form::Mbox) {
       if (file.PeekLine('\n').empty()) return true;
       return sink({path, {}, Text(TextNumber::kNoMbox), Outcome::Refused}).has_value();
@@ -97,7 +99,7 @@ bool ReadFile(const std::string& path, bool standardInput, Form form, const Mail
     const std::size_t size = file.TakeAll(mail.Bytes, kLargestMail);
     mail = Checked(std::move(mail), size);
   } catch (const std::system_error& error) {
-    if (StopWanted()) return false;
+    if (stopWanted()) return false;
     const bool closed = standardInput && error.code() == std::errc::bad_file_descriptor;
     mail = Fault(
         path, closed ? Text(TextNumber::kStandardInputClosed) : Runtime::SystemReason(error.code().value()));
@@ -108,7 +110,7 @@ bool ReadFile(const std::string& path, bool standardInput, Form form, const Mail
 }
 
 // Names in a Maildir begin with the time of delivery, so they sort in order of arrival.
-bool ReadMaildir(const fs::path& folder, const MailSink& sink) {
+bool ReadMaildir(const fs::path& folder, const MailSink& sink, const StopTest& stopWanted) {
   std::vector<fs::path> files;
   for (const char* name : {"new", "cur"}) {
     std::error_code error;
@@ -122,7 +124,7 @@ bool ReadMaildir(const fs::path& folder, const MailSink& sink) {
   std::sort(files.begin(), files.end(),
             [](const fs::path& left, const fs::path& right) { return left.filename() < right.filename(); });
   return std::all_of(files.begin(), files.end(), [&](const fs::path& file) {
-    return ReadFile(file.string(), false, Form::OneMail, sink);
+    return ReadFile(file.string(), false, Form::OneMail, sink, stopWanted);
   });
 }
 
@@ -153,13 +155,14 @@ bool IsStandardInput(const std::string& path) {
           named.st_dev == input.st_dev && named.st_ino == input.st_ino);
 }
 
-bool ReadMailSource(const std::string& path, StandardInput input, const MailSink& sink) {
+bool ReadMailSource(const std::string& path, StandardInput input, const MailSink& sink,
+                    const StopTest& stopWanted) {
   if (IsStandardInput(path))
-    return ReadFile(path, true, input == StandardInput::Mbox ? Form::Mbox : Form::OneMail, sink);
+    return ReadFile(path, true, input == StandardInput::Mbox ? Form::Mbox : Form::OneMail, sink, stopWanted);
   std::error_code error;
   if (!fs::is_directory(path, error))
-    return ReadFile(path, false, IsInMaildir(path) ? Form::OneMail : Form::Recognise, sink);
-  if (IsMaildir(path)) return ReadMaildir(path, sink);
+    return ReadFile(path, false, IsInMaildir(path) ? Form::OneMail : Form::Recognise, sink, stopWanted);
+  if (IsMaildir(path)) return ReadMaildir(path, sink, stopWanted);
   return sink(Fault(path, Text(TextNumber::kFolderNoMaildir))).has_value();
 }
 

@@ -10,6 +10,7 @@
 #include <string>
 
 #include "gateway/sources/Outcome.h"
+#include "gateway/sources/StopSignal.h"
 #include "mime/InputFile.h"
 
 namespace Gateway {
@@ -46,7 +47,9 @@ void TakeEnvelopeLine(Mime::InputFile& file, RawMail& mail);
 // folders new and cur together. What can't be read is passed as a fault and ends only its own source; no
 // exception is raised except by the sink. Returns false if the sink ended the reading.
 //
-// The line "From sender time" in front of a single mail is dropped.
-bool ReadMailSource(const std::string& path, StandardInput input, const MailSink& sink);
+// The line "From sender time" in front of a single mail is dropped. A wait for input ends when stopWanted
+// becomes true, which is asked every 0.2 s; so does the reading, as if the sink had ended it.
+bool ReadMailSource(const std::string& path, StandardInput input, const MailSink& sink,
+                    const std::function<bool()>& stopWanted = StopWanted);
 
 }  // namespace Gateway

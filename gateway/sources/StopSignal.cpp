@@ -1,14 +1,17 @@
 #include "gateway/sources/StopSignal.h"
 
+#include <atomic>
 #include <csignal>
 
 namespace Gateway {
 namespace {
 
-volatile std::sig_atomic_t stopWanted = 0;
+// Written by a signal handler, which may do that with an atomic that has no lock; read by any thread.
+std::atomic<bool> stopWanted = false;
+static_assert(std::atomic<bool>::is_always_lock_free);
 
 void OnSignal(int) {
-  stopWanted = 1;
+  stopWanted = true;
 }
 
 }  // namespace
@@ -25,7 +28,7 @@ void CatchStopSignals() {
 }
 
 bool StopWanted() {
-  return stopWanted != 0;
+  return stopWanted;
 }
 
 }  // namespace Gateway

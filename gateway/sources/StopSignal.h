@@ -7,7 +7,7 @@ namespace Gateway {
 // ends the program. Main thread.
 void CatchStopSignals();
 
-// True after such a signal.
+// True after such a signal. Any thread.
 bool StopWanted();
 
 }  // namespace Gateway

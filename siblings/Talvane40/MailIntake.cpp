@@ -86,6 +86,8 @@ Value MailIntake::Begin(std::span<Value> arguments) {
 Value MailIntake::End(std::span<Value>) {
   std::optional<MailUnderWay>& mail = MailOfThisThread();
   const IntakeResult result = mail ? mail->Result : IntakeResult::Nothing;
+  if (result == IntakeResult::Stored && opened_ && opened_->File == mail->StoredIn)
+    opened_->Database.ReplyWasAdded();
   mail.reset();
   return static_cast<std::int32_t>(result);
 }

@@ -16,6 +16,7 @@ struct MailUnderWay {
   std::int32_t Author = 0;        // the key of the only user who may be the author of its replies; 0 for any
   const void* BegunBy = nullptr;  // the MailIntake, for comparison only
   IntakeResult Result = IntakeResult::Nothing;
+  std::string StoredIn = {};  // the file of the database, if Result is Stored
 };
 
 // A mail's idempotency key in lower case, as it is stored. Raises 380 unless it is 1 to

@@ -62,8 +62,10 @@ class OpenedDiscussion : public ObjectWithMembers<OpenedDiscussion> {
         state_->Database.AddReply(number_, arguments[0].ToString(), arguments[1].ToString(), state_->Author,
                                   mail ? std::optional<std::string_view>(mail->Key) : std::nullopt);
     // A second reply of the mail finds the key that the first one has stored.
-    if (mail && mail->Result == IntakeResult::Nothing)
+    if (mail && mail->Result == IntakeResult::Nothing) {
       mail->Result = stored ? IntakeResult::Stored : IntakeResult::AlreadyStored;
+      mail->StoredIn = state_->Database.File();
+    }
     return {};
   }
 

@@ -67,6 +67,13 @@ class ProjectDatabase {
   bool AddReply(std::int32_t discussion, StringView subject, StringView body, std::int32_t userKey,
                 std::optional<std::string_view> mailKey);
 
+  // To be called after another ProjectDatabase of this thread has added one reply to the same file since
+  // users or discussions were read by this one: if nobody else has changed anything, they needn't be read
+  // again.
+  void ReplyWasAdded() { facts_.EndOwnChange(); }
+
+  const std::string& File() const { return database_.File(); }
+
   // Adds a user without a password. Returns the key. Raises 58 if there is a user of that name.
   std::int32_t AddUser(const DescribedUser& user);
 
