@@ -8,35 +8,48 @@
 namespace Talvane40 {
 namespace {
 
+// Small, and with its address beside that of the next user, since the component walks all users for each
+// mail.
 class SnapshotUser : public ProjectUser {
  public:
-  explicit SnapshotUser(DescribedUser user) : user_(std::move(user)) {
-    user_.Address = Runtime::CanonicalAddress(user_.Address);
-  }
-  StringView GetEMailAddress() override { return user_.Address; }
-  Boolean IsMailAccepted() override { return user_.MailAccepted; }
-  std::int32_t GetUserKey() override { return user_.Key; }
+  SnapshotUser(StringView address, bool mailAccepted, std::int32_t key)
+      : address_(address), mailAccepted_(mailAccepted), key_(key) {}
+  StringView GetEMailAddress() override { return address_; }
+  Boolean IsMailAccepted() override { return mailAccepted_; }
+  std::int32_t GetUserKey() override { return key_; }
 
  private:
-  DescribedUser user_;
+  StringView address_;  // in the snapshot
+  bool mailAccepted_;
+  std::int32_t key_;
 };
 
 class Snapshot : public ProjectUsers {
  public:
   explicit Snapshot(std::vector<DescribedUser> users) {
+    std::size_t length = 0;
+    for (DescribedUser& user : users) {
+      user.Address = Runtime::CanonicalAddress(user.Address);
+      length += user.Address.size();
+    }
+    addresses_.reserve(length);  // they stay where they are
     users_.reserve(users.size());
-    for (DescribedUser& user : users) users_.emplace_back(std::move(user));
+    for (const DescribedUser& user : users) {
+      const std::size_t begin = addresses_.size();
+      addresses_ += user.Address;
+      users_.emplace_back(StringView(addresses_).substr(begin), user.MailAccepted, user.Key);
+    }
   }
 
   std::int32_t Count() override { return static_cast<std::int32_t>(users_.size()); }
 
   std::shared_ptr<ProjectUser> Item(std::int32_t position) override {
     if (position < 1 || position > Count()) Raise(FailureNumber::Subscript);
-    // Not counted, since the component walks all users for each mail.
-    return {std::shared_ptr<void>(), &users_[static_cast<std::size_t>(position) - 1]};
+    return {std::shared_ptr<void>(), &users_[static_cast<std::size_t>(position) - 1]};  // not counted
   }
 
  private:
+  String addresses_;
   std::vector<SnapshotUser> users_;
   LiveObject live_{liveObjects};
 };
