@@ -63,17 +63,13 @@ class Dovecot {
   Dovecot() { Start(); }
   ~Dovecot() { Kill(); }
 
+  // Dovecot ends at once while a process of the one that was killed still holds a socket.
   void Start() {
-    const std::string program = std::string(getenv("SERVERS")) + "/usr/sbin/dovecot";
-    const std::string configuration = (Work() / "dovecot.conf").string();
-    master_ = fork();
-    if (master_ == 0) {
-      setpgid(0, 0);
-      execl(program.c_str(), program.c_str(), "-F", "-c", configuration.c_str(), nullptr);
-      _exit(127);
-    }
-    for (int attempt = 0; attempt < 100 && !(Answers(143) && Answers(995)); ++attempt)
+    Launch();
+    for (int attempt = 0; attempt < 100 && !(Answers(143) && Answers(995)); ++attempt) {
       std::this_thread::sleep_for(50ms);
+      if (waitpid(master_, nullptr, WNOHANG) == master_) Launch();
+    }
   }
 
   // All processes of the server end at once.
@@ -84,6 +80,16 @@ class Dovecot {
   }
 
  private:
+  void Launch() {
+    const std::string program = std::string(getenv("SERVERS")) + "/usr/sbin/dovecot";
+    const std::string configuration = (Work() / "dovecot.conf").string();
+    master_ = fork();
+    if (master_ != 0) return;
+    setpgid(0, 0);
+    execl(program.c_str(), program.c_str(), "-F", "-c", configuration.c_str(), nullptr);
+    _exit(127);
+  }
+
   pid_t master_ = -1;
 };
 
