@@ -1,28 +1,27 @@
 #!/bin/sh
-# Builds and runs the benchmarks: tables of the component's own work, then "tvmail deliver" compared with a program that
-# does only the least work, and tvmail serve with many mailboxes.
-#   bench/run.sh [ROUNDS]
-# ROUNDS of the comparison, 3 by default. It runs on the disk below TMPDIR (/tmp by default), and again in memory, where
-# no waits for the disk are included. Run nothing else on the machine meanwhile.
+# Builds and runs the benchmarks, and prints one table: "tvmail deliver" beside a program that does only the least work,
+# and beside programs of others that do the same (bench/peers), each with its goal.
+#   bench/run.sh [--check] [ROUNDS]      exit code 1 with --check if a figure is worse than its goal by more than 10 %
+#   bench/run.sh --parts                 tables of the component's own work, and tvmail serve with many mailboxes
+# 5 ROUNDS by default. It runs on the disk below TMPDIR (/tmp by default), and again in memory, where no waits for the
+# disk are included. Run nothing else on the machine meanwhile.
 set -eu
 cd "$(dirname "$0")/.."
-rounds=${1:-3}
+check=
+case "${1:-}" in --check) check=--check; shift ;; esac
 
 scripts/install-packages.sh bench
-scripts/build.sh bench
+scripts/build.sh bench >&2
 programs=build/bench/bin
 
-for program in "$programs"/*Bench; do
-  printf '\n== %s\n' "$(basename "$program")"
-  "$program" --benchmark_min_time=0.1 2>/dev/null
-done
+if [ "${1:-}" = --parts ]; then
+  for program in "$programs"/*Bench; do
+    printf '\n== %s\n' "$(basename "$program")"
+    "$program" --benchmark_min_time=0.1 2>/dev/null
+  done
+  printf '\n== tvmail serve with 50 mailboxes of 1,000 mails\n'
+  exec bench/service/serve.sh "$programs/tvmail"
+fi
 
-printf '\n== tvmail serve with 50 mailboxes of 1,000 mails\n'
-bench/service/serve.sh "$programs/tvmail"
-
-compare() {
-  printf '\n== tvmail deliver beside the least work, below %s (%s)\n' "$1" "$(stat -f -c %T "$1")"
-  TMPDIR=$1 bench/deliver/compare.sh build/bench "$rounds"
-}
-compare "${TMPDIR:-/tmp}"
-if [ -d /dev/shm ] && [ -w /dev/shm ]; then compare /dev/shm; fi
+bench/peers/install.sh build/peers >&2 || echo "run.sh: npm can't be reached: the table lacks Node.js" >&2
+exec python3 bench/measure.py build/bench build/peers --rounds "${1:-5}" $check

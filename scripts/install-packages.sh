@@ -11,7 +11,7 @@ run="g++ cmake ninja-build pkg-config ccache libsqlite3-dev libgmime-3.0-dev lib
 servers="python3 curl iproute2 libdb5.3 libgnutls-dane0 libidn12 libnsl2 libpcre2-8-0 libsasl2-2 openssl libapparmor1 libsodium23 libstemmer0d libunwind8 swaks"
 test="$run libgtest-dev qt6-base-dev libxcb1-dev qt6-translations-l10n xvfb x11-utils xdotool openbox fonts-dejavu-core fonts-vlgothic binutils sqlite3 procps $servers"
 check="$test valgrind clang clang-format clang-tidy libclang-rt-14-dev git chromium"
-bench="$run libbenchmark-dev"
+bench="$run libbenchmark-dev python3 strace"
 
 case "${1:-}" in
   run) wanted=$run ;;
