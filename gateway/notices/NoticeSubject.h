@@ -15,7 +15,7 @@ namespace Gateway {
 using Platform::String;
 using Platform::StringView;
 
-// The subject in the pieces of Mime::HeaderWriter::AddText: the title, and the markers with the project's
+// The subject in the pieces of Mime::TextMail::Subject: the title, and the markers with the project's
 // name and the discussion's number. Title and name are shortened. cutMarker is the line of the body that the
 // component looks for; mail programs quote the subject above it. Any thread.
 std::vector<String> NoticeSubject(StringView title, StringView projectName, std::int32_t discussion,
