@@ -45,7 +45,7 @@ class MailProcessor::Work {
   Work(String mailbox, const DeliverySettings& settings)
       : mailbox_(std::move(mailbox)),
         settings_(settings),
-        project_(mailbox_),
+        project_(mailbox_, settings_.Address),
         followUp_(project_, settings_.Policy),
         handler_(mailbox_),
         held_(mailbox_) {

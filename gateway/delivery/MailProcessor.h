@@ -15,6 +15,9 @@ struct DeliverySettings {
   bool Hold = false;  // keep refused mail, with its reason
   int HeldDays = 90;  // how long held mail is kept
 
+  // Of the mailbox, whose own mail is refused; empty for the one in the project's file.
+  String Address;
+
   // Tell a user of the project why a mail is held.
   bool AnswerSenders = true;
 

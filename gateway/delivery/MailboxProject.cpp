@@ -10,8 +10,10 @@
 
 namespace Gateway {
 
-MailboxProject::MailboxProject(String mailbox)
-    : mailbox_(std::move(mailbox)), intake_(Platform::Services().CreateByName(Platform::MailIntake::kName)) {}
+MailboxProject::MailboxProject(String mailbox, String address)
+    : mailbox_(std::move(mailbox)),
+      setAddress_(std::move(address)),
+      intake_(Platform::Services().CreateByName(Platform::MailIntake::kName)) {}
 
 bool MailboxProject::Open() {
   auto record = FindMailbox(mailbox_);
@@ -25,7 +27,7 @@ bool MailboxProject::Open() {
 }
 
 const String& MailboxProject::Address() {
-  if (!address_) address_ = ReadMailboxAddress(path_);
+  if (!address_) address_ = setAddress_.empty() ? ReadMailboxAddress(path_) : setAddress_;
   return *address_;
 }
 

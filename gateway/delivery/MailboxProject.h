@@ -12,8 +12,9 @@ using Platform::String;
 // One thread.
 class MailboxProject {
  public:
-  // The mailbox is found in any case. Raises 429 without a sibling.
-  explicit MailboxProject(String mailbox);
+  // The mailbox is found in any case. The address is the mailbox's; empty for the one in the project's file.
+  // Raises 429 without a sibling.
+  MailboxProject(String mailbox, String address);
 
   // Opens the project that the record names. False if it is open already; true if the record names another
   // one, or if its files were changed or replaced, so that the component has to open it again too. Raises 57
@@ -26,12 +27,11 @@ class MailboxProject {
   // For the open project.
   const Platform::MailIntake& Intake() const { return intake_; }
 
-  // The e-mail address of the open project's mailbox; empty if there is none. Raises as ReadMailboxAddress
-  // does.
+  // The e-mail address of the mailbox; empty if there is none. Raises as ReadMailboxAddress does.
   const String& Address();
 
  private:
-  const String mailbox_;
+  const String mailbox_, setAddress_;
   const Platform::MailIntake intake_;
   String path_;
   std::optional<String> address_;  // nothing if it has to be read

@@ -73,12 +73,13 @@ void ReadNotices(SettingsSection& section, NoticeSettings& notices, DeliverySett
   delivery.AnswerSenders = notices.AnswerSenders;
 }
 
-void ReadAddress(SettingsSection& section, NoticeSettings& notices) {
+void ReadAddress(SettingsSection& section, MailboxSettings& mailbox) {
   const auto typed = section.Text("address");
   if (!typed) return;
-  notices.Address = Platform::Trim(FromUtf8(*typed));
-  if (const String fault = Runtime::AddressFault(notices.Address); !fault.empty())
-    section.Refuse("address", fault);
+  const String address = Platform::Trim(FromUtf8(*typed));
+  if (const String fault = Runtime::AddressFault(address); !fault.empty()) section.Refuse("address", fault);
+  mailbox.Notices.Address = address;
+  mailbox.Delivery.Address = address;
 }
 
 // "keep" is POP3's word for mail that stays on the server.
@@ -168,7 +169,7 @@ MailboxSettings ReadMailbox(const SettingsNode& table, const DefaultSettings& de
     section.Refuse("name", TextOf(TextNumber::kSettingNotUsable, u"name"));
   ReadDelivery(section, mailbox.Delivery);
   ReadNotices(section, mailbox.Notices, mailbox.Delivery);
-  ReadAddress(section, mailbox.Notices);
+  ReadAddress(section, mailbox);
   ReadSource(section, source);
   Assign(source.Folder, section.Path("folder"));
   const std::optional<QueueKind> kind = ReadKind(section, defaults.Kind);
