@@ -50,7 +50,9 @@ TEST_F(ConfigurationFile, ReadsTheSampleWithEverySetting) {
   QueueSettings expected;
   expected.Folder = "/var/mail/apollo";
   EXPECT_EQ(apollo->Source, expected);
-  EXPECT_EQ(apollo->Delivery, DeliverySettings());
+  DeliverySettings delivery;
+  delivery.Address = u"apollo@example.org";
+  EXPECT_EQ(apollo->Delivery, delivery);
   NoticeSettings notices;
   notices.Servers = {{"smtp.example.org", 587, SmtpSecurity::Auto, "talvane", "/etc/talvane/smtp.password",
                       "/etc/talvane/ca.pem"}};
