@@ -10,14 +10,16 @@ cmake_path(ABSOLUTE_PATH CMAKE_INSTALL_BINDIR BASE_DIRECTORY /prefix OUTPUT_VARI
 file(RELATIVE_PATH TALVANE_DATA_FROM_LIBRARIES ${libraries} ${data})
 file(RELATIVE_PATH TALVANE_LIBRARIES_FROM_PROGRAMS ${programs} ${libraries})
 
-# A library or plug-in of the private folder.
+# A library or plug-in of the private folder. Built and installed files have the same search path for libraries: CMake
+# would pad a shorter one with colons, so that the loader searches the current folder, which may be another user's.
 function(install_library name)
-  set_target_properties(${name} PROPERTIES INSTALL_RPATH "\$ORIGIN")
+  set_target_properties(${name} PROPERTIES BUILD_WITH_INSTALL_RPATH ON INSTALL_RPATH "\$ORIGIN")
   install(TARGETS ${name} LIBRARY DESTINATION ${TALVANE_LIBRARY_FOLDER})
 endfunction()
 
 function(install_program name)
-  set_target_properties(${name} PROPERTIES INSTALL_RPATH "\$ORIGIN/${TALVANE_LIBRARIES_FROM_PROGRAMS}")
+  set_target_properties(${name} PROPERTIES BUILD_WITH_INSTALL_RPATH ON
+    INSTALL_RPATH "\$ORIGIN/${TALVANE_LIBRARIES_FROM_PROGRAMS};\$ORIGIN/../lib")
   install(TARGETS ${name} RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})
 endfunction()
 

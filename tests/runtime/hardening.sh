@@ -1,6 +1,6 @@
 #!/bin/sh
 # Every program and library is hardened: position independent, relocations read-only and bound at start, no executable
-# stack, stack protector; where compiled so, checked calls of the C library.
+# stack, stack protector, no search for libraries in the current folder; where compiled so, checked calls of the C library.
 # Usage: hardening.sh fortified|plain FOLDER...
 set -eu
 kind=$1
@@ -17,6 +17,7 @@ for file in $(find "$@" -maxdepth 1 -type f); do
   ! has INTERP || has 'FLAGS_1.*PIE' || lacks "PIE"
   has GNU_RELRO || lacks "RELRO"
   has 'BIND_NOW|FLAGS_1.*NOW' || lacks "BIND_NOW"
+  ! has 'R(UN)?PATH.*(\[:|::|:\]|\[\])' || lacks "a search path without the current folder"
   has 'GNU_STACK.* RW ' || lacks "a stack that isn't executable"
   case $symbols in *__stack_chk_fail*) ;; *) lacks "the stack protector" ;; esac
   case $symbols in *_chk@*) fortified="${fortified:-} $file" ;; esac
