@@ -1,14 +1,7 @@
 # The circle of replies and notices with a real Postfix and a real Dovecot: see circle.py.
 #   CIRCLE           options for circle.py, such as "--runs 20 --seed 7"
 #   CIRCLE_PROGRAM   another program than circle.py, such as show.py
-command -v python3 >/dev/null || { echo "skipped: there is no python3"; exit 77; }
-. "$WORK/test/postfix-server.sh"
-fail() { echo "not so: $*" >&2; exit 1; }
-useradd --system --create-home --home-dir /srv/talvane --shell /bin/sh talvane
-echo "127.0.0.1 localhost mail.test" >/etc/hosts
-. "$WORK/test/dovecot-server.sh"
-"$SERVERS/usr/sbin/dovecot" -c "$WORK/dovecot.conf"
-start_postfix
+. "$WORK/test/both-servers.sh"
 # The mail of persons and of the project's mailboxes goes to Dovecot, or into a Maildir of the project's.
 install -d -o talvane -m 700 /var/mail/site
 for run in $(seq 200); do echo "circle$run@maildir.example site/circle$run/"; done >/etc/postfix/maildirs

@@ -1,14 +1,7 @@
 # A site of ten mailboxes with a real Postfix and a real Dovecot: see site.py.
 #   SITE_MAILS   how many mails arrive, 2000 without it
 #   SITE_KILLS   how often the service is killed, 3 times without it
-command -v python3 >/dev/null || { echo "skipped: there is no python3"; exit 77; }
-. "$WORK/test/postfix-server.sh"
-fail() { echo "not so: $*" >&2; exit 1; }
-useradd --system --create-home --home-dir /srv/talvane --shell /bin/sh talvane
-echo "127.0.0.1 localhost mail.test" >/etc/hosts
-. "$WORK/test/dovecot-server.sh"
-"$SERVERS/usr/sbin/dovecot" -c "$WORK/dovecot.conf"
-start_postfix
+. "$WORK/test/both-servers.sh"
 
 install -d -o talvane -m 700 /var/mail/site /srv/talvane/mail
 for name in Apollo Gemini; do
