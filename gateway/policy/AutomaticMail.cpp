@@ -102,8 +102,8 @@ bool IsOwnNotice(StringView messageId) {
 }  // namespace
 
 std::optional<Refusal> RefuseAutomaticMail(const GateFacts& facts, const PolicySettings& settings) {
-  if (settings.PostAutomatic) return std::nullopt;
   if (IsOwnNotice(facts.Mail.MessageId)) return MakeRefusal(Rule::kAutomatic, TextNumber::kOwnNotice);
+  if (settings.PostAutomatic) return std::nullopt;
   if (auto refusal = RefuseByField(facts.Mail.Header)) return refusal;
   if (HasNullReturnPath(facts)) return MakeRefusal(Rule::kAutomatic, TextNumber::kNoReturnAddress);
   const std::optional<String>& from = facts.Mail.FromAddress;

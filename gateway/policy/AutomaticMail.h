@@ -17,8 +17,9 @@
 
 namespace Gateway {
 
-// A refusal if the header (RFC 3834, RFC 2919, RFC 6522 and practice), the envelope or the sender says so.
-// Any thread.
+// A refusal if the header (RFC 3834, RFC 2919, RFC 6522 and practice), the envelope or the sender says so. A
+// notification of this program is refused with any settings: as a reply it would be sent to everybody again,
+// and two mailboxes that are users of each other's projects would never stop. Any thread.
 std::optional<Refusal> RefuseAutomaticMail(const GateFacts& facts, const PolicySettings& settings);
 
 }  // namespace Gateway

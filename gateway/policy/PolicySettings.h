@@ -13,7 +13,7 @@ using Platform::String;
 // allows one more kind of mail.
 struct PolicySettings {
   bool PostStrangers = false;  // of senders whom the project doesn't know, or who don't take part by mail
-  bool PostAutomatic = false;  // of programs: out-of-office mail, delivery reports, mailing lists
+  bool PostAutomatic = false;  // of programs: out-of-office mail, delivery reports, lists; never notices
   bool PostEmpty = false;      // without a text of its own
 
   // The authserv-id of RFC 8601 of the server whose result a mail needs; empty if none is required.

@@ -96,7 +96,8 @@ TEST(Gate, RefusesMailOfProgramsAndOfNoOneElse) {
   };
   for (const auto& row : rows) {
     ExpectRefusal(Refused(row.Lines, {}, row.Facts), "automatic", row.Part, row.Lines + row.Facts.From);
-    EXPECT_EQ("", Refused(row.Lines, {.PostAutomatic = true}, row.Facts)) << row.Lines;
+    const std::string posted = Refused(row.Lines, {.PostAutomatic = true}, row.Facts);
+    EXPECT_EQ(row.Part == "notification", !posted.empty()) << row.Lines;
   }
 }
 
