@@ -56,6 +56,7 @@ inline constexpr std::int32_t kNobodyTakesMail = 21369;
 inline constexpr std::int32_t kWillBeTold = 21370;
 inline constexpr std::int32_t kSenderNotTold = 21371;
 inline constexpr std::int32_t kBounceNotCounted = 21372;
+inline constexpr std::int32_t kRecipientIsMailbox = 21373;
 inline constexpr std::int32_t kNoticeExpired = 21399;
 
 inline constexpr CatalogueText kNoticeTexts[] = {
@@ -105,6 +106,7 @@ inline constexpr CatalogueText kNoticeTexts[] = {
     {kWillBeTold, 1},
     {kSenderNotTold, 1},
     {kBounceNotCounted, 1},
+    {kRecipientIsMailbox, 1},
     {kNoticeExpired},
 };
 

@@ -66,7 +66,6 @@ class Composer {
     mail_.Date = std::time(nullptr);
     mail_.MessageId = Id(notice_.MessageId);
     text_.CutMarker = source_.CutMarker;
-    text_.Footer = Text(TextNumber::kHowToAnswer);
     if (notice_.Kind == NoticeKind::Reply) {
       AddReply();
     } else {
@@ -101,9 +100,11 @@ class Composer {
     mail_.Fields.emplace_back("Auto-Submitted", "auto-generated");
     text_.Introduction = {Text(TextNumber::kWhoWrote, OneLine(reply.UserName), OneLine(notice_.Title))};
     text_.Text = reply.Body;
+    text_.Footer = Text(TextNumber::kHowToAnswer);
   }
 
-  // The subject is that of the refused mail: an answer to this one is another try.
+  // The subject is that of the refused mail: an answer to this one is another try, where that subject is
+  // good. The reason says what to do instead of the footer.
   void AddAnswer() {
     SetFrom(source_.ProjectName);
     constexpr std::size_t kLongestSubject = 1000;

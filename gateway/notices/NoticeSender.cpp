@@ -15,6 +15,7 @@
 #include "platform/NoticeTexts.h"
 #include "platform/Services.h"
 #include "platform/StoredNames.h"
+#include "runtime/MailAddress.h"
 #include "runtime/Texts.h"
 
 namespace Gateway {
@@ -62,6 +63,7 @@ class NoticeSender::Work {
   void Handle(const DueNotice& notice, PassResult& pass);
   NoticeRoutes::Attempt Try(const DueNotice& notice);
   NoticeSource SourceOf(const DueNotice& notice) const;
+  bool IsMailbox(StringView address) const;
   void RequireSettings();
   void Settle(const DueNotice& notice, NoticeRoutes::Attempt attempt, PassResult& pass);
 
@@ -144,7 +146,15 @@ NoticeSource NoticeSender::Work::SourceOf(const DueNotice& notice) const {
           byProject ? String() : notice.Route.Address, cutMarker_};
 }
 
+// The mailbox would hold each notice that it sends to itself.
+bool NoticeSender::Work::IsMailbox(StringView address) const {
+  return Platform::EqualsIgnoreCase(Runtime::CanonicalAddress(address),
+                                    Runtime::CanonicalAddress(sending_->Address));
+}
+
 NoticeRoutes::Attempt NoticeSender::Work::Try(const DueNotice& notice) {
+  if (IsMailbox(notice.Recipient.Address))
+    Refuse(Runtime::TextOf(TextNumber::kRecipientIsMailbox, notice.Recipient.Address));
   const OutgoingMail mail = ComposeNotice(notice, SourceOf(notice));
   const bool byProject = notice.Route.Transport == 0;
   const std::int32_t transport = byProject ? sending_->Transport : notice.Route.Transport;

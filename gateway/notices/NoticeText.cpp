@@ -55,7 +55,9 @@ String NoticeText::Plain() const {
   String text = CutMarker + u"\n\n";
   for (const String& paragraph : Introduction) text += paragraph + u"\n\n";
   if (!Text.empty()) text += Text + u"\n\n";
-  return text + u"-- \n" + Footer;
+  if (!Footer.empty()) return text + u"-- \n" + Footer;
+  text.erase(text.find_last_not_of(u"\r\n") + 1);
+  return text;
 }
 
 String NoticeText::Html() const {
@@ -63,7 +65,8 @@ String NoticeText::Html() const {
                 Escaped(CutMarker) + u"</p>\n";
   for (const String& paragraph : Introduction) html += u"<p dir=\"auto\">" + Escaped(paragraph) + u"</p>\n";
   if (!Text.empty()) html += u"<div dir=\"auto\">" + Escaped(Text) + u"</div>\n";
-  return html + u"<hr>\n<p>" + Escaped(Footer) + u"</p>\n</body>\n</html>";
+  if (!Footer.empty()) html += u"<hr>\n<p>" + Escaped(Footer) + u"</p>\n";
+  return html + u"</body>\n</html>";
 }
 
 }  // namespace Gateway

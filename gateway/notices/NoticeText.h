@@ -14,7 +14,7 @@ struct NoticeText {
   String CutMarker;
   std::vector<String> Introduction;  // paragraphs
   String Text;                       // what a user wrote; may be empty
-  String Footer;
+  String Footer;                     // may be empty
 
   // Both begin with the cut marker, and are the same to a reader: all texts are shown to the letter, with
   // their line ends and blanks. Linear. Any thread.
