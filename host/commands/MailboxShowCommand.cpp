@@ -4,6 +4,7 @@
 #include <memory>
 
 #include "gateway/notices/ProjectSending.h"
+#include "gateway/service/Configuration.h"
 #include "host/CommandError.h"
 #include "host/Mailboxes.h"
 #include "host/SendingSession.h"
@@ -20,6 +21,7 @@ struct ShownMailbox {
   SendSettings Send;
   const char* Transport = "";
   String Command;                    // of the MAPI profile of this system user
+  String Address;                    // where replies go
   std::vector<const char*> Missing;  // by the names of the JSON object; "password" too, which isn't shown
   String Problem;                    // why the project's settings can't be read
 };
@@ -34,17 +36,20 @@ void FindMissing(ShownMailbox& mailbox) {
   if (mailbox.Record.ProjectPath.empty() || !mailbox.Problem.empty()) return;
   require(mailbox.Send.Transport, "transport");
   if (mailbox.Transport == std::string_view("mapi")) require(mailbox.Send.MapiProfile, "profile");
-  if (mailbox.Transport != std::string_view("smtp")) return;
-  require(mailbox.Send.HostName, "host");
-  require(mailbox.Send.Address, "address");
+  if (mailbox.Transport == std::string_view("smtp")) require(mailbox.Send.HostName, "host");
+  if (*mailbox.Transport) require(mailbox.Address, "address");
 }
 
 ShownMailbox Read(const String& name) {
   ShownMailbox mailbox{
-      .Record = RequireMailbox(name), .Send = {}, .Command = {}, .Missing = {}, .Problem = {}};
+      .Record = RequireMailbox(name), .Send = {}, .Command = {}, .Address = {}, .Missing = {}, .Problem = {}};
   if (!mailbox.Record.ProjectPath.empty()) {
     try {
       mailbox.Send = ReadSendSettings(mailbox.Record.ProjectPath);
+      // That of tvmail.toml comes first.
+      mailbox.Address = Gateway::ReadMailboxSending(mailbox.Record.ProjectPath,
+                                                    Gateway::SettingsOf(mailbox.Record.Name).Address)
+                            .Address;
     } catch (const Failure& failure) {
       mailbox.Problem = failure.Description();
     }
@@ -68,7 +73,7 @@ void PrintJson(const ShownMailbox& mailbox) {
                    .Add("profile", mailbox.Send.MapiProfile)
                    .Add("command", mailbox.Command)
                    .Add("host", mailbox.Send.HostName)
-                   .Add("address", mailbox.Send.Address)
+                   .Add("address", mailbox.Address)
                    .Add("realName", mailbox.Send.RealName)
                    .Add("missing", missing)
                    .Add("problem", mailbox.Problem)
@@ -90,16 +95,19 @@ void PrintText(const ShownMailbox& mailbox) {
     Line("Command:      ", mailbox.Command.empty() ? String(Gateway::kUsualCommand) : mailbox.Command);
   } else {
     Line("SMTP host:    ", mailbox.Send.HostName);
-    Line("Address:      ", mailbox.Send.Address);
     Line("Real name:    ", mailbox.Send.RealName);
   }
+  Line("Address:      ", mailbox.Address);
   if (!mailbox.Problem.empty()) Line("Problem:      ", mailbox.Problem);
   if (mailbox.Missing.empty()) return;
   std::string missing;
   for (const char* name : mailbox.Missing) missing += (missing.empty() ? "" : ", ") + std::string(name);
+  // By a profile, only an address can be missing.
+  const bool byProfile = mailbox.Transport == std::string_view("mapi");
   std::cout << "Missing:      " << missing
-            << (mailbox.Record.Complete() ? ": set it with tvmail mailbox change\n"
-                                          : ": add the mailbox again with tvmail mailbox add\n");
+            << (!mailbox.Record.Complete() ? ": add the mailbox again with tvmail mailbox add\n"
+                : byProfile                ? ": set it in the mailbox's section of tvmail.toml\n"
+                                           : ": set it with tvmail mailbox change\n");
 }
 
 }  // namespace

@@ -136,7 +136,8 @@ void AddProjectUserCommands(CLI::App& project, Invocation& invocation) {
   CLI::App* create = add("add-user", "Add a user who answers by mail", Add);
   create->add_option("--name", options->User, "The user's name")->required();
   create->add_option("--email", options->Address, "The user's e-mail address")->required();
-  create->add_flag("--refuse-mail", options->RefuseMail, "Mail from this user is refused");
+  create->add_flag("--refuse-mail", options->RefuseMail,
+                   "The user takes no part by mail: gets none, and answers are refused");
 
   CLI::App* change = add("set-user", "Change a user; what isn't given is kept", Change);
   addUser(change);
@@ -144,9 +145,13 @@ void AddProjectUserCommands(CLI::App& project, Invocation& invocation) {
   change->add_option("--email", options->Address, "The new e-mail address");
   change->add_option("--language", options->Language,
                      "The language of mail to this user, such as de; empty for the machine's");
-  CLI::Option* accept =
-      change->add_flag("--accept-mail", options->AcceptMail, "Mail from this user is accepted");
-  change->add_flag("--refuse-mail", options->RefuseMail, "Mail from this user is refused")->excludes(accept);
+  CLI::Option* accept = change->add_flag(
+      "--accept-mail", options->AcceptMail,
+      "The user gets replies by mail and may answer; also if delivery reports had stopped it");
+  change
+      ->add_flag("--refuse-mail", options->RefuseMail,
+                 "The user takes no part by mail: gets none, and answers are refused")
+      ->excludes(accept);
 
   CLI::App* remove = add("remove-user", "Remove a user; replies are kept with the user's name", Remove);
   addUser(remove);
