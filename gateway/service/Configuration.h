@@ -25,7 +25,7 @@ struct MailboxSettings {
 
 struct Configuration {
   std::string Path;
-  DeliverySettings Defaults;  // of a mailbox that the file doesn't name
+  DeliverySettings Defaults;      // of a mailbox that the file doesn't name
   NoticeSettings DefaultNotices;  // with the servers, no two for one host and port
   std::vector<MailboxSettings> Mailboxes;
 

@@ -48,8 +48,9 @@ class MailIntake : public ObjectProxy {
   // Opens the project of a project file (.TVS); blanks around the path are ignored. The files stay open until
   // the object is released or another project is opened. If this project is open already, its file
   // has not changed, and its database is where it was, nothing is done: a host may call it for each mail, and
-  // so notices a project that was changed, moved or restored. True if files were opened or read: other objects
-  // may then have the files of before open, or what they read from them. After a failure no project is open.
+  // so notices a project that was changed, moved or restored. True if files were opened or read: other
+  // objects may then have the files of before open, or what they read from them. After a failure no project
+  // is open.
   bool Open(StringView projectPath) const { return Call(u"Open", projectPath).ToBool(); }
 
   // True if a reply with this key was stored in the project, by any process. Keys are 1 to kLongestKey

@@ -95,7 +95,8 @@ TEST_F(MailboxCommands, AMailboxIsListedWithTheAbsolutePathOfItsProjectAlsoAfter
 
 TEST_F(MailboxCommands, AMailboxIsShownWithWhatIsMissing) {
   EXPECT_EQ("{\"name\":\"Apollo\",\"projectPath\":\"" + program.File("apollo.TVS").string() +
-                "\",\"userId\":\"ann\",\"transport\":\"smtp\",\"profile\":\"\",\"command\":\"\",\"host\":\"mx.example.org\","
+                "\",\"userId\":\"ann\",\"transport\":\"smtp\",\"profile\":\"\",\"command\":\"\",\"host\":"
+                "\"mx.example.org\","
                 "\"address\":\"talvane@example.org\",\"realName\":\"\",\"missing\":[],\"problem\":\"\"}\n",
             program.Run("mailbox show apollo --json").Output);
   program.Store(Hive::LocalMachine, String(RegistryPath::kMailBoxes) + u"\\Half", MailBoxValue::kProjectPath,
@@ -229,7 +230,8 @@ TEST_F(Commands, OutboundSettingsAreStoredAsTheDialogTakesThem) {
                   {"outbound --disable", 0, "no", ""},
                   {"outbound --transport smtp", 64, "", "--enable"}});
   EXPECT_EQ(
-      "{\"configured\":true,\"enabled\":false,\"transport\":\"mapi\",\"profile\":\"Office\",\"command\":\"\",\"host\":"
+      "{\"configured\":true,\"enabled\":false,\"transport\":\"mapi\",\"profile\":\"Office\",\"command\":\"\","
+      "\"host\":"
       "\"mx.example.org\",\"address\":\"a@x.org\",\"realName\":\"\"}\n",
       program.Run("outbound show --json").Output);
 }

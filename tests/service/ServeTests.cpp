@@ -142,8 +142,7 @@ serve; until_true logged event=failing; sleep 0.2; kill -HUP $!; until_true logg
 }
 
 TEST_F(Serve, ChecksAndFetchesWithoutAService) {
-  EXPECT_EQ(
-      OutputOf(R"bash(
+  EXPECT_EQ(OutputOf(R"bash(
 tvmail check | sed "s|$PWD||" | cut -d: -f1; echo "check ${PIPESTATUS[0]}"; mail a; mail b; ls md/new
 tvmail fetch 2>/dev/null | tail -1; echo "fetch ${PIPESTATUS[0]}"
 write_configuration "$(maildir apollo md)" 'notices = false'; tvmail check >/dev/null; echo "check $?"
@@ -151,11 +150,12 @@ mail b; tvmail fetch apollo --json | grep -o '"outcome":"[a-z]*"'; tvmail fetch 
 mkdir kept; mv Apollo.* kept; tvmail project create Apollo.TVS --name Apollo --user admin --password-file wrong >/dev/null
 tvmail check apollo | grep logon | grep -o 'The user name.*'; mv kept/* .
 rm home/tvmail.toml; tvmail fetch 2>&1 | grep -c 'There is no file'; tvmail serve 2>/dev/null; echo "serve $?")bash"),
-      "stores  ok\nconfiguration  ok\napollo  record  ok\napollo  project  ok\napollo  logon  ok\n"
-      "apollo  held  ok\napollo  source  ok\napollo  sending  The address of h\nBroken  record  The mailbox Broken doesn't exist. Add it with "
-      "tvmail mailbox add.\nBroken  held  ok\nBroken  source  /missing is no Maildir\n"
-      "check 78\na\nb\n2 messages: 2 delivered, 0 refused, 0 to be tried again\nfetch 75\ncheck 0\n"
-      "\"outcome\":\"duplicate\"\nnobody 78\nThe user name or the password is wrong.\n1\nserve 78\n");
+            "stores  ok\nconfiguration  ok\napollo  record  ok\napollo  project  ok\napollo  logon  ok\n"
+            "apollo  held  ok\napollo  source  ok\napollo  sending  The address of h\nBroken  record  The "
+            "mailbox Broken doesn't exist. Add it with "
+            "tvmail mailbox add.\nBroken  held  ok\nBroken  source  /missing is no Maildir\n"
+            "check 78\na\nb\n2 messages: 2 delivered, 0 refused, 0 to be tried again\nfetch 75\ncheck 0\n"
+            "\"outcome\":\"duplicate\"\nnobody 78\nThe user name or the password is wrong.\n1\nserve 78\n");
 }
 
 }  // namespace
