@@ -124,7 +124,7 @@ TEST_F(CommandTransportTest, EndsTheCommandWithAllItStartedWhenItIsInterrupted) 
   });
   const OutgoingMail mail{"", "ann@example.net", kBytes};
   EXPECT_EQ(transport.Send(mail).Result, Kind::Unreachable);
-  EXPECT_LT(std::chrono::steady_clock::now() - interrupted, 1s);
+  EXPECT_LT(std::chrono::steady_clock::now() - interrupted, 10s);
   EXPECT_EQ(transport.Send(mail).Result, Kind::Unreachable);
   const int child = std::stoi(ReadFile(out + "3"));
   for (int i = 0; i < 500 && kill(child, 0) == 0; ++i) std::this_thread::sleep_for(1ms);

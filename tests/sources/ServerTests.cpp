@@ -387,7 +387,7 @@ TEST_F(ServerQueue, IsInterruptedWhileItWaits) {
     });
     queue->Wait(1h);
     other = {};
-    EXPECT_LT(std::chrono::steady_clock::now() - interrupted, 1s);
+    EXPECT_LT(std::chrono::steady_clock::now() - interrupted, 10s);
     EXPECT_FALSE(queue->Pass(recorder_.Sink()));
   }
 }
