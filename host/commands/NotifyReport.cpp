@@ -81,7 +81,7 @@ void NotifyReport::Fail(const String& mailbox, const String& reason) {
 bool NotifyReport::Finish(bool stopped, bool dropping) {
   if (!json_ && !dropping) {
     const std::size_t all = sent_ + deferred_ + givenUp_;
-    if (all == 0 && failed_)
+    if (all == 0 && (failed_ || stopped))
       std::cout << "nothing was sent";
     else if (all == 0)
       std::cout << "nothing was due";
