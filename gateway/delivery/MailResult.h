@@ -34,7 +34,7 @@ struct MailResult {
   bool ReplyStored = false;  // a reply was stored now; false for a duplicate
   String Failure;            // the component's text; empty if it has no complaint, or wasn't called
   String WhyEmpty;           // why a reply that was delivered has no visible text; empty if it has some
-  bool Answered = false;     // the sender will be told by mail why the mail is held
+  bool Answered = false;     // the sender will be notified by mail why the mail is held
   String Warning;            // what else failed, which changes no outcome; in the user's language
   std::chrono::milliseconds Duration{0};
 };

@@ -30,7 +30,7 @@ are sent for a mailbox; the rest is sent by the next call.
 One line is printed for each attempt: the mailbox, the address, what is sent, and the outcome. With --json an object
 a line: mailbox, address, kind (reply, answer), discussion, reply, outcome (sent, deferred, givenUp), reason.
 
---drop removes what waits to be sent, and sends nothing. WARNING: nobody is told of those replies then, and this
+--drop removes what waits to be sent, and sends nothing. WARNING: no user is notified of those replies then, and this
 can't be undone. With --json it prints an object a line: mailbox, dropped.
 
 Exit codes:

@@ -70,7 +70,7 @@ void NotifyReport::Dropped(const String& mailbox, std::int32_t count) {
     std::cout << JsonObject().Add("mailbox", mailbox).Add("dropped", number).Text() << '\n';
   else
     std::cout << TerminalLine(mailbox) << "  " << number << (number == 1 ? " mail" : " mails")
-              << " dropped: nobody is told by mail\n";
+              << " dropped: no user is notified by mail\n";
 }
 
 void NotifyReport::Fail(const String& mailbox, const String& reason) {

@@ -29,7 +29,7 @@ constexpr const char* kNotes =
     R"(On a terminal without a TEXTFILE, the editor in VISUAL or EDITOR opens. An empty text cancels.
 
 The other users who take mail are told of the reply by the settings of the system user who posts (tvmail outbound),
-if these are complete and enabled; otherwise nobody is told. tvmail notify or tvmail serve sends the mails. Standard
+if these are complete and enabled; otherwise no user is notified. tvmail notify or tvmail serve sends the mails. Standard
 error says how many users will be told.)";
 
 struct PostOptions {

@@ -61,7 +61,7 @@ tvmail notify | sed 's/in [0-9]* s/in N s/'; sent)bash"),
       "Apollo  bob@apollo.example  discussion 1, reply 1  sent\n"
       "Apollo  dora@apollo.example  discussion 1, reply 1  sent\n2\n"
       "apollo@site.example > bob@apollo.example\napollo@site.example > dora@apollo.example\n0\n"
-      "nothing was due\nno more\n78\nApollo  2 mails dropped: nobody is told by mail\nnone\n"
+      "nothing was due\nno more\n78\nApollo  2 mails dropped: no user is notified by mail\nnone\n"
       "nothing was due\ntvmail: mailbox Apollo has notices = false in tvmail.toml: change that, or remove "
       "what waits with --drop\n78\na source or notices\n"
       "Apollo  alice@apollo.example  discussion 1, reply 3  sent\n"
@@ -80,14 +80,14 @@ tvmail outbound --disable >/dev/null; post; value unsentNotices
 tvmail outbound add-profile Office; tvmail outbound add-profile office --command "$PWD/sendmail -t" | sed "s|$PWD||"
 tvmail outbound --enable --transport mapi --profile Office | grep Command | sed "s|$PWD||"
 post; tvmail notify | tail -1; grep ^To: command | sort)bash"),
-            "1\ntvmail: nobody is told of the reply by m\n0\n"
-            "2\ntvmail: users who will be told by mail: \n2 mails: 2 sent, 0 deferred, 0 given up\n"
+            "1\ntvmail: no user is notified of the reply\n0\n"
+            "2\ntvmail: users who will be notified by ma\n2 mails: 2 sent, 0 deferred, 0 given up\n"
             "From: \"Bob B.\" <bob@home.example>\nReply-To: Apollo <apollo@site.example>\n"
             "bob@home.example > alice@apollo.example\nbob@home.example > dora@apollo.example\n"
-            "3\ntvmail: nobody is told of the reply by m\n0\n"
+            "3\ntvmail: no user is notified of the reply\n0\n"
             "MAPI profile Office is defined. It sends by the command: sendmail -t -i\n"
             "MAPI profile office is defined. It sends by the command: /sendmail -t\n"
-            "Command:      /sendmail -t\n4\ntvmail: users who will be told by mail: \n"
+            "Command:      /sendmail -t\n4\ntvmail: users who will be notified by ma\n"
             "2 mails: 2 sent, 0 deferred, 0 given up\nTo: alice <alice@apollo.example>\nTo: dora "
             "<dora@apollo.example>\n");
 }

@@ -11,6 +11,7 @@
 #include <set>
 #include <thread>
 
+#include "tests/sources/Dovecot.h"
 #include "tests/sources/LoopbackServer.h"
 #include "tests/sources/QueueRecorder.h"
 #include "tests/support/Processes.h"
@@ -25,18 +26,9 @@ using Gateway::Outcome;
 using Gateway::QueueKind;
 using Gateway::QueueSecurity;
 using Gateway::QueueSettings;
+using Tests::Dovecot;
 using Tests::FailureOf;
 using Tests::WriteFile;
-
-fs::path Work() {
-  return getenv("WORK");
-}
-
-bool Answers(std::uint16_t port) {
-  const int number = Tests::ConnectTo(port);
-  if (number >= 0) close(number);
-  return number >= 0;
-}
 
 // Passes the bytes of a connection on to the IMAP server, a few at a time, and ends it after so many.
 void ForwardSlowly(const Tests::LoopbackServer& self, int client, std::size_t most) {
@@ -58,41 +50,6 @@ void ForwardSlowly(const Tests::LoopbackServer& self, int client, std::size_t mo
   close(server);
 }
 
-class Dovecot {
- public:
-  Dovecot() { Start(); }
-  ~Dovecot() { Kill(); }
-
-  // Dovecot ends at once while a process of the one that was killed still holds a socket.
-  void Start() {
-    Launch();
-    for (int attempt = 0; attempt < 100 && !(Answers(143) && Answers(995)); ++attempt) {
-      std::this_thread::sleep_for(50ms);
-      if (waitpid(master_, nullptr, WNOHANG) == master_) Launch();
-    }
-  }
-
-  // All processes of the server end at once.
-  void Kill() {
-    kill(-master_, SIGKILL);
-    kill(master_, SIGKILL);
-    waitpid(master_, nullptr, 0);
-  }
-
- private:
-  void Launch() {
-    const std::string program = std::string(getenv("SERVERS")) + "/usr/sbin/dovecot";
-    const std::string configuration = (Work() / "dovecot.conf").string();
-    master_ = fork();
-    if (master_ != 0) return;
-    setpgid(0, 0);
-    execl(program.c_str(), program.c_str(), "-F", "-c", configuration.c_str(), nullptr);
-    _exit(127);
-  }
-
-  pid_t master_ = -1;
-};
-
 struct Way {
   QueueKind Kind;
   QueueSecurity Security;
@@ -107,7 +64,7 @@ class ServerQueue : public testing::TestWithParam<Way> {
   static void SetUpTestSuite() { server_ = new Dovecot; }
   static void TearDownTestSuite() { delete server_; }
 
-  ServerQueue() : mailbox_(Work() / "mail" / user_) {
+  ServerQueue() : mailbox_(Dovecot::Folder() / "mail" / user_) {
     for (const char* name : {"", "new", "cur", "tmp"}) {
       fs::create_directories(mailbox_ / name);
       const passwd* reader = getpwnam("mail-reader");
@@ -123,7 +80,7 @@ class ServerQueue : public testing::TestWithParam<Way> {
     settings.Host = "mail.test";
     settings.User = user_;
     settings.PasswordFile = passwordFile_;
-    settings.CaFile = Work() / "tls" / "ca.pem";
+    settings.CaFile = Dovecot::Folder() / "tls" / "ca.pem";
     settings.After = after;
     settings.MoveTo = "Archiv-ä";
     settings.PollInterval = 50ms;

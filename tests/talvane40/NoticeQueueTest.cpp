@@ -79,7 +79,7 @@ TEST_F(Notices, OfPostedRepliesAreDueOnlyWithARouteAndByAProfileForItsUserAlone)
 
 TEST_F(Notices, NameTheLastTenEarlierOnesOfTheDiscussionToTheSameUser) {
   world.Administer.AddDiscussion(world.Path, u"Other");
-  world.Administer.AddReply(world.Path, 1, u"ann", u"nobody is told", {});
+  world.Administer.AddReply(world.Path, 1, u"ann", u"no user is notified", {});
   std::vector<String> told;
   for (int i = 0; i < 12; ++i) {
     Reply(*project, u"s", u"b");
