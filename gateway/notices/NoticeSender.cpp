@@ -185,7 +185,8 @@ void NoticeSender::Work::Settle(const DueNotice& notice, NoticeRoutes::Attempt a
       queue_.Defer(notice.Id, result.Reason, std::max(attempt.Pause, NoticePause(notice.Attempts + 1)));
       ++pass.Deferred;
   }
-  if (attempt.Tried) observer_.Attempted(notice, result);
+  // A mail that is given up is reported, also if its server was left alone at last.
+  if (attempt.Tried || result.Result == Kind::Refused) observer_.Attempted(notice, result);
 }
 
 NoticeSender::NoticeSender(NoticeSettings settings, NoticeObserver& observer)

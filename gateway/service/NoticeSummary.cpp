@@ -19,6 +19,7 @@ NoticeSummary ReadNoticeSummary(StringView mailbox, const NoticeSettings& settin
       summary.Problem = SendingProblem(ReadMailboxSending(record->ProjectPath, settings.Address));
   } catch (const std::exception&) {
     summary.Problem = Platform::CurrentFailure().Description();
+    summary.Failed = true;
   }
   return summary;
 }

@@ -8,7 +8,8 @@ namespace Gateway {
 
 struct NoticeSummary {
   Platform::NoticeState State;
-  String Problem;  // why nothing can be sent, or why the state can't be read; empty if all is well
+  String Problem;       // why nothing can be sent, or why the state can't be read; empty if all is well
+  bool Failed = false;  // the project or its database can't be read; what waits is unknown
 };
 
 // Nothing for a mailbox without a record. There is no problem if the settings switch sending off. Raises

@@ -40,7 +40,8 @@ stoppedAddresses (a list), and sendingProblem (why nothing can be sent, or "").
 Exit codes, for monitoring:
   0   all is well
   75  the last attempt of a mailbox failed, a mail has been held for longer than --held-hours, a mail has been
-      tried in vain for longer than --notice-hours, or what waits can't be sent by the settings
+      tried in vain for longer than --notice-hours, what waits can't be sent by the settings, or the project
+      can't be read
   78  the configuration isn't valid, or there is no such mailbox)";
 
 constexpr int kHeldHours = 168;
@@ -180,7 +181,7 @@ int Show(const StatusOptions& options) {
   for (const Row& row : rows) {
     const NoticeState& notices = row.Notices.State;
     const bool late = notices.Deferred > 0 && notices.OldestAttempt < noticeLimit;
-    const bool stuck = notices.Unsent > 0 && !row.Notices.Problem.empty();
+    const bool stuck = row.Notices.Failed || (notices.Unsent > 0 && !row.Notices.Problem.empty());
     if (row.Status.Failing || (row.Held.Oldest && *row.Held.Oldest < heldLimit) || late || stuck)
       return TryAgain;
   }
