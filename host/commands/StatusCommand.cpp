@@ -65,6 +65,11 @@ struct Row {
   MailboxStatus Status;
   HeldSummary Held;
   NoticeSummary Notices;
+
+  // Mail waits that can't be sent, or it can't be told.
+  bool SendsNothing() const {
+    return Notices.Failed || (Notices.State.Unsent > 0 && !Notices.Problem.empty());
+  }
 };
 
 std::string UtcText(const std::optional<StatusTime>& time) {
@@ -149,9 +154,10 @@ void PrintNotices(const NoticeSummary& notices) {
 
 void PrintText(const std::vector<Row>& rows) {
   if (rows.empty()) std::cout << "There is no mailbox yet. Add one with tvmail mailbox add.\n";
-  for (const auto& [name, status, held, notices] : rows) {
+  for (const Row& row : rows) {
+    const auto& [name, status, held, notices] = row;
     const auto server = Gateway::MailboxLock::Holder(name);
-    std::cout << TerminalLine(name) << "  " << (status.Failing ? "failing" : "ok")
+    std::cout << TerminalLine(name) << "  " << (status.Failing || row.SendsNothing() ? "failing" : "ok")
               << (server ? "  served by process " + *server : "") << '\n'
               << "  last delivered  " << Or(UtcText(status.LastDelivered), "never") << '\n'
               << "  last failure    " << Or(UtcText(status.LastFailure), "never")
@@ -181,9 +187,8 @@ int Show(const StatusOptions& options) {
   for (const Row& row : rows) {
     const NoticeState& notices = row.Notices.State;
     const bool late = notices.Deferred > 0 && notices.OldestAttempt < noticeLimit;
-    const bool stuck = row.Notices.Failed || (notices.Unsent > 0 && !row.Notices.Problem.empty());
-    if (row.Status.Failing || (row.Held.Oldest && *row.Held.Oldest < heldLimit) || late || stuck)
-      return TryAgain;
+    const bool heldLong = row.Held.Oldest && *row.Held.Oldest < heldLimit;
+    if (row.Status.Failing || heldLong || late || row.SendsNothing()) return TryAgain;
   }
   return Done;
 }
