@@ -1,8 +1,10 @@
 #include "gateway/service/Configuration.h"
 
 #include <sys/stat.h>
+#include <unistd.h>
 
 #include <algorithm>
+#include <cerrno>
 #include <map>
 
 #include "gateway/notices/SmtpHost.h"
@@ -146,7 +148,10 @@ Configuration ReadConfiguration(const std::string& path) {
 
 DeliverySettings SettingsOf(StringView mailbox) {
   try {
-    const Configuration configuration = ReadConfiguration(ConfigurationPath());
+    const std::string path = ConfigurationPath();
+    // The usual case: a failure would load the texts only to describe it.
+    if (access(path.c_str(), F_OK) != 0 && errno == ENOENT) return {};
+    const Configuration configuration = ReadConfiguration(path);
     const MailboxSettings* settings = configuration.Find(mailbox);
     return settings ? settings->Delivery : configuration.Defaults;
   } catch (const Platform::Failure& failure) {
