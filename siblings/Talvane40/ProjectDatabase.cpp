@@ -53,7 +53,6 @@ ProjectDatabase::ProjectDatabase(const std::string& file)
       addReply_(database_,
                 "INSERT INTO replies (discussion, subject, body, user, at) "
                 "VALUES (?, ?, ?, ?, strftime('%Y-%m-%dT%H:%M:%fZ', 'now'))"),
-      addDueReply_(database_, "INSERT INTO due_replies (reply, sender) VALUES (last_insert_rowid(), ?)"),
       mail_(database_, "SELECT EXISTS (SELECT 1 FROM mails WHERE key = ?), users_version FROM project"),
       addMail_(database_, "INSERT INTO mails (key, reply) VALUES (?, last_insert_rowid())") {
   database_.Run("PRAGMA foreign_keys=ON");
@@ -151,8 +150,8 @@ bool ProjectDatabase::AddReply(std::int32_t discussion, StringView subject, Stri
   Runtime::Transaction transaction(database_);
   facts_.BeginOwnChange();
   if (mailKey && IsMailStored(*mailKey)) return false;
-  addReply_.Run({discussion, ToUtf8(subject), ToUtf8(body), userKey});
-  addDueReply_.Run({kAnySender});
+  addReply_.Run(
+      {discussion, ToUtf8(subject), ToUtf8(body), userKey});  // a trigger adds its row in due_replies
   if (mailKey) addMail_.Run({*mailKey});
   transaction.Commit();
   facts_.EndOwnChange();
@@ -242,17 +241,21 @@ std::int32_t ProjectDatabase::AddReplyOf(StringView user, std::int32_t discussio
     Refuse(FailureNumber::PathNotFound, TextNumber::kDiscussionUnknown, FromUtf8(std::to_string(discussion)));
   addReply_.Run({discussion, ToUtf8(*title), ToUtf8(body), key});
   const std::int32_t number = NewNumber(database_);
-  if (route)
+  if (route) {
     AddRoute(number, *route);
-  else
+  } else {
+    Runtime::Statement(database_, "DELETE FROM due_replies WHERE reply = ?").Run({number});
     Runtime::Statement(database_, "INSERT INTO quiet_replies (reply) VALUES (?)").Run({number});
+  }
   transaction.Commit();
   return number;
 }
 
 // A profile belongs to one system user, who alone can send by it.
 void ProjectDatabase::AddRoute(std::int32_t reply, const NoticeRoute& route) {
-  addDueReply_.Run({route.Transport == TransportId::kMapi ? route.Uid : kAnySender});
+  if (route.Transport == TransportId::kMapi)
+    Runtime::Statement(database_, "UPDATE due_replies SET sender = ? WHERE reply = ?")
+        .Run({route.Uid, reply});
   if (route.Transport == 0) return;
   Runtime::Statement(database_,
                      "INSERT INTO routes (reply, transport, server, address, real_name, uid) "

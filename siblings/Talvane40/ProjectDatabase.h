@@ -15,9 +15,6 @@ namespace Talvane40 {
 
 using namespace Platform;
 
-// The sender of notices that any system user may send.
-inline constexpr std::int32_t kAnySender = -1;
-
 struct Logon {
   std::int32_t UserKey = 0;
   std::optional<String> PasswordHash;  // without one the user can't open the project
@@ -106,8 +103,7 @@ class ProjectDatabase {
 
   Runtime::Database database_;
   SteadyFacts facts_;
-  Runtime::Statement findLogon_, role_, mailAccepted_, usersVersion_, discussion_, addReply_, addDueReply_,
-      mail_, addMail_;
+  Runtime::Statement findLogon_, role_, mailAccepted_, usersVersion_, discussion_, addReply_, mail_, addMail_;
 };
 
 }  // namespace Talvane40

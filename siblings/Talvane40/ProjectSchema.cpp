@@ -139,6 +139,12 @@ constexpr const char* kVersions[] = {
       DELETE FROM bounces WHERE user = NEW.key;
       UPDATE users SET mail_since = (SELECT coalesce(max(id), 0) FROM replies) WHERE key = NEW.key;
     END;
+)",
+    // Notices are due for a reply of a former program, too, which had the database open when it was upgraded.
+    R"(
+  PRAGMA user_version = 5;
+  CREATE TRIGGER reply_added AFTER INSERT ON replies
+    BEGIN INSERT INTO due_replies (reply) VALUES (NEW.id); END;
 )"};
 constexpr std::int64_t kVersion = std::size(kVersions);
 constexpr std::int64_t kApplicationId = 1414943540;  // "TVS4"

@@ -80,9 +80,9 @@ TEST_F(Projects, RefuseAnEmptyOrMissingDatabaseWithALogAndChangeNeither) {
 }
 
 TEST_F(Projects, RefuseADatabaseOfANewerVersionAndADamagedOne) {
-  world.Sql("PRAGMA user_version = 5");
+  world.Sql("PRAGMA user_version = 6");
   EXPECT_PRED2(Holds, world.Refusal(world.Path), "newer version of Talvane");
-  world.Sql("PRAGMA user_version = 4; DROP TABLE discussions");
+  world.Sql("PRAGMA user_version = 5; DROP TABLE discussions");
   EXPECT_PRED2(Holds, world.Refusal(world.Path), "no such table: discussions");
   std::string bytes = ReadFile(world.Database());
   std::fill(bytes.begin() + 100, bytes.end(), '\xAA');
