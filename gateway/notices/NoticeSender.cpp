@@ -66,6 +66,7 @@ class NoticeSender::Work {
   bool IsMailbox(StringView address) const;
   void RequireSettings();
   void Settle(const DueNotice& notice, NoticeRoutes::Attempt attempt, PassResult& pass);
+  void MarkSent(std::int32_t id);
 
   const NoticeSettings settings_;
   NoticeObserver& observer_;
@@ -73,13 +74,14 @@ class NoticeSender::Work {
   NoticeRoutes routes_;
 
   String projectPath_;
+  std::optional<std::int32_t> unmarked_;   // was sent, but that could not be stored
   std::optional<ProjectSending> sending_;  // read once in a pass, when something is due
   String cutMarker_;
 };
 
 NoticeSender::PassResult NoticeSender::Work::Pass(const String& projectPath) {
   observer_.WorkingFor(kQuietMail);
-  queue_.Open(projectPath);
+  if (queue_.Open(projectPath)) unmarked_.reset();
   PassResult pass;
   if (!queue_.Lock()) {
     pass.Complete = false;
@@ -101,6 +103,7 @@ NoticeSender::PassResult NoticeSender::Work::Pass(const String& projectPath) {
 
 void NoticeSender::Work::SendDue(PassResult& pass) {
   const auto uid = static_cast<std::int32_t>(getuid());
+  if (unmarked_) MarkSent(*unmarked_);
   while (!routes_.Interrupted()) {
     const Platform::NextNotice next = queue_.Next(settings_.PerMinute, uid);
     if (!next.Notice) {
@@ -130,9 +133,6 @@ void NoticeSender::Work::RequireSettings() {
   if (sending_) return;
   ProjectSending sending = ReadMailboxSending(projectPath_, settings_.Address);
   if (const String problem = SendingProblem(sending); !problem.empty()) Refuse(problem);
-  // Raises for a host that isn't usable: the notices wait until it is put right.
-  if (sending.Transport == TransportId::kSmtp)
-    MakeSmtpTransport(sending.HostName, settings_.ServerOf(sending.HostName));
   if (cutMarker_.empty()) cutMarker_ = LoadCutMarkerText();
   sending_ = std::move(sending);
 }
@@ -164,6 +164,13 @@ NoticeRoutes::Attempt NoticeSender::Work::Try(const DueNotice& notice) {
                                mail);
 }
 
+// If the disk is full or the database locked, the next pass stores it before it sends anything else.
+void NoticeSender::Work::MarkSent(std::int32_t id) {
+  unmarked_ = id;
+  queue_.Sent(id);
+  unmarked_.reset();
+}
+
 void NoticeSender::Work::Settle(const DueNotice& notice, NoticeRoutes::Attempt attempt, PassResult& pass) {
   if (routes_.Interrupted() && attempt.Result.Result == Kind::Unreachable) return;
   SendResult& result = attempt.Result;
@@ -173,7 +180,7 @@ void NoticeSender::Work::Settle(const DueNotice& notice, NoticeRoutes::Attempt a
     result = {Kind::Refused, Runtime::TextOf(TextNumber::kSentInVain, result.Reason)};
   switch (result.Result) {
     case Kind::Sent:
-      queue_.Sent(notice.Id);
+      MarkSent(notice.Id);
       ++pass.Sent;
       break;
     case Kind::Refused:
