@@ -1,5 +1,6 @@
 #include "gateway/notices/ProjectSending.h"
 
+#include "gateway/notices/SmtpHost.h"
 #include "platform/Failure.h"
 #include "platform/NoticeTexts.h"
 #include "platform/NumberReader.h"
@@ -39,6 +40,8 @@ ProjectSending ReadMailboxSending(const String& projectPath, StringView mailboxA
 String SendingProblem(const ProjectSending& sending) {
   const bool hasHost = sending.Transport != TransportId::kSmtp || !sending.HostName.empty();
   if (sending.Transport == 0 || !hasHost) return Runtime::TextOf(TextNumber::kProjectSendsNoMail);
+  if (sending.Transport == TransportId::kSmtp && !ParseSmtpHost(sending.HostName))
+    return Runtime::TextOf(TextNumber::kSmtpHostInvalid, sending.HostName);
   if (sending.Address.empty()) return Runtime::TextOf(TextNumber::kMailboxAddressMissing);
   return {};
 }

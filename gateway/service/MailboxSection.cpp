@@ -4,6 +4,7 @@
 
 #include "gateway/policy/AuthenticationResults.h"
 #include "mime/Limits.h"
+#include "platform/NoticeTexts.h"
 #include "platform/StoredNames.h"
 #include "runtime/MailAddress.h"
 #include "runtime/RegistryStore.h"
@@ -77,7 +78,8 @@ void ReadAddress(SettingsSection& section, MailboxSettings& mailbox) {
   const auto typed = section.Text("address");
   if (!typed) return;
   const String address = Platform::Trim(FromUtf8(*typed));
-  if (const String fault = Runtime::AddressFault(address); !fault.empty()) section.Refuse("address", fault);
+  if (const String fault = Runtime::AddressFault(address); !fault.empty())
+    section.Refuse("address", TextOf(TextNumber::kMailAddressUnusable, address, fault));
   mailbox.Notices.Address = address;
   mailbox.Delivery.Address = address;
 }

@@ -99,6 +99,7 @@ reply 1 alice; tvmail notify | cut -d: -f1; echo "notify ${PIPESTATUS[0]}"; tvma
 value unsentNotices; value deferredNotices; value givenUpNotices; value givenUpAddress; tvmail status >/dev/null; echo "status $?"
 kill $server; wait $server 2>/dev/null; reply 2 alice; tvmail notify | cut -d: -f1; value unsentNotices
 tvmail check Apollo | grep -c 'sending  .*127.0.0.1'; tvmail mailbox change Apollo --host '[' >/dev/null; reply 3 alice; tvmail notify 2>&1 | grep -c 'no host'
+tvmail status | grep -c "can't send.*no host"
 later="UPDATE notices SET first_attempt = 1, next_attempt = 1 WHERE attempts > 0 OR reply = 2"
 python3 -c "import sqlite3; d = sqlite3.connect('Apollo.db'); d.execute('$later'); d.commit()"
 tvmail mailbox change Apollo --host 127.0.0.1:1 >/dev/null; tvmail notify | grep -o 'reply 2  given up'
@@ -106,7 +107,7 @@ tvmail notify --drop --json; mv Apollo.db kept; tvmail status >/dev/null; echo "
             "Apollo  bob@apollo.example  discussion 1, reply 1  deferred\n"
             "Apollo  dora@apollo.example  discussion 1, reply 1  given up\n"
             "2 mails\nnotify 75\ncome later\nno such user\n1\n1\n1\n\"dora@apollo.example\"\nstatus 0\n"
-            "Apollo  bob@apollo.example  discussion 1, reply 2  deferred\n2 mails\n3\n1\n1\n"
+            "Apollo  bob@apollo.example  discussion 1, reply 2  deferred\n2 mails\n3\n1\n1\n1\n"
             "reply 2  given up\nreply 2  given up\n{\"mailbox\":\"Apollo\",\"dropped\":2}\nstatus 75\n");
 }
 
