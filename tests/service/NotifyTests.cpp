@@ -79,7 +79,12 @@ post; tvmail notify | tail -1; grep From: sent | sort -u; grep Reply-To sent | s
 tvmail outbound --disable >/dev/null; post; value unsentNotices
 tvmail outbound add-profile Office; tvmail outbound add-profile office --command "$PWD/sendmail -t" | sed "s|$PWD||"
 tvmail outbound --enable --transport mapi --profile Office | grep Command | sed "s|$PWD||"
-post; tvmail notify | tail -1; grep ^To: command | sort)bash"),
+post; tvmail notify | tail -1; grep ^To: command | sort
+tvmail project set-user Apollo.TVS --user dora --email Apollo@SITE.example >/dev/null
+printf '[[mailbox]]\nname = "Apollo"\n' >home/tvmail.toml; chmod 600 home/tvmail.toml
+tvmail mailbox change Apollo --transport mapi --profile Office >/dev/null; sed -i /^EMailAddress/d Apollo.TVS
+tvmail mailbox show Apollo | tail -1; echo 'address = "apollo@site.example"' >>home/tvmail.toml; tvmail mailbox show Apollo | tail -1
+reply 2 bob; tvmail notify | tail -2 | cut -c1-92)bash"),
             "1\ntvmail: no user is notified of the reply\n0\n"
             "2\ntvmail: users who will be notified by ma\n2 mails: 2 sent, 0 deferred, 0 given up\n"
             "From: \"Bob B.\" <bob@home.example>\nReply-To: Apollo <apollo@site.example>\n"
@@ -89,7 +94,11 @@ post; tvmail notify | tail -1; grep ^To: command | sort)bash"),
             "MAPI profile office is defined. It sends by the command: /sendmail -t\n"
             "Command:      /sendmail -t\n4\ntvmail: users who will be notified by ma\n"
             "2 mails: 2 sent, 0 deferred, 0 given up\nTo: alice <alice@apollo.example>\nTo: dora "
-            "<dora@apollo.example>\n");
+            "<dora@apollo.example>\n"
+            "Missing:      address: set it in the mailbox's section of tvmail.toml\n"
+            "Address:      apollo@site.example\n"
+            "Apollo  Apollo@SITE.example  discussion 1, reply 5  given up: Apollo@SITE.example is the add\n"
+            "2 mails: 1 sent, 0 deferred, 1 given up\n");
 }
 
 TEST_F(Notify, DefersAndGivesUpWhatTheServerDoesNotTake) {
