@@ -183,7 +183,7 @@ bool Child::Wait(Clock::time_point end, const Interruption& interruption) {
 }
 
 void Child::End() {
-  constexpr milliseconds kTimeToEnd(300);
+  constexpr milliseconds kTimeToEnd(200);
   kill(-number_, SIGTERM);
   Interruption::WaitUninterrupted(process_.Number(), POLLIN, kTimeToEnd);
   // Its number belongs to no other process before it is reaped.

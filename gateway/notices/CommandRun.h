@@ -19,8 +19,8 @@ struct CommandEnd {
 
 // Runs a program, whose path or name and arguments are given, and waits for its end. It has the input on
 // standard input, no other open file, no terminal, and the folders of mail programs (/usr/sbin, /usr/lib) at
-// the end of its PATH. After the time or an interruption it is ended with the processes that it started;
-// otherwise those go on. Raises 57 if it can't be started. Any thread.
+// the end of its PATH. After the time or an interruption it is ended with the processes that it started,
+// within 0.2 s; otherwise those go on. Raises 57 if it can't be started. Any thread.
 CommandEnd RunCommand(const std::vector<std::string>& arguments, std::string_view input,
                       std::chrono::milliseconds longest, const Interruption& interruption);
 

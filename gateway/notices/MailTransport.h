@@ -46,7 +46,7 @@ class MailTransport {
   // command. Raises 57 with what is wrong and what to do.
   virtual void Check() = 0;
 
-  // Ends a Send under way within a second, as Unreachable, and makes each later one end so. Any thread.
+  // Ends a Send under way within 0.2 s, as Unreachable, and makes each later one end so. Any thread.
   virtual void Interrupt() = 0;
 };
 

@@ -261,7 +261,9 @@ void SmtpTransport::Session::SetNoMail() {
 
 CURLcode SmtpTransport::Session::Transfer() {
   if (curl_->MultiAddHandle(multi_, easy_) != CURLM_OK) throw std::bad_alloc();
-  constexpr int kLongestWait = 1000;  // ms
+  // The library looks only now and then how long the server is silent. Interrupt ends a wait at once, also
+  // where the library had no descriptor left for being woken: then after this time.
+  constexpr int kLongestWait = 200;  // ms
   int running = 1;
   while (running != 0 && !interrupted_) {
     if (curl_->MultiPerform(multi_, &running) != CURLM_OK) break;

@@ -82,6 +82,7 @@ bool Connection::WaitUntil(short events, Clock::time_point end) {
     if (interruption_.Wait(socket_.Number(), events, left(end))) return true;
     if (!interruption_.IsSet()) return false;
   }
+  if (!settling_) RaiseSource(TextNumber::kSourceInterrupted);
   if (lastChance_ == Clock::time_point::max()) lastChance_ = Clock::now() + kTimeAfterInterruption;
   if (Interruption::WaitUninterrupted(socket_.Number(), events, left(std::min(end, lastChance_))))
     return true;

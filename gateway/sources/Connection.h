@@ -13,10 +13,23 @@
 
 namespace Gateway {
 
-// One thread. Every failure is raised with number 57 and ends the use of the connection. After an
-// interruption, all operations together have 0.5 s left, so that the mail under way can still be settled.
+// One thread. Every failure is raised with number 57 and ends the use of the connection. An interruption ends
+// each wait for the server at once.
 class Connection {
  public:
+  // While one exists, all operations together have 0.5 s left after an interruption, so that a mail that was
+  // handled is still settled on the server and not read again.
+  class Settling {
+   public:
+    explicit Settling(Connection& connection) : connection_(connection) { connection_.settling_ = true; }
+    ~Settling() { connection_.settling_ = false; }
+    Settling(const Settling&) = delete;
+    Settling& operator=(const Settling&) = delete;
+
+   private:
+    Connection& connection_;
+  };
+
   // Connects to the first address that answers, and begins the encryption if Security is Tls.
   Connection(const QueueSettings& settings, int usualPort, const Interruption& interruption);
 
@@ -45,7 +58,7 @@ class Connection {
   // Returns false if the server can't be reached at the address, with the reason.
   bool Connect(const HostAddress& address, std::string& reason);
 
-  // Waits until the socket is ready. Returns false at the end of the time.
+  // Waits until the socket is ready. Returns false at the end of the time; raises an interruption.
   bool WaitUntil(short events, Clock::time_point end);
   void Await(short events);
   void Await(TlsSession::Result wanted);
@@ -58,6 +71,7 @@ class Connection {
   std::size_t allowed_ = 0;                                  // bytes that the server may still send
   Clock::time_point arrived_ = Clock::time_point::max();     // when all of them must have arrived
   Clock::time_point lastChance_ = Clock::time_point::max();  // the end of all waits after an interruption
+  bool settling_ = false;
 };
 
 }  // namespace Gateway

@@ -40,7 +40,7 @@ std::vector<std::uint32_t> ImapQueue::Unread() {
 
 bool ImapQueue::Pass(const MailSink& sink) {
   try {
-    return !interruption_.IsSet() && PassEach(sink);
+    return !interruption_.IsSet() && PassEach(sink) && !interruption_.IsSet();
   } catch (const Platform::Failure&) {
     session_.reset();
     if (interruption_.IsSet()) return false;

@@ -381,6 +381,7 @@ bool ImapSession::Fetch(const Mail& mail, bool headerOnly, std::string& bytes) {
 }
 
 void ImapSession::Settle(std::uint32_t uid, AfterSuccess after) {
+  const Connection::Settling settling(parts_->Line);
   if (after == AfterSuccess::Mark) {
     parts_->AddFlags(uid, {Etpan().mailimap_flag_new_seen()});
   } else if (after == AfterSuccess::Delete) {

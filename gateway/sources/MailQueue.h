@@ -24,8 +24,8 @@ class MailQueue {
   // Returns when new mail may be waiting, after the longest time, or after Interrupt. Raises as Pass.
   virtual void Wait(std::chrono::milliseconds longest) = 0;
 
-  // Ends Pass between two mails, Wait at once, and a blocked operation of the network within a second. The
-  // queue can't be used afterwards. Any thread.
+  // Ends Pass between two mails, and Wait and each wait for a server at once; a mail that was handled has
+  // another 0.5 s to be settled on its server. The queue can't be used afterwards. Any thread.
   virtual void Interrupt() = 0;
 
   // Proves that the queue can be reached and read: folder, connection, certificate, logon, mailbox. Changes

@@ -173,7 +173,7 @@ bool MaildirQueue::Pass(const MailSink& sink) {
   }
   if (moved > 0) Sync(folders);
   if (failure) std::rethrow_exception(failure);
-  return !ended;
+  return !ended && !interruption_.IsSet();
 }
 
 void MaildirQueue::Sync(const Folders& folders) {

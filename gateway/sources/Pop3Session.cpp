@@ -103,10 +103,12 @@ bool Pop3Session::Fetch(const Mail& mail, bool headerOnly, std::string& bytes) {
 }
 
 void Pop3Session::Delete(const Mail& mail) {
+  const Connection::Settling settling(line_);
   Require("DELE " + std::to_string(mail.Number), TextNumber::kRequestRefused);
 }
 
 void Pop3Session::Quit() {
+  const Connection::Settling settling(line_);
   Require("QUIT", TextNumber::kRequestRefused);
 }
 

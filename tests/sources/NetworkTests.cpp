@@ -5,12 +5,15 @@
 #include <sys/resource.h>
 #include <sys/stat.h>
 
+#include <optional>
+
 #include "gateway/sources/ImapFolderName.h"
 #include "gateway/sources/PasswordFile.h"
 #include "gateway/sources/SettledMails.h"
 #include "runtime/Folders.h"
 #include "tests/sources/LoopbackServer.h"
 #include "tests/sources/QueueRecorder.h"
+#include "tests/support/Interrupting.h"
 #include "tests/support/World.h"
 
 namespace {
@@ -43,8 +46,9 @@ struct NetworkTest : testing::Test {
 };
 
 // Answers the commands of a logon, and a question about mails with one of 10 bytes; then sends what the test
-// says in place of the mail.
-void ServeOneMail(LoopbackServer& server, int client, bool imap, const std::function<void()>& sendMail) {
+// says in place of the mail, for which it gets the command's tag.
+void ServeOneMail(LoopbackServer& server, int client, bool imap,
+                  const std::function<void(const std::string&)>& sendMail) {
   LoopbackServer::Send(client, imap ? "* OK hello\r\n" : "+OK hello\r\n");
   for (std::string line; !(line = server.Line(client)).empty();) {
     const std::string tag = line.substr(0, line.find(' ') + 1);
@@ -55,7 +59,7 @@ void ServeOneMail(LoopbackServer& server, int client, bool imap, const std::func
     if (has("SEARCH")) answer = "* SEARCH 7\r\n";
     if (has("RFC822.SIZE")) answer = "* 1 FETCH (UID 7 RFC822.SIZE 10)\r\n";
     if (has("UIDL") || has("LIST")) answer = has("UIDL") ? "1 id\r\n.\r\n" : "1 10\r\n.\r\n";
-    if (has("BODY.PEEK") || has("RETR")) return sendMail();
+    if (has("BODY.PEEK") || has("RETR")) return sendMail(tag);
     LoopbackServer::Send(client, imap ? answer + tag + "OK done\r\n" : "+OK\r\n" + answer);
   }
 }
@@ -110,7 +114,7 @@ TEST_F(NetworkTest, TakesNoMoreMemoryThanALargeMailNeedsIfTheServerLiesAboutItsS
   for (const QueueKind kind : {QueueKind::Imap, QueueKind::Pop3}) {
     const bool imap = kind == QueueKind::Imap;
     LoopbackServer server([&](LoopbackServer& self, int client) {
-      ServeOneMail(self, client, imap, [&] {
+      ServeOneMail(self, client, imap, [&](const std::string&) {
         LoopbackServer::Send(client, imap ? "* 1 FETCH (UID 7 BODY[] {4000000000}\r\n" : "+OK\r\n");
         const std::string lines(1 << 16, 'x');
         for (std::size_t sent = 0; sent < (std::size_t{1} << 30) && LoopbackServer::Send(client, lines);)
@@ -133,7 +137,7 @@ TEST_F(NetworkTest, RefusesAnswersThatNestTooDeep) {
   for (const char* form :
        {"* 1 FETCH (UID 7 BODYSTRUCTURE ", "* THREAD ", "* 1 FETCH (BODY[] {1}\r\nx BODY "}) {
     LoopbackServer server([&](LoopbackServer& self, int client) {
-      ServeOneMail(self, client, true, [&] {
+      ServeOneMail(self, client, true, [&](const std::string&) {
         LoopbackServer::Send(client, form + std::string(std::size_t{900} << 10, '(') + "\r\n");
         self.Line(client);
       });
@@ -143,7 +147,7 @@ TEST_F(NetworkTest, RefusesAnswersThatNestTooDeep) {
   }
 }
 
-TEST_F(NetworkTest, IsInterruptedWhileTheServerIsSilent) {
+TEST_F(NetworkTest, IsInterruptedAtOnceWhileTheServerIsSilent) {
   for (const QueueSecurity security : {QueueSecurity::None, QueueSecurity::Tls}) {
     for (const QueueKind kind : {QueueKind::Imap, QueueKind::Pop3}) {
       LoopbackServer server([](LoopbackServer& self, int client) {
@@ -153,15 +157,55 @@ TEST_F(NetworkTest, IsInterruptedWhileTheServerIsSilent) {
       settings_.Port = server.Port;
       settings_.Security = security;
       const auto queue = Gateway::MakeQueue(settings_);
-      std::chrono::steady_clock::time_point interrupted;
-      std::jthread other([&] {
-        std::this_thread::sleep_for(100ms);
-        interrupted = std::chrono::steady_clock::now();
+      const auto interrupt = [&] {
+        std::this_thread::sleep_for(50ms);
         queue->Interrupt();
-      });
-      EXPECT_FALSE(queue->Pass(recorder_.Sink()));
-      EXPECT_LT(std::chrono::steady_clock::now() - interrupted, 10s);
+      };
+      const auto pass = [&] { EXPECT_FALSE(queue->Pass(recorder_.Sink())); };
+      EXPECT_LT(Tests::SleepsAfter(interrupt, pass), Tests::kSoon);
     }
+  }
+}
+
+TEST_F(NetworkTest, HasALittleTimeToSettleTheMailThatIsHandledWhenItIsInterrupted) {
+  const struct {
+    QueueKind Kind;
+    Gateway::AfterSuccess After;
+    bool Answers;
+    const char* Last;  // command
+  } cases[] = {{QueueKind::Imap, Gateway::AfterSuccess::Move, true, "UID STORE 7 "},
+               {QueueKind::Pop3, Gateway::AfterSuccess::Delete, true, "QUIT"},
+               {QueueKind::Imap, Gateway::AfterSuccess::Move, false, "UID COPY 7 "},
+               {QueueKind::Pop3, Gateway::AfterSuccess::Delete, false, "DELE 1"}};
+  settings_.MoveTo = "Done";
+  for (const auto& one : cases) {
+    std::string received;
+    std::optional<LoopbackServer> server([&](LoopbackServer& self, int client) {
+      const bool imap = one.Kind == QueueKind::Imap;
+      ServeOneMail(self, client, imap, [&](const std::string& tag) {
+        LoopbackServer::Send(client, imap ? "* 1 FETCH (UID 7 BODY[] {6}\r\nA: b\r\n)\r\n" + tag + "OK x\r\n"
+                                          : "+OK\r\nA: b\r\n.\r\n");
+      });
+      for (std::string line; !(line = self.Line(client)).empty();) {
+        if (!line.ends_with("LOGOUT\r\n")) received = line;
+        std::this_thread::sleep_for(20ms);
+        const std::string tag = imap ? line.substr(0, line.find(' ')) + " " : "+";
+        if (one.Answers) LoopbackServer::Send(client, tag + "OK x\r\n");
+      }
+    });
+    settings_.Kind = one.Kind;
+    settings_.Port = server->Port;
+    settings_.After = one.After;
+    const auto queue = Gateway::MakeQueue(settings_);
+    recorder_.Answer = [&](const Gateway::RawMail&) {
+      queue->Interrupt();
+      return Gateway::Outcome::Delivered;
+    };
+    const auto pass = [&] { EXPECT_FALSE(queue->Pass(recorder_.Sink())); };
+    EXPECT_LT(Tests::SleepsAfter([] {}, pass), 2 * Tests::kSoon);
+    EXPECT_EQ(recorder_.Take(), "A: b\r\n");
+    server.reset();
+    EXPECT_NE(received.find(one.Last), std::string::npos) << received;
   }
 }
 
