@@ -3,7 +3,6 @@
 #include <unistd.h>
 
 #include <algorithm>
-#include <ctime>
 #include <string>
 #include <utility>
 
@@ -15,6 +14,7 @@
 #include "platform/NoticeTexts.h"
 #include "platform/Services.h"
 #include "platform/StoredNames.h"
+#include "platform/UtcText.h"
 #include "runtime/MailAddress.h"
 #include "runtime/Texts.h"
 
@@ -32,13 +32,8 @@ constexpr std::chrono::hours kLongestTry(24 * 5);
 
 // True if the time, as DueNotice::FirstAttempt, is longer ago than a mail is tried.
 bool TriedInVain(StringView firstAttempt) {
-  const std::time_t limit =
-      std::chrono::system_clock::to_time_t(std::chrono::system_clock::now() - kLongestTry);
-  std::tm utc{};
-  char text[32];
-  gmtime_r(&limit, &utc);
-  const std::string earliest(text, std::strftime(text, sizeof text, "%Y-%m-%dT%H:%M:%S", &utc));
-  return !firstAttempt.empty() && firstAttempt < Platform::FromUtf8(earliest);
+  const auto now = std::chrono::floor<std::chrono::seconds>(std::chrono::system_clock::now());
+  return !firstAttempt.empty() && firstAttempt < Platform::FromUtf8(Platform::UtcText(now - kLongestTry));
 }
 
 [[noreturn]] void Refuse(const String& reason) {

@@ -22,6 +22,7 @@
 #include "mime/Limits.h"
 #include "platform/Json.h"
 #include "platform/StoredNames.h"
+#include "platform/UtcText.h"
 #include "runtime/ProcessServices.h"
 #include "runtime/SystemReason.h"
 
@@ -100,15 +101,15 @@ std::vector<HeldPlace> ChosenMails(const HeldOptions& options) {
   return chosen;
 }
 
-std::string TimeText(std::time_t time, const char* format, bool utc) {
+std::string LocalTime(const HeldPlace& place) {
   std::tm parts{};
-  utc ? gmtime_r(&time, &parts) : localtime_r(&time, &parts);
+  localtime_r(&place.Received, &parts);
   std::array<char, 40> text{};
-  return {text.data(), std::strftime(text.data(), text.size(), format, &parts)};
+  return {text.data(), std::strftime(text.data(), text.size(), "%Y-%m-%d %H:%M", &parts)};
 }
 
-std::string LocalTime(const HeldPlace& place) {
-  return TimeText(place.Received, "%Y-%m-%d %H:%M", false);
+std::string UtcTime(const HeldPlace& place) {
+  return Platform::UtcText(std::chrono::sys_seconds(std::chrono::seconds(place.Received)));
 }
 
 int List(const HeldOptions& options) {
@@ -120,7 +121,7 @@ int List(const HeldOptions& options) {
       mails.Add(JsonObject()
                     .Add("id", FromUtf8(place.Id))
                     .Add("mailbox", details.Why.Mailbox)
-                    .Add("received", FromUtf8(TimeText(place.Received, "%Y-%m-%dT%H:%M:%SZ", true)))
+                    .Add("received", FromUtf8(UtcTime(place)))
                     .Add("from", details.From)
                     .Add("subject", details.Subject)
                     .Add("reason", details.Why.Reason));

@@ -1,6 +1,5 @@
 // tvmail status: what became of each mailbox's mail, for administrators and monitoring.
 #include <CLI/CLI.hpp>
-#include <ctime>
 #include <iostream>
 #include <memory>
 
@@ -14,6 +13,7 @@
 #include "host/commands/ConfigurationOption.h"
 #include "platform/Json.h"
 #include "platform/TerminalText.h"
+#include "platform/UtcText.h"
 
 namespace Host {
 namespace {
@@ -72,13 +72,8 @@ struct Row {
   }
 };
 
-std::string UtcText(const std::optional<StatusTime>& time) {
-  if (!time) return {};
-  const std::time_t seconds = time->time_since_epoch().count();
-  std::tm utc{};
-  char text[32];
-  gmtime_r(&seconds, &utc);
-  return {text, std::strftime(text, sizeof text, "%Y-%m-%dT%H:%M:%SZ", &utc)};
+std::string TextOf(const std::optional<StatusTime>& time) {
+  return time ? Platform::UtcText(*time) : std::string();
 }
 
 std::size_t CountOf(const MailboxStatus& status, Outcome outcome) {
@@ -111,12 +106,12 @@ void PrintJson(const std::vector<Row>& rows) {
     for (const auto& [outcome, word] : kCounts) counts.Add(word, CountOf(status, outcome));
     mailboxes.Add(JsonObject()
                       .Add("name", name)
-                      .Add("lastDelivered", FromUtf8(UtcText(status.LastDelivered)))
-                      .Add("lastFailure", FromUtf8(UtcText(status.LastFailure)))
+                      .Add("lastDelivered", FromUtf8(TextOf(status.LastDelivered)))
+                      .Add("lastFailure", FromUtf8(TextOf(status.LastFailure)))
                       .Add("reason", status.Reason)
                       .Add("counts", counts)
                       .Add("held", held.Count)
-                      .Add("oldestHeld", FromUtf8(UtcText(held.Oldest)))
+                      .Add("oldestHeld", FromUtf8(TextOf(held.Oldest)))
                       .Add("unsentNotices", notices.State.Unsent)
                       .Add("deferredNotices", notices.State.Deferred)
                       .Add("oldestAttempt", notices.State.OldestAttempt)
@@ -159,8 +154,8 @@ void PrintText(const std::vector<Row>& rows) {
     const auto server = Gateway::MailboxLock::Holder(name);
     std::cout << TerminalLine(name) << "  " << (status.Failing || row.SendsNothing() ? "failing" : "ok")
               << (server ? "  served by process " + *server : "") << '\n'
-              << "  last delivered  " << Or(UtcText(status.LastDelivered), "never") << '\n'
-              << "  last failure    " << Or(UtcText(status.LastFailure), "never")
+              << "  last delivered  " << Or(TextOf(status.LastDelivered), "never") << '\n'
+              << "  last failure    " << Or(TextOf(status.LastFailure), "never")
               << (status.Reason.empty() ? "" : ": " + TerminalLine(status.Reason)) << '\n'
               << "  today           ";
     const char* separator = "";
@@ -169,7 +164,7 @@ void PrintText(const std::vector<Row>& rows) {
       separator = ", ";
     }
     std::cout << "\n  held            " << held.Count
-              << (held.Oldest ? ", the oldest since " + UtcText(held.Oldest) : "") << '\n';
+              << (held.Oldest ? ", the oldest since " + TextOf(held.Oldest) : "") << '\n';
     PrintNotices(notices);
   }
 }
@@ -183,7 +178,7 @@ int Show(const StatusOptions& options) {
   const auto now = std::chrono::floor<std::chrono::seconds>(std::chrono::system_clock::now());
   const auto heldLimit = now - std::chrono::hours(options.HeldHours);
   // As times of DueNotice, which are ordered as texts.
-  const String noticeLimit = FromUtf8(UtcText(now - std::chrono::hours(options.NoticeHours)));
+  const String noticeLimit = FromUtf8(Platform::UtcText(now - std::chrono::hours(options.NoticeHours)));
   for (const Row& row : rows) {
     const NoticeState& notices = row.Notices.State;
     const bool late = notices.Deferred > 0 && notices.OldestAttempt < noticeLimit;

@@ -107,7 +107,8 @@ class NoticeQueue : public ObjectProxy {
   static constexpr StringView kName = u"Talvane40.NoticeQueue";  // the programmatic name
   using ObjectProxy::ObjectProxy;
 
-  // As MailIntake::Open. Another project's lock is released.
+  // As MailIntake::Open, but true only if the project has another database than before. Another project's
+  // lock is released.
   bool Open(StringView projectPath) const { return Call(u"Open", projectPath).ToBool(); }
 
   // False if another program, or another object, sends for the project. The lock lasts until Unlock, the

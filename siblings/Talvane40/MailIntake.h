@@ -1,10 +1,9 @@
 // MailIntake: stores each mail of a host once. platform/contracts/MailIntake.h is the contract.
 #pragma once
 
-#include <memory>
-
 #include "platform/Component.h"
 #include "platform/Object.h"
+#include "siblings/Talvane40/OpenedDatabase.h"
 
 namespace Talvane40 {
 
@@ -19,7 +18,7 @@ class MailIntake : public ObjectWithMembers<MailIntake> {
   static const Table& Members();
 
  private:
-  struct OpenedFiles;
+  struct Files;
 
   Value Open(std::span<Value> arguments);
   Value IsStored(std::span<Value> arguments);
@@ -27,9 +26,7 @@ class MailIntake : public ObjectWithMembers<MailIntake> {
   Value Begin(std::span<Value> arguments);
   Value End(std::span<Value> arguments);
 
-  OpenedFiles& Opened();
-
-  std::unique_ptr<OpenedFiles> opened_;
+  OpenedDatabase<Files> opened_;
   LiveObject live_{liveObjects};
 };
 

@@ -1,32 +1,28 @@
 #include "siblings/Talvane40/NoticeQueue.h"
 
-#include "siblings/Talvane40/FileIdentity.h"
 #include "siblings/Talvane40/MailUnderWay.h"
 #include "siblings/Talvane40/NoticeLock.h"
 #include "siblings/Talvane40/NoticeStore.h"
-#include "siblings/Talvane40/ProjectLocation.h"
 
 namespace Talvane40 {
 namespace {
 
+constexpr StringView kComponent = u"Talvane40.NoticeQueue";
+
 [[noreturn]] void Refuse(std::int32_t number, StringView why) {
-  throw Failure(number, u"Talvane40.NoticeQueue", String(why));
+  throw Failure(number, String(kComponent), String(why));
 }
 
 }  // namespace
 
-struct NoticeQueue::OpenedFiles {
-  // The identity is taken before the database is opened: if another file takes its place in between, the next
-  // look notices it.
-  explicit OpenedFiles(const std::string& file) : File(file), Identity(IdentityOf(file)), Store(file) {}
+struct NoticeQueue::Files {
+  explicit Files(const std::string& file) : Store(file) {}
 
-  std::string File;
-  FileIdentity Identity;
   NoticeStore Store;
   Runtime::Descriptor Lock;
 };
 
-NoticeQueue::NoticeQueue() = default;
+NoticeQueue::NoticeQueue() : opened_(kComponent) {}
 NoticeQueue::~NoticeQueue() = default;
 
 const NoticeQueue::Table& NoticeQueue::Members() {
@@ -44,32 +40,24 @@ const NoticeQueue::Table& NoticeQueue::Members() {
   return table;
 }
 
-NoticeQueue::OpenedFiles& NoticeQueue::Opened() {
-  if (!opened_) Refuse(FailureNumber::ObjectNotSet, u"No project is open. Open one first.");
-  return *opened_;
-}
-
-NoticeQueue::OpenedFiles& NoticeQueue::Locked() {
-  if (!Opened().Lock) Refuse(FailureNumber::PermissionDenied, u"Lock the project's notices first.");
-  return *opened_;
+NoticeQueue::Files& NoticeQueue::Locked() {
+  Files& files = opened_.Get();
+  if (!files.Lock) Refuse(FailureNumber::PermissionDenied, u"Lock the project's notices first.");
+  return files;
 }
 
 Value NoticeQueue::Open(std::span<Value> arguments) {
-  std::unique_ptr<OpenedFiles> former = std::move(opened_);
-  const std::string file = ReadProjectLocation(arguments[0].ToString()).Database.string();
-  const bool same = former && former->File == file && former->Identity == IdentityOf(file);
-  opened_ = same ? std::move(former) : std::make_unique<OpenedFiles>(file);
-  return !same;
+  return opened_.Open(arguments[0].ToString()) == OpenedDatabase<Files>::Change::Database;
 }
 
 Value NoticeQueue::Lock(std::span<Value>) {
-  OpenedFiles& files = Opened();
-  if (!files.Lock) files.Lock = TakeNoticeLock(files.File);
+  Files& files = opened_.Get();
+  if (!files.Lock) files.Lock = TakeNoticeLock(opened_.File());
   return bool(files.Lock);
 }
 
 Value NoticeQueue::Unlock(std::span<Value>) {
-  Opened().Lock.Close();
+  opened_.Get().Lock.Close();
   return {};
 }
 
@@ -80,23 +68,23 @@ Value NoticeQueue::Next(std::span<Value> arguments) {
 }
 
 Value NoticeQueue::Sent(std::span<Value> arguments) {
-  Opened().Store.Sent(arguments[0].ToInt32());
+  opened_.Get().Store.Sent(arguments[0].ToInt32());
   return {};
 }
 
 Value NoticeQueue::Defer(std::span<Value> arguments) {
-  Opened().Store.Defer(arguments[0].ToInt32(), arguments[1].ToString(),
-                       std::chrono::seconds(arguments[2].ToInt32()));
+  opened_.Get().Store.Defer(arguments[0].ToInt32(), arguments[1].ToString(),
+                            std::chrono::seconds(arguments[2].ToInt32()));
   return {};
 }
 
 Value NoticeQueue::GiveUp(std::span<Value> arguments) {
-  Opened().Store.GiveUp(arguments[0].ToInt32(), arguments[1].ToString());
+  opened_.Get().Store.GiveUp(arguments[0].ToInt32(), arguments[1].ToString());
   return {};
 }
 
 Value NoticeQueue::State(std::span<Value>) {
-  return Opened().Store.State().ToValue();
+  return opened_.Get().Store.State().ToValue();
 }
 
 Value NoticeQueue::AddAnswer(std::span<Value> arguments) {
@@ -106,12 +94,12 @@ Value NoticeQueue::AddAnswer(std::span<Value> arguments) {
                          .Subject = arguments[3].ToString(),
                          .Text = arguments[4].ToString(),
                          .Reason = arguments[5].ToString()};
-  return Opened().Store.AddAnswer(mail);
+  return opened_.Get().Store.AddAnswer(mail);
 }
 
 Value NoticeQueue::AddBounce(std::span<Value> arguments) {
   return static_cast<std::int32_t>(
-      Opened().Store.AddBounce(arguments[0].ToString(), arguments[1].ToString()));
+      opened_.Get().Store.AddBounce(arguments[0].ToString(), arguments[1].ToString()));
 }
 
 Value NoticeQueue::Drop(std::span<Value>) {

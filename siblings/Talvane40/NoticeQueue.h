@@ -1,10 +1,9 @@
 // NoticeQueue: what a project has to send by mail. platform/contracts/NoticeQueue.h is the contract.
 #pragma once
 
-#include <memory>
-
 #include "platform/Component.h"
 #include "platform/Object.h"
+#include "siblings/Talvane40/OpenedDatabase.h"
 
 namespace Talvane40 {
 
@@ -19,7 +18,7 @@ class NoticeQueue : public ObjectWithMembers<NoticeQueue> {
   static const Table& Members();
 
  private:
-  struct OpenedFiles;
+  struct Files;
 
   Value Open(std::span<Value> arguments);
   Value Lock(std::span<Value> arguments);
@@ -33,10 +32,9 @@ class NoticeQueue : public ObjectWithMembers<NoticeQueue> {
   Value AddBounce(std::span<Value> arguments);
   Value Drop(std::span<Value> arguments);
 
-  OpenedFiles& Opened();
-  OpenedFiles& Locked();
+  Files& Locked();
 
-  std::unique_ptr<OpenedFiles> opened_;
+  OpenedDatabase<Files> opened_;
   LiveObject live_{liveObjects};
 };
 
