@@ -13,6 +13,7 @@
 #include <utility>
 
 #include "platform/Failure.h"
+#include "platform/ProgramTexts.h"
 #include "platform/ReasonTexts.h"
 #include "runtime/Folders.h"
 #include "runtime/SystemReason.h"

@@ -4,6 +4,7 @@
 
 #include "platform/Failure.h"
 #include "platform/Hex.h"
+#include "platform/ProgramTexts.h"
 #include "platform/StoredNames.h"
 #include "runtime/Texts.h"
 

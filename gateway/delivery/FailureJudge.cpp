@@ -1,5 +1,6 @@
 #include "gateway/delivery/FailureJudge.h"
 
+#include "platform/ProgramTexts.h"
 #include "platform/Services.h"
 #include "platform/StoredNames.h"
 #include "platform/contracts/FailureText.h"

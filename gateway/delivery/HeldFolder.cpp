@@ -5,7 +5,7 @@
 
 #include "gateway/delivery/MailboxFileName.h"
 #include "platform/Failure.h"
-#include "platform/StoredNames.h"
+#include "platform/ProgramTexts.h"
 #include "runtime/DurableFile.h"
 #include "runtime/Folders.h"
 #include "runtime/StoreFolder.h"

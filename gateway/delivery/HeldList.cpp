@@ -14,7 +14,7 @@
 #include "mime/LimitCheck.h"
 #include "mime/Mail.h"
 #include "platform/Failure.h"
-#include "platform/StoredNames.h"
+#include "platform/ProgramTexts.h"
 #include "runtime/DurableFile.h"
 #include "runtime/SystemReason.h"
 #include "runtime/Texts.h"

@@ -12,8 +12,8 @@
 #include "gateway/policy/Gate.h"
 #include "platform/Failure.h"
 #include "platform/NoticeTexts.h"
+#include "platform/ProgramTexts.h"
 #include "platform/ReasonTexts.h"
-#include "platform/StoredNames.h"
 #include "runtime/ClassLookup.h"
 #include "runtime/Texts.h"
 

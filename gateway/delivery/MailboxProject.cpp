@@ -4,8 +4,8 @@
 
 #include "gateway/delivery/MailboxAddress.h"
 #include "gateway/delivery/MailboxRecords.h"
+#include "platform/ProgramTexts.h"
 #include "platform/Services.h"
-#include "platform/StoredNames.h"
 #include "runtime/Texts.h"
 
 namespace Gateway {

@@ -7,6 +7,7 @@
 #include "gateway/policy/MailSize.h"
 #include "mime/LimitCheck.h"
 #include "platform/Failure.h"
+#include "platform/ProgramTexts.h"
 #include "platform/ReasonTexts.h"
 #include "runtime/Texts.h"
 

@@ -11,7 +11,7 @@
 #include "mime/MailHeader.h"
 #include "platform/Failure.h"
 #include "platform/NoticeTexts.h"
-#include "platform/StoredNames.h"
+#include "platform/ProgramTexts.h"
 #include "runtime/MailAddress.h"
 #include "runtime/Texts.h"
 

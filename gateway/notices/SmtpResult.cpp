@@ -2,7 +2,7 @@
 
 #include "gateway/notices/ForeignText.h"
 #include "platform/NoticeTexts.h"
-#include "platform/StoredNames.h"
+#include "platform/ProgramTexts.h"
 #include "runtime/Texts.h"
 
 namespace Gateway {

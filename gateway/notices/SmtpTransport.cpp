@@ -18,7 +18,7 @@
 #include "gateway/sources/PasswordFile.h"
 #include "platform/Failure.h"
 #include "platform/NoticeTexts.h"
-#include "platform/StoredNames.h"
+#include "platform/ProgramTexts.h"
 #include "runtime/MailAddress.h"
 #include "runtime/Texts.h"
 

@@ -3,7 +3,7 @@
 #include <algorithm>
 
 #include "gateway/policy/AuthenticationResults.h"
-#include "platform/StoredNames.h"
+#include "platform/ProgramTexts.h"
 #include "runtime/MailAddress.h"
 
 namespace Gateway {

@@ -4,6 +4,7 @@
 #include <string_view>
 
 #include "mime/HeaderText.h"
+#include "platform/ProgramTexts.h"
 #include "platform/StoredNames.h"
 #include "runtime/MailAddress.h"
 

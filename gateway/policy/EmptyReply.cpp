@@ -1,7 +1,7 @@
 #include "gateway/policy/EmptyReply.h"
 
 #include "mime/MailCharacters.h"
-#include "platform/StoredNames.h"
+#include "platform/ProgramTexts.h"
 
 namespace Gateway {
 

@@ -1,6 +1,6 @@
 #include "gateway/policy/MailSize.h"
 
-#include "platform/StoredNames.h"
+#include "platform/ProgramTexts.h"
 
 namespace Gateway {
 namespace {

@@ -1,6 +1,6 @@
 #include "gateway/policy/Strangers.h"
 
-#include "platform/StoredNames.h"
+#include "platform/ProgramTexts.h"
 
 namespace Gateway {
 

@@ -12,7 +12,7 @@
 #include "gateway/service/SmtpSection.h"
 #include "platform/Failure.h"
 #include "platform/NoticeTexts.h"
-#include "platform/StoredNames.h"
+#include "platform/ProgramTexts.h"
 #include "runtime/DurableFile.h"
 #include "runtime/Folders.h"
 #include "runtime/Texts.h"

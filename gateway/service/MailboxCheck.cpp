@@ -14,6 +14,7 @@
 #include "gateway/service/MailboxFile.h"
 #include "gateway/sources/MailQueue.h"
 #include "platform/Failure.h"
+#include "platform/ProgramTexts.h"
 #include "platform/Services.h"
 #include "platform/StoredNames.h"
 #include "platform/contracts/MailIntake.h"

@@ -6,7 +6,7 @@
 
 #include "gateway/delivery/MailboxFileName.h"
 #include "platform/Failure.h"
-#include "platform/StoredNames.h"
+#include "platform/ProgramTexts.h"
 #include "runtime/Folders.h"
 #include "runtime/SystemReason.h"
 #include "runtime/Texts.h"

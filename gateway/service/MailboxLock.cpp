@@ -7,7 +7,7 @@
 
 #include "gateway/service/MailboxFile.h"
 #include "platform/Failure.h"
-#include "platform/StoredNames.h"
+#include "platform/ProgramTexts.h"
 #include "runtime/Texts.h"
 
 namespace Gateway {

@@ -5,7 +5,7 @@
 #include "gateway/policy/AuthenticationResults.h"
 #include "mime/Limits.h"
 #include "platform/NoticeTexts.h"
-#include "platform/StoredNames.h"
+#include "platform/ProgramTexts.h"
 #include "runtime/MailAddress.h"
 #include "runtime/RegistryStore.h"
 #include "runtime/Texts.h"

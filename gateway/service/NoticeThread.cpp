@@ -5,7 +5,7 @@
 
 #include "gateway/delivery/MailboxRecords.h"
 #include "platform/Failure.h"
-#include "platform/StoredNames.h"
+#include "platform/ProgramTexts.h"
 #include "runtime/Texts.h"
 
 namespace Gateway {

@@ -9,7 +9,7 @@
 #include "gateway/service/Systemd.h"
 #include "platform/Failure.h"
 #include "platform/NoticeTexts.h"
-#include "platform/StoredNames.h"
+#include "platform/ProgramTexts.h"
 #include "platform/TerminalText.h"
 #include "runtime/Texts.h"
 

@@ -8,7 +8,7 @@
 #include <utility>
 
 #include "platform/NoticeTexts.h"
-#include "platform/StoredNames.h"
+#include "platform/ProgramTexts.h"
 #include "runtime/SystemReason.h"
 #include "runtime/Texts.h"
 

@@ -4,7 +4,7 @@
 
 #include "gateway/notices/SmtpHost.h"
 #include "platform/NoticeTexts.h"
-#include "platform/StoredNames.h"
+#include "platform/ProgramTexts.h"
 #include "runtime/Texts.h"
 
 namespace Gateway {

@@ -10,7 +10,7 @@
 #include <cerrno>
 
 #include "gateway/sources/SourceFailure.h"
-#include "platform/StoredNames.h"
+#include "platform/ProgramTexts.h"
 #include "runtime/SystemReason.h"
 
 namespace Gateway {

@@ -3,7 +3,7 @@
 #include <dlfcn.h>
 
 #include "gateway/sources/SourceFailure.h"
-#include "platform/StoredNames.h"
+#include "platform/ProgramTexts.h"
 
 namespace Gateway {
 namespace {

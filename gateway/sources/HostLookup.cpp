@@ -13,7 +13,7 @@
 #include <thread>
 
 #include "gateway/sources/SourceFailure.h"
-#include "platform/StoredNames.h"
+#include "platform/ProgramTexts.h"
 #include "runtime/SystemReason.h"
 
 namespace Gateway {

@@ -2,19 +2,18 @@
 
 #include <algorithm>
 #include <cstring>
-#include <exception>
 #include <initializer_list>
 #include <new>
 #include <string_view>
 
 #include "gateway/sources/Connection.h"
 #include "gateway/sources/EtpanLibrary.h"
+#include "gateway/sources/EtpanStream.h"
 #include "gateway/sources/ImapFolderName.h"
-#include "gateway/sources/ImapNesting.h"
 #include "gateway/sources/PasswordFile.h"
 #include "gateway/sources/SourceFailure.h"
 #include "mime/Limits.h"
-#include "platform/StoredNames.h"
+#include "platform/ProgramTexts.h"
 
 namespace Gateway {
 namespace {
@@ -50,55 +49,6 @@ T* Made(T* object) {
   if (!object) throw std::bad_alloc();
   return object;
 }
-
-// What libetpan reads from and writes to. It is C, so a failure is kept until its function has returned.
-struct Stream {
-  Connection& Line;
-  ImapNesting Nesting;
-  std::exception_ptr Failure;
-
-  template <class Act>
-  ssize_t Do(Act act) {
-    if (Failure) return -1;
-    try {
-      return static_cast<ssize_t>(act());
-    } catch (...) {
-      Failure = std::current_exception();
-      return -1;
-    }
-  }
-};
-
-Stream& StreamOf(mailstream_low* low) {
-  return *static_cast<Stream*>(low->data);
-}
-
-mailstream_low_driver MakeDriver() {
-  mailstream_low_driver driver{};
-  driver.mailstream_read = [](mailstream_low* low, void* buffer, std::size_t size) {
-    Stream& stream = StreamOf(low);
-    return stream.Do([&] {
-      auto* bytes = static_cast<char*>(buffer);
-      const std::size_t count = stream.Line.Read(bytes, size);
-      if (!stream.Nesting.Allows({bytes, count}))
-        RaiseSource(TextNumber::kAnswerNotUnderstood, stream.Line.Name(), "((((...");
-      return count;
-    });
-  };
-  driver.mailstream_write = [](mailstream_low* low, const void* bytes, std::size_t size) {
-    Stream& stream = StreamOf(low);
-    return stream.Do([&] {
-      stream.Line.Write({static_cast<const char*>(bytes), size});
-      return size;
-    });
-  };
-  driver.mailstream_close = [](mailstream_low*) { return 0; };
-  driver.mailstream_get_fd = [](mailstream_low*) { return -1; };
-  driver.mailstream_free = [](mailstream_low* low) { free(low); };
-  return driver;
-}
-
-mailstream_low_driver streamDriver = MakeDriver();
 
 UidSet SetOf(const std::vector<std::uint32_t>& uids) {
   UidSet set(Made(Etpan().mailimap_set_new_empty()));
@@ -146,12 +96,7 @@ struct ImapSession::Parts {
         Line(settings, settings.Security == QueueSecurity::Tls ? 993 : 143, interruption) {}
 
   ~Parts() {
-    // LOGOUT, without waiting for the answer.
-    ToServer.Do([&] {
-      Line.Write("0 LOGOUT\r\n");
-      return 0;
-    });
-    if (!ToServer.Failure) ToServer.Failure = std::make_exception_ptr(0);
+    ToServer.SendLast("0 LOGOUT\r\n");  // the answer isn't waited for
     if (Mails && (!Session || !Session->imap_stream)) Etpan().mailstream_close(Mails);
     if (Session) Etpan().mailimap_free(Session);
   }
@@ -159,7 +104,7 @@ struct ImapSession::Parts {
   // Raises what made a command fail: the connection's failure, or the server's reason with the text.
   void Require(int result, std::int32_t text, const std::string& subject) {
     if (result == MAILIMAP_NO_ERROR) return;
-    if (ToServer.Failure) std::rethrow_exception(ToServer.Failure);
+    ToServer.RaiseFailure();
     // The server said that it closes the connection.
     if (result == MAILIMAP_ERROR_STREAM) RaiseSource(TextNumber::kSourceClosed, Line.Name());
     std::string reason = Session->imap_response ? Session->imap_response : "";
@@ -219,7 +164,7 @@ struct ImapSession::Parts {
 
   const QueueSettings& Settings;
   Connection Line;
-  Stream ToServer{Line, {}, nullptr};
+  EtpanStream ToServer{Line};
   mailimap* Session = nullptr;
   mailstream* Mails = nullptr;  // owned by Session as soon as that is connected
 };
@@ -227,8 +172,7 @@ struct ImapSession::Parts {
 ImapSession::ImapSession(const QueueSettings& settings, const Interruption& interruption) {
   Etpan();  // A missing library is reported before the server is asked.
   parts_.reset(new Parts(settings, interruption));
-  mailstream_low* low = Made(Etpan().mailstream_low_new(&parts_->ToServer, &streamDriver));
-  parts_->Mails = Made(Etpan().mailstream_new(low, 8192));
+  parts_->Mails = parts_->ToServer.Open();
   parts_->Session = Made(Etpan().mailimap_new(0, nullptr));
   LogOn();
 }

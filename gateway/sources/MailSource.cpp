@@ -12,6 +12,7 @@
 #include "mime/InputFile.h"
 #include "mime/Limits.h"
 #include "mime/Mbox.h"
+#include "platform/ProgramTexts.h"
 #include "platform/ReasonTexts.h"
 #include "platform/Text.h"
 #include "runtime/SystemReason.h"

@@ -21,7 +21,7 @@
 #include "mime/Limits.h"
 #include "mime/Mbox.h"
 #include "platform/Failure.h"
-#include "platform/StoredNames.h"
+#include "platform/ProgramTexts.h"
 #include "runtime/SystemReason.h"
 
 namespace Gateway {

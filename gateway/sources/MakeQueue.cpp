@@ -2,7 +2,7 @@
 #include "gateway/sources/MaildirQueue.h"
 #include "gateway/sources/Pop3Queue.h"
 #include "gateway/sources/SourceFailure.h"
-#include "platform/StoredNames.h"
+#include "platform/ProgramTexts.h"
 
 namespace Gateway {
 namespace {

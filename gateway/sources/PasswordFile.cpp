@@ -7,7 +7,7 @@
 #include <vector>
 
 #include "gateway/sources/SourceFailure.h"
-#include "platform/StoredNames.h"
+#include "platform/ProgramTexts.h"
 #include "platform/Text.h"
 #include "runtime/DurableFile.h"
 

@@ -5,7 +5,7 @@
 #include "gateway/sources/SourceFailure.h"
 #include "mime/Limits.h"
 #include "platform/Failure.h"
-#include "platform/StoredNames.h"
+#include "platform/ProgramTexts.h"
 
 namespace Gateway {
 namespace {

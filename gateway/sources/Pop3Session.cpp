@@ -7,7 +7,7 @@
 #include "gateway/sources/PasswordFile.h"
 #include "gateway/sources/SourceFailure.h"
 #include "mime/Limits.h"
-#include "platform/StoredNames.h"
+#include "platform/ProgramTexts.h"
 
 namespace Gateway {
 namespace {

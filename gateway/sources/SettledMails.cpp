@@ -8,7 +8,7 @@
 #include <filesystem>
 
 #include "gateway/sources/SourceFailure.h"
-#include "platform/StoredNames.h"
+#include "platform/ProgramTexts.h"
 #include "runtime/DurableFile.h"
 #include "runtime/Folders.h"
 #include "runtime/StoreFolder.h"

@@ -2,7 +2,7 @@
 
 #include "mime/Limits.h"
 #include "platform/Failure.h"
-#include "platform/StoredNames.h"
+#include "platform/ProgramTexts.h"
 #include "runtime/Texts.h"
 
 namespace Gateway {

@@ -11,7 +11,7 @@
 #include <utility>
 
 #include "gateway/sources/SourceFailure.h"
-#include "platform/StoredNames.h"
+#include "platform/ProgramTexts.h"
 #include "runtime/SystemReason.h"
 
 namespace Gateway {

@@ -21,7 +21,7 @@
 #include "host/commands/Command.h"
 #include "mime/Limits.h"
 #include "platform/Json.h"
-#include "platform/StoredNames.h"
+#include "platform/ProgramTexts.h"
 #include "platform/UtcText.h"
 #include "runtime/ProcessServices.h"
 #include "runtime/SystemReason.h"

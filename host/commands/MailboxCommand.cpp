@@ -17,7 +17,7 @@
 #include "host/terminal/Secret.h"
 #include "host/terminal/ToolkitChoice.h"
 #include "platform/Json.h"
-#include "platform/StoredNames.h"
+#include "platform/ProgramTexts.h"
 #include "platform/TerminalText.h"
 #include "runtime/ProcessServices.h"
 #include "runtime/Texts.h"

@@ -14,6 +14,7 @@
 #include "host/options/SendOptions.h"
 #include "host/terminal/ToolkitChoice.h"
 #include "platform/Json.h"
+#include "platform/ProgramTexts.h"
 #include "platform/StoredNames.h"
 #include "platform/TerminalText.h"
 #include "runtime/ProcessServices.h"

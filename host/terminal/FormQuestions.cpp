@@ -1,6 +1,6 @@
 #include "host/terminal/FormQuestions.h"
 
-#include "platform/StoredNames.h"
+#include "platform/ProgramTexts.h"
 #include "runtime/Texts.h"
 
 namespace Host {

@@ -12,7 +12,7 @@
 #include "host/terminal/HeldSignals.h"
 #include "host/terminal/LineEditor.h"
 #include "host/terminal/TypedText.h"
-#include "platform/StoredNames.h"
+#include "platform/ProgramTexts.h"
 #include "platform/TerminalText.h"
 #include "runtime/Texts.h"
 

@@ -3,7 +3,7 @@
 #include "host/terminal/FormQuestions.h"
 #include "host/terminal/HelpText.h"
 #include "host/terminal/PathCompletion.h"
-#include "platform/StoredNames.h"
+#include "platform/ProgramTexts.h"
 #include "runtime/HelpPages.h"
 #include "runtime/Texts.h"
 

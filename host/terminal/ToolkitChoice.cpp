@@ -5,7 +5,7 @@
 #include <iostream>
 
 #include "host/terminal/TerminalToolkit.h"
-#include "platform/StoredNames.h"
+#include "platform/ProgramTexts.h"
 #include "platform/TerminalText.h"
 #include "platform/Text.h"
 #include "runtime/Folders.h"

@@ -1,8 +1,8 @@
 #include "platform/Forms/UserInput.h"
 
 #include "platform/Failure.h"
+#include "platform/ProgramTexts.h"
 #include "platform/Services.h"
-#include "platform/StoredNames.h"
 #include "platform/contracts/ResourceServices.h"
 
 namespace Platform {

@@ -5,7 +5,7 @@
 
 #include <cerrno>
 
-#include "platform/StoredNames.h"
+#include "platform/ProgramTexts.h"
 #include "runtime/ProjectText.h"
 #include "runtime/SystemReason.h"
 #include "runtime/Texts.h"

@@ -2,7 +2,7 @@
 #include "gateway/policy/AuthenticationResults.h"
 #include "gateway/policy/EmptyReply.h"
 #include "gateway/policy/MailSize.h"
-#include "platform/StoredNames.h"
+#include "platform/ProgramTexts.h"
 #include "tests/support/Texts.h"
 
 namespace Tests {

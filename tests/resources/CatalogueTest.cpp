@@ -6,6 +6,7 @@
 #include <span>
 
 #include "platform/NoticeTexts.h"
+#include "platform/ProgramTexts.h"
 #include "platform/ReasonTexts.h"
 #include "tests/support/World.h"
 

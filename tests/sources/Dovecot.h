@@ -8,6 +8,7 @@
 #include <chrono>
 #include <cstdlib>
 #include <filesystem>
+#include <stdexcept>
 #include <string>
 #include <thread>
 
@@ -18,7 +19,7 @@ namespace Tests {
 class Dovecot {
  public:
   // Of its configuration, certificates and mail.
-  static std::filesystem::path Folder() { return getenv("WORK"); }
+  static std::filesystem::path Folder() { return Variable("WORK"); }
 
   Dovecot() { Start(); }
   ~Dovecot() { Kill(); }
@@ -40,6 +41,11 @@ class Dovecot {
   }
 
  private:
+  static std::string Variable(const char* name) {
+    if (const char* const value = getenv(name)) return value;
+    throw std::runtime_error(std::string(name) + " isn't set: the test runs by dovecot.sh alone");
+  }
+
   static bool Answers(std::uint16_t port) {
     const int number = ConnectTo(port);
     if (number >= 0) close(number);
@@ -47,7 +53,7 @@ class Dovecot {
   }
 
   void Launch() {
-    const std::string program = std::string(getenv("SERVERS")) + "/usr/sbin/dovecot";
+    const std::string program = Variable("SERVERS") + "/usr/sbin/dovecot";
     const std::string configuration = (Folder() / "dovecot.conf").string();
     master_ = fork();
     if (master_ != 0) return;
