@@ -60,6 +60,13 @@ bool NoticeRoutes::SetCurrent(MailTransport* transport) {
   return !interrupted_;
 }
 
+void NoticeRoutes::Reopen() {
+  for (auto& [key, route] : routes_) {
+    route.Closed = {};
+    route.Failures = 0;
+  }
+}
+
 void NoticeRoutes::CloseIdle() {
   const auto now = Clock::now();
   for (auto entry = routes_.begin(); entry != routes_.end();) {

@@ -35,6 +35,9 @@ class NoticeRoutes {
   Attempt SendBySmtp(const String& host, const OutgoingMail& mail);
   Attempt SendByCommand(const String& command, const OutgoingMail& mail);
 
+  // No route is left alone any longer.
+  void Reopen();
+
   // Closes what was not used for some seconds.
   void CloseIdle();
 

@@ -28,12 +28,12 @@ namespace TextNumber = Platform::TextNumber;
 namespace TransportId = Platform::TransportId;
 
 constexpr std::chrono::minutes kQuietMail(15);  // one mail of a slow server
-constexpr std::chrono::hours kLongestTry(24 * 5);
 
 // True if the time, as DueNotice::FirstAttempt, is longer ago than a mail is tried.
 bool TriedInVain(StringView firstAttempt) {
   const auto now = std::chrono::floor<std::chrono::seconds>(std::chrono::system_clock::now());
-  return !firstAttempt.empty() && firstAttempt < Platform::FromUtf8(Platform::UtcText(now - kLongestTry));
+  return !firstAttempt.empty() &&
+         firstAttempt < Platform::FromUtf8(Platform::UtcText(now - Platform::kLongestTry));
 }
 
 [[noreturn]] void Refuse(const String& reason) {
@@ -50,16 +50,18 @@ class NoticeSender::Work {
         queue_(Platform::Services().CreateByName(Platform::NoticeQueue::kName)),
         routes_(settings_) {}
 
-  PassResult Pass(const String& projectPath);
+  PassResult Pass(const String& projectPath, bool now);
+  std::int32_t Ready() const { return queue_.Ready(OwnUid()); }
   void Interrupt() { routes_.Interrupt(); }
 
  private:
+  static std::int32_t OwnUid() { return static_cast<std::int32_t>(getuid()); }
   void SendDue(PassResult& pass);
   void Handle(const DueNotice& notice, PassResult& pass);
   NoticeRoutes::Attempt Try(const DueNotice& notice);
   NoticeSource SourceOf(const DueNotice& notice) const;
   bool IsMailbox(StringView address) const;
-  void RequireSettings();
+  void ReadSettings();
   void Settle(const DueNotice& notice, NoticeRoutes::Attempt attempt, PassResult& pass);
   void MarkSent(std::int32_t id);
 
@@ -71,10 +73,11 @@ class NoticeSender::Work {
   String projectPath_;
   std::optional<std::int32_t> unmarked_;   // was sent, but that could not be stored
   std::optional<ProjectSending> sending_;  // read once in a pass, when something is due
+  String problem_;                         // as PassResult::Problem; read again in each pass
   String cutMarker_;
 };
 
-NoticeSender::PassResult NoticeSender::Work::Pass(const String& projectPath) {
+NoticeSender::PassResult NoticeSender::Work::Pass(const String& projectPath, bool now) {
   observer_.WorkingFor(kQuietMail);
   if (queue_.Open(projectPath)) unmarked_.reset();
   PassResult pass;
@@ -86,6 +89,10 @@ NoticeSender::PassResult NoticeSender::Work::Pass(const String& projectPath) {
   projectPath_ = projectPath;
   sending_.reset();
   try {
+    if (now) {
+      queue_.EndPauses();
+      routes_.Reopen();
+    }
     SendDue(pass);
   } catch (...) {
     queue_.Unlock();
@@ -97,12 +104,14 @@ NoticeSender::PassResult NoticeSender::Work::Pass(const String& projectPath) {
 }
 
 void NoticeSender::Work::SendDue(PassResult& pass) {
-  const auto uid = static_cast<std::int32_t>(getuid());
   if (unmarked_) MarkSent(*unmarked_);
+  if (!problem_.empty()) ReadSettings();
   while (!routes_.Interrupted()) {
-    const Platform::NextNotice next = queue_.Next(settings_.PerMinute, uid);
+    const Platform::NextNotice next = queue_.Next(settings_.PerMinute, OwnUid(), problem_.empty());
     if (!next.Notice) {
       pass.Next = next.Wait;
+      pass.Limited = next.Limited;
+      pass.Problem = problem_;
       return;
     }
     observer_.WorkingFor(kQuietMail);
@@ -112,22 +121,23 @@ void NoticeSender::Work::SendDue(PassResult& pass) {
 }
 
 void NoticeSender::Work::Handle(const DueNotice& notice, PassResult& pass) {
-  RequireSettings();
+  if (!sending_) ReadSettings();
+  if (notice.Route.Transport == 0 && !problem_.empty()) return queue_.Untried();
   NoticeRoutes::Attempt attempt;
   try {
     attempt = Try(notice);
   } catch (const Platform::Failure& failure) {
     // An address, or the host of a user who posted, isn't usable.
     if (failure.Number() != Platform::FailureNumber::RefusedInput) throw;
-    attempt.Result = {Kind::Refused, failure.Description()};
+    attempt = {{Kind::Refused, failure.Description()}, false, {}};
   }
   Settle(notice, std::move(attempt), pass);
 }
 
-void NoticeSender::Work::RequireSettings() {
-  if (sending_) return;
+void NoticeSender::Work::ReadSettings() {
   ProjectSending sending = ReadMailboxSending(projectPath_, settings_.Address);
-  if (const String problem = SendingProblem(sending); !problem.empty()) Refuse(problem);
+  if (sending.Address.empty()) Refuse(SendingProblem(sending));  // nobody could answer
+  problem_ = RouteProblem(sending);
   if (cutMarker_.empty()) cutMarker_ = LoadCutMarkerText();
   sending_ = std::move(sending);
 }
@@ -168,6 +178,7 @@ void NoticeSender::Work::MarkSent(std::int32_t id) {
 
 void NoticeSender::Work::Settle(const DueNotice& notice, NoticeRoutes::Attempt attempt, PassResult& pass) {
   if (routes_.Interrupted() && attempt.Result.Result == Kind::Unreachable) return;
+  if (!attempt.Tried) queue_.Untried();
   SendResult& result = attempt.Result;
   if (result.Result != Kind::Sent) pass.Reason = result.Reason;
   const bool again = result.Result == Kind::Deferred || result.Result == Kind::Unreachable;
@@ -184,11 +195,14 @@ void NoticeSender::Work::Settle(const DueNotice& notice, NoticeRoutes::Attempt a
       break;
     case Kind::Deferred:
     case Kind::Unreachable:
+      if (!attempt.Tried) {
+        pass.Postponed += static_cast<std::size_t>(queue_.Postpone(notice.Id, attempt.Pause));
+        return;
+      }
       queue_.Defer(notice.Id, result.Reason, std::max(attempt.Pause, NoticePause(notice.Attempts + 1)));
       ++pass.Deferred;
   }
-  // A mail that is given up is reported, also if its server was left alone at last.
-  if (attempt.Tried || result.Result == Kind::Refused) observer_.Attempted(notice, result);
+  observer_.Attempted(notice, result);
 }
 
 NoticeSender::NoticeSender(NoticeSettings settings, NoticeObserver& observer)
@@ -196,8 +210,12 @@ NoticeSender::NoticeSender(NoticeSettings settings, NoticeObserver& observer)
 
 NoticeSender::~NoticeSender() = default;
 
-NoticeSender::PassResult NoticeSender::Pass(const String& projectPath) {
-  return work_->Pass(projectPath);
+NoticeSender::PassResult NoticeSender::Pass(const String& projectPath, bool now) {
+  return work_->Pass(projectPath, now);
+}
+
+std::int32_t NoticeSender::Ready() {
+  return work_->Ready();
 }
 
 void NoticeSender::Interrupt() {

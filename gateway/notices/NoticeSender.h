@@ -31,15 +31,22 @@ class NoticeSender {
   struct PassResult {
     bool Complete = true;  // false after Interrupt, and while another program sends
     std::size_t Sent = 0, Deferred = 0, Refused = 0;
-    String Reason;                                  // of the last one that wasn't sent
+    std::size_t Postponed = 0;  // not tried, since their server is left alone
+    bool Limited = false;       // it ended at the limit a minute
+    String Problem;             // why nothing is sent by the project's own settings; empty if it is
+    String Reason;              // of the last one that wasn't sent
     std::optional<std::chrono::milliseconds> Next;  // until something is due; nothing if nothing waits
   };
 
-  // Sends what is due in the project of this file. A temporary failure is tried again after 5 s, doubled up
-  // to an hour, for 5 days after the first attempt; a permanent one ends the notice. A server that can't be
-  // reached is left alone for the same pauses. Raises the reason if the project can't be read, or if nothing
-  // can be sent by its settings (no section [EMail], no address); nothing is lost then.
-  PassResult Pass(const String& projectPath);
+  // Sends what is due in the project of this file; what waits for another attempt, too, if now is true. A
+  // temporary failure is tried again after 5 s, doubled up to an hour, for 5 days after the first attempt; a
+  // permanent one ends the notice. A server that can't be reached is left alone for the same pauses. Posted
+  // replies with a route of their own are sent also if the project's settings are wrong. Raises the reason if
+  // the project can't be read, or if its mailbox has no address; nothing is lost then.
+  PassResult Pass(const String& projectPath, bool now = false);
+
+  // How many mails of the last pass's project could be sent now if there were no limit.
+  std::int32_t Ready();
 
   // Any thread.
   void Interrupt();

@@ -37,13 +37,18 @@ ProjectSending ReadMailboxSending(const String& projectPath, StringView mailboxA
   return sending;
 }
 
-String SendingProblem(const ProjectSending& sending) {
+String RouteProblem(const ProjectSending& sending) {
   const bool hasHost = sending.Transport != TransportId::kSmtp || !sending.HostName.empty();
   if (sending.Transport == 0 || !hasHost) return Runtime::TextOf(TextNumber::kProjectSendsNoMail);
   if (sending.Transport == TransportId::kSmtp && !ParseSmtpHost(sending.HostName))
     return Runtime::TextOf(TextNumber::kSmtpHostInvalid, sending.HostName);
-  if (sending.Address.empty()) return Runtime::TextOf(TextNumber::kMailboxAddressMissing);
   return {};
+}
+
+String SendingProblem(const ProjectSending& sending) {
+  const String problem = RouteProblem(sending);
+  return problem.empty() && sending.Address.empty() ? Runtime::TextOf(TextNumber::kMailboxAddressMissing)
+                                                    : problem;
 }
 
 std::int32_t TransportNumber(StringView stored) {

@@ -22,6 +22,9 @@ struct ProjectSending {
 // What is missing in the settings to send mail, and what to do; empty if nothing is. In the user's language.
 String SendingProblem(const ProjectSending& sending);
 
+// The same of the server or the profile alone, without the address.
+String RouteProblem(const ProjectSending& sending);
+
 // Reads the file's section [EMail]. Raises as Platform::Files::RetrieveTVSFile does, and 429 without the
 // sibling. Any thread.
 ProjectSending ReadProjectSending(const String& projectPath);

@@ -31,11 +31,32 @@ void NoticeThread::Serve() {
   if (!record)
     throw Platform::Failure(Platform::FailureNumber::DeviceFailed, u"Gateway",
                             Runtime::TextOf(Platform::TextNumber::kMailboxMissing, settings_.Name));
-  const NoticeSender::PassResult pass = Sender()->Pass(record->ProjectPath);
+  const NoticeSender::PassResult pass = PassOnce(record->ProjectPath);
   loop_.ResetBackOff();
   if (pass.Complete && !pass.Next) unreachable_ = false;  // nothing waits for that server any longer
-  if (pass.Complete && !unreachable_) loop_.Succeed();
+  if (!pass.Problem.empty())
+    loop_.Fail(pass.Problem);
+  else if (pass.Complete && !unreachable_)
+    loop_.Succeed();
   loop_.Pause(std::min(pass.Next.value_or(kLongestPause), kLongestPause));
+}
+
+// Pauses that could not be ended, since the project is in use or can't be read, are ended by a later pass.
+NoticeSender::PassResult NoticeThread::PassOnce(const String& projectPath) {
+  const bool now = endPauses_.exchange(false);
+  try {
+    NoticeSender::PassResult pass = Sender()->Pass(projectPath, now);
+    if (now && !pass.Complete) endPauses_ = true;
+    return pass;
+  } catch (...) {
+    if (now) endPauses_ = true;
+    throw;
+  }
+}
+
+void NoticeThread::EndPauses() {
+  endPauses_ = true;
+  loop_.Wake();
 }
 
 std::shared_ptr<NoticeSender> NoticeThread::Sender() {

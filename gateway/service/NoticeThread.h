@@ -1,6 +1,7 @@
 // NoticeThread: sends what one mailbox's project has to send, on a thread of its own, until it is stopped.
 #pragma once
 
+#include <atomic>
 #include <memory>
 #include <mutex>
 
@@ -28,6 +29,8 @@ class NoticeThread final : private NoticeObserver, private ServiceTask {
   void RequestStop() { loop_.RequestStop(); }
   // Looks now.
   void Wake() { loop_.Wake(); }
+  // Tries now what waits for another attempt.
+  void EndPauses();
   bool Failing() const { return loop_.Failing(); }
   bool Alive() const { return loop_.Alive(); }
 
@@ -38,11 +41,13 @@ class NoticeThread final : private NoticeObserver, private ServiceTask {
   void Serve() override;
   void Close() override;
   void Interrupt() override;
+  NoticeSender::PassResult PassOnce(const String& projectPath);
   std::shared_ptr<NoticeSender> Sender();
 
   const MailboxSettings settings_;
   ServiceLog& log_;
   bool unreachable_ = false;  // a server, at the last attempt
+  std::atomic<bool> endPauses_ = false;
 
   std::mutex mutex_;  // for what follows
   std::shared_ptr<NoticeSender> sender_;

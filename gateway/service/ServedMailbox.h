@@ -32,6 +32,11 @@ class ServedMailbox {
     if (notices_) notices_->RequestStop();
   }
 
+  // Sends now what waits for another attempt.
+  void EndPauses() {
+    if (notices_) notices_->EndPauses();
+  }
+
   const MailboxSettings& Settings() const { return settings_; }
   bool Failing() const { return (mails_ && mails_->Failing()) || (notices_ && notices_->Failing()); }
   bool Alive() const { return (!mails_ || mails_->Alive()) && (!notices_ || notices_->Alive()); }

@@ -74,7 +74,7 @@ std::vector<MailboxSettings> MailboxesOf(const Configuration& configuration, con
   const String path = FromUtf8(configuration.Path);
   const bool sourceNeeded = needs == MailboxNeeds::Source;
   const auto has = [&](const MailboxSettings& mailbox) {
-    return mailbox.Source || (!sourceNeeded && mailbox.Notices.Send);
+    return needs == MailboxNeeds::Nothing || mailbox.Source || (!sourceNeeded && mailbox.Notices.Send);
   };
   std::vector<MailboxSettings> mailboxes;
   for (const String& name : names) {
@@ -92,17 +92,23 @@ std::vector<MailboxSettings> MailboxesOf(const Configuration& configuration, con
 Service::Service(std::string configurationPath, std::vector<String> only)
     : path_(std::move(configurationPath)), only_(std::move(only)) {
   const Configuration configuration = ReadConfiguration(path_);
-  const std::vector<MailboxSettings> mailboxes =
-      MailboxesOf(configuration, only_, MailboxNeeds::SourceOrNotices);
-  RequireUnlocked(mailboxes);
+  RequireUnlocked(MailboxesOf(configuration, only_, MailboxNeeds::SourceOrNotices));
   BlockSignals();
-  LogWarnings(configuration);
-  for (const MailboxSettings& mailbox : mailboxes) Start(mailbox);
+  for (const MailboxSettings& mailbox : MailboxesToServe(configuration)) Start(mailbox);
 }
 
-void Service::LogWarnings(const Configuration& configuration) {
+// Without those that have nothing to do. Logs a warning for each of them, and those of the file.
+std::vector<MailboxSettings> Service::MailboxesToServe(const Configuration& configuration) {
+  std::vector<MailboxSettings> mailboxes = MailboxesOf(configuration, only_, MailboxNeeds::Nothing);
   for (const std::string& line : configuration.Warnings)
     log_.Event(Severity::Warning, "configuration", {}, FromUtf8(line));
+  std::erase_if(mailboxes, [this](const MailboxSettings& mailbox) {
+    if (mailbox.Source || mailbox.Notices.Send) return false;
+    log_.Event(Severity::Warning, "configuration", mailbox.Name,
+               TextOf(TextNumber::kMailboxDoesNothing, mailbox.Name));
+    return true;
+  });
+  return mailboxes;
 }
 
 void Service::Start(const MailboxSettings& mailbox) {
@@ -147,10 +153,8 @@ void Service::Reload() {
   NotifyManager(ReloadingState());
   try {
     const Configuration configuration = ReadConfiguration(path_);
-    const std::vector<MailboxSettings> wanted =
-        MailboxesOf(configuration, only_, MailboxNeeds::SourceOrNotices);
-    LogWarnings(configuration);
-    Apply(wanted);
+    Apply(MailboxesToServe(configuration));
+    for (const auto& mailbox : served_) mailbox->EndPauses();
     log_.Event(Severity::Notice, "reloaded", {}, {});
   } catch (const std::exception&) {
     // Each line of the description is an error.

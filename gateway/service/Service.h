@@ -13,7 +13,8 @@ namespace Gateway {
 
 // Signals: SIGTERM and SIGINT finish the mails under way and end the service; a second one kills it. SIGHUP
 // reads the configuration again: mailboxes that fail, or whose settings have changed, are stopped and
-// started, the others go on.
+// started, the others go on. What waits to be sent again is tried at once, and a mailbox that has nothing to
+// do any more ends; a service without a mailbox waits for the next signal.
 //
 // The service manager is told that the service is ready as soon as the configuration is read: a server that
 // is down must not keep the other mailboxes from being served. Its watchdog is answered while every thread is
@@ -30,7 +31,7 @@ class Service {
 
  private:
   void Start(const MailboxSettings& mailbox);
-  void LogWarnings(const Configuration& configuration);
+  std::vector<MailboxSettings> MailboxesToServe(const Configuration& configuration);
   void Reload();
   void Apply(const std::vector<MailboxSettings>& wanted);
   void Report();
@@ -45,6 +46,7 @@ class Service {
 
 // What a mailbox must have.
 enum class MailboxNeeds {
+  Nothing,
   Source,
   SourceOrNotices,  // a source, or that users are told of new replies
 };

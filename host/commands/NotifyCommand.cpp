@@ -25,16 +25,20 @@ no tvmail.toml. Mailboxes with notices = false there are left out.
 
 A mail that can't be sent now is deferred: it is tried again after 5 seconds at first and at most every hour, for 5
 days. A mail that is refused for good is given up. tvmail status shows both. Not more than notices-per-minute mails
-are sent for a mailbox; the rest is sent by the next call.
+are sent for a mailbox; how many wait for that limit is printed, and when to call it again.
+
+After a mail server was repaired, --now tries at once every mail that waits for another attempt; tvmail serve does the
+same when it reads its configuration again (SIGHUP). The limit a minute still holds.
 
 One line is printed for each attempt: the mailbox, the address, what is sent, and the outcome. With --json an object
-a line: mailbox, address, kind (reply, answer), discussion, reply, outcome (sent, deferred, givenUp), reason.
+a line: mailbox, address, kind (reply, answer), discussion, reply, outcome (sent, deferred, givenUp), reason; and at
+the limit a minute: mailbox, outcome (limited), waiting, perMinute, seconds (until the next mail may be sent).
 
 --drop removes what waits to be sent, and sends nothing. WARNING: no user is notified of those replies then, and this
 can't be undone. With --json it prints an object a line: mailbox, dropped.
 
 Exit codes:
-  0   everything that was due was sent
+  0   everything that was due was sent, or as much as the limit a minute allows
   75  a mail was deferred or given up, a mailbox failed, or the program was stopped
   78  the configuration isn't valid, or there is no such mailbox)";
 
@@ -42,6 +46,7 @@ struct NotifyOptions {
   ConfigurationOption Configuration;
   bool Json = false;
   bool Drop = false;
+  bool Now = false;
 };
 
 struct Sending {
@@ -79,13 +84,16 @@ class ReportingObserver : public Gateway::NoticeObserver {
   NotifyReport& report_;
 };
 
-void Send(const Sending& sending, NotifyReport& report) {
+void Send(const Sending& sending, bool now, NotifyReport& report) {
   const String& mailbox = sending.Mailbox.Name;
   ReportingObserver observer(mailbox, report);
   Gateway::NoticeSender sender(sending.Settings, observer);
   const StopWatch watch([&sender] { sender.Interrupt(); });
-  const auto pass = sender.Pass(sending.Mailbox.ProjectPath);
+  const auto pass = sender.Pass(sending.Mailbox.ProjectPath, now);
   report.EndMailbox(pass);
+  if (pass.Limited && pass.Next)
+    report.Limited(mailbox, sender.Ready(), sending.Settings.PerMinute, *pass.Next);
+  if (!pass.Problem.empty()) report.Fail(mailbox, pass.Problem);
   if (!pass.Complete && !pass.Reason.empty()) report.Fail(mailbox, pass.Reason);
 }
 
@@ -106,7 +114,7 @@ int Notify(const NotifyOptions& options) {
   for (const Sending& sending : mailboxes) {
     if (Gateway::StopWanted()) break;
     try {
-      options.Drop ? Drop(sending, report) : Send(sending, report);
+      options.Drop ? Drop(sending, report) : Send(sending, options.Now, report);
     } catch (const std::exception&) {
       const Failure failure = CurrentFailure();
       if (!Gateway::StopWanted()) report.Fail(sending.Mailbox.Name, failure.Description());
@@ -122,7 +130,10 @@ void AddNotifyCommand(CLI::App& program, Invocation& invocation) {
   const auto options = std::make_shared<NotifyOptions>();
   options->Configuration.AddTo(*command);
   command->add_flag("--json", options->Json, "Print one JSON object a line for each attempt");
-  command->add_flag("--drop", options->Drop, "Remove what waits to be sent, without sending it");
+  CLI::Option* now =
+      command->add_flag("--now", options->Now, "Try at once what waits for another attempt, too");
+  command->add_flag("--drop", options->Drop, "Remove what waits to be sent, without sending it")
+      ->excludes(now);
   command->footer(kNotes);
   command->callback([options, &invocation] { invocation.Run = [options] { return Notify(*options); }; });
 }

@@ -61,7 +61,28 @@ void NotifyReport::EndMailbox(const Gateway::NoticeSender::PassResult& pass) {
   sent_ += pass.Sent;
   deferred_ += pass.Deferred;
   givenUp_ += pass.Refused;
+  postponed_ += pass.Postponed;
   if (pass.Next) next_ = next_ ? std::min(*next_, *pass.Next) : *pass.Next;
+}
+
+void NotifyReport::Limited(const String& mailbox, std::int32_t waiting, int perMinute,
+                           std::chrono::milliseconds time) {
+  if (waiting == 0) return;
+  limited_ = true;
+  const auto seconds = std::chrono::ceil<std::chrono::seconds>(time).count();
+  if (json_)
+    std::cout << JsonObject()
+                     .Add("mailbox", mailbox)
+                     .Add("outcome", u"limited")
+                     .Add("waiting", static_cast<std::size_t>(waiting))
+                     .Add("perMinute", static_cast<std::size_t>(perMinute))
+                     .Add("seconds", static_cast<std::size_t>(seconds))
+                     .Text()
+              << '\n';
+  else
+    std::cout << TerminalLine(mailbox) << "  " << waiting << (waiting == 1 ? " mail waits" : " mails wait")
+              << " for the limit of " << perMinute << " a minute: run tvmail notify again in " << seconds
+              << " s\n";
 }
 
 void NotifyReport::Dropped(const String& mailbox, std::int32_t count) {
@@ -81,13 +102,15 @@ void NotifyReport::Fail(const String& mailbox, const String& reason) {
 bool NotifyReport::Finish(bool stopped, bool dropping) {
   if (!json_ && !dropping) {
     const std::size_t all = sent_ + deferred_ + givenUp_;
-    if (all == 0 && (failed_ || stopped))
+    if (all == 0 && (failed_ || stopped || limited_))
       std::cout << "nothing was sent";
     else if (all == 0)
       std::cout << "nothing was due";
     else
       std::cout << all << (all == 1 ? " mail: " : " mails: ") << sent_ << " sent, " << deferred_
                 << " deferred, " << givenUp_ << " given up";
+    if (postponed_ > 0)
+      std::cout << "; " << postponed_ << " not tried, since the server or the command can't be used now";
     if (next_)
       std::cout << "; more is due in " << std::chrono::ceil<std::chrono::seconds>(*next_).count() << " s";
     if (stopped) std::cout << "; stopped before the end";

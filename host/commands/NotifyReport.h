@@ -17,6 +17,8 @@ class NotifyReport {
 
   void Add(const String& mailbox, const DueNotice& notice, const Gateway::SendResult& result);
   void EndMailbox(const Gateway::NoticeSender::PassResult& pass);
+  // The limit a minute ended the work of a mailbox.
+  void Limited(const String& mailbox, std::int32_t waiting, int perMinute, std::chrono::milliseconds time);
   void Dropped(const String& mailbox, std::int32_t count);
   void Fail(const String& mailbox, const String& reason);
 
@@ -25,8 +27,8 @@ class NotifyReport {
 
  private:
   const bool json_;
-  std::size_t sent_ = 0, deferred_ = 0, givenUp_ = 0;
-  bool failed_ = false;
+  std::size_t sent_ = 0, deferred_ = 0, givenUp_ = 0, postponed_ = 0;
+  bool failed_ = false, limited_ = false;
   std::optional<std::chrono::milliseconds> next_;
 };
 

@@ -21,7 +21,8 @@ packaging/tvmail.toml explains the configuration; "tvmail check" tries it.
 
 SIGTERM or SIGINT finishes the mails under way and ends the program; a second one ends it at once, which loses
 nothing. SIGHUP reads the configuration again: mailboxes that are new, changed or removed are started or stopped,
-failing ones are tried again at once, and the others go on. If the new configuration isn't valid, the errors are
+failing ones are tried again at once, as is all that waits to be sent again, and the others go on. A mailbox that has
+neither a source nor notices any more is stopped, with a warning. If the new configuration isn't valid, the errors are
 logged and the old one stays in use.
 
 One line is logged for each mail that comes or is sent, with fields: in the journal where standard error leads there (journalctl -o

@@ -1,4 +1,7 @@
 // tvmail status: what became of each mailbox's mail, for administrators and monitoring.
+#include <pwd.h>
+#include <unistd.h>
+
 #include <CLI/CLI.hpp>
 #include <iostream>
 #include <memory>
@@ -27,15 +30,17 @@ using Gateway::StatusTime;
 constexpr const char* kNotes =
     R"(Shows what became of the mails of each mailbox, by tvmail serve, fetch and deliver: the last delivery, the last
 failure with its reason, today's mails by outcome, and the mail that is held. Also what waits to be sent, what is
-tried in vain, what was given up in the last 7 days, and which addresses get no mail after three delivery reports
-(tvmail project set-user --email or --accept-mail sends to them again). Without a name, all mailboxes of the
-configuration and of this machine are shown. It reads files only, so it works while the service runs and without it.
+tried in vain, what only another system user can send, what was given up in the last 7 days, and which addresses get
+no mail after three delivery reports (tvmail project set-user --email or --accept-mail sends to them again). Without a
+name, all mailboxes of the configuration and of this machine are shown. It reads files only, so it works while the
+service runs and without it.
 
 With --json it prints an object with the list mailboxes; each has name, lastDelivered, lastFailure (UTC, as
 "2024-05-01T09:30:00Z", or ""), reason (of the last failure), counts (delivered, duplicate, refused, held, retry; of
 today), held, oldestHeld (a time, or ""), unsentNotices, deferredNotices (of these, tried in vain), oldestAttempt (a
 time, or ""), deferredReason, givenUpNotices, givenUpAt, givenUpAddress, givenUpReason (of the last one),
-stoppedAddresses (a list), and sendingProblem (why nothing can be sent, or "").
+stoppedAddresses (a list), otherUsers (a list of user, uid and unsent: what only another system user can send, by a
+profile of that user's outbound e-mail), and sendingProblem (why nothing can be sent, or "").
 
 Exit codes, for monitoring:
   0   all is well
@@ -99,6 +104,26 @@ JsonArray ListOf(const std::vector<String>& texts) {
   return list;
 }
 
+// The system users beside this one whose profiles send what waits.
+std::vector<NoticesOfUser> OtherUsers(const NoticeState& state) {
+  std::vector<NoticesOfUser> others = state.OfUsers;
+  std::erase_if(others, [](const NoticesOfUser& user) { return user.Uid == static_cast<int>(getuid()); });
+  return others;
+}
+
+// A user who was removed from the system has no name.
+String NameOf(const NoticesOfUser& user) {
+  const passwd* entry = getpwuid(static_cast<uid_t>(user.Uid));
+  return FromUtf8(entry ? entry->pw_name : std::to_string(user.Uid));
+}
+
+JsonArray OtherUsersJson(const NoticeState& state) {
+  JsonArray list;
+  for (const NoticesOfUser& user : OtherUsers(state))
+    list.Add(JsonObject().Add("user", NameOf(user)).Add("uid", user.Uid).Add("unsent", user.Unsent));
+  return list;
+}
+
 void PrintJson(const std::vector<Row>& rows) {
   JsonArray mailboxes;
   for (const auto& [name, status, held, notices] : rows) {
@@ -121,6 +146,7 @@ void PrintJson(const std::vector<Row>& rows) {
                       .Add("givenUpAddress", notices.State.GivenUpAddress)
                       .Add("givenUpReason", notices.State.GivenUpReason)
                       .Add("stoppedAddresses", ListOf(notices.State.StoppedAddresses))
+                      .Add("otherUsers", OtherUsersJson(notices.State))
                       .Add("sendingProblem", notices.Problem));
   }
   std::cout << JsonObject().Add("mailboxes", mailboxes).Text() << '\n';
@@ -137,6 +163,9 @@ void PrintNotices(const NoticeSummary& notices) {
     std::cout << ", " << state.Deferred << " tried in vain since " << TerminalLine(state.OldestAttempt)
               << ": " << TerminalLine(state.DeferredReason);
   std::cout << '\n';
+  for (const NoticesOfUser& user : OtherUsers(state))
+    std::cout << "  another user's  " << user.Unsent << " of the unsent can be sent only by a profile of "
+              << TerminalLine(NameOf(user)) << ": run tvmail notify as that user\n";
   if (state.GivenUp > 0)
     std::cout << "  given up        " << state.GivenUp << " in 7 days, the last one "
               << TerminalLine(state.GivenUpAt)

@@ -14,6 +14,10 @@ String ReadText(const Value& value) {
   return value.ToString();
 }
 
+Value UserValue(const NoticesOfUser& notices) {
+  return notices.ToValue();
+}
+
 }  // namespace
 
 Value DueNotice::ToValue() const {
@@ -56,10 +60,26 @@ DueNotice DueNotice::FromValue(const Value& value) {
           .Reason = text(15)};
 }
 
+Value NoticesOfUser::ToValue() const {
+  return Array{Uid, Unsent};
+}
+
+NoticesOfUser NoticesOfUser::FromValue(const Value& value) {
+  const Array& notices = value.ToArray();
+  return {.Uid = ElementOf(notices, 0).ToInt32(), .Unsent = ElementOf(notices, 1).ToInt32()};
+}
+
 Value NoticeState::ToValue() const {
-  return Array{Unsent,         Deferred,      OldestAttempt,
-               DeferredReason, GivenUp,       GivenUpAt,
-               GivenUpAddress, GivenUpReason, ArrayOf(StoppedAddresses, TextValue)};
+  return Array{Unsent,
+               Deferred,
+               OldestAttempt,
+               DeferredReason,
+               GivenUp,
+               GivenUpAt,
+               GivenUpAddress,
+               GivenUpReason,
+               ArrayOf(StoppedAddresses, TextValue),
+               ArrayOf(OfUsers, UserValue)};
 }
 
 NoticeState NoticeState::FromValue(const Value& value) {
@@ -73,18 +93,21 @@ NoticeState NoticeState::FromValue(const Value& value) {
           .GivenUpAt = text(5),
           .GivenUpAddress = text(6),
           .GivenUpReason = text(7),
-          .StoppedAddresses = VectorOf(ElementOf(state, 8), ReadText)};
+          .StoppedAddresses = VectorOf(ElementOf(state, 8), ReadText),
+          .OfUsers = VectorOf(ElementOf(state, 9), NoticesOfUser::FromValue)};
 }
 
 Value NextNotice::ToValue() const {
   return Array{Notice ? Notice->ToValue() : Value(),
-               Wait ? Value(Narrow<std::int32_t>(Wait->count())) : Value()};
+               Wait ? Value(Narrow<std::int32_t>(Wait->count())) : Value(), Limited};
 }
 
 NextNotice NextNotice::FromValue(const Value& value) {
   const Array& next = value.ToArray();
   const auto time = [](const Value& wait) { return std::chrono::milliseconds(wait.ToInt32()); };
-  return {.Notice = ReadOptional(next, 0, DueNotice::FromValue), .Wait = ReadOptional(next, 1, time)};
+  return {.Notice = ReadOptional(next, 0, DueNotice::FromValue),
+          .Wait = ReadOptional(next, 1, time),
+          .Limited = ElementOf(next, 2).ToBool()};
 }
 
 }  // namespace Platform

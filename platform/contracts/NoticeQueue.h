@@ -6,7 +6,7 @@
 // them:
 //
 //   if (!queue.Lock()) another program sends;
-//   while (const auto notice = queue.Next(...).Notice) send it, then Sent, Defer or GiveUp;
+//   while (const auto notice = queue.Next(...).Notice) send it, then Sent, Defer, Postpone or GiveUp;
 //
 // A host that ends between sending and Sent sends that one again, with the same Message-ID.
 //
@@ -26,6 +26,9 @@
 
 namespace Platform {
 
+// How long a mail is tried to be sent.
+inline constexpr std::chrono::hours kLongestTry{24 * 5};
+
 enum class NoticeKind : std::int32_t {
   Reply = 0,   // tells a user of a reply
   Answer = 1,  // tells a sender why a mail was refused
@@ -36,7 +39,8 @@ struct DueNotice {
   NoticeKind Kind = NoticeKind::Reply;
   DescribedUser Recipient;
   std::int32_t Attempts = 0;  // that failed
-  String FirstAttempt;        // as "2024-05-01T09:30:00.000Z"; empty before it
+  // As "2024-05-01T09:30:00.000Z", also of an attempt for which its route was left alone; empty before it.
+  String FirstAttempt;
 
   // The left parts of Message-IDs, without domain: equal at each attempt, and not to be guessed without the
   // project's database. They begin with Notice::kMessageIdStart.
@@ -65,9 +69,20 @@ struct NextNotice {
   std::optional<DueNotice> Notice;
   // If there is none: the time until one is due, or may be sent again; nothing if none waits.
   std::optional<std::chrono::milliseconds> Wait;
+  bool Limited = false;  // there is none because of the limit a minute
 
   Value ToValue() const;
   static NextNotice FromValue(const Value& value);
+};
+
+// The notices that only one system user may send, since a profile (TransportId::kMapi) of that user sends
+// them.
+struct NoticesOfUser {
+  std::int32_t Uid = 0;
+  std::int32_t Unsent = 0;
+
+  Value ToValue() const;
+  static NoticesOfUser FromValue(const Value& value);
 };
 
 struct NoticeState {
@@ -80,6 +95,7 @@ struct NoticeState {
   String GivenUpAddress;      // empty for all recipients of a reply
   String GivenUpReason;
   std::vector<String> StoppedAddresses;  // which get no mail after three delivery reports
+  std::vector<NoticesOfUser> OfUsers;    // of Unsent, by Uid
 
   Value ToValue() const;
   static NoticeState FromValue(const Value& value);
@@ -117,18 +133,31 @@ class NoticeQueue : public ObjectProxy {
   void Unlock() const { Call(u"Unlock"); }
 
   // The next notice that is due. Not more than perMinute notices are given in a minute, in all processes.
-  // Notices by a profile (TransportId::kMapi) of another system user than uid are left for that user. A
-  // notice that waited for 30 days without an attempt is given up. Raises 70 without the lock, and 380 if
-  // perMinute is below 1.
-  NextNotice Next(std::int32_t perMinute, std::int32_t uid) const {
-    return NextNotice::FromValue(Call(u"Next", perMinute, uid));
+  // Notices by a profile (TransportId::kMapi) of another system user than uid are left for that user; without
+  // byProject, those that the project's own settings send are left, too. A notice that waited for 30 days
+  // without an attempt is given up. Raises 70 without the lock, and 380 if perMinute is below 1.
+  NextNotice Next(std::int32_t perMinute, std::int32_t uid, bool byProject = true) const {
+    return NextNotice::FromValue(Call(u"Next", perMinute, uid, byProject));
   }
+  // How many notices the system user could send now if there were no limit a minute.
+  std::int32_t Ready(std::int32_t uid) const { return Call(u"Ready", uid).ToInt32(); }
+  // The notice that Next gave last isn't tried: it doesn't count for the limit a minute.
+  void Untried() const { Call(u"Untried"); }
+  // Every deferred notice is due now. Needs the lock, as Next.
+  void EndPauses() const { Call(u"EndPauses"); }
 
-  // The notice was sent; ids of notices that are gone are ignored by these three.
+  // The notice was sent; ids of notices that are gone are ignored by these four.
   void Sent(std::int32_t id) const { Call(u"Sent", id); }
   // It failed, and is due again after the pause, which is an hour at most.
   void Defer(std::int32_t id, StringView reason, std::chrono::seconds pause) const {
     Call(u"Defer", id, reason, static_cast<std::int32_t>(pause.count()));
+  }
+  // Its route is left alone for the pause, which is an hour at most: it and all that could be sent now by the
+  // same route are due again after it. That is no attempt of theirs, but begins the time for which they are
+  // tried; those for which it is over (kLongestTry) stay due, to be given up. Returns how many were
+  // postponed.
+  std::int32_t Postpone(std::int32_t id, std::chrono::seconds pause) const {
+    return Call(u"Postpone", id, static_cast<std::int32_t>(pause.count())).ToInt32();
   }
   // It failed for good.
   void GiveUp(std::int32_t id, StringView reason) const { Call(u"GiveUp", id, reason); }

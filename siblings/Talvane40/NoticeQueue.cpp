@@ -29,9 +29,13 @@ const NoticeQueue::Table& NoticeQueue::Members() {
   static const Table table = {Method(u"Open", 1, &NoticeQueue::Open),
                               Method(u"Lock", 0, &NoticeQueue::Lock),
                               Method(u"Unlock", 0, &NoticeQueue::Unlock),
-                              Method(u"Next", 2, &NoticeQueue::Next),
+                              Method(u"Next", 3, &NoticeQueue::Next),
+                              Method(u"Ready", 1, &NoticeQueue::Ready),
+                              Method(u"Untried", 0, &NoticeQueue::Untried),
+                              Method(u"EndPauses", 0, &NoticeQueue::EndPauses),
                               Method(u"Sent", 1, &NoticeQueue::Sent),
                               Method(u"Defer", 3, &NoticeQueue::Defer),
+                              Method(u"Postpone", 2, &NoticeQueue::Postpone),
                               Method(u"GiveUp", 2, &NoticeQueue::GiveUp),
                               Method(u"State", 0, &NoticeQueue::State),
                               Method(u"AddAnswer", 6, &NoticeQueue::AddAnswer),
@@ -64,7 +68,21 @@ Value NoticeQueue::Unlock(std::span<Value>) {
 Value NoticeQueue::Next(std::span<Value> arguments) {
   const std::int32_t perMinute = arguments[0].ToInt32(), uid = arguments[1].ToInt32();
   if (perMinute < 1) Refuse(FailureNumber::RefusedInput, u"At least one notice a minute must be allowed.");
-  return Locked().Store.Next(perMinute, uid).ToValue();
+  return Locked().Store.Next(perMinute, uid, arguments[2].ToBool()).ToValue();
+}
+
+Value NoticeQueue::Ready(std::span<Value> arguments) {
+  return opened_.Get().Store.Ready(arguments[0].ToInt32());
+}
+
+Value NoticeQueue::Untried(std::span<Value>) {
+  opened_.Get().Store.Untried();
+  return {};
+}
+
+Value NoticeQueue::EndPauses(std::span<Value>) {
+  Locked().Store.EndPauses();
+  return {};
 }
 
 Value NoticeQueue::Sent(std::span<Value> arguments) {
@@ -76,6 +94,10 @@ Value NoticeQueue::Defer(std::span<Value> arguments) {
   opened_.Get().Store.Defer(arguments[0].ToInt32(), arguments[1].ToString(),
                             std::chrono::seconds(arguments[2].ToInt32()));
   return {};
+}
+
+Value NoticeQueue::Postpone(std::span<Value> arguments) {
+  return opened_.Get().Store.Postpone(arguments[0].ToInt32(), std::chrono::seconds(arguments[1].ToInt32()));
 }
 
 Value NoticeQueue::GiveUp(std::span<Value> arguments) {

@@ -24,8 +24,12 @@ class NoticeQueue : public ObjectWithMembers<NoticeQueue> {
   Value Lock(std::span<Value> arguments);
   Value Unlock(std::span<Value> arguments);
   Value Next(std::span<Value> arguments);
+  Value Ready(std::span<Value> arguments);
+  Value Untried(std::span<Value> arguments);
+  Value EndPauses(std::span<Value> arguments);
   Value Sent(std::span<Value> arguments);
   Value Defer(std::span<Value> arguments);
+  Value Postpone(std::span<Value> arguments);
   Value GiveUp(std::span<Value> arguments);
   Value State(std::span<Value> arguments);
   Value AddAnswer(std::span<Value> arguments);

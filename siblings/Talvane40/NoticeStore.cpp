@@ -32,6 +32,10 @@ std::int32_t Shown(std::int64_t number) {
   return static_cast<std::int32_t>(std::clamp<std::int64_t>(number, 0, INT32_MAX));
 }
 
+std::int64_t Milliseconds(std::chrono::seconds pause) {
+  return std::clamp<std::int64_t>(pause.count() * kSecond, 1, kHour);
+}
+
 constexpr const char* kTimeFormat = "%Y-%m-%dT%H:%M:%fZ";
 
 }  // namespace
@@ -48,12 +52,29 @@ NoticeStore::NoticeStore(const std::string& file)
   database_.Run("PRAGMA foreign_keys=ON");
 }
 
-NextNotice NoticeStore::Next(std::int32_t perMinute, std::int32_t uid) {
-  const NoticeTurns::Turn turn = turns_.Next(perMinute, uid);
+NextNotice NoticeStore::Next(std::int32_t perMinute, std::int32_t uid, bool byProject) {
+  const NoticeTurns::Turn turn = turns_.Next(perMinute, uid, byProject);
   NextNotice next;
   if (turn.Notice) next.Notice = reader_.Read(*turn.Notice);
   if (turn.Wait) next.Wait = std::chrono::milliseconds(*turn.Wait);
+  next.Limited = turn.Limited;
   return next;
+}
+
+std::int32_t NoticeStore::Ready(std::int32_t uid) {
+  return Shown(turns_.Ready(uid));
+}
+
+void NoticeStore::Untried() {
+  Runtime::Transaction transaction(database_);
+  turns_.Uncount();
+  transaction.Commit();
+}
+
+void NoticeStore::EndPauses() {
+  Runtime::Transaction transaction(database_);
+  database_.Run("UPDATE notices SET next_attempt = 0 WHERE next_attempt > 0");
+  transaction.Commit();
 }
 
 void NoticeStore::Sent(std::int32_t id) {
@@ -65,9 +86,15 @@ void NoticeStore::Sent(std::int32_t id) {
 // The first attempt can't have been after now: the clock was set back then.
 void NoticeStore::Defer(std::int32_t id, StringView reason, std::chrono::seconds pause) {
   Runtime::Transaction transaction(database_);
-  const std::int64_t milliseconds = std::clamp<std::int64_t>(pause.count() * kSecond, 1, kHour);
-  defer_.Run({id, Now(), milliseconds, Stored(reason)});
+  defer_.Run({id, Now(), Milliseconds(pause), Stored(reason)});
   transaction.Commit();
+}
+
+std::int32_t NoticeStore::Postpone(std::int32_t id, std::chrono::seconds pause) {
+  Runtime::Transaction transaction(database_);
+  const std::int64_t postponed = turns_.Postpone(id, Milliseconds(pause));
+  transaction.Commit();
+  return Shown(postponed);
 }
 
 void NoticeStore::GiveUp(std::int32_t id, StringView reason) {
@@ -80,13 +107,13 @@ void NoticeStore::GiveUp(std::int32_t id, StringView reason) {
   transaction.Commit();
 }
 
-std::int64_t NoticeStore::Unsent() {
-  return database_.Number("SELECT count(*) FROM notices") + turns_.NotCreated();
-}
-
 NoticeState NoticeStore::State() {
   NoticeState state;
-  state.Unsent = Shown(Unsent());
+  for (const auto& [sender, notices] : turns_.Unsent()) {
+    state.Unsent = Shown(state.Unsent + notices);
+    if (sender != kAnySender && notices > 0)
+      state.OfUsers.push_back({static_cast<std::int32_t>(sender), Shown(notices)});
+  }
   AddDeferred(state);
   AddGivenUp(state);
   state.StoppedAddresses = StoppedAddresses(database_);
@@ -130,7 +157,8 @@ BounceResult NoticeStore::AddBounce(StringView messageId, StringView reason) {
 
 std::int32_t NoticeStore::Drop() {
   Runtime::Transaction transaction(database_);
-  const std::int64_t unsent = Unsent();
+  std::int64_t unsent = 0;
+  for (const auto& [sender, notices] : turns_.Unsent()) unsent += notices;
   database_.Run("DELETE FROM notices; DELETE FROM due_replies");
   transaction.Commit();
   return Shown(unsent);

@@ -19,9 +19,13 @@ class NoticeStore {
   // Opens an existing file as ProjectDatabase does.
   explicit NoticeStore(const std::string& file);
 
-  NextNotice Next(std::int32_t perMinute, std::int32_t uid);
+  NextNotice Next(std::int32_t perMinute, std::int32_t uid, bool byProject);
+  std::int32_t Ready(std::int32_t uid);
+  void Untried();
+  void EndPauses();
   void Sent(std::int32_t id);
   void Defer(std::int32_t id, StringView reason, std::chrono::seconds pause);
+  std::int32_t Postpone(std::int32_t id, std::chrono::seconds pause);
   void GiveUp(std::int32_t id, StringView reason);
   NoticeState State();
   bool AddAnswer(const RefusedMail& mail);
@@ -29,7 +33,6 @@ class NoticeStore {
   std::int32_t Drop();
 
  private:
-  std::int64_t Unsent();
   void AddDeferred(NoticeState& state);
   void AddGivenUp(NoticeState& state);
 

@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "platform/NoticeTexts.h"
+#include "platform/contracts/NoticeQueue.h"
 #include "runtime/Texts.h"
 #include "siblings/Talvane40/NoticeTime.h"
 
@@ -13,22 +14,26 @@ constexpr std::int64_t kLongestPause = kHour;
 constexpr std::int64_t kLongestWait = 30 * kDay;
 constexpr std::int64_t kRowsAtOnce = 1000;
 
-// The number of users who have to be told of a reply and have no row yet.
+// The number of users who have to be told of a reply and have no row yet, for all due replies or for one, by
+// sender.
 constexpr const char* kNotCreated =
     "WITH all_recipients (number) AS (SELECT count(*) FROM recipients) "
-    "SELECT coalesce(sum(number"
+    "SELECT sender, coalesce(sum(number"
     " - (SELECT count(*) FROM recipients WHERE key = replies.user AND key > after_user)"
     " - CASE after_user WHEN 0 THEN 0 ELSE (SELECT count(*) FROM recipients WHERE key <= after_user) END), "
     "0) "
-    "FROM due_replies JOIN replies ON id = reply, all_recipients WHERE ?1 IN (0, reply)";
+    "FROM due_replies JOIN replies ON id = reply, all_recipients WHERE ?1 IN (0, reply) "
+    "GROUP BY sender";
 
 }  // namespace
 
 NoticeTurns::NoticeTurns(Runtime::Database& database)
     : database_(database),
       hasWork_(database,
-               "SELECT EXISTS (SELECT 1 FROM notices WHERE sender IN (-1, ?1) AND next_attempt = 0)"
-               " OR EXISTS (SELECT 1 FROM due_replies WHERE sender IN (-1, ?1))"
+               "SELECT EXISTS (SELECT 1 FROM notices WHERE sender IN (-1, ?1) AND next_attempt = 0"
+               "               AND (?5 OR reply IN (SELECT reply FROM routes)))"
+               " OR EXISTS (SELECT 1 FROM due_replies WHERE sender IN (-1, ?1)"
+               "            AND (?5 OR reply IN (SELECT reply FROM routes)))"
                " OR EXISTS (SELECT 1 FROM notices WHERE sender IN (-1, ?1) AND next_attempt > 0"
                "            AND next_attempt <= ?2)"
                " OR EXISTS (SELECT 1 FROM notices WHERE sender IN (-1, ?1) AND next_attempt > 0"
@@ -45,24 +50,28 @@ NoticeTurns::NoticeTurns(Runtime::Database& database)
       ready_(database,
              "SELECT id, EXISTS (SELECT 1 FROM recipients WHERE key = user) FROM ("
              "SELECT * FROM (SELECT id, reply, user FROM notices WHERE sender = -1 AND next_attempt = 0"
-             "               ORDER BY reply, user LIMIT 1) UNION ALL "
-             "SELECT * FROM (SELECT id, reply, user FROM notices WHERE sender = ? AND next_attempt = 0"
+             "               AND (?2 OR reply IN (SELECT reply FROM routes)) ORDER BY reply, user LIMIT 1) "
+             "UNION ALL "
+             "SELECT * FROM (SELECT id, reply, user FROM notices WHERE sender = ?1 AND next_attempt = 0"
              "               ORDER BY reply, user LIMIT 1)) ORDER BY reply, user LIMIT 1"),
       dueReply_(database,
                 "SELECT reply, sender, after_user, replies.user, unixepoch(at) * 1000 FROM due_replies "
-                "JOIN replies ON id = reply WHERE sender IN (-1, ?) ORDER BY reply LIMIT 1") {}
+                "JOIN replies ON id = reply WHERE sender IN (-1, ?1) AND (?2 OR reply IN (SELECT reply FROM "
+                "routes)) "
+                "ORDER BY reply LIMIT 1") {}
 
-NoticeTurns::Turn NoticeTurns::Next(std::int32_t perMinute, std::int32_t uid) {
+NoticeTurns::Turn NoticeTurns::Next(std::int32_t perMinute, std::int32_t uid, bool byProject) {
   const std::int64_t now = Now();
-  if (!HasWork(now, uid)) return {.Notice = {}, .Wait = WaitOf(now, uid)};
+  if (!HasWork(now, uid, byProject)) return {.Notice = {}, .Wait = WaitOf(now, uid)};
   Runtime::Transaction transaction(database_);
   GiveUpOld(now);
   Turn turn{.Notice = {}, .Wait = WaitForMinute(now, perMinute)};
-  if (!turn.Wait) {
+  turn.Limited = turn.Wait.has_value();
+  if (!turn.Limited) {
     MakeReady(now, uid);
     do {
-      turn.Notice = FirstReady(uid);
-    } while (!turn.Notice && CreateRows(now, uid));
+      turn.Notice = FirstReady(uid, byProject);
+    } while (!turn.Notice && CreateRows(now, uid, byProject));
     if (!turn.Notice) turn.Wait = WaitOf(now, uid);
   }
   if (turn.Notice) Runtime::Statement(database_, "INSERT INTO notices_given VALUES (?)").Run({now});
@@ -70,14 +79,61 @@ NoticeTurns::Turn NoticeTurns::Next(std::int32_t perMinute, std::int32_t uid) {
   return turn;
 }
 
-std::int64_t NoticeTurns::NotCreated(std::optional<std::int64_t> reply) {
-  Runtime::Statement count(database_, kNotCreated);
-  auto row = count({reply.value_or(0)});
-  return row.Next() ? row.Integer(0) : 0;
+std::int64_t NoticeTurns::Ready(std::int32_t uid) {
+  Runtime::Statement created(database_,
+                             "SELECT count(*) FROM notices WHERE sender IN (-1, ?) AND next_attempt <= ?");
+  std::int64_t ready = 0;
+  if (auto row = created({uid, Now()}); row.Next()) ready = row.Integer(0);
+  for (const auto& [sender, notices] : NotCreated()) {
+    if (sender == kAnySender || sender == uid) ready += notices;
+  }
+  return ready;
 }
 
-bool NoticeTurns::HasWork(std::int64_t now, std::int32_t uid) {
-  auto row = hasWork_({uid, now, now + kLongestPause, now - kLongestWait});
+std::map<std::int64_t, std::int64_t> NoticeTurns::Unsent() {
+  std::map<std::int64_t, std::int64_t> unsent = NotCreated();
+  Runtime::Statement created(database_, "SELECT sender, count(*) FROM notices GROUP BY sender");
+  for (auto row = created({}); row.Next();) unsent[row.Integer(0)] += row.Integer(1);
+  return unsent;
+}
+
+void NoticeTurns::Uncount() {
+  database_.Run("DELETE FROM notices_given WHERE rowid = (SELECT max(rowid) FROM notices_given)");
+}
+
+// Those of one reply have one route, and answers have that of the project. The notice itself is postponed
+// even if its time ended a moment ago, so that it isn't given again at once.
+std::int64_t NoticeTurns::Postpone(std::int32_t id, std::int64_t pause) {
+  std::int64_t sender = kAnySender;
+  std::string route;
+  {
+    Runtime::Statement select(database_,
+                              "SELECT sender, coalesce(transport || ' ' || server, '') FROM notices "
+                              "LEFT JOIN routes USING (reply) WHERE id = ?");
+    auto row = select({id});
+    if (!row.Next()) return 0;
+    sender = row.Integer(0);
+    route = row.Text(1);
+  }
+  const std::int64_t now = Now(), oldest = now - std::chrono::milliseconds(kLongestTry).count() - kMinute;
+  Runtime::Statement(
+      database_,
+      "UPDATE notices SET next_attempt = ?1 + ?2, first_attempt = min(coalesce(first_attempt, ?1), ?1) "
+      "WHERE next_attempt = 0 AND sender = ?3 AND coalesce(first_attempt, ?1) > ?4 AND "
+      "coalesce((SELECT transport || ' ' || server FROM routes WHERE routes.reply = notices.reply), '') = ?5")
+      .Run({now, pause, sender, oldest, route});
+  return database_.Number("SELECT changes()");
+}
+
+std::map<std::int64_t, std::int64_t> NoticeTurns::NotCreated(std::int64_t reply) {
+  std::map<std::int64_t, std::int64_t> notices;
+  Runtime::Statement count(database_, kNotCreated);
+  for (auto row = count({reply}); row.Next();) notices[row.Integer(0)] = row.Integer(1);
+  return notices;
+}
+
+bool NoticeTurns::HasWork(std::int64_t now, std::int32_t uid, bool byProject) {
+  auto row = hasWork_({uid, now, now + kLongestPause, now - kLongestWait, std::int64_t{byProject}});
   return row.Next() && row.Integer(0) != 0;
 }
 
@@ -116,10 +172,12 @@ void NoticeTurns::GiveUpOld(std::int64_t now) {
       reply = row.Integer(0);
     else
       return;
-    if (const std::int64_t notices = NotCreated(reply); notices > 0)
-      Runtime::Statement(database_,
-                         "INSERT INTO ended_notices (at, address, reason, notices) VALUES (?, '', ?, ?)")
-          .Run({now, reason, notices});
+    for (const auto& [sender, notices] : NotCreated(reply)) {
+      if (notices > 0)
+        Runtime::Statement(database_,
+                           "INSERT INTO ended_notices (at, address, reason, notices) VALUES (?, '', ?, ?)")
+            .Run({now, reason, notices});
+    }
     Runtime::Statement(database_, "DELETE FROM due_replies WHERE reply = ?").Run({reply});
   }
 }
@@ -136,11 +194,11 @@ void NoticeTurns::MakeReady(std::int64_t now, std::int32_t uid) {
       .Run({uid, now});
 }
 
-std::optional<std::int64_t> NoticeTurns::FirstReady(std::int32_t uid) {
+std::optional<std::int64_t> NoticeTurns::FirstReady(std::int32_t uid, bool byProject) {
   for (;;) {
     std::int64_t notice = 0;
     {
-      auto row = ready_({uid});
+      auto row = ready_({uid, std::int64_t{byProject}});
       if (!row.Next()) return std::nullopt;
       notice = row.Integer(0);
       if (row.Integer(1) != 0) return notice;
@@ -149,10 +207,10 @@ std::optional<std::int64_t> NoticeTurns::FirstReady(std::int32_t uid) {
   }
 }
 
-bool NoticeTurns::CreateRows(std::int64_t now, std::int32_t uid) {
+bool NoticeTurns::CreateRows(std::int64_t now, std::int32_t uid, bool byProject) {
   std::int64_t reply = 0;
   {
-    auto due = dueReply_({uid});
+    auto due = dueReply_({uid, std::int64_t{byProject}});
     if (!due.Next()) return false;
     reply = due.Integer(0);
     Runtime::Statement(database_,

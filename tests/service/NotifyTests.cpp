@@ -31,6 +31,7 @@ smtp() {
   until_true test -f port
   tvmail mailbox change Apollo --transport smtp --host "127.0.0.1:$(cat port)" --address apollo@site.example >/dev/null
 }
+sql() { python3 -c "import sqlite3; d = sqlite3.connect('Apollo.db'); d.execute('$1'); d.commit()"; }
 value() { tvmail status Apollo --json | grep -o "\"$1\":[^,}]*" | cut -d: -f2-; }
 sent() { grep ' > ' sent | sort; rm sent; }
 tvmail project add-user Apollo.TVS --name dora --email dora@apollo.example >/dev/null
@@ -65,6 +66,7 @@ tvmail notify | sed 's/in [0-9]* s/in N s/'; sent)bash"),
       "nothing was due\ntvmail: mailbox Apollo has notices = false in tvmail.toml: change that, or remove "
       "what waits with --drop\n78\na source or notices\n"
       "Apollo  alice@apollo.example  discussion 1, reply 3  sent\n"
+      "Apollo  1 mail waits for the limit of 3 a minute: run tvmail notify again in N s\n"
       "1 mail: 1 sent, 0 deferred, 0 given up; more is due in N s\n"
       "new@site.example > alice@apollo.example\n");
 }
@@ -109,15 +111,45 @@ value unsentNotices; value deferredNotices; value givenUpNotices; value givenUpA
 kill $server; wait $server 2>/dev/null; reply 2 alice; tvmail notify | cut -d: -f1; value unsentNotices
 tvmail check Apollo | grep -c 'sending  .*127.0.0.1'; tvmail mailbox change Apollo --host '[' >/dev/null; reply 3 alice; tvmail notify 2>&1 | grep -c 'no host'
 tvmail status | grep -c "can't send.*no host"
-later="UPDATE notices SET first_attempt = 1, next_attempt = 1 WHERE attempts > 0 OR reply = 2"
-python3 -c "import sqlite3; d = sqlite3.connect('Apollo.db'); d.execute('$later'); d.commit()"
+sql 'UPDATE notices SET first_attempt = 1, next_attempt = 1 WHERE attempts > 0 OR reply = 2'
 tvmail mailbox change Apollo --host 127.0.0.1:1 >/dev/null; tvmail notify | grep -o 'reply 2  given up'
 tvmail notify --drop --json; mv Apollo.db kept; tvmail status >/dev/null; echo "status $?")bash"),
             "Apollo  bob@apollo.example  discussion 1, reply 1  deferred\n"
             "Apollo  dora@apollo.example  discussion 1, reply 1  given up\n"
             "2 mails\nnotify 75\ncome later\nno such user\n1\n1\n1\n\"dora@apollo.example\"\nstatus 0\n"
-            "Apollo  bob@apollo.example  discussion 1, reply 2  deferred\n2 mails\n3\n1\n1\n1\n"
+            "Apollo  bob@apollo.example  discussion 1, reply 2  deferred\n1 mail\n3\n1\n1\n1\n"
             "reply 2  given up\nreply 2  given up\n{\"mailbox\":\"Apollo\",\"dropped\":2}\nstatus 75\n");
+}
+
+// Only what is tried is an attempt and counts for the limit: here three mails, and not the fourth for the
+// server that was found to be down.
+TEST_F(Notify, SendsByOtherRoutesWhileThatOfTheProjectCanNotBeUsed) {
+  EXPECT_EQ(
+      OutputOf(R"bash(
+smtp; printf '[[mailbox]]\nname = "Apollo"\nnotices-per-minute = 3\n' >home/tvmail.toml; chmod 600 home/tvmail.toml
+post() { echo "Text" | tvmail project post Apollo.TVS --discussion 1 --user bob - >/dev/null 2>&1; }
+outcomes() { sed 's/^.*"reply":\([0-9]*\),"outcome":"\([a-zA-Z]*\)".*/\1 \2/; s/[0-9]* s\b/N s/'; }
+tvmail outbound --transport smtp --host "127.0.0.1:$(cat port)" --address bob@home.example --real-name Bob >/dev/null
+tvmail mailbox change Apollo --host 127.0.0.1:1 >/dev/null; reply 1 bob; post; tvmail notify --json | outcomes
+value unsentNotices; value deferredNotices; tvmail mailbox change Apollo --host "127.0.0.1:$(cat port)" >/dev/null
+tvmail notify | outcomes; tvmail notify --now | outcomes; tvmail notify --json | sed 's/:[0-9]*}/:N}/'; rm home/tvmail.toml
+tvmail notify | tail -1; tvmail mailbox change Apollo --host '[' >/dev/null; reply 3 bob; post
+tvmail notify 2>&1 | cut -c1-60 | sort; value unsentNotices
+sql 'UPDATE notices SET sender = 1 WHERE user = (SELECT key FROM users WHERE name = "dora")'
+tvmail status | grep "another user's"; tvmail status --json | grep -o '"otherUsers":[^]]*'
+tvmail mailbox change Apollo --host "127.0.0.1:$(cat port)" >/dev/null; tvmail notify | tail -1)bash"),
+      "1 deferred\n2 sent\n2 sent\n2\n1\nnothing was due; more is due in N s\n"
+      "Apollo  2 mails wait for the limit of 3 a minute: run tvmail notify again in N s\n"
+      "nothing was sent; more is due in N s\n"
+      "{\"mailbox\":\"Apollo\",\"outcome\":\"limited\",\"waiting\":2,\"perMinute\":3,\"seconds\":N}\n"
+      "2 mails: 2 sent, 0 deferred, 0 given up\n"
+      "2 mails: 2 sent, 0 deferred, 0 given up\n"
+      "Apollo  alice@apollo.example  discussion 1, reply 4  sent\n"
+      "Apollo  dora@apollo.example  discussion 1, reply 4  sent\n"
+      "tvmail: Apollo: \"[\" is no host for sending mail: give a name\n2\n"
+      "  another user's  1 of the unsent can be sent only by a profile of daemon: run tvmail notify as that "
+      "user\n\"otherUsers\":[{\"user\":\"daemon\",\"uid\":1,\"unsent\":1}\n"
+      "1 mail: 1 sent, 0 deferred, 0 given up\n");
 }
 
 TEST_F(Notify, AnswersUsersOfHeldMailOnceAnHourAndStopsAfterThreeReports) {
@@ -140,15 +172,22 @@ tvmail project set-user Apollo.TVS --user bob --accept-mail >/dev/null; value st
 }
 
 TEST_F(Notify, ServesAMailboxWithoutASource) {
-  EXPECT_EQ(OutputOf(R"bash(
+  EXPECT_EQ(
+      OutputOf(R"bash(
 smtp; printf '[[mailbox]]\nname = "Apollo"\n' >home/tvmail.toml; chmod 600 home/tvmail.toml
 tvmail fetch 2>/dev/null; echo "fetch $?"
 tvmail serve 2>>log & until_true grep started log; reply 1 alice; until_true grep '> dora' sent
 kill -9 $!; wait $! 2>/dev/null; echo '450 4.2.1 later' >answer.bob@apollo.example; reply 2 alice
-tvmail serve 2>>log & until_true grep 'bob.*outcome=deferred' log; until_true test "$(grep -c '> dora' sent)" = 2
+tvmail serve 2>>log & until_true grep 'bob.*outcome=deferred' log; until_true grep '> dora' sent
+sql 'UPDATE notices SET next_attempt = next_attempt + 3000000'; rm answer.bob@apollo.example
+kill -HUP $!; until_true grep 'reply=2.*bob.*outcome=sent\|bob.*reply=2.*outcome=sent' log
+echo 'notices = false' >>home/tvmail.toml; kill -HUP $!; until_true grep 'event=stopped mailbox=Apollo' log
+grep -o 'event=configuration mailbox=Apollo.*' log; reply 3 alice; value unsentNotices
 kill $!; wait $!; echo "ended $?"; sent; grep -c 'event=notice' log)bash"),
-            "fetch 78\nended 0\napollo@site.example > bob@apollo.example\n"
-            "apollo@site.example > dora@apollo.example\napollo@site.example > dora@apollo.example\n4\n");
+      "fetch 78\nevent=configuration mailbox=Apollo reason=\"The mailbox Apollo has no source and sends no "
+      "notices. Set source, or notices = true.\"\n2\nended 0\napollo@site.example > bob@apollo.example\n"
+      "apollo@site.example > bob@apollo.example\n"
+      "apollo@site.example > dora@apollo.example\napollo@site.example > dora@apollo.example\n5\n");
 }
 
 }  // namespace

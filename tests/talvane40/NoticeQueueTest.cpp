@@ -177,6 +177,39 @@ TEST_F(Notices, AreDueAgainAfterThePauseWithTheFirstAttemptAndTheReason) {
   EXPECT_EQ(queue.State().GivenUp, 0);
 }
 
+// The replies 2, 4 and 5 have a route of their own.
+TEST_F(Notices, OfOneRouteArePostponedTogetherWithoutAnAttempt) {
+  const NoticeRoute server{TransportId::kSmtp, u"mail.example.org", {}, {}, 7};
+  for (int i = 1; i <= 5; ++i) {
+    if (i % 2 == 0 || i == 5)
+      world.Administer.AddReply(world.Path, 1, u"Ann", u"posted", server);
+    else
+      Reply(*project, u"s", u"b");
+  }
+  queue.Untried();
+  EXPECT_EQ(Next(1, 1).Notice->Reply.Number, 1);
+  EXPECT_TRUE(Next(1, 1).Limited);
+  EXPECT_EQ(queue.Ready(1), 10);
+  queue.Untried();
+  const DueNotice first = *Next(1, 1).Notice;
+  queue.Untried();
+  EXPECT_EQ(queue.Postpone(first.Id, std::chrono::seconds(60)), 2) << "rows that exist";
+  EXPECT_EQ(queue.Next(1, 1, false).Notice->Reply.Number, 2);
+  queue.Untried();
+  EXPECT_EQ(queue.Ready(1), 8);
+  world.Sql("UPDATE notices SET first_attempt = 1 WHERE reply = 2 AND user = 2");
+  const DueNotice old = *Next().Notice;
+  EXPECT_EQ(queue.Postpone(old.Id, std::chrono::hours(2)), 1) << "cleo's; ben's is to be given up";
+  EXPECT_EQ(Next().Notice->Id, old.Id);
+  queue.GiveUp(old.Id, u"in vain");
+  EXPECT_EQ(SendAll(), "3>ben 3>cleo 4>ben 4>cleo 5>ben 5>cleo ");
+  EXPECT_EQ(queue.State().Deferred, 0);
+  EXPECT_FALSE(Next().Limited);
+  queue.EndPauses();
+  EXPECT_EQ(Next().Notice->Attempts, 0);
+  EXPECT_EQ(SendAll(), "1>ben 1>cleo 2>cleo ");
+}
+
 TEST_F(Notices, ThatNobodyTriesToSendFor30DaysAreGivenUp) {
   Reply(*project, u"s", u"of which the rows exist");
   queue.Sent(Next().Notice->Id);
