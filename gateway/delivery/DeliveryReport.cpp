@@ -14,23 +14,11 @@
 namespace Gateway {
 namespace {
 
-// The words for people, English in every language, for programs that read them.
-constexpr std::pair<Outcome, const char*> kWords[] = {{Outcome::Delivered, "delivered"},
-                                                      {Outcome::Duplicate, "duplicate"},
-                                                      {Outcome::Refused, "refused"},
-                                                      {Outcome::Held, "held"},
-                                                      {Outcome::Retry, "to be tried again"}};
-
-std::string WordOf(Outcome outcome) {
-  const auto* found = std::ranges::find(kWords, outcome, &std::pair<Outcome, const char*>::first);
-  return found->second;
-}
-
 std::string JsonLine(const MailResult& result) {
   return Platform::JsonObject()
       .Add("source", Platform::FromUtf8(result.Source))
       .Add("messageId", result.MessageId)
-      .Add("outcome", Platform::FromUtf8(result.Result == Outcome::Retry ? "retry" : WordOf(result.Result)))
+      .Add("outcome", Platform::FromUtf8(WordOf(result.Result)))
       .Add("reason", result.Reason.empty() ? result.WhyEmpty : result.Reason)
       .Add("replyStored", result.ReplyStored)
       .Add("failure", result.Failure)
@@ -38,7 +26,7 @@ std::string JsonLine(const MailResult& result) {
 }
 
 std::string TextLine(const MailResult& result) {
-  std::string outcome = WordOf(result.Result);
+  std::string outcome = SpokenWordOf(result.Result);
   if (!result.Reason.empty()) outcome += ": " + Platform::TerminalLine(result.Reason);
   if (!result.WhyEmpty.empty()) outcome += " (" + Platform::TerminalLine(result.WhyEmpty) + ")";
   return Platform::TerminalLine(Platform::FromUtf8(result.Source)) + "  " +
@@ -88,11 +76,12 @@ Outcome DeliveryReport::Finish(bool stopped) {
 // Duplicates and held mail are named if there are any.
 std::string DeliveryReport::Counts() const {
   std::string text;
-  for (const auto& [outcome, word] : kWords) {
+  for (const auto& [outcome, word] : kOutcomeWords) {
     const auto counted = counts_.find(outcome);
     const bool any = counted != counts_.end();
     if (!any && (outcome == Outcome::Duplicate || outcome == Outcome::Held)) continue;
-    text += (text.empty() ? "" : ", ") + std::to_string(any ? counted->second : 0) + " " + word;
+    text +=
+        (text.empty() ? "" : ", ") + std::to_string(any ? counted->second : 0) + " " + SpokenWordOf(outcome);
     if (outcome == Outcome::Delivered && empty_ > 0) text += " (" + std::to_string(empty_) + " empty)";
   }
   return text;

@@ -25,12 +25,6 @@ constexpr std::size_t kLargestFile = 4096;
 constexpr std::size_t kLongestReason = 1000;
 constexpr std::chrono::seconds kStoreInterval(1);
 
-constexpr std::pair<Outcome, const char*> kCountNames[] = {{Outcome::Delivered, "delivered"},
-                                                           {Outcome::Duplicate, "duplicate"},
-                                                           {Outcome::Refused, "refused"},
-                                                           {Outcome::Held, "held"},
-                                                           {Outcome::Retry, "retry"}};
-
 StatusTime Now() {
   return std::chrono::floor<std::chrono::seconds>(Clock::now());
 }
@@ -47,7 +41,7 @@ std::string Today() {
 std::string TextOf(const MailboxStatus& status) {
   std::ostringstream text;
   text << "day " << status.Day << '\n';
-  for (const auto& [outcome, name] : kCountNames) {
+  for (const auto& [outcome, name] : kOutcomeWords) {
     const auto count = status.Counts.find(outcome);
     if (count != status.Counts.end()) text << name << ' ' << count->second << '\n';
   }
@@ -72,8 +66,8 @@ void ReadLine(const std::string& name, const std::string& value, MailboxStatus& 
   if (name == "last-delivered") status.LastDelivered = time;
   if (name == "last-failure") status.LastFailure = time;
   if (name == "failing") status.Failing = number != 0;
-  const auto* count = std::ranges::find(kCountNames, name, &std::pair<Outcome, const char*>::second);
-  if (count != std::end(kCountNames)) status.Counts[count->first] = static_cast<std::size_t>(number);
+  const auto* count = std::ranges::find(kOutcomeWords, name, &std::pair<Outcome, const char*>::second);
+  if (count != std::end(kOutcomeWords)) status.Counts[count->first] = static_cast<std::size_t>(number);
 }
 
 MailboxStatus StatusOf(const std::string& text) {

@@ -65,11 +65,7 @@ MailboxWork::PassResult MailboxWork::Pass() try {
   status_.Store();
   return pass;
 } catch (const std::exception&) {
-  const Platform::Failure failure = Platform::CurrentFailure();
-  if (!Interrupted()) status_.AddFailure(failure.Description());
-  status_.Store();
-  Close();
-  throw failure;
+  EndInFailure();
 }
 
 std::optional<Outcome> MailboxWork::Handle(RawMail raw, PassResult& pass) {
@@ -101,6 +97,10 @@ void MailboxWork::Wait(std::chrono::milliseconds longest) try {
   observer_.WorkingFor(std::chrono::ceil<std::chrono::minutes>(longest) + kWaitMargin);
   queue_->Wait(longest);
 } catch (const std::exception&) {
+  EndInFailure();
+}
+
+void MailboxWork::EndInFailure() {
   const Platform::Failure failure = Platform::CurrentFailure();
   if (!Interrupted()) status_.AddFailure(failure.Description());
   status_.Store();

@@ -51,6 +51,7 @@ class MailboxWork {
  private:
   void Open();
   void Close();
+  [[noreturn]] void EndInFailure();  // with the exception being handled
   std::optional<Outcome> Handle(RawMail raw, PassResult& pass);
   bool Interrupted();
 

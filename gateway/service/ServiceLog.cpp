@@ -23,22 +23,6 @@ std::string ValueOf(StringView text) {
   return TerminalLine(text.substr(0, kLongestValue)) + "...";
 }
 
-std::string_view WordOf(Outcome outcome) {
-  switch (outcome) {
-    case Outcome::Delivered:
-      return "delivered";
-    case Outcome::Duplicate:
-      return "duplicate";
-    case Outcome::Refused:
-      return "refused";
-    case Outcome::Held:
-      return "held";
-    case Outcome::Retry:
-      break;
-  }
-  return "retry";
-}
-
 std::string_view WordOf(SendResult::Kind kind) {
   switch (kind) {
     case SendResult::Kind::Sent:

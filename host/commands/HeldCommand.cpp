@@ -192,21 +192,6 @@ Gateway::DeliverySettings SettingsOf(const HeldOptions& options, const String& m
   return settings;
 }
 
-const char* WordOf(Gateway::Outcome outcome) {
-  switch (outcome) {
-    case Gateway::Outcome::Delivered:
-      return "delivered";
-    case Gateway::Outcome::Duplicate:
-      return "duplicate";
-    case Gateway::Outcome::Refused:
-    case Gateway::Outcome::Held:
-      return "refused";
-    case Gateway::Outcome::Retry:
-      break;
-  }
-  return "to be tried again";
-}
-
 // Processes a held mail again. Nothing if it isn't held any longer: another process was faster.
 std::optional<Gateway::MailResult> RetryMail(const HeldPlace& place, const Gateway::HeldReason& former,
                                              Gateway::MailProcessor& processor) {
@@ -253,7 +238,8 @@ int Retry(const HeldOptions& options) {
     }
     refused = refused || result->Result == Gateway::Outcome::Refused;
     again = again || result->Result == Gateway::Outcome::Retry;
-    std::cout << place.Id << "  " << TerminalLine(former.Mailbox) << "  " << WordOf(result->Result);
+    std::cout << place.Id << "  " << TerminalLine(former.Mailbox) << "  "
+              << Gateway::SpokenWordOf(result->Result);
     // What the component says of a reply that was stored is no reason.
     const bool settled =
         result->Result == Gateway::Outcome::Delivered || result->Result == Gateway::Outcome::Duplicate;

@@ -52,12 +52,6 @@ Exit codes, for monitoring:
 constexpr int kHeldHours = 168;
 constexpr int kNoticeHours = 4;
 
-constexpr std::pair<Outcome, const char*> kCounts[] = {{Outcome::Delivered, "delivered"},
-                                                       {Outcome::Duplicate, "duplicate"},
-                                                       {Outcome::Refused, "refused"},
-                                                       {Outcome::Held, "held"},
-                                                       {Outcome::Retry, "retry"}};
-
 struct StatusOptions {
   ConfigurationOption Configuration;
   bool Json = false;
@@ -128,7 +122,7 @@ void PrintJson(const std::vector<Row>& rows) {
   JsonArray mailboxes;
   for (const auto& [name, status, held, notices] : rows) {
     JsonObject counts;
-    for (const auto& [outcome, word] : kCounts) counts.Add(word, CountOf(status, outcome));
+    for (const auto& [outcome, word] : Gateway::kOutcomeWords) counts.Add(word, CountOf(status, outcome));
     mailboxes.Add(JsonObject()
                       .Add("name", name)
                       .Add("lastDelivered", FromUtf8(TextOf(status.LastDelivered)))
@@ -188,7 +182,7 @@ void PrintText(const std::vector<Row>& rows) {
               << (status.Reason.empty() ? "" : ": " + TerminalLine(status.Reason)) << '\n'
               << "  today           ";
     const char* separator = "";
-    for (const auto& [outcome, word] : kCounts) {
+    for (const auto& [outcome, word] : Gateway::kOutcomeWords) {
       std::cout << separator << CountOf(status, outcome) << ' ' << word;
       separator = ", ";
     }
