@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <optional>
 
+#include "gateway/notices/NoticeSettings.h"
 #include "platform/contracts/ProjectAdministration.h"
 
 namespace Host {
@@ -19,6 +20,12 @@ struct OutboundSettings {
 
   // True if mail can be sent by them, and is to be.
   bool Complete() const;
+  // What is wrong with complete settings, by which no mail would be sent: an SMTP host or an address that
+  // isn't usable. In the user's language; empty if nothing is.
+  String Problem() const;
+  // Proves that complete settings send mail, and sends none: see MailTransport::Check. servers is for their
+  // host. Raises what is wrong and what to do.
+  void Check(const Gateway::NoticeSettings& servers) const;
   // For the notices of a reply; only if they are complete.
   NoticeRoute Route() const;
 };

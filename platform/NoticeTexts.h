@@ -41,6 +41,7 @@ inline constexpr std::int32_t kExitCode = 21351;
 inline constexpr std::int32_t kEndedBySignal = 21352;
 inline constexpr std::int32_t kMailAddressUnusable = 21353;
 inline constexpr std::int32_t kAnswerCode = 21354;
+inline constexpr std::int32_t kCommandNotExecutable = 21355;
 
 // What waits to be sent, and what is done with it.
 inline constexpr std::int32_t kNoticesInUse = 21360;
@@ -57,6 +58,8 @@ inline constexpr std::int32_t kWillBeTold = 21370;
 inline constexpr std::int32_t kSenderNotTold = 21371;
 inline constexpr std::int32_t kBounceNotCounted = 21372;
 inline constexpr std::int32_t kRecipientIsMailbox = 21373;
+inline constexpr std::int32_t kOutboundUnusable = 21374;
+inline constexpr std::int32_t kUsersStopped = 21375;
 inline constexpr std::int32_t kNoticeExpired = 21399;
 
 inline constexpr CatalogueText kNoticeTexts[] = {
@@ -92,6 +95,7 @@ inline constexpr CatalogueText kNoticeTexts[] = {
     {kEndedBySignal, 1},
     {kMailAddressUnusable, 2},
     {kAnswerCode, 2},
+    {kCommandNotExecutable, 1},
     // What waits to be sent, and what is done with it.
     {kNoticesInUse, 1},
     {kProjectSendsNoMail},
@@ -107,6 +111,8 @@ inline constexpr CatalogueText kNoticeTexts[] = {
     {kSenderNotTold, 1},
     {kBounceNotCounted, 1},
     {kRecipientIsMailbox, 1},
+    {kOutboundUnusable, 1},
+    {kUsersStopped, 1},
     {kNoticeExpired},
 };
 

@@ -141,8 +141,14 @@ void CommandTransport::Check() {
   if (read.Number != 0)
     Raise(TextOf(TextNumber::kCommandFailed, ForeignText(command_), ForeignText(read.Output)));
   const std::string program = ProgramOf(command_);
-  if (!program.empty() && run({"/bin/sh", "-c", "command -v \"$1\"", "sh", program}).Number != 0)
-    Raise(TextOf(TextNumber::kCommandMissing, FromUtf8(program)));
+  if (program.empty()) return;
+  // The shell finds a file by its path even if it can't run it.
+  constexpr const char* kFind =
+      "p=$(command -v \"$1\") || exit 1; case $p in */*) test -f \"$p\" -a -x \"$p\" || exit 2;; esac";
+  const int found = run({"/bin/sh", "-c", kFind, "sh", program}).Number;
+  if (found != 0)
+    Raise(TextOf(found == 2 ? TextNumber::kCommandNotExecutable : TextNumber::kCommandMissing,
+                 FromUtf8(program)));
 }
 
 void CommandTransport::Interrupt() {

@@ -5,6 +5,7 @@
 
 #include "gateway/service/MailboxCheck.h"
 #include "host/CommandError.h"
+#include "host/OutboundSettings.h"
 #include "host/Stores.h"
 #include "host/commands/Command.h"
 #include "host/commands/ConfigurationOption.h"
@@ -17,9 +18,10 @@ namespace {
 constexpr const char* kNotes =
     R"(Checks the configuration, the stores and, for each mailbox: its record, its project, the logon to the project
 with the stored password, the folder of held mail, the logon to its source, and the server or command by which the
-project's mail is sent. Without a name, all mailboxes of the configuration and of this machine are checked. No mail is
-read, marked, moved or sent. One line is printed for each check: the mailbox, the check, and "ok" or what is wrong and
-what to do.
+project's mail is sent. Also the server or command of this system user's own outbound e-mail (tvmail outbound), by
+which the notifications of the user's posted replies are sent, if it is complete and enabled. Without a name, all
+mailboxes of the configuration and of this machine are checked. No mail is read, marked, moved or sent. One line is
+printed for each check: the mailbox, the check, and "ok" or what is wrong and what to do.
 
 Exit codes:
   0   everything is as it should be
@@ -30,6 +32,20 @@ void Print(StringView mailbox, const std::string& check, const String& problem) 
   std::cout << (mailbox.empty() ? "" : TerminalLine(mailbox) + "  ") << check << "  "
             << (problem.empty() ? "ok" : TerminalLine(problem)) << '\n'
             << std::flush;
+}
+
+// True if mail can be sent by the settings of this system user, or is to be sent by none.
+bool CheckOutbound(const Gateway::NoticeSettings& servers) {
+  String problem;
+  try {
+    const OutboundSettings settings = ReadOutboundSettings();
+    if (!settings.Complete()) return true;
+    settings.Check(servers);
+  } catch (const std::exception&) {
+    problem = CurrentFailure().Description();
+  }
+  Print({}, "outbound", problem);
+  return problem.empty();
 }
 
 int Check(const ConfigurationOption& option) {
@@ -43,6 +59,7 @@ int Check(const ConfigurationOption& option) {
     Print({}, "configuration", FromUtf8(line));
   }
   if (configuration.Warnings.empty()) Print({}, "configuration", {});
+  if (!CheckOutbound(configuration.DefaultNotices) && code == Done) code = TryAgain;
   for (const String& mailbox : option.NamesOrAll(configuration)) {
     for (const auto& [name, problem] :
          Gateway::CheckMailbox(mailbox, configuration.Find(mailbox), configuration.NoticesOf(mailbox))) {

@@ -25,12 +25,14 @@ namespace {
 // In bytes. A character takes up to three.
 constexpr std::size_t kLargestText = kLongestReply * 3 + 16;
 
+constexpr std::size_t kMostNames = 10;  // of users, in one message
+
 constexpr const char* kNotes =
     R"(On a terminal without a TEXTFILE, the editor in VISUAL or EDITOR opens. An empty text cancels.
 
 The other users who take mail are told of the reply by the settings of the system user who posts (tvmail outbound),
-if these are complete and enabled; otherwise no user is notified. tvmail notify or tvmail serve sends the mails. Standard
-error says how many users will be told.)";
+if these are complete, usable and enabled; otherwise no user is notified. tvmail notify or tvmail serve sends the mails.
+Standard error says how many users will be told, or why none, and who isn't, since three mails were not delivered.)";
 
 struct PostOptions {
   std::string File;
@@ -56,47 +58,66 @@ String ReplyText(std::string bytes, ExitCode blank) {
   return FromUtf8(bytes);
 }
 
-// Checks discussion and user first, so that nobody writes a text in vain. Returns how many users are told.
-std::size_t RequireDiscussionAndUser(const ProjectAdministration& projects, const String& path,
-                                     const PostOptions& options, const String& user) {
+// The users who take mail, but the author.
+struct Readers {
+  std::size_t Told = 0;
+  std::vector<String> Stopped;  // not told, since three mails were not delivered
+};
+
+// Checks discussion and user first, so that nobody writes a text in vain.
+Readers RequireDiscussionAndUser(const ProjectAdministration& projects, const String& path,
+                                 const PostOptions& options, const String& user) {
   const ProjectDescription project = Selected(projects.Outline(path), options.Discussion);
   const DescribedUser* author = nullptr;
-  std::size_t told = 0;
+  Readers readers;
   for (const DescribedUser& known : project.Users) {
     if (EqualsIgnoreCase(known.Name, Trim(user)))
       author = &known;
-    else if (known.MailAccepted && !known.Address.empty())
-      ++told;
+    else if (known.MailAccepted && !known.Address.empty() && !known.Stopped)
+      ++readers.Told;
+    else if (known.MailAccepted && known.Stopped)
+      readers.Stopped.push_back(known.Name);
   }
   if (!author) throw CommandError(DataRefused, TextNumber::kUserUnknown, user);
-  return told;
+  return readers;
 }
 
-// How the notices of this user's replies are sent; nothing if nobody is to be told.
-std::optional<NoticeRoute> RouteOfUser() {
+OutboundSettings SettingsOfUser() {
   std::error_code error;
   const bool hasStore =
       std::filesystem::exists(ToUtf8(Runtime::RegistryStore::FileOf(Hive::CurrentUser)), error);
   // A store that can't be read is a failure: nobody would be told of a reply that is to be sent.
-  const OutboundSettings settings = hasStore || error ? ReadOutboundSettings() : OutboundSettings();
-  return settings.Complete() ? std::optional(settings.Route()) : std::nullopt;
+  return hasStore || error ? ReadOutboundSettings() : OutboundSettings();
 }
 
-void SayWhoIsTold(const std::optional<NoticeRoute>& route, std::size_t told) {
-  const String text = !route      ? Runtime::TextOf(TextNumber::kNobodyIsTold)
-                      : told == 0 ? Runtime::TextOf(TextNumber::kNobodyTakesMail)
-                                  : Runtime::TextOf(TextNumber::kWillBeTold, FromUtf8(std::to_string(told)));
-  std::cerr << "tvmail: " << ToUtf8(text) << '\n';
+void Say(const String& text) {
+  std::cerr << "tvmail: " << TerminalLine(text) << '\n';
+}
+
+void SayWhoIsTold(const OutboundSettings& settings, const Readers& readers) {
+  if (!settings.Complete()) return Say(Runtime::TextOf(TextNumber::kNobodyIsTold));
+  if (const String problem = settings.Problem(); !problem.empty())
+    return Say(Runtime::TextOf(TextNumber::kOutboundUnusable, problem));
+  Say(readers.Told == 0 ? Runtime::TextOf(TextNumber::kNobodyTakesMail)
+                        : Runtime::TextOf(TextNumber::kWillBeTold, FromUtf8(std::to_string(readers.Told))));
+  if (readers.Stopped.empty()) return;
+  String names;
+  for (std::size_t i = 0; i < std::min(readers.Stopped.size(), kMostNames); ++i)
+    names += (i == 0 ? u"" : u", ") + readers.Stopped[i];
+  if (readers.Stopped.size() > kMostNames) names += u"...";
+  Say(Runtime::TextOf(TextNumber::kUsersStopped, names));
 }
 
 int Post(const PostOptions& options) {
   const String path = ExistingProject(options.File), user = ArgumentText(options.User);
   const ProjectAdministration projects = Administration();
-  const std::size_t told = RequireDiscussionAndUser(projects, path, options, user);
-  const std::optional<NoticeRoute> route = RouteOfUser();
+  const Readers readers = RequireDiscussionAndUser(projects, path, options, user);
+  const OutboundSettings settings = SettingsOfUser();
+  const bool usable = settings.Complete() && settings.Problem().empty();
+  const std::optional<NoticeRoute> route = usable ? std::optional(settings.Route()) : std::nullopt;
   const auto store = [&](const String& text) {
     std::cout << projects.AddReply(path, options.Discussion, user, text, route) << '\n' << std::flush;
-    SayWhoIsTold(route, told);
+    SayWhoIsTold(settings, readers);
   };
   if (options.Text.empty() && Terminal().Interactive()) {
     EditedText edited(kLargestText);

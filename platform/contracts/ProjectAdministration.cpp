@@ -26,13 +26,14 @@ DescribedDiscussion ReadDiscussion(const Value& value) {
 }  // namespace
 
 Value DescribedUser::ToValue() const {
-  return Array{Key, Name, Address, MailAccepted, Owner, Language};
+  return Array{Key, Name, Address, MailAccepted, Owner, Language, Stopped};
 }
 
 DescribedUser DescribedUser::FromValue(const Value& value) {
   const Array& user = value.ToArray();
   return {ElementOf(user, 0).ToInt32(), ElementOf(user, 1).ToString(), ElementOf(user, 2).ToString(),
-          ElementOf(user, 3).ToBool(),  ElementOf(user, 4).ToBool(),   ElementOf(user, 5).ToString()};
+          ElementOf(user, 3).ToBool(),  ElementOf(user, 4).ToBool(),   ElementOf(user, 5).ToString(),
+          ElementOf(user, 6).ToBool()};
 }
 
 Value DescribedReply::ToValue() const {

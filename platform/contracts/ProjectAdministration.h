@@ -23,6 +23,8 @@ struct DescribedUser {
   bool MailAccepted = false;
   bool Owner = false;  // who may bind a mailbox to the project
   String Language;     // such as "de"; empty for the language of the program that sends
+  bool Stopped =
+      false;  // gets no mail after three delivery reports; told by the descriptions of a project alone
 
   // The members as an array, in their order.
   Value ToValue() const;

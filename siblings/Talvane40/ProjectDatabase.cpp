@@ -91,11 +91,12 @@ std::vector<DescribedUser> ProjectDatabase::Users(std::int64_t& version) {
   std::vector<DescribedUser> users;
   Runtime::Statement statement(database_,
                                "SELECT key, name, email, mail_accepted, role = 'owner', language, "
-                               "(SELECT users_version FROM project) "
+                               "(SELECT users_version FROM project), "
+                               "(SELECT count(*) FROM bounces WHERE user = key) >= 3 "
                                "FROM users WHERE removed = 0 ORDER BY key");
   for (auto row = statement({}); row.Next();) {
     users.push_back({NumberAt(row, 0), TextAt(row, 1), TextAt(row, 2), row.Integer(3) != 0,
-                     row.Integer(4) != 0, TextAt(row, 5)});
+                     row.Integer(4) != 0, TextAt(row, 5), row.Integer(7) != 0});
     version = row.Integer(6);
   }
   return users;

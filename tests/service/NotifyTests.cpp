@@ -72,35 +72,43 @@ tvmail notify | sed 's/in [0-9]* s/in N s/'; sent)bash"),
 }
 
 TEST_F(Notify, TellsOfAPostedReplyByTheSettingsOfTheUserWhoPosts) {
-  EXPECT_EQ(OutputOf(R"bash(
+  EXPECT_EQ(
+      OutputOf(R"bash(
 smtp; printf '#!/bin/sh\ncat >>"%s/command"\n' "$PWD" >sendmail; chmod +x sendmail
 post() { echo "Text" | tvmail project post Apollo.TVS --discussion 1 --user bob - 2>&1 | cut -c1-40; }
 post; value unsentNotices
-tvmail outbound --transport smtp --host "127.0.0.1:$(cat port)" --address bob@home.example --real-name 'Bob B.' >/dev/null
+tvmail outbound --transport smtp --host '[' --address bob@home.example --real-name 'Bob B.' >/dev/null
+echo Text | tvmail project post Apollo.TVS --discussion 1 --user bob 2>&1 | cut -c1-137; tvmail check | grep outbound | cut -c1-41
+tvmail outbound --host "127.0.0.1:$(cat port)" >/dev/null; tvmail check | grep outbound
 post; tvmail notify | tail -1; grep From: sent | sort -u; grep Reply-To sent | sort -u; sent
 tvmail outbound --disable >/dev/null; post; value unsentNotices
 tvmail outbound add-profile Office; tvmail outbound add-profile office --command "$PWD/sendmail -t" | sed "s|$PWD||"
 tvmail outbound --enable --transport mapi --profile Office | grep Command | sed "s|$PWD||"
 post; tvmail notify | tail -1; grep ^To: command | sort
+tvmail check | grep outbound; chmod -x sendmail; tvmail check | grep outbound | sed "s|$PWD||"; chmod +x sendmail
 tvmail project set-user Apollo.TVS --user dora --email Apollo@SITE.example >/dev/null
 printf '[[mailbox]]\nname = "Apollo"\n' >home/tvmail.toml; chmod 600 home/tvmail.toml
 tvmail mailbox change Apollo --transport mapi --profile Office >/dev/null; sed -i /^EMailAddress/d Apollo.TVS
 tvmail mailbox show Apollo | tail -1; echo 'address = "apollo@site.example"' >>home/tvmail.toml; tvmail mailbox show Apollo | tail -1
 reply 2 bob; tvmail notify | tail -2 | cut -c1-92)bash"),
-            "1\ntvmail: no user is notified of the reply\n0\n"
-            "2\ntvmail: users who will be notified by ma\n2 mails: 2 sent, 0 deferred, 0 given up\n"
-            "From: \"Bob B.\" <bob@home.example>\nReply-To: Apollo <apollo@site.example>\n"
-            "bob@home.example > alice@apollo.example\nbob@home.example > dora@apollo.example\n"
-            "3\ntvmail: no user is notified of the reply\n0\n"
-            "MAPI profile Office is defined. It sends by the command: sendmail -t -i\n"
-            "MAPI profile office is defined. It sends by the command: /sendmail -t\n"
-            "Command:      /sendmail -t\n4\ntvmail: users who will be notified by ma\n"
-            "2 mails: 2 sent, 0 deferred, 0 given up\nTo: alice <alice@apollo.example>\nTo: dora "
-            "<dora@apollo.example>\n"
-            "Missing:      address: set it in the mailbox's section of tvmail.toml\n"
-            "Address:      apollo@site.example\n"
-            "Apollo  Apollo@SITE.example  discussion 1, reply 5  given up: Apollo@SITE.example is the add\n"
-            "2 mails: 1 sent, 0 deferred, 1 given up\n");
+      "1\ntvmail: no user is notified of the reply\n0\n"
+      "2\ntvmail: no user is notified of the reply by mail; correct the settings with tvmail outbound: "
+      "\"[\" is no host for sending mail: give a name\noutbound  \"[\" is no host for sending mail\n"
+      "outbound  ok\n3\ntvmail: users who will be notified by ma\n2 mails: 2 sent, 0 deferred, 0 given up\n"
+      "From: \"Bob B.\" <bob@home.example>\nReply-To: Apollo <apollo@site.example>\n"
+      "bob@home.example > alice@apollo.example\nbob@home.example > dora@apollo.example\n"
+      "4\ntvmail: no user is notified of the reply\n0\n"
+      "MAPI profile Office is defined. It sends by the command: sendmail -t -i\n"
+      "MAPI profile office is defined. It sends by the command: /sendmail -t\n"
+      "Command:      /sendmail -t\n5\ntvmail: users who will be notified by ma\n"
+      "2 mails: 2 sent, 0 deferred, 0 given up\nTo: alice <alice@apollo.example>\nTo: dora "
+      "<dora@apollo.example>\noutbound  ok\noutbound  The program /sendmail of the command for sending can't "
+      "be run. Give this user the right with chmod, or set another command with tvmail outbound "
+      "add-profile NAME --command.\n"
+      "Missing:      address: set it in the mailbox's section of tvmail.toml\n"
+      "Address:      apollo@site.example\n"
+      "Apollo  Apollo@SITE.example  discussion 1, reply 6  given up: Apollo@SITE.example is the add\n"
+      "2 mails: 1 sent, 0 deferred, 1 given up\n");
 }
 
 TEST_F(Notify, DefersAndGivesUpWhatTheServerDoesNotTake) {
@@ -165,10 +173,13 @@ grep -A1 '> bob' sent | grep -o '<.*>' | while read -r id; do
 done
 value stoppedAddresses; tvmail held list --json | grep -o auto-replied | wc -l; rm sent
 reply 20 alice; tvmail notify >/dev/null; sent
+tvmail outbound --transport smtp --host a.example --address a@home.example --real-name A >/dev/null
+echo Text | tvmail project post Apollo.TVS --discussion 1 --user alice 2>&1 | sed 's/; .*//'
 tvmail project set-user Apollo.TVS --user bob --accept-mail >/dev/null; value stoppedAddresses)bash"),
       "Apollo  alice@apollo.example  answer  sent\n1 mail: 1 sent, 0 deferred, 0 given up\n"
       "apollo@site.example > alice@apollo.example\nnothing was due\n[]\n[]\n[]\n[\"bob@apollo.example\"]\n3\n"
-      "apollo@site.example > dora@apollo.example\n[]\n");
+      "apollo@site.example > dora@apollo.example\n5\ntvmail: users who will be notified by mail: 1\n"
+      "tvmail: users who aren't notified, since three mails to each of them were not delivered: bob\n[]\n");
 }
 
 TEST_F(Notify, ServesAMailboxWithoutASource) {
