@@ -9,14 +9,17 @@
 
 #include "mime/AddressDepth.h"
 #include "mime/GMimeReference.h"
+#include "platform/ProgramTexts.h"
 
 namespace Mime {
 namespace {
 
 constexpr std::string_view kBlanks = " \t\r";
 
-[[noreturn]] void Refuse(const std::string& what, std::size_t limit, const char* unit) {
-  throw LimitExceeded(what + " more than " + std::to_string(limit) + unit);
+namespace TextNumber = Platform::TextNumber;
+
+[[noreturn]] void Refuse(std::int32_t text, std::size_t limit) {
+  throw LimitExceeded(text, limit);
 }
 
 std::string_view WithoutBlanksBehind(std::string_view text) {
@@ -97,7 +100,7 @@ class Scan {
   void BeginPart() {
     atMessageStart_ = false;
     BeginHeader();
-    if (++parts_ > limits_.Parts) Refuse("it has", limits_.Parts, " parts");
+    if (++parts_ > limits_.Parts) Refuse(TextNumber::kTooManyParts, limits_.Parts);
     CheckDepth();
   }
 
@@ -141,20 +144,21 @@ class Scan {
   }
 
   void CheckDepth() const {
-    if (levels_.size() + lostLevels_ > limits_.Depth) Refuse("its parts are nested", limits_.Depth, " deep");
+    if (levels_.size() + lostLevels_ > limits_.Depth) Refuse(TextNumber::kPartsTooDeep, limits_.Depth);
   }
 
   void EndField() {
     if (!inField_) return;
     inField_ = false;
     const std::string_view field(bytes_.data() + fieldStart_, fieldEnd_ - fieldStart_);
-    if (field.size() > limits_.FieldSize) Refuse("a field of its header has", limits_.FieldSize >> 10, " KB");
+    if (field.size() > limits_.FieldSize) Refuse(TextNumber::kHeaderFieldTooLong, limits_.FieldSize >> 10);
     const std::size_t colon = field.find(':');
     if (colon == std::string_view::npos) return;  // the parser drops it
     headerSize_ += field.size();
-    if (headerSize_ > limits_.HeaderSize) Refuse("a header of it has", limits_.HeaderSize >> 10, " KB");
-    if (++headerFields_ > limits_.HeaderFields) Refuse("a header of it has", limits_.HeaderFields, " fields");
-    if (++fields_ > limits_.Fields) Refuse("its headers have", limits_.Fields, " fields");
+    if (headerSize_ > limits_.HeaderSize) Refuse(TextNumber::kHeaderTooLarge, limits_.HeaderSize >> 10);
+    if (++headerFields_ > limits_.HeaderFields)
+      Refuse(TextNumber::kTooManyHeaderFields, limits_.HeaderFields);
+    if (++fields_ > limits_.Fields) Refuse(TextNumber::kTooManyFields, limits_.Fields);
 
     const std::string name = LowerCase(WithoutBlanksBehind(field.substr(0, colon)));
     const std::string_view value = field.substr(colon + 1);
@@ -170,17 +174,17 @@ class Scan {
       bytes_[fieldStart_] = 'X';
       return;
     }
-    if (++fromFields_ > limits_.FromFields) Refuse("it has", limits_.FromFields, " From fields");
-    if (value.size() > limits_.FromSize) Refuse("its From field has", limits_.FromSize >> 10, " KB");
+    if (++fromFields_ > limits_.FromFields) Refuse(TextNumber::kTooManyFromFields, limits_.FromFields);
+    if (value.size() > limits_.FromSize) Refuse(TextNumber::kFromTooLong, limits_.FromSize >> 10);
     if (AddressDepth(value) > limits_.AddressDepth)
-      Refuse("its addresses are nested", limits_.AddressDepth, " deep");
+      Refuse(TextNumber::kAddressesTooDeep, limits_.AddressDepth);
   }
 
   void CheckSubject(std::string_view value) {
     if (!ownHeader_ || std::exchange(subjectSeen_, true)) {
       bytes_[fieldStart_] = 'X';
     } else if (value.size() > limits_.SubjectSize) {
-      Refuse("its Subject field has", limits_.SubjectSize >> 10, " KB");
+      Refuse(TextNumber::kSubjectTooLong, limits_.SubjectSize >> 10);
     }
   }
 
@@ -194,18 +198,18 @@ class Scan {
       return static_cast<std::size_t>(std::count(value.begin(), value.end(), c));
     };
     if (value.size() > limits_.ContentFieldSize)
-      Refuse("a Content-Type or Content-Disposition of it has", limits_.ContentFieldSize >> 10, " KB");
+      Refuse(TextNumber::kContentFieldTooLong, limits_.ContentFieldSize >> 10);
     if (count('(') > limits_.ContentFieldComments)
-      Refuse("a Content-Type or Content-Disposition of it has", limits_.ContentFieldComments, " comments");
+      Refuse(TextNumber::kTooManyComments, limits_.ContentFieldComments);
     std::size_t words = 0;
     for (std::size_t at = value.find("=?"); at != std::string_view::npos; at = value.find("=?", at + 2))
       ++words;
     if (words > limits_.ContentFieldWords)
-      Refuse("a Content-Type or Content-Disposition of it has", limits_.ContentFieldWords, " encoded words");
+      Refuse(TextNumber::kTooManyEncodedWords, limits_.ContentFieldWords);
     if (count(';') > limits_.FieldParameters)
-      Refuse("a Content-Type or Content-Disposition of it has", limits_.FieldParameters, " parameters");
+      Refuse(TextNumber::kTooManyFieldParameters, limits_.FieldParameters);
     parameters_ += count(';');
-    if (parameters_ > limits_.Parameters) Refuse("it has", limits_.Parameters, " parameters");
+    if (parameters_ > limits_.Parameters) Refuse(TextNumber::kTooManyParameters, limits_.Parameters);
   }
 
   // Parsed by GMime's own function, so that both find the same boundary. GMime has removed every CR by then.

@@ -1,6 +1,8 @@
 // LimitCheck: refuses mails that would exhaust the parser.
 #pragma once
 
+#include <cstddef>
+#include <cstdint>
 #include <stdexcept>
 #include <string>
 
@@ -8,10 +10,19 @@
 
 namespace Mime {
 
-// Raised for a mail beyond a limit. what() names the limit, such as "it has more than 5000 parts".
+// Raised for a mail beyond a limit.
 class LimitExceeded : public std::runtime_error {
  public:
-  using std::runtime_error::runtime_error;
+  LimitExceeded(std::int32_t text, std::size_t limit)
+      : std::runtime_error("the mail exceeds a limit"), text_(text), limit_(limit) {}
+
+  // The number of the text that names the limit, such as "it has more than %1 parts", and its argument.
+  std::int32_t Text() const { return text_; }
+  std::size_t Limit() const { return limit_; }
+
+ private:
+  std::int32_t text_;
+  std::size_t limit_;
 };
 
 // Checks the bytes for the parser, whose lines end in LF or CR LF. Raises LimitExceeded for a mail beyond a

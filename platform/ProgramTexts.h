@@ -46,6 +46,21 @@ inline constexpr std::int32_t kSettingsCancelled = 20050;
 inline constexpr std::int32_t kMailboxCancelled = 20051;
 inline constexpr std::int32_t kDialogNotOpened = 20052;
 inline constexpr std::int32_t kDialogOnTerminal = 20053;
+inline constexpr std::int32_t kTooManyParts = 20060;
+inline constexpr std::int32_t kPartsTooDeep = 20061;
+inline constexpr std::int32_t kHeaderFieldTooLong = 20062;
+inline constexpr std::int32_t kHeaderTooLarge = 20063;
+inline constexpr std::int32_t kTooManyHeaderFields = 20064;
+inline constexpr std::int32_t kTooManyFields = 20065;
+inline constexpr std::int32_t kTooManyFromFields = 20066;
+inline constexpr std::int32_t kFromTooLong = 20067;
+inline constexpr std::int32_t kAddressesTooDeep = 20068;
+inline constexpr std::int32_t kSubjectTooLong = 20069;
+inline constexpr std::int32_t kContentFieldTooLong = 20070;
+inline constexpr std::int32_t kTooManyComments = 20071;
+inline constexpr std::int32_t kTooManyEncodedWords = 20072;
+inline constexpr std::int32_t kTooManyFieldParameters = 20073;
+inline constexpr std::int32_t kTooManyParameters = 20074;
 inline constexpr std::int32_t kStrangerRefused = 20100;
 inline constexpr std::int32_t kUserTakesNoMail = 20101;
 inline constexpr std::int32_t kMailWithoutSender = 20102;
@@ -161,6 +176,21 @@ inline constexpr CatalogueText kProgramTexts[] = {
     {kMailboxCancelled},
     {kDialogNotOpened},
     {kDialogOnTerminal, 1},
+    {kTooManyParts, 1},
+    {kPartsTooDeep, 1},
+    {kHeaderFieldTooLong, 1},
+    {kHeaderTooLarge, 1},
+    {kTooManyHeaderFields, 1},
+    {kTooManyFields, 1},
+    {kTooManyFromFields, 1},
+    {kFromTooLong, 1},
+    {kAddressesTooDeep, 1},
+    {kSubjectTooLong, 1},
+    {kContentFieldTooLong, 1},
+    {kTooManyComments, 1},
+    {kTooManyEncodedWords, 1},
+    {kTooManyFieldParameters, 1},
+    {kTooManyParameters, 1},
     {kStrangerRefused, 1},
     {kUserTakesNoMail, 1},
     {kMailWithoutSender},

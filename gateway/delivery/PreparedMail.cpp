@@ -35,7 +35,10 @@ PreparedMail PrepareMail(RawMail raw, const PolicySettings& policy) {
     mail.Read = Mime::ReadMail(mail.Raw.Bytes);
     mail.Key = MailKey(*mail.Read, mail.Raw.Bytes);
   } catch (const Mime::LimitExceeded& limit) {
-    mail.Refused = {kLimitRule, Platform::TextNumber::kRefusedUnread, Platform::FromUtf8(limit.what())};
+    mail.Refused = Refusal{.Rule = kLimitRule,
+                           .Text = Platform::TextNumber::kRefusedUnread,
+                           .First = Platform::FromUtf8(std::to_string(limit.Limit())),
+                           .FirstText = limit.Text()};
   } catch (const std::exception&) {
     mail.Failed = CurrentReason();
   }

@@ -15,11 +15,12 @@ String Shortened(StringView argument) {
 }  // namespace
 
 String Refusal::In(StringView language) const {
-  return Runtime::TextIn(language, Text, First, Second);
+  return Runtime::TextIn(language, Text, FirstText == 0 ? First : Runtime::TextIn(language, FirstText, First),
+                         Second);
 }
 
 Refusal MakeRefusal(std::string_view rule, std::int32_t text, StringView first, StringView second) {
-  return {rule, text, Shortened(first), Shortened(second)};
+  return {rule, text, Shortened(first), Shortened(second), 0};
 }
 
 }  // namespace Gateway

@@ -24,6 +24,7 @@ struct Refusal {
   std::string_view Rule;  // the name of a rule, which lasts as long as the process
   std::int32_t Text = 0;  // the number of its text in Platform::TextNumber, and that text's arguments
   String First = {}, Second = {};
+  std::int32_t FirstText = 0;  // if set, the number of a text that is the first argument; First is its own
 
   // For the mail's sender: what happened and what to do. In the language of a code such as "de", or in that
   // of the program's user if it is empty. Raises nothing. Any thread.

@@ -4,6 +4,7 @@
 #include "mime/AddressDepth.h"
 #include "mime/LimitCheck.h"
 #include "mime/Mail.h"
+#include "runtime/Texts.h"
 #include "tests/deliver/Deliver.h"
 
 namespace Tests {
@@ -104,7 +105,9 @@ TEST(LimitCheck, ReadsAMailAtALimitAndRefusesOneBeyondWithTheReason) {
       Mime::ReadMail(row.Make(row.Limit + 1));
       ADD_FAILURE() << row.Reason;
     } catch (const Mime::LimitExceeded& limit) {
-      EXPECT_NE(std::string(limit.what()).find(row.Reason), std::string::npos) << limit.what();
+      const std::string reason =
+          Utf8(Runtime::TextOf(limit.Text(), Platform::FromUtf8(std::to_string(limit.Limit()))));
+      EXPECT_NE(reason.find(row.Reason), std::string::npos) << reason;
     }
   }
   EXPECT_THROW(Mime::ReadMail("From: " + Repeated("a:", 45000) + "\n\n"), Mime::LimitExceeded);
@@ -234,6 +237,7 @@ TEST_F(HostileInput, BadMailEndsNeitherABatchNorAnMbox) {
            "mbox:2  (no Message-ID)  refused: The mail was not read, since it exceeds a limit (it has more "
            "than 5000 "
            "parts). Write"},
+          {"LC_ALL=de_DE.UTF-8 tvmail deliver Apollo parts", 65, "(sie hat mehr als 5000 Teile)"},
           {"(ulimit -n 24; tvmail deliver Apollo Mail)", 65, "200 messages: 10 delivered, 190 refused"}});
   // The sanitizers reserve terabytes of address space.
   const std::string scarce = "ulimit -v 400000; ";
