@@ -98,7 +98,9 @@ class StatusReader {
     const bool recipient = name == "final-recipient";
     // Some programs write no empty line between two recipients.
     if (name.empty() || (recipient && std::exchange(recipientSeen_, true))) Finish(recipient);
-    if (recipient || (name == "original-recipient" && !recipientSeen_)) failure_.Recipient = Address(value);
+    const bool original = name == "original-recipient" && failure_.Original.empty();
+    if (original) failure_.Original = Address(value);
+    if (recipient || (original && !recipientSeen_)) failure_.Recipient = Address(value);
     if (name == "action") action_ = LowerCase(WithoutComments(value));
     if (name == "status") failure_.Status = Platform::FromUtf8(StatusCode(value));
     if (name == "diagnostic-code") failure_.Diagnostic = Readable(WithoutType(value));
@@ -150,25 +152,27 @@ void FindParts(GMimeObject* object, ReportParts& parts) {
   }
 }
 
-String ReturnedId(const ParsedMessage& report, GMimeObject* returned) {
+// The raw value of the first field of a name; empty without one.
+std::string ReturnedField(const ParsedMessage& report, GMimeObject* returned, std::string name) {
+  std::string found;
   if (GMIME_IS_MESSAGE_PART(returned)) {
     GMimeMessage* mail = g_mime_message_part_get_message(GMIME_MESSAGE_PART(returned));
-    // The second name is the one by which it is hidden from the parser: see CheckLimits.
-    for (const char* name : {"Message-ID", "Xessage-ID"}) {
-      const char* value = mail ? g_mime_object_get_header(GMIME_OBJECT(mail), name) : nullptr;
-      if (value) return IdIn(value);
-    }
+    GMimeHeaderList* list = mail ? g_mime_object_get_header_list(GMIME_OBJECT(mail)) : nullptr;
+    GMimeHeader* field = list ? g_mime_header_list_get_header(list, name.c_str()) : nullptr;
+    name[0] = 'X';  // by which it is hidden from the parser: see CheckLimits
+    if (list && !field) field = g_mime_header_list_get_header(list, name.c_str());
+    const char* value = field ? g_mime_header_get_raw_value(field) : nullptr;
+    if (value) found = UnfoldHeader(std::string_view(value).substr(0, kLongestField));
   } else if (GMIME_IS_PART(returned)) {
-    String id;
+    const std::string wanted = LowerCase(name);
     std::string storage;
     EachField(ContentOf(report, GMIME_PART(returned), storage),
-              [&](const std::string& name, std::string_view value) {
-                if (name == "message-id") id = IdIn(value);
-                return !name.empty() && id.empty();
+              [&](const std::string& present, std::string_view value) {
+                if (present == wanted) found = value;
+                return !present.empty() && found.empty();
               });
-    return id;
   }
-  return {};
+  return found;
 }
 
 }  // namespace
@@ -180,7 +184,10 @@ std::optional<DeliveryStatus> ReadDeliveryStatus(const std::string& bytes) {
   FindParts(report.Root(), parts);
   if (!parts.Status || !GMIME_IS_PART(parts.Status)) return std::nullopt;
   DeliveryStatus status;
-  if (parts.Returned) status.MessageId = ReturnedId(report, parts.Returned);
+  if (parts.Returned) {
+    status.MessageId = IdIn(ReturnedField(report, parts.Returned, "Message-ID"));
+    status.ReturnedTo = OnlyAddress(ReturnedField(report, parts.Returned, "To")).value_or(String());
+  }
   if (status.MessageId.empty()) status.MessageId = IdIn(report.Field("In-Reply-To"));
   std::string storage;
   StatusReader reader(status.Failures);

@@ -18,10 +18,13 @@ struct DeliveryStatus {
   // The Message-ID of the mail that wasn't delivered, with its angle brackets: of the returned mail or its
   // header, or else what the report answers. Empty if there is none.
   String MessageId;
+  // The address in the field To of the returned mail or its header; empty unless that is a single one.
+  String ReturnedTo;
   // For each recipient with "Action: failed", what the report says, for a person. A report of a delay or of a
   // success has none.
   struct Failure {
-    String Recipient;
+    String Recipient;   // the final one, or else the original one
+    String Original;    // to whom the mail was sent, if it was forwarded; empty if that isn't said
     String Status;      // RFC 3463, such as "5.1.1"; may be empty
     String Diagnostic;  // what the mail server said; may be empty
   };

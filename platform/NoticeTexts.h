@@ -60,6 +60,7 @@ inline constexpr std::int32_t kBounceNotCounted = 21372;
 inline constexpr std::int32_t kRecipientIsMailbox = 21373;
 inline constexpr std::int32_t kOutboundUnusable = 21374;
 inline constexpr std::int32_t kUsersStopped = 21375;
+inline constexpr std::int32_t kBounceOfOther = 21376;
 inline constexpr std::int32_t kNoticeExpired = 21399;
 
 inline constexpr CatalogueText kNoticeTexts[] = {
@@ -113,6 +114,7 @@ inline constexpr CatalogueText kNoticeTexts[] = {
     {kRecipientIsMailbox, 1},
     {kOutboundUnusable, 1},
     {kUsersStopped, 1},
+    {kBounceOfOther, 1},
     {kNoticeExpired},
 };
 

@@ -35,6 +35,17 @@ String ReasonOf(const Mime::DeliveryStatus::Failure& failure) {
   return reason;
 }
 
+// A forwarded mail fails for an address that isn't its recipient's, which the report may name as the original
+// one; or the returned mail has it.
+std::vector<String> AddressesIn(const Mime::DeliveryStatus& report) {
+  std::vector<String> addresses{report.ReturnedTo};
+  for (const Mime::DeliveryStatus::Failure& failure : report.Failures) {
+    addresses.push_back(failure.Recipient);
+    addresses.push_back(failure.Original);
+  }
+  return addresses;
+}
+
 // What was typed: the text above the cut marker, or all of it if there is nothing above.
 String TypedText(Mime::Mail& mail) {
   const std::size_t cut = CutMarker().Repair(mail.Body);
@@ -57,8 +68,12 @@ const Platform::NoticeQueue& MailFollowUp::Queue() {
 void MailFollowUp::CountBounces(const Mime::Mail& mail, const std::string& bytes, MailResult& result) try {
   if (!IsReport(mail)) return;
   const auto report = Mime::ReadDeliveryStatus(bytes);
-  if (report && !report->MessageId.empty() && !report->Failures.empty())
-    Queue().AddBounce(report->MessageId, ReasonOf(report->Failures.front()));
+  if (!report || report->MessageId.empty() || report->Failures.empty()) return;
+  const Mime::DeliveryStatus::Failure& first = report->Failures.front();
+  if (Queue().AddBounce(report->MessageId, AddressesIn(*report), ReasonOf(first)) ==
+      Platform::BounceResult::OtherAddress)
+    result.Warning = Runtime::TextOf(TextNumber::kBounceNotCounted,
+                                     Runtime::TextOf(TextNumber::kBounceOfOther, first.Recipient));
 } catch (const std::exception&) {
   Warn(result, TextNumber::kBounceNotCounted);
 }

@@ -97,6 +97,12 @@ NoticeState NoticeState::FromValue(const Value& value) {
           .OfUsers = VectorOf(ElementOf(state, 9), NoticesOfUser::FromValue)};
 }
 
+BounceResult NoticeQueue::AddBounce(StringView messageId, const std::vector<String>& addresses,
+                                    StringView reason) const {
+  return static_cast<BounceResult>(
+      Call(u"AddBounce", messageId, ArrayOf(addresses, TextValue), reason).ToInt32());
+}
+
 Value NextNotice::ToValue() const {
   return Array{Notice ? Notice->ToValue() : Value(),
                Wait ? Value(Narrow<std::int32_t>(Wait->count())) : Value(), Limited};

@@ -116,6 +116,7 @@ enum class BounceResult : std::int32_t {
   Counted = 1,  // counted now, or before; or the address or the wish for mail was set after the reply
   Stopped =
       2,  // the third one: the user gets no more mail until the address or the wish for mail is set again
+  OtherAddress = 3,  // not counted: the report is about another address
 };
 
 class NoticeQueue : public ObjectProxy {
@@ -173,10 +174,10 @@ class NoticeQueue : public ObjectProxy {
   }
 
   // A delivery report says that the notice of this Message-ID (with or without brackets and domain) didn't
-  // arrive. The reports of one notice count once.
-  BounceResult AddBounce(StringView messageId, StringView reason) const {
-    return static_cast<BounceResult>(Call(u"AddBounce", messageId, reason).ToInt32());
-  }
+  // arrive. The reports of one notice count once. addresses are those that the report names: where there are
+  // any, one has to be the recipient's, since others than the recipient may know a Message-ID, too. Texts
+  // without "@" aren't addresses, and ignored.
+  BounceResult AddBounce(StringView messageId, const std::vector<String>& addresses, StringView reason) const;
 
   // Removes everything that waits, without sending it. Returns how many notices that were. Needs the lock, as
   // Next.

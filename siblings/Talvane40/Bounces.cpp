@@ -1,5 +1,6 @@
 #include "siblings/Talvane40/Bounces.h"
 
+#include "runtime/MailAddress.h"
 #include "siblings/Talvane40/NoticeTime.h"
 #include "siblings/Talvane40/SenderAnswers.h"
 
@@ -15,27 +16,41 @@ constexpr std::size_t kLongestReason = 1000;
 // after the reply.
 struct Addressee {
   std::int64_t User = 0;
+  String Address;
   bool Counts = false;
 };
 
 std::optional<Addressee> AddresseeOf(Runtime::Database& database, const NamedNotice& notice) {
-  Runtime::Statement ofReply(database,
-                             "SELECT key, ?1 > mail_since FROM users JOIN replies ON id = ?1 WHERE key = ?2");
-  Runtime::Statement ofAnswer(database, "SELECT user, 1 FROM answers WHERE id = ?");
+  Runtime::Statement ofReply(
+      database, "SELECT key, email, ?1 > mail_since FROM users JOIN replies ON id = ?1 WHERE key = ?2");
+  Runtime::Statement ofAnswer(
+      database, "SELECT user, email, 1 FROM answers JOIN users ON key = user WHERE answers.id = ?");
   auto row = notice.Answer != 0 ? ofAnswer({notice.Answer}) : ofReply({notice.Reply, notice.User});
   if (!row.Next()) return std::nullopt;
-  return Addressee{row.Integer(0), row.Integer(1) != 0};
+  return Addressee{row.Integer(0), FromUtf8(row.Text(1)), row.Integer(2) != 0};
+}
+
+// True if one of the addresses is the recipient's, or if there is none.
+bool IsAbout(const std::vector<String>& addresses, StringView recipient) {
+  const String expected = Runtime::CanonicalAddress(recipient);
+  bool others = false;
+  for (const String& address : addresses) {
+    if (EqualsIgnoreCase(Runtime::CanonicalAddress(address), expected)) return true;
+    others = others || address.find(u'@') != String::npos;
+  }
+  return !others;
 }
 
 }  // namespace
 
 BounceResult AddBounce(Runtime::Database& database, const NoticeIds& ids, StringView messageId,
-                       StringView reason) {
+                       const std::vector<String>& addresses, StringView reason) {
   const auto notice = ids.Read(messageId);
   if (!notice) return BounceResult::Unknown;
   Runtime::Transaction transaction(database);
   const auto addressee = AddresseeOf(database, *notice);
   if (!addressee) return BounceResult::Unknown;
+  if (addressee->Counts && !IsAbout(addresses, addressee->Address)) return BounceResult::OtherAddress;
   Runtime::Statement count(database, "SELECT count(*) FROM bounces WHERE user = ?");
   const auto bounces = [&] {
     auto row = count({addressee->User});

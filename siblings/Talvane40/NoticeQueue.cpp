@@ -1,5 +1,6 @@
 #include "siblings/Talvane40/NoticeQueue.h"
 
+#include "platform/contracts/ArrayMembers.h"
 #include "siblings/Talvane40/MailUnderWay.h"
 #include "siblings/Talvane40/NoticeLock.h"
 #include "siblings/Talvane40/NoticeStore.h"
@@ -39,7 +40,7 @@ const NoticeQueue::Table& NoticeQueue::Members() {
                               Method(u"GiveUp", 2, &NoticeQueue::GiveUp),
                               Method(u"State", 0, &NoticeQueue::State),
                               Method(u"AddAnswer", 6, &NoticeQueue::AddAnswer),
-                              Method(u"AddBounce", 2, &NoticeQueue::AddBounce),
+                              Method(u"AddBounce", 3, &NoticeQueue::AddBounce),
                               Method(u"Drop", 0, &NoticeQueue::Drop)};
   return table;
 }
@@ -120,8 +121,9 @@ Value NoticeQueue::AddAnswer(std::span<Value> arguments) {
 }
 
 Value NoticeQueue::AddBounce(std::span<Value> arguments) {
-  return static_cast<std::int32_t>(
-      opened_.Get().Store.AddBounce(arguments[0].ToString(), arguments[1].ToString()));
+  const auto address = [](const Value& value) { return value.ToString(); };
+  return static_cast<std::int32_t>(opened_.Get().Store.AddBounce(
+      arguments[0].ToString(), VectorOf(arguments[1], address), arguments[2].ToString()));
 }
 
 Value NoticeQueue::Drop(std::span<Value>) {

@@ -151,8 +151,9 @@ bool NoticeStore::AddAnswer(const RefusedMail& mail) {
   return Talvane40::AddAnswer(database_, mail);
 }
 
-BounceResult NoticeStore::AddBounce(StringView messageId, StringView reason) {
-  return Talvane40::AddBounce(database_, ids_, messageId, reason);
+BounceResult NoticeStore::AddBounce(StringView messageId, const std::vector<String>& addresses,
+                                    StringView reason) {
+  return Talvane40::AddBounce(database_, ids_, messageId, addresses, reason);
 }
 
 std::int32_t NoticeStore::Drop() {

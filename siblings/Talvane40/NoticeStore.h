@@ -29,7 +29,7 @@ class NoticeStore {
   void GiveUp(std::int32_t id, StringView reason);
   NoticeState State();
   bool AddAnswer(const RefusedMail& mail);
-  BounceResult AddBounce(StringView messageId, StringView reason);
+  BounceResult AddBounce(StringView messageId, const std::vector<String>& addresses, StringView reason);
   std::int32_t Drop();
 
  private:

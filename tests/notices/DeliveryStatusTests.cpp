@@ -8,13 +8,15 @@ namespace {
 
 constexpr const char* kId = "<talvane.notice.1a2b3c4d.7.2.0123456789abcdef@desk.example>";
 
-// "Message-ID: recipient status diagnostic|..."
-std::string Read(const std::string& bytes) {
+// "Message-ID: recipient status diagnostic|...", or "Message-ID: to address recipient original|..."
+std::string Read(const std::string& bytes, bool addresses = false) {
   const auto status = Mime::ReadDeliveryStatus(bytes);
   if (!status) return "no report";
   std::string text = Utf8(status->MessageId) + ":";
+  if (addresses) text += " to " + Utf8(status->ReturnedTo);
   for (const auto& f : status->Failures)
-    text += " " + Utf8(f.Recipient) + " " + Utf8(f.Status) + " " + Utf8(f.Diagnostic) + "|";
+    text += addresses ? " " + Utf8(f.Recipient + u" " + f.Original) + "|"
+                      : " " + Utf8(f.Recipient) + " " + Utf8(f.Status) + " " + Utf8(f.Diagnostic) + "|";
   return text;
 }
 
@@ -79,6 +81,12 @@ TEST(DeliveryStatus, IsBoundedAndToleratesWhatProgramsWrite) {
       {Report(":\n : \n\nx\n" + failed), "<a@b>: a@b  |"},
   };
   for (const auto& row : rows) EXPECT_EQ(row.Expected, Read(row.Bytes)) << row.Bytes;
+
+  const std::string forwarded = "Original-Recipient: rfc822; <o@b>\n" + failed, two = "To: x@y, z@y\n";
+  const std::string mail = "Message-ID: <a@b>\nTo: =?utf-8?q?B=2C?=\n <to@b>\n";
+  EXPECT_EQ("<a@b>: to to@b a@b o@b|", Read(Report(forwarded, mail), true));
+  EXPECT_EQ("<a@b>: to to@b a@b o@b|", Read(Report(forwarded, mail, "message/rfc822"), true));
+  EXPECT_EQ(": to  a@b o@b| a@b | a@b |", Read(Report(failed + forwarded + failed, two), true));
 
   std::string many;
   for (int i = 0; i < 100'000; ++i) many += failed + "\n";

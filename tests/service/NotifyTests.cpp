@@ -169,7 +169,8 @@ printf '[defaults]\nanswer-senders = false\n' >home/tvmail.toml; chmod 600 home/
 reply 5 bob --hold; tvmail notify; rm home/tvmail.toml; unset SUBJECT
 for i in 1 2 3; do reply "1$i" alice; done; tvmail notify >/dev/null
 grep -A1 '> bob' sent | grep -o '<.*>' | while read -r id; do
-  value stoppedAddresses; report bob "$id" >report; for again in 1 2; do tvmail deliver Apollo --hold <report >/dev/null; done
+  value stoppedAddresses; report dora@x.example "$id" | tvmail deliver Apollo --hold 2>&1 | grep -o 'it is about [^ ,]*'
+  report bob@apollo.example "$id" >report; for again in 1 2; do tvmail deliver Apollo --hold <report >/dev/null; done
 done
 value stoppedAddresses; tvmail held list --json | grep -o auto-replied | wc -l; rm sent
 reply 20 alice; tvmail notify >/dev/null; sent
@@ -177,7 +178,8 @@ tvmail outbound --transport smtp --host a.example --address a@home.example --rea
 echo Text | tvmail project post Apollo.TVS --discussion 1 --user alice 2>&1 | sed 's/; .*//'
 tvmail project set-user Apollo.TVS --user bob --accept-mail >/dev/null; value stoppedAddresses)bash"),
       "Apollo  alice@apollo.example  answer  sent\n1 mail: 1 sent, 0 deferred, 0 given up\n"
-      "apollo@site.example > alice@apollo.example\nnothing was due\n[]\n[]\n[]\n[\"bob@apollo.example\"]\n3\n"
+      "apollo@site.example > alice@apollo.example\nnothing was due\n[]\nit is about dora@x.example\n"
+      "[]\nit is about dora@x.example\n[]\nit is about dora@x.example\n[\"bob@apollo.example\"]\n6\n"
       "apollo@site.example > dora@apollo.example\n5\ntvmail: users who will be notified by mail: 1\n"
       "tvmail: users who aren't notified, since three mails to each of them were not delivered: bob\n[]\n");
 }

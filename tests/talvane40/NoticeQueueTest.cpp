@@ -251,23 +251,27 @@ TEST_F(Notices, AreStoppedByTheThirdReportUntilAddressOrWishIsSet) {
   ofCleo.replace(ofCleo.find(u".1.2."), 5, u".1.3.");
   for (const String& id : {forged, ofCleo, String(), String(u"<x@y>"), ids[0].substr(0, ids[0].size() - 1),
                            ids[0] + u"0", String(u"talvane.notice."), String(100000, u'1')})
-    EXPECT_EQ(queue.AddBounce(id, u"no such user"), BounceResult::Unknown) << Utf8(id);
+    EXPECT_EQ(queue.AddBounce(id, {}, u"no such user"), BounceResult::Unknown) << Utf8(id);
+  EXPECT_EQ(queue.AddBounce(ids[0], {u"cleo@example.org", u"ben"}, u""), BounceResult::OtherAddress);
   const auto changed = [](std::optional<String> address, std::optional<bool> accepted) {
     return UserChange{.Name = {}, .Address = address, .MailAccepted = accepted, .Language = {}};
   };
+  String address = u"BEN@example.org";
   for (const UserChange& change : {changed(u"new@example.org", {}), changed({}, true)}) {
     const std::pair<String, BounceResult> rows[] = {
         {ids[0], BounceResult::Counted}, {u" <" + ids[0] + u"@a.example> ", BounceResult::Counted},
         {ids[1], BounceResult::Counted}, {ids[2] + u"@a.example", BounceResult::Stopped},
         {ids[0], BounceResult::Stopped}, {ids[3], BounceResult::Stopped}};
-    for (const auto& [id, result] : rows) EXPECT_EQ(queue.AddBounce(id, u""), result) << Utf8(id);
+    for (const auto& [id, result] : rows) EXPECT_EQ(queue.AddBounce(id, {address}, u""), result) << Utf8(id);
     EXPECT_EQ(queue.State().StoppedAddresses.size(), 1U);
     Reply(*project, u"s", u"b");
     EXPECT_EQ(queue.State().Unsent, 1) << "to cleo";
     EXPECT_EQ(SendAll().find("ben"), std::string::npos);
     world.Administer.ChangeUser(world.Path, u"ben", change);
+    address = change.Address.value_or(address);
     EXPECT_TRUE(queue.State().StoppedAddresses.empty());
-    for (const String& id : ids) EXPECT_EQ(queue.AddBounce(id, u"late"), BounceResult::Counted);
+    for (const String& id : ids)
+      EXPECT_EQ(queue.AddBounce(id, {u"ben@example.org"}, u"late"), BounceResult::Counted);
     ids.clear();
     send(4);
     EXPECT_EQ(ids.size(), 4U);
@@ -287,7 +291,7 @@ TEST_F(Notices, AnswersAreGivenOncePerMailAndOncePerHourToAUser) {
   EXPECT_EQ(answer.RefusedText.size(), kLongestReply);
   EXPECT_FALSE(add(world.Ben, u"a2")) << "within the hour";
   EXPECT_EQ(SendAll(), "a>ben 1>ben 1>cleo ");
-  EXPECT_EQ(queue.AddBounce(answer.MessageId, u""), BounceResult::Counted);
+  EXPECT_EQ(queue.AddBounce(answer.MessageId, {}, u""), BounceResult::Counted);
   EXPECT_FALSE(add(world.Ben, u"a2")) << "within the hour after it was sent";
   EXPECT_FALSE(add(3, u"a1")) << "the same mail";
   EXPECT_TRUE(add(3, u"a3"));
