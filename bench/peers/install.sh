@@ -11,7 +11,8 @@ if ! command -v npm >/dev/null; then
   apt-get install -y -q --no-install-recommends nodejs npm >/dev/null || exit 75
 fi
 mkdir -p "$folder"
+cp bench/peers/mailparser.js "$folder"
 if cmp -s bench/peers/package-lock.json "$folder/installed"; then exit 0; fi
-cp bench/peers/package.json bench/peers/package-lock.json bench/peers/mailparser.js "$folder"
+cp bench/peers/package.json bench/peers/package-lock.json "$folder"
 (cd "$folder" && npm ci --no-audit --no-fund --loglevel=error) || exit 75
 cp bench/peers/package-lock.json "$folder/installed"
