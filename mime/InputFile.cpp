@@ -63,6 +63,17 @@ std::string_view InputFile::PeekLine(char lineEnd) {
   }
 }
 
+std::string_view InputFile::PeekLinesBefore(bool (*isLast)(std::string_view), char lineEnd) const {
+  const std::string_view there(buffer_.get() + begin_, end_ - begin_);
+  std::size_t taken = 0;
+  do {
+    const std::size_t end = there.find(lineEnd, taken);
+    if (end == std::string_view::npos) break;
+    taken = end + 1;
+  } while (!isLast(there.substr(taken)));
+  return there.substr(0, taken);
+}
+
 std::size_t InputFile::TakeLine(std::string& bytes, char lineEnd, std::size_t keep) {
   std::size_t total = 0;
   while (begin_ < end_ || Fill()) {

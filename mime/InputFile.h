@@ -29,7 +29,12 @@ class InputFile {
   // until the next call.
   std::string_view PeekLine(char lineEnd);
 
-  // Consumes bytes that were returned by PeekLine.
+  // The next line, whatever it is, and those after it before the first one for which isLast returns true.
+  // Only lines that are in the buffer with their line ends; empty if PeekLine has found a longer one. isLast
+  // gets the buffer from the start of a line. Valid until the next call.
+  std::string_view PeekLinesBefore(bool (*isLast)(std::string_view), char lineEnd) const;
+
+  // Consumes bytes that were returned by PeekLine or PeekLinesBefore.
   void Skip(std::size_t count) { begin_ += count; }
 
   // Appends to bytes up to and including the next line end, or up to the end of the file. Bytes beyond keep,

@@ -53,8 +53,16 @@ std::string SenderOf(std::string_view line) {
   return timeAlone ? std::string() : std::string(sender);
 }
 
-bool IsEmptyLine(std::string_view line) {
-  return line.find_first_not_of("\r\n") == std::string_view::npos;
+bool EndsWithEmptyLine(std::string_view lines, char lineEnd) {
+  if (lines.empty()) return false;
+  const std::string_view before = lines.substr(0, lines.size() - 1);
+  return lines.substr(before.rfind(lineEnd) + 1).find_first_not_of("\r\n") == std::string_view::npos;
+}
+
+// True if a line may be a separator or a masked one.
+bool IsSpecial(std::string_view line) {
+  const std::size_t begin = line.starts_with('>') ? line.find_first_not_of('>') : 0;
+  return begin == std::string_view::npos || line.substr(begin, kMboxStart.size()) == kMboxStart;
 }
 
 // The length of the line end of the message's last, empty line.
@@ -111,9 +119,11 @@ void MboxReader::TakeSeparator(std::string_view line) {
   file_.TakeLine(dropped, lineEnd_, 0);
 }
 
-bool MboxReader::TakeLine(std::string& bytes, std::size_t& size) {
+bool MboxReader::Add(std::string_view lines, std::string& bytes, std::size_t& size) {
   try {
-    size += file_.TakeLine(bytes, lineEnd_, kLargestMail);
+    if (lines.empty()) size += file_.TakeLine(bytes, lineEnd_, kLargestMail);
+    bytes.append(lines.substr(0, kLargestMail - std::min(kLargestMail, bytes.size())));
+    size += lines.size();
     return true;
   } catch (const std::bad_alloc&) {
     bytes = {};
@@ -136,14 +146,14 @@ bool MboxReader::Next(std::string& bytes, std::size_t& size) {
       TakeSeparator(line);
       break;
     }
-    behindEmptyLine = IsEmptyLine(line);
-    if (line.starts_with('>') &&
-        line.substr(std::min(line.size(), line.find_first_not_of('>'))).starts_with(kMboxStart))
-      file_.Skip(1);
+    if (line.starts_with('>') && IsSpecial(line)) file_.Skip(1);
+    const std::string_view lines = file_.PeekLinesBefore(IsSpecial, lineEnd_);
+    behindEmptyLine = EndsWithEmptyLine(lines, lineEnd_);
     // The rest of a message that doesn't fit is still searched for the next separator.
-    noMemory = noMemory || !TakeLine(bytes, size);
+    noMemory = noMemory || !Add(lines, bytes, size);
     std::string dropped;
-    if (noMemory) file_.TakeLine(dropped, lineEnd_, 0);
+    if (noMemory && lines.empty()) file_.TakeLine(dropped, lineEnd_, 0);
+    file_.Skip(lines.size());
   }
   if (noMemory) throw std::bad_alloc();
   DropEmptyLineAtEnd(bytes);

@@ -42,8 +42,9 @@ class MboxReader {
   const std::string& Sender() const { return sender_; }
 
  private:
-  // Appends a line of a message. Returns false, with nothing appended, if there isn't enough memory.
-  bool TakeLine(std::string& bytes, std::size_t& size);
+  // Adds lines of the buffer to a message, or, without any, a line that is longer than the buffer, which is
+  // consumed. Returns false, and the message is lost, if there isn't enough memory.
+  bool Add(std::string_view lines, std::string& bytes, std::size_t& size);
 
   // Consumes a separator that was returned by PeekLine, and notes its sender.
   void TakeSeparator(std::string_view line);

@@ -107,17 +107,16 @@ void DecodeQuotedPrintable(std::string_view raw, std::string& bytes) {
       line.remove_suffix(1);
       lineEnd = {};
     }
-    for (std::size_t i = 0; i < line.size(); ++i) {
-      const bool escape = line[i] == '=' && i + 2 < line.size() && g_ascii_isxdigit(line[i + 1]) &&
-                          g_ascii_isxdigit(line[i + 2]);
-      if (!escape) {
-        bytes += line[i];
-        continue;
-      }
-      bytes += static_cast<char>(g_ascii_xdigit_value(line[i + 1]) * 16 + g_ascii_xdigit_value(line[i + 2]));
-      i += 2;
+    for (std::size_t sign = line.find('='); sign != std::string_view::npos; sign = line.find('=')) {
+      const bool escape =
+          sign + 2 < line.size() && g_ascii_isxdigit(line[sign + 1]) && g_ascii_isxdigit(line[sign + 2]);
+      bytes.append(line.substr(0, sign));
+      bytes += escape ? static_cast<char>(g_ascii_xdigit_value(line[sign + 1]) * 16 +
+                                          g_ascii_xdigit_value(line[sign + 2]))
+                      : '=';
+      line.remove_prefix(sign + (escape ? 3 : 1));
     }
-    bytes += lineEnd;
+    bytes.append(line).append(lineEnd);
   }
 }
 

@@ -2,6 +2,7 @@
 
 #include <unistd.h>
 
+#include <chrono>
 #include <map>
 #include <mutex>
 #include <string>
@@ -18,6 +19,15 @@ namespace {
 struct KnownClass {
   std::string File;
   const ClassFactory* Factory;
+  std::chrono::steady_clock::time_point LookedAt = std::chrono::steady_clock::now();
+
+  // Within a RegistryScope the file is looked at only now and then, like the registry's.
+  bool IsInPlace() {
+    const auto now = std::chrono::steady_clock::now();
+    if (RegistryScope::IsOpen() && now - LookedAt < RegistryScope::kLookInterval) return true;
+    LookedAt = now;
+    return access(File.c_str(), F_OK) == 0;
+  }
 };
 
 class KnownClasses {
@@ -28,7 +38,7 @@ class KnownClasses {
     if (state != state_) classes_.clear();
     state_ = state;
     const auto known = classes_.find(asked);
-    if (known == classes_.end() || access(known->second.File.c_str(), F_OK) != 0) return nullptr;
+    if (known == classes_.end() || !known->second.IsInPlace()) return nullptr;
     return known->second.Factory;
   }
 

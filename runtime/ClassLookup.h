@@ -16,8 +16,9 @@ const ClassFactory& FindFactory(StringView programmaticName);
 const ClassFactory& FindFactory(const Guid& classId);
 
 // While one exists, FindFactory on its thread checks neither the registry nor the library's file for a class
-// that it has found once. Changes take effect when the outermost scope ends. It is a RegistryScope, too. For
-// one piece of work, such as one message, that creates the same classes repeatedly.
+// that it has found once. Changes take effect when the outermost scope ends, but a file that was removed may
+// be noticed up to RegistryScope::kLookInterval later. It is a RegistryScope, too. For one piece of work,
+// such as one message, that creates the same classes repeatedly.
 class ClassLookupScope {
  public:
   ClassLookupScope();

@@ -180,9 +180,18 @@ std::size_t PassHeading(LastLines& lines, std::size_t at, bool aboveHeaders) {
   return lines.Has(heading) && IsHeading(lines[heading].Text, aboveHeaders) ? heading + 1 : at;
 }
 
+// False if no line at `at` belongs to header lines of any language, as in most mails.
+bool MayEndHeaders(LastLines& lines, std::size_t at) {
+  if (!lines.Has(at)) return false;
+  const StringView text = lines[at].Text;
+  return text.empty() || IsHeaderName(HeaderName(text)) || IsHeaderName(text.substr(0, text.find(u' '))) ||
+         (lines.Has(at + 1) && IsWrapped(lines[at + 1].Text, text));
+}
+
 // The index after the header lines at `at` and their heading; at if there are none. Without a heading of the
 // table they need colons, a date and a subject, since the writer could have written other ones.
 std::size_t PassHeaders(LastLines& lines, std::size_t at) {
+  if (!MayEndHeaders(lines, at)) return at;
   for (const bool colons : {true, false}) {
     for (const AttributionLanguage& language : AttributionLanguages()) {
       const HeaderBlock block = HeaderLines(lines, at, language, colons);

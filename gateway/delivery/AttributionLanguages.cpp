@@ -1,5 +1,8 @@
 #include "gateway/delivery/AttributionLanguages.h"
 
+#include <algorithm>
+#include <unordered_set>
+
 namespace Gateway {
 namespace {
 
@@ -151,6 +154,23 @@ constexpr AttributionLanguage kLanguages[] = {
 
 std::span<const AttributionLanguage> AttributionLanguages() {
   return kLanguages;
+}
+
+bool IsHeaderName(StringView word) {
+  static const auto kNames = [] {
+    std::unordered_set<Platform::String> names;
+    for (const AttributionLanguage& language : kLanguages) {
+      for (StringView rest : {language.From, language.Date, language.To, language.Subject, language.More}) {
+        while (!rest.empty()) {
+          const StringView name = rest.substr(0, rest.find(u'|'));
+          names.insert(Platform::FoldCase(name));
+          rest.remove_prefix(std::min(name.size() + 1, rest.size()));
+        }
+      }
+    }
+    return names;
+  }();
+  return kNames.contains(Platform::FoldCase(word));
 }
 
 }  // namespace Gateway

@@ -28,4 +28,7 @@ struct AttributionLanguage {
 
 std::span<const AttributionLanguage> AttributionLanguages();
 
+// True for the name of a header line in any language, in any case. Any thread.
+bool IsHeaderName(StringView word);
+
 }  // namespace Gateway

@@ -17,8 +17,10 @@
 namespace Gateway {
 namespace {
 
-constexpr std::size_t kMostMails = 16;
-constexpr std::size_t kFewMails = 8;  // the reader goes on when so many are left: it is woken less often
+// So many that the reader goes on while the password is hashed, and that the threads rarely wait for each
+// other.
+constexpr std::size_t kMostMails = 256;
+constexpr std::size_t kFewMails = 128;  // the reader goes on when so many are left: it is woken less often
 constexpr std::size_t kMostBytes = std::size_t{1} << 20;
 
 // The mails that were read and wait to be handled. Prepared by one thread, taken by another one.

@@ -93,7 +93,6 @@ TEST_F(Creation, ARemovedLibraryIsMissingAtOnceAndARestoredOneIsFound) {
       fs::rename(library, folder_.Path() / "away");
       EXPECT_EQ(CreationFailure(), "");
     }
-    const Runtime::ClassLookupScope next;
     ExpectFailure({"TvGeneralServices.RegUtil", library.string(), "is missing", "tvmail init"});
     fs::rename(folder_.Path() / "away", library);
     EXPECT_EQ(CreationFailure(), "");
