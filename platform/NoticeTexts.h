@@ -28,7 +28,6 @@ inline constexpr std::int32_t kSmtpNoStartTls = 21338;
 inline constexpr std::int32_t kSmtpCertificate = 21339;
 inline constexpr std::int32_t kSmtpNoUtf8 = 21340;
 inline constexpr std::int32_t kSmtpNotConfirmed = 21341;
-inline constexpr std::int32_t kCurlMissing = 21342;
 inline constexpr std::int32_t kSmtpServerTwice = 21343;
 inline constexpr std::int32_t kSmtpSettingMissing = 21344;
 inline constexpr std::int32_t kSmtpSettingUnused = 21345;
@@ -83,7 +82,6 @@ inline constexpr CatalogueText kNoticeTexts[] = {
     {kSmtpCertificate, 2},
     {kSmtpNoUtf8, 2},
     {kSmtpNotConfirmed, 1},
-    {kCurlMissing, 2},
     {kSmtpServerTwice, 2},
     {kSmtpSettingMissing, 1},
     {kSmtpSettingUnused, 1},

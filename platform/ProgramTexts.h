@@ -113,7 +113,7 @@ inline constexpr std::int32_t kSourceSettingWrong = 20184;
 inline constexpr std::int32_t kCaFileUnreadable = 20185;
 inline constexpr std::int32_t kSourceInterrupted = 20186;
 inline constexpr std::int32_t kSettledMailsDamaged = 20187;
-inline constexpr std::int32_t kEtpanMissing = 20188;
+inline constexpr std::int32_t kLibraryMissing = 20188;
 inline constexpr std::int32_t kSettingUnknown = 20190;
 inline constexpr std::int32_t kSettingNotText = 20191;
 inline constexpr std::int32_t kSettingNotNumber = 20192;
@@ -243,7 +243,7 @@ inline constexpr CatalogueText kProgramTexts[] = {
     {kCaFileUnreadable, 2},
     {kSourceInterrupted},
     {kSettledMailsDamaged, 2},
-    {kEtpanMissing, 2},
+    {kLibraryMissing, 2},
     {kSettingUnknown, 2},
     {kSettingNotText, 1},
     {kSettingNotNumber, 2},

@@ -1,29 +1,16 @@
 #include "gateway/notices/CurlLibrary.h"
 
-#include <dlfcn.h>
-
 #include "platform/Failure.h"
-#include "platform/NoticeTexts.h"
+#include "platform/ProgramTexts.h"
+#include "runtime/SystemLibrary.h"
 #include "runtime/Texts.h"
 
 namespace Gateway {
 namespace {
 
-constexpr const char* kFile = "libcurl.so.4";
-
-[[noreturn]] void Raise(const char* reason) {
-  throw Platform::Failure(Platform::FailureNumber::DeviceFailed, u"Gateway.MailTransport",
-                          Runtime::TextOf(Platform::TextNumber::kCurlMissing, Platform::FromUtf8(kFile),
-                                          Platform::FromUtf8(reason ? reason : "")));
-}
-
 CurlLibrary Load() {
-  void* const library = dlopen(kFile, RTLD_NOW | RTLD_LOCAL);
-  if (!library) Raise(dlerror());
-  const auto find = [library](auto*& function, const char* name) {
-    function = reinterpret_cast<std::remove_reference_t<decltype(function)>>(dlsym(library, name));
-    if (!function) Raise(dlerror());
-  };
+  const Runtime::SystemLibrary library("libcurl.so.4", "libcurl4");
+  const auto find = [&library](auto*& function, const char* name) { function = library.Find(name); };
   CurlLibrary curl{};
   find(curl.GlobalInit, "curl_global_init");
   find(curl.EasyInit, "curl_easy_init");
@@ -41,11 +28,18 @@ CurlLibrary Load() {
   find(curl.MultiInfoRead, "curl_multi_info_read");
   find(curl.MultiCleanup, "curl_multi_cleanup");
   if (const CURLcode code = curl.GlobalInit(CURL_GLOBAL_DEFAULT); code != CURLE_OK)
-    Raise(curl.EasyStrerror(code));
+    RaiseCurl(curl.EasyStrerror(code));
   return curl;
 }
 
 }  // namespace
+
+void RaiseCurl(const char* reason) {
+  throw Platform::Failure(
+      Platform::FailureNumber::DeviceFailed, u"Gateway.MailTransport",
+      Runtime::TextOf(Platform::TextNumber::kLibraryMissing,
+                      Platform::FromUtf8(std::string("libcurl: ") + reason), u"libcurl4"));
+}
 
 const CurlLibrary& CurlLibrary::Get() {
   static const CurlLibrary library = Load();

@@ -1,7 +1,4 @@
 // CurlLibrary: libcurl, loaded when mail is sent first.
-//
-// "tvmail deliver", which a mail server starts for each mail, would lose some milliseconds by loading it and
-// what it needs.
 #pragma once
 
 #include <curl/curl.h>
@@ -28,5 +25,8 @@ struct CurlLibrary {
   decltype(&curl_multi_info_read) MultiInfoRead;
   decltype(&curl_multi_cleanup) MultiCleanup;
 };
+
+// Raises 57 for a libcurl that refuses to work.
+[[noreturn]] void RaiseCurl(const char* reason);
 
 }  // namespace Gateway

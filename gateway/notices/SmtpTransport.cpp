@@ -101,10 +101,7 @@ class SmtpTransport::Session {
   void Set(CURLoption option, T value) {
     const CURLcode code = curl_->EasySetopt(easy_, option, value);
     if (code == CURLE_OUT_OF_MEMORY) throw std::bad_alloc();
-    if (code != CURLE_OK)
-      throw Platform::Failure(
-          Platform::FailureNumber::DeviceFailed, u"Gateway.MailTransport",
-          TextOf(TextNumber::kCurlMissing, u"libcurl", FromUtf8(curl_->EasyStrerror(code))));
+    if (code != CURLE_OK) RaiseCurl(curl_->EasyStrerror(code));
   }
 
   static std::size_t OnRead(char* buffer, std::size_t size, std::size_t count, void* self);

@@ -1,10 +1,9 @@
 // EtpanLibrary: libetpan, loaded with the first IMAP session.
-//
-// "tvmail deliver", which a mail server starts for each mail, would lose some milliseconds by loading it and
-// the dozen libraries that it needs.
 #pragma once
 
 #include <libetpan/libetpan.h>
+
+#include "runtime/SystemLibrary.h"
 
 namespace Gateway {
 
@@ -18,15 +17,7 @@ class EtpanLibrary {
   EtpanLibrary& operator=(const EtpanLibrary&) = delete;
 
  private:
-  // An address, for a pointer to a function of any type.
-  struct Address {
-    void* Place;
-    template <class Function>
-    operator Function*() const {
-      return reinterpret_cast<Function*>(Place);
-    }
-  };
-  static Address Find(const char* name);
+  static Runtime::SystemLibrary::Address Find(const char* name);
 
   EtpanLibrary() = default;
 

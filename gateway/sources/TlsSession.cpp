@@ -2,7 +2,6 @@
 
 #include <arpa/inet.h>
 #include <openssl/err.h>
-#include <openssl/ssl.h>
 #include <openssl/x509v3.h>
 #include <sys/socket.h>
 
@@ -11,6 +10,7 @@
 #include <utility>
 
 #include "gateway/sources/SourceFailure.h"
+#include "gateway/sources/SslLibrary.h"
 #include "platform/ProgramTexts.h"
 #include "runtime/SystemReason.h"
 
@@ -18,14 +18,6 @@ namespace Gateway {
 namespace {
 
 namespace TextNumber = Platform::TextNumber;
-
-template <auto Free>
-struct Deleter {
-  template <class T>
-  void operator()(T* object) const {
-    Free(object);
-  }
-};
 
 int SocketOf(BIO* bio) {
   return *static_cast<const int*>(BIO_get_data(bio));
@@ -73,37 +65,41 @@ bool IsAddress(const std::string& host) {
 }  // namespace
 
 struct TlsSession::Parts {
+  const SslLibrary& Ssl = SslLibrary::Get();
   int Socket = -1;
-  std::unique_ptr<SSL_CTX, Deleter<SSL_CTX_free>> Context{SSL_CTX_new(TLS_client_method())};
-  std::unique_ptr<SSL, Deleter<SSL_free>> Session;
+  std::unique_ptr<SSL_CTX, decltype(Ssl.SSL_CTX_free)> Context{Ssl.SSL_CTX_new(Ssl.TLS_client_method()),
+                                                               Ssl.SSL_CTX_free};
+  std::unique_ptr<SSL, decltype(Ssl.SSL_free)> Session{nullptr, Ssl.SSL_free};
 };
 
 TlsSession::TlsSession(int socket, const std::string& host, const std::string& caFile, std::string name)
     : parts_(new Parts), name_(std::move(name)) {
+  const SslLibrary& ssl = parts_->Ssl;
   SSL_CTX* context = parts_->Context.get();
   if (!context) throw std::bad_alloc();
   ERR_clear_error();
-  SSL_CTX_set_min_proto_version(context, TLS1_2_VERSION);
-  SSL_CTX_set_verify(context, SSL_VERIFY_PEER, nullptr);
-  if (caFile.empty() ? SSL_CTX_set_default_verify_paths(context) != 1
-                     : SSL_CTX_load_verify_file(context, caFile.c_str()) != 1)
+  ssl.SSL_CTX_ctrl(context, SSL_CTRL_SET_MIN_PROTO_VERSION, TLS1_2_VERSION, nullptr);
+  ssl.SSL_CTX_set_verify(context, SSL_VERIFY_PEER, nullptr);
+  if (caFile.empty() ? ssl.SSL_CTX_set_default_verify_paths(context) != 1
+                     : ssl.SSL_CTX_load_verify_file(context, caFile.c_str()) != 1)
     RaiseSource(TextNumber::kCaFileUnreadable, caFile, Reason());
-  parts_->Session.reset(SSL_new(context));
+  parts_->Session.reset(ssl.SSL_new(context));
   SSL* session = parts_->Session.get();
   BIO* bio = session ? BIO_new(SocketMethod()) : nullptr;
   if (!bio) throw std::bad_alloc();
   parts_->Socket = socket;
   BIO_set_data(bio, &parts_->Socket);
   BIO_set_init(bio, 1);
-  SSL_set_bio(session, bio, bio);
+  ssl.SSL_set_bio(session, bio, bio);
   bool named = false;
   if (IsAddress(host)) {
-    named = X509_VERIFY_PARAM_set1_ip_asc(SSL_get0_param(session), host.c_str()) == 1;
+    named = X509_VERIFY_PARAM_set1_ip_asc(ssl.SSL_get0_param(session), host.c_str()) == 1;
   } else {
-    SSL_set_hostflags(session, X509_CHECK_FLAG_NO_PARTIAL_WILDCARDS);
+    ssl.SSL_set_hostflags(session, X509_CHECK_FLAG_NO_PARTIAL_WILDCARDS);
     std::string server = host;
-    named = SSL_set1_host(session, host.c_str()) == 1 &&
-            SSL_ctrl(session, SSL_CTRL_SET_TLSEXT_HOSTNAME, TLSEXT_NAMETYPE_host_name, server.data()) == 1;
+    named =
+        ssl.SSL_set1_host(session, host.c_str()) == 1 &&
+        ssl.SSL_ctrl(session, SSL_CTRL_SET_TLSEXT_HOSTNAME, TLSEXT_NAMETYPE_host_name, server.data()) == 1;
   }
   if (!named) RaiseSource(TextNumber::kTlsFailed, name_, Reason());
 }
@@ -112,9 +108,9 @@ TlsSession::~TlsSession() = default;
 
 TlsSession::Result TlsSession::Handshake() {
   ERR_clear_error();
-  const int returned = SSL_connect(parts_->Session.get());
+  const int returned = parts_->Ssl.SSL_connect(parts_->Session.get());
   if (returned == 1) return Result::Done;
-  const long fault = SSL_get_verify_result(parts_->Session.get());
+  const long fault = parts_->Ssl.SSL_get_verify_result(parts_->Session.get());
   if (fault != X509_V_OK)
     RaiseSource(TextNumber::kCertificateRefused, name_, X509_verify_cert_error_string(fault));
   return ResultOf(returned);
@@ -122,22 +118,22 @@ TlsSession::Result TlsSession::Handshake() {
 
 TlsSession::Result TlsSession::Read(char* buffer, std::size_t size, std::size_t& count) {
   ERR_clear_error();
-  const int returned = SSL_read_ex(parts_->Session.get(), buffer, size, &count);
+  const int returned = parts_->Ssl.SSL_read_ex(parts_->Session.get(), buffer, size, &count);
   return returned == 1 ? Result::Done : ResultOf(returned);
 }
 
 TlsSession::Result TlsSession::Write(std::string_view bytes, std::size_t& count) {
   ERR_clear_error();
-  const int returned = SSL_write_ex(parts_->Session.get(), bytes.data(), bytes.size(), &count);
+  const int returned = parts_->Ssl.SSL_write_ex(parts_->Session.get(), bytes.data(), bytes.size(), &count);
   return returned == 1 ? Result::Done : ResultOf(returned);
 }
 
 bool TlsSession::HasPending() const {
-  return SSL_has_pending(parts_->Session.get()) == 1;
+  return parts_->Ssl.SSL_has_pending(parts_->Session.get()) == 1;
 }
 
 TlsSession::Result TlsSession::ResultOf(int returned) {
-  switch (SSL_get_error(parts_->Session.get(), returned)) {
+  switch (parts_->Ssl.SSL_get_error(parts_->Session.get(), returned)) {
     case SSL_ERROR_WANT_READ:
       return Result::WantsRead;
     case SSL_ERROR_WANT_WRITE:

@@ -1,6 +1,5 @@
 #include "host/terminal/LineEditor.h"
 
-#include <histedit.h>
 #include <locale.h>
 #include <poll.h>
 #include <signal.h>
@@ -13,6 +12,7 @@
 #include <memory>
 #include <string_view>
 
+#include "host/terminal/EditLibrary.h"
 #include "host/terminal/HeldSignals.h"
 #include "host/terminal/PathCompletion.h"
 #include "platform/TerminalText.h"
@@ -20,6 +20,10 @@
 namespace Host {
 
 namespace {
+
+const EditLibrary& Edit() {
+  return EditLibrary::Get();
+}
 
 // Control characters for keys: those of the editor, and one that no key sends.
 constexpr wchar_t kToBegin = 1, kBack = 2, kToEnd = 5, kForward = 6, kEscape = 27, kDeleteForward = 30;
@@ -68,15 +72,15 @@ class Keys {
   void TakeSignal() {
     if (signals_.Arrived() == SIGWINCH) {
       signals_.Deliver();
-      el_resize(editor_);
+      Edit().el_resize(editor_);
       return;
     }
-    el_set(editor_, EL_PREP_TERM, 0);
+    Edit().el_set(editor_, EL_PREP_TERM, 0);
     signals_.Deliver();
-    el_set(editor_, EL_PREP_TERM, 1);
-    el_resize(editor_);
+    Edit().el_set(editor_, EL_PREP_TERM, 1);
+    Edit().el_resize(editor_);
     std::fputs("\r", stdout);
-    el_set(editor_, EL_REFRESH);
+    Edit().el_set(editor_, EL_REFRESH);
   }
 
   wchar_t Character(unsigned char first) {
@@ -137,7 +141,7 @@ struct Session {
 
 Session& SessionOf(EditLine* editor) {
   void* session = nullptr;
-  el_wget(editor, EL_CLIENTDATA, &session);
+  Edit().el_wget(editor, EL_CLIENTDATA, &session);
   return *static_cast<Session*>(session);
 }
 
@@ -168,7 +172,7 @@ void ShowChoices(const std::vector<std::string>& choices) {
 
 // The function of the tab key: inserts the rest of the path, or lists the choices.
 unsigned char CompleteHere(EditLine* editor, int) {
-  const LineInfoW* line = el_wline(editor);
+  const LineInfoW* line = Edit().el_wline(editor);
   const std::string typed = Utf8(line->buffer, line->cursor);
   if (!LooksLikePath(typed)) return CC_NORM;
   const Completion completion = CompletePath(typed);
@@ -177,8 +181,8 @@ unsigned char CompleteHere(EditLine* editor, int) {
     ShowChoices(completion.Choices);
     return CC_REDISPLAY;
   }
-  el_wdeletestr(editor, static_cast<int>(line->cursor - line->buffer));
-  return el_insertstr(editor, completion.Path.c_str()) == 0 ? CC_REFRESH : CC_REFRESH_BEEP;
+  Edit().el_deletestr(editor, static_cast<int>(line->cursor - line->buffer));
+  return Edit().el_insertstr(editor, completion.Path.c_str()) == 0 ? CC_REFRESH : CC_REFRESH_BEEP;
 }
 
 // The editor uses the encoding of the thread's locale; all texts here are UTF-8.
@@ -201,7 +205,7 @@ class Utf8Locale {
 };
 
 struct EndEditor {
-  void operator()(EditLine* editor) const { el_end(editor); }
+  void operator()(EditLine* editor) const { Edit().el_end(editor); }
 };
 
 }  // namespace
@@ -215,23 +219,23 @@ bool CanEditLine() {
 std::optional<std::string> ReadEditedLine(const std::string& prompt) {
   const Utf8Locale locale;
   HeldSignals signals({SIGCONT, SIGWINCH});
-  const std::unique_ptr<EditLine, EndEditor> editor(el_init("tvmail", stdin, stdout, stderr));
+  const std::unique_ptr<EditLine, EndEditor> editor(Edit().el_init("tvmail", stdin, stdout, stderr));
   if (!editor) throw std::bad_alloc();
   Session session{{editor.get(), signals}, prompt};
-  el_wset(editor.get(), EL_CLIENTDATA, &session);
-  el_wset(editor.get(), EL_EDITOR, L"emacs");
-  el_wset(editor.get(), EL_GETCFN, ReadKey);
-  el_set(editor.get(), EL_PROMPT, PromptOf);
-  el_wset(editor.get(), EL_ADDFN, L"complete-path", L"Complete a path", CompleteHere);
-  el_wset(editor.get(), EL_BIND, L"^I", L"complete-path", nullptr);
-  el_wset(editor.get(), EL_BIND, L"^^", L"ed-delete-next-char", nullptr);
+  Edit().el_wset(editor.get(), EL_CLIENTDATA, &session);
+  Edit().el_wset(editor.get(), EL_EDITOR, L"emacs");
+  Edit().el_wset(editor.get(), EL_GETCFN, ReadKey);
+  Edit().el_set(editor.get(), EL_PROMPT, PromptOf);
+  Edit().el_wset(editor.get(), EL_ADDFN, L"complete-path", L"Complete a path", CompleteHere);
+  Edit().el_wset(editor.get(), EL_BIND, L"^I", L"complete-path", nullptr);
+  Edit().el_wset(editor.get(), EL_BIND, L"^^", L"ed-delete-next-char", nullptr);
   // Ctrl-C and Ctrl-Z keep what was typed before: a character that is gone between poll and read would let
   // read wait with all signals held.
-  el_wset(editor.get(), EL_SETTY, L"-d", L"+noflsh", nullptr);
+  Edit().el_wset(editor.get(), EL_SETTY, L"-d", L"+noflsh", nullptr);
   // Set before the prompt is shown, so that the terminal doesn't also edit what is typed at once.
-  el_set(editor.get(), EL_PREP_TERM, 1);
+  Edit().el_set(editor.get(), EL_PREP_TERM, 1);
   int length = 0;
-  const wchar_t* line = el_wgets(editor.get(), &length);
+  const wchar_t* line = Edit().el_wgets(editor.get(), &length);
   if (!line || length <= 0) {
     std::fputs("\n", stdout);
     return std::nullopt;

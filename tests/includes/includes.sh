@@ -40,7 +40,7 @@ platform: platform/Forms
 # has to get its line.
 foreign='
 sqlite3.h: runtime/Database. runtime/DatabaseState.
-openssl/: siblings/OstrCipherCOM/ siblings/Talvane40/NoticeIds. siblings/Talvane40/PasswordHash. mime/ gateway/delivery/Digest. gateway/sources/TlsSession.
+openssl/: siblings/OstrCipherCOM/ siblings/Talvane40/NoticeIds. siblings/Talvane40/PasswordHash. mime/ gateway/delivery/Digest. gateway/sources/SslLibrary. gateway/sources/TlsSession.
 libetpan/: gateway/sources/EtpanLibrary.
 curl/: gateway/notices/CurlLibrary. gateway/notices/SmtpTransport.
 gmime/: mime/
