@@ -1,9 +1,11 @@
 #include "runtime/Database.h"
 
+#include <fcntl.h>
 #include <sqlite3.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
 #include <sys/statvfs.h>
+#include <unistd.h>
 
 #include <cerrno>
 #include <chrono>
@@ -153,8 +155,25 @@ void Database::Run(const char* sql) {
   if (result != SQLITE_OK) Refuse(result);
 }
 
-void Database::Begin() {
+// Without its own wait for the disk SQLite still writes the log in order and waits before it uses the log's
+// changes, so that a failure of power can only lose the last transactions.
+void Database::Begin(Durability durability) {
+  if (durability != durability_)
+    Run(durability == Durability::Later ? "PRAGMA synchronous=NORMAL" : "PRAGMA synchronous=FULL");
+  durability_ = durability;
   RunPrepared(begin_);
+}
+
+// The log is missing only if its changes were moved into the database, for which SQLite has waited.
+void Database::SyncLog(const std::string& file) {
+  const std::string log = file + "-wal";
+  const int descriptor = open(log.c_str(), O_RDONLY | O_CLOEXEC);
+  if (descriptor < 0 && errno == ENOENT) return;
+  const int error = descriptor < 0 || fdatasync(descriptor) != 0 ? errno : 0;
+  if (descriptor >= 0) close(descriptor);
+  if (error != 0)
+    RaiseReason(
+        TextOf(TextNumber::kNotWritten, Platform::FromUtf8(log), Platform::FromUtf8(SystemReason(error))));
 }
 
 void Database::Commit() {
@@ -262,8 +281,8 @@ void Statement::Run(std::initializer_list<Parameter> parameters) {
   }
 }
 
-Transaction::Transaction(Database& database) : database_(database) {
-  database_.Begin();
+Transaction::Transaction(Database& database, Durability durability) : database_(database) {
+  database_.Begin(durability);
 }
 
 Transaction::~Transaction() {

@@ -21,6 +21,11 @@ struct sqlite3_stmt;
 
 namespace Runtime {
 
+// When a transaction is on disk: at the end of its commit, or with the next one of another connection or
+// thread that waits for that, or with SyncLog, at the latest. It is visible at once, and survives the end of
+// the process in any case.
+enum class Durability { AtCommit, Later };
+
 class Database {
  public:
   // Opens an existing file, after RequireItsLog. The timeout limits each wait for another connection.
@@ -32,6 +37,10 @@ class Database {
   // Raises 57 if the file is empty or missing, but its write-ahead log holds changes: SQLite would delete the
   // log when it opens the file. For callers that create the file, or have their own text for a missing one.
   static void RequireItsLog(const std::string& file);
+
+  // Waits until all transactions that were committed to the file are on disk. After a failure some of them
+  // may be lost for good, also if a second try succeeds. Any thread.
+  static void SyncLog(const std::string& file);
 
   const std::string& File() const { return file_; }
 
@@ -54,7 +63,7 @@ class Database {
   int Prepare(const char* sql, sqlite3_stmt*& statement);
 
   // For Transaction.
-  void Begin();
+  void Begin(Durability durability = Durability::AtCommit);
   void Commit();
 
   // Waits for 2 ms if this connection had to wait for another one recently, so that the other one can write.
@@ -71,6 +80,7 @@ class Database {
   sqlite3* handle_ = nullptr;
   sqlite3_stmt* begin_ = nullptr;
   sqlite3_stmt* commit_ = nullptr;
+  Durability durability_ = Durability::AtCommit;
   int pausesLeft_ = 0;
 };
 
@@ -125,12 +135,12 @@ class Statement {
 // A write transaction. It takes the write lock at once, and is rolled back unless Commit succeeds.
 class Transaction {
  public:
-  explicit Transaction(Database& database);
+  explicit Transaction(Database& database, Durability durability = Durability::AtCommit);
   Transaction(const Transaction&) = delete;
   Transaction& operator=(const Transaction&) = delete;
   ~Transaction();
 
-  // When this returns, the changes are on disk.
+  // When this returns, the changes are on disk, or will be as the constructor was told.
   void Commit();
 
  private:

@@ -10,9 +10,9 @@
 
 namespace Gateway {
 
-// Main thread. Each mail's line is written before the next mail is begun, so that it is kept if the program
-// is stopped. An error on output changes no outcome. If nobody reads the output, the work waits, but a stop
-// signal still ends it: the outcomes that were not written are then counted on standard error.
+// Main thread. A mail's line is written when its reply is on disk, and before the program waits for another
+// mail. An error on output changes no outcome. If nobody reads the output, the work waits, but a stop signal
+// still ends it: the outcomes that were not written are then counted on standard error.
 class DeliveryReport {
  public:
   // Form::Text has a summary at its end. With Form::Nothing only errors are written.

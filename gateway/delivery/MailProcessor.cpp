@@ -55,6 +55,8 @@ class MailProcessor::Work {
   bool Holds() const { return settings_.Hold; }
   const PolicySettings& Policy() const { return settings_.Policy; }
 
+  const Platform::MailIntake& Intake() const { return project_.Intake(); }
+
   void ExpireHeld() { held_.Expire(settings_.HeldDays); }
 
   // Sets the result, but for a failure, which it raises. Nothing is stored then. Uses up what was read.
@@ -186,6 +188,23 @@ MailProcessor::~MailProcessor() = default;
 
 void MailProcessor::ExpireHeld() {
   if (work_->Holds()) work_->ExpireHeld();
+}
+
+void MailProcessor::SyncLater() {
+  work_->Intake().SyncLater();
+}
+
+void MailProcessor::Sync(std::span<MailResult> results) {
+  try {
+    return work_->Intake().Sync();
+  } catch (const std::exception&) {
+    for (MailResult& result : results) {
+      if (result.Result != Outcome::Delivered && result.Result != Outcome::Duplicate) continue;
+      result.Result = Outcome::Retry;
+      result.ReplyStored = false;
+      result.Reason = CurrentReason();
+    }
+  }
 }
 
 MailResult MailProcessor::Process(RawMail raw) {

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <memory>
+#include <span>
 
 #include "gateway/delivery/MailResult.h"
 #include "gateway/delivery/PreparedMail.h"
@@ -35,7 +36,16 @@ class MailProcessor {
   MailProcessor& operator=(const MailProcessor&) = delete;
   ~MailProcessor();
 
-  // Decides what becomes of a mail, and does it. Delivered, Duplicate and Held are durable when this returns.
+  // From now on Delivered and Duplicate are durable only after Sync. For many mails, of which none is removed
+  // from its source before that.
+  void SyncLater();
+
+  // Waits until the mails with these results are on disk; with an error Delivered and Duplicate become Retry,
+  // here and at all further calls. Raises nothing.
+  void Sync(std::span<MailResult> results);
+
+  // Decides what becomes of a mail, and does it. Delivered, Duplicate and Held are durable when this returns,
+  // but see SyncLater.
   // Reads the mailbox's record for each mail, so that a change takes effect at once; a missing record gives
   // Retry. Raises nothing.
   MailResult Process(RawMail raw);

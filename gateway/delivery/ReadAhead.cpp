@@ -52,8 +52,8 @@ class Reader {
     thread_.join();
   }
 
-  // The next mail, when the one before was handled; nothing at the end.
-  std::optional<PreparedMail> Next() {
+  // The next mail, when the one before was handled, and whether there is one after it; nothing at the end.
+  std::optional<std::pair<PreparedMail, bool>> Next() {
     std::unique_lock lock(mutex_);
     idle_ = true;
     if (count_ == 0) room_.notify_one();
@@ -67,10 +67,10 @@ class Reader {
     first_ = (first_ + 1) % kMostMails;
     --count_;
     bytes_ -= mail.Raw.Bytes.size();
-    const bool room = count_ <= kFewMails;
+    const bool room = count_ <= kFewMails, more = count_ > 0;
     lock.unlock();
     if (room) room_.notify_one();
-    return mail;
+    return std::pair(std::move(mail), more);
   }
 
   // True if all sources were read to their ends; after the last mail.
@@ -142,9 +142,9 @@ class Reader {
 };
 
 bool ReadOneByOne(const std::vector<std::string>& sources, StandardInput input, const PolicySettings& policy,
-                  const std::function<bool(PreparedMail)>& handle) {
+                  const std::function<bool(PreparedMail, bool)>& handle) {
   const auto sink = [&](RawMail raw) {
-    return handle(PrepareMail(std::move(raw), policy)) ? std::optional(Outcome::Retry) : std::nullopt;
+    return handle(PrepareMail(std::move(raw), policy), false) ? std::optional(Outcome::Retry) : std::nullopt;
   };
   return std::all_of(sources.begin(), sources.end(),
                      [&](const std::string& source) { return ReadMailSource(source, input, sink); });
@@ -153,7 +153,7 @@ bool ReadOneByOne(const std::vector<std::string>& sources, StandardInput input, 
 }  // namespace
 
 bool ReadAhead(const std::vector<std::string>& sources, StandardInput input, const PolicySettings& policy,
-               const std::function<bool(PreparedMail)>& handle) {
+               const std::function<bool(PreparedMail, bool)>& handle) {
   const bool oneMail =
       sources.size() == 1 && input == StandardInput::OneMail && IsStandardInput(sources.front());
   std::optional<Reader> reader;
@@ -163,8 +163,8 @@ bool ReadAhead(const std::vector<std::string>& sources, StandardInput input, con
   } catch (const std::bad_alloc&) {
   }
   if (!reader) return ReadOneByOne(sources, input, policy, handle);
-  while (auto mail = reader->Next()) {
-    if (!handle(*std::move(mail))) return false;
+  while (auto next = reader->Next()) {
+    if (!handle(std::move(next->first), next->second)) return false;
   }
   return reader->IsComplete();
 }

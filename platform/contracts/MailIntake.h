@@ -27,7 +27,7 @@ namespace Platform {
 // The result for the mail between Begin and End.
 enum class IntakeResult : std::int32_t {
   Nothing = 0,        // no reply was stored
-  Stored = 1,         // its reply was stored, and is on disk
+  Stored = 1,         // its reply was stored, and is on disk (but see SyncLater)
   AlreadyStored = 2,  // its reply had been stored before, and nothing was changed
 };
 
@@ -82,6 +82,14 @@ class MailIntake : public ObjectProxy {
   // begun. It is also ended, without a result, when the object that began it is released. Nothing includes a
   // reply that couldn't be written: deliver such a mail again, with the same key.
   IntakeResult End() const { return static_cast<IntakeResult>(Call(u"End").ToInt32()); }
+
+  // Replies to mails that this object begins from now on are on disk only when Sync returns, so that one wait
+  // for the disk serves several mails. Others see them at once, and they survive the end of the process.
+  void SyncLater() const { Call(u"SyncLater"); }
+
+  // Waits until all replies that this object's mails have stored are on disk. Raises 57 if the disk reports
+  // an error, at each further call too: deliver all mails since the last success again, with another object.
+  void Sync() const { Call(u"Sync"); }
 };
 
 }  // namespace Platform

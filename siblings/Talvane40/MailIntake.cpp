@@ -22,7 +22,10 @@ const MailIntake::Table& MailIntake::Members() {
   static const Table table = {Method(u"Open", 1, &MailIntake::Open),
                               Method(u"IsStored", 1, &MailIntake::IsStored),
                               Method(u"FindSender", 1, &MailIntake::FindSender),
-                              Method(u"Begin", 2, &MailIntake::Begin), Method(u"End", 0, &MailIntake::End)};
+                              Method(u"Begin", 2, &MailIntake::Begin),
+                              Method(u"End", 0, &MailIntake::End),
+                              Method(u"SyncLater", 0, &MailIntake::SyncLater),
+                              Method(u"Sync", 0, &MailIntake::Sync)};
   return table;
 }
 
@@ -46,7 +49,10 @@ Value MailIntake::Begin(std::span<Value> arguments) {
   std::optional<MailUnderWay>& mail = MailOfThisThread();
   mail.reset();
   opened_.Get();
-  mail = MailUnderWay{.Key = VettedKey(arguments[0]), .Author = arguments[1].ToInt32(), .BegunBy = this};
+  mail = MailUnderWay{.Key = VettedKey(arguments[0]),
+                      .Author = arguments[1].ToInt32(),
+                      .BegunBy = this,
+                      .Durability = durability_};
   return {};
 }
 
@@ -55,8 +61,28 @@ Value MailIntake::End(std::span<Value>) {
   const IntakeResult result = mail ? mail->Result : IntakeResult::Nothing;
   if (result == IntakeResult::Stored && opened_.IsOpen() && opened_.File() == mail->StoredIn)
     opened_.Get().Database.ReplyWasAdded();
+  if (result == IntakeResult::Stored && mail->Durability == Runtime::Durability::Later)
+    unsynced_.insert(mail->StoredIn);
   mail.reset();
   return static_cast<std::int32_t>(result);
+}
+
+Value MailIntake::SyncLater(std::span<Value>) {
+  durability_ = Runtime::Durability::Later;
+  return {};
+}
+
+// A second try may succeed although what the first one lost is not on disk, so it is not made.
+Value MailIntake::Sync(std::span<Value>) {
+  if (syncFailure_) throw *syncFailure_;
+  try {
+    for (const std::string& file : unsynced_) Runtime::Database::SyncLog(file);
+  } catch (const Failure& failure) {
+    syncFailure_ = failure;
+    throw;
+  }
+  unsynced_.clear();
+  return {};
 }
 
 }  // namespace Talvane40

@@ -1,8 +1,13 @@
 // MailIntake: stores each mail of a host once. platform/contracts/MailIntake.h is the contract.
 #pragma once
 
+#include <optional>
+#include <set>
+#include <string>
+
 #include "platform/Component.h"
 #include "platform/Object.h"
+#include "runtime/Database.h"
 #include "siblings/Talvane40/OpenedDatabase.h"
 
 namespace Talvane40 {
@@ -25,8 +30,13 @@ class MailIntake : public ObjectWithMembers<MailIntake> {
   Value FindSender(std::span<Value> arguments);
   Value Begin(std::span<Value> arguments);
   Value End(std::span<Value> arguments);
+  Value SyncLater(std::span<Value> arguments);
+  Value Sync(std::span<Value> arguments);
 
   OpenedDatabase<Files> opened_;
+  Runtime::Durability durability_ = Runtime::Durability::AtCommit;
+  std::set<std::string> unsynced_;      // the databases of replies that may not be on disk
+  std::optional<Failure> syncFailure_;  // of the first Sync that failed
   LiveObject live_{liveObjects};
 };
 

@@ -6,6 +6,7 @@
 #include <string>
 
 #include "platform/contracts/MailIntake.h"
+#include "runtime/Database.h"
 
 namespace Talvane40 {
 
@@ -15,6 +16,7 @@ struct MailUnderWay {
   std::string Key;
   std::int32_t Author = 0;        // the key of the only user who may be the author of its replies; 0 for any
   const void* BegunBy = nullptr;  // the MailIntake, for comparison only
+  Runtime::Durability Durability = Runtime::Durability::AtCommit;
   IntakeResult Result = IntakeResult::Nothing;
   std::string StoredIn = {};  // the file of the database, if Result is Stored
 };

@@ -73,7 +73,8 @@ class OpenedDiscussion : public ObjectWithMembers<OpenedDiscussion> {
           u"The user with the sender's address was changed at the same time. Deliver the mail again.");
     const bool stored =
         state_->Database.AddReply(number_, arguments[0].ToString(), arguments[1].ToString(), state_->Author,
-                                  mail ? std::optional<std::string_view>(mail->Key) : std::nullopt);
+                                  mail ? std::optional<std::string_view>(mail->Key) : std::nullopt,
+                                  mail ? mail->Durability : Runtime::Durability::AtCommit);
     // A second reply of the mail finds the key that the first one has stored.
     if (mail && mail->Result == IntakeResult::Nothing) {
       mail->Result = stored ? IntakeResult::Stored : IntakeResult::AlreadyStored;

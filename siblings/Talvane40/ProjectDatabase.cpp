@@ -147,8 +147,9 @@ bool ProjectDatabase::IsMailStored(std::string_view mailKey) {
 }
 
 bool ProjectDatabase::AddReply(std::int32_t discussion, StringView subject, StringView body,
-                               std::int32_t userKey, std::optional<std::string_view> mailKey) {
-  Runtime::Transaction transaction(database_);
+                               std::int32_t userKey, std::optional<std::string_view> mailKey,
+                               Runtime::Durability durability) {
+  Runtime::Transaction transaction(database_, durability);
   facts_.BeginOwnChange();
   if (mailKey && IsMailStored(*mailKey)) return false;
   addReply_.Run(

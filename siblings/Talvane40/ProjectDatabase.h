@@ -62,7 +62,7 @@ class ProjectDatabase {
   // Stores a reply together with the key of its mail, if it has one; its notices are due. False, and nothing
   // is changed, if a reply was stored with this key before, by any process.
   bool AddReply(std::int32_t discussion, StringView subject, StringView body, std::int32_t userKey,
-                std::optional<std::string_view> mailKey);
+                std::optional<std::string_view> mailKey, Runtime::Durability durability);
 
   // To be called after another ProjectDatabase of this thread has added one reply to the same file since
   // users or discussions were read by this one: if nobody else has changed anything, they needn't be read

@@ -81,6 +81,26 @@ TEST_F(Processor, SeesAChangeOfTheRecordAndOfTheProjectsFilesWithTheNextMail) {
   EXPECT_EQ(Replies(u"Apollo"), "ann ann ");
 }
 
+TEST_F(Processor, TriesMailsAgainThatDidntReachTheDisk) {
+  Gateway::MailProcessor processor(u"box", {});
+  processor.SyncLater();
+  const fs::path log = world.Home.Path() / "Apollo.db-wal";
+  std::vector<Gateway::MailResult> results(1);
+  for (const auto& [breaks, outcome] :
+       {std::pair(false, Outcome::Delivered), {true, Outcome::Retry}, {false, Outcome::Retry}}) {
+    results[0].Result = Process(processor);
+    EXPECT_EQ(results[0].Result, Outcome::Delivered);
+    fs::rename(log, log.string() + ".away");
+    if (breaks) fs::create_symlink(log, log);
+    processor.Sync(results);
+    EXPECT_EQ(results[0].Result, outcome);
+    EXPECT_EQ(Holds(Utf8(results[0].Reason), "Apollo.db-wal"), outcome == Outcome::Retry);
+    fs::rename(log.string() + ".away", log);
+  }
+  Gateway::MailProcessor again(u"box", {});
+  EXPECT_EQ(Process(again, "ann@x.org", last), Outcome::Duplicate);
+}
+
 TEST_F(Processor, PostsAStrangersReplyInTheNameOfTheMailboxsUser) {
   Gateway::DeliverySettings settings;
   settings.Policy.PostStrangers = true;

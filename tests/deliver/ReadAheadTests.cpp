@@ -39,7 +39,7 @@ class ReadAhead : public testing::Test {
   std::string Read() const {
     std::string order;
     EXPECT_TRUE(Gateway::ReadAhead({Path("mbox"), Path("missing"), Path("wrong"), Path("maildir")},
-                                   StandardInput::OneMail, {}, [&](const PreparedMail& mail) {
+                                   StandardInput::OneMail, {}, [&](const PreparedMail& mail, bool) {
                                      order += mail.Read      ? Utf8(mail.Read->MessageId)
                                               : mail.Refused ? "refused"
                                                              : "fault";
@@ -80,7 +80,8 @@ TEST_F(ReadAhead, EndsAtOnceWhenNoMailIsWantedAnyMore) {
       "From a@x.org Mon Nov  2 09:14:07 2026\n\nYes.\n\nFrom a@x.org Mon Nov  2 09:14:07 2026\n\n";
   for (const bool raises : {false, true}) {
     ASSERT_EQ(write(writing, mails.data(), mails.size()), static_cast<ssize_t>(mails.size()));
-    const auto handle = [&](const PreparedMail&) -> bool {
+    const auto handle = [&](const PreparedMail&, bool moreReady) -> bool {
+      EXPECT_FALSE(moreReady);
       if (raises) Raise(FailureNumber::DeviceFailed);
       return false;
     };

@@ -3,6 +3,7 @@
 #include <sys/stat.h>
 
 #include "platform/contracts/Cipher.h"
+#include "platform/contracts/MailIntake.h"
 #include "runtime/DurableFile.h"
 #include "runtime/RegistryStore.h"
 #include "tests/cipher/CheapKeyStore.h"
@@ -101,6 +102,28 @@ TEST_F(Durability, ACompletedChangeIsOnDisk) {
     EXPECT_EQ(calls.NotOnDisk(), "") << act.Name;
     EXPECT_GT(calls.Count(), 1) << act.Name;
   }
+}
+
+TEST_F(Durability, RepliesToSeveralMailsAreOnDiskAfterOneSyncOfAll) {
+  const MailIntake intake(Platform::Services().CreateByName(MailIntake::kName));
+  intake.Open(world_.Path);
+  intake.SyncLater();
+  const auto project = world_.Open();
+  SystemCalls calls(world_.Home.Path());
+  const auto deliver = [&](StringView key) {
+    intake.Begin(key);
+    Reply(*project, key, u"b");
+    EXPECT_EQ(intake.End(), IntakeResult::Stored);
+  };
+  for (const StringView key : {u"1", u"2", u"3"}) deliver(key);
+  EXPECT_NE(calls.NotOnDisk(), "");
+  intake.Sync();
+  EXPECT_EQ(calls.NotOnDisk(), "");
+  Reply(*project, u"of no mail", u"b");
+  EXPECT_EQ(calls.NotOnDisk(), "");
+  deliver(u"4");
+  calls.Fail(calls.Count() + 1, EIO);
+  for (int i = 0; i < 2; ++i) EXPECT_PRED2(Holds, FailureText([&] { intake.Sync(); }), "-wal");
 }
 
 TEST_F(Durability, AFaultOfAnyCallLeavesTheOldStateOrTheNewAndNoOtherFile) {
