@@ -8,6 +8,8 @@
 #include <span>
 #include <string_view>
 
+#include "mime/DelimiterLines.h"
+
 namespace Mime {
 namespace {
 
@@ -86,6 +88,7 @@ class Repair {
 
   void Run() {
     for (std::size_t at = 0; at < bytes_.size();) {
+      if (!inHeader_) at = NextDelimiterLine(bytes_, at);
       const std::string_view line = LineAt(at);
       if (line.starts_with("--") && IsDelimiter(line.substr(2))) {
         BeginHeader();

@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "mime/AddressDepth.h"
+#include "mime/DelimiterLines.h"
 #include "mime/GMimeReference.h"
 #include "platform/ProgramTexts.h"
 
@@ -45,6 +46,15 @@ bool IsDecodedField(const std::string& name) {
   return std::ranges::find(kNames, name) != std::end(kNames);
 }
 
+// True for the usual content type of a text. The parser reads it like that whatever follows, and finds no
+// boundary.
+bool IsPlainlyText(std::string_view value) {
+  constexpr std::string_view kText = "text/";
+  value.remove_prefix(std::min(value.find_first_not_of(' '), value.size()));
+  return value.size() > kText.size() && g_ascii_strncasecmp(value.data(), kText.data(), kText.size()) == 0 &&
+         g_ascii_isalnum(value[kText.size()]);
+}
+
 // The content type in a header.
 struct Content {
   std::vector<std::string> Boundaries;  // with "--" in front; those of a second Content-Type, too
@@ -60,6 +70,8 @@ class Scan {
 
   void Run() {
     for (std::size_t at = 0; at < bytes_.size();) {
+      if (!inHeader_) at = NextDelimiterLine(bytes_, at);
+      if (at == bytes_.size()) break;
       const std::size_t end = std::min(bytes_.find('\n', at), bytes_.size());
       std::string_view line(bytes_.data() + at, end - at);
       if (line.ends_with('\r')) line.remove_suffix(1);
@@ -214,6 +226,10 @@ class Scan {
 
   // Parsed by GMime's own function, so that both find the same boundary. GMime has removed every CR by then.
   void ReadContentType(std::string value) {
+    if (IsPlainlyText(value)) {
+      content_.TypeRead = true;
+      return;
+    }
     std::erase(value, '\r');
     const Owned<GMimeContentType> type(g_mime_content_type_parse(nullptr, value.c_str()));
     if (!type) return;

@@ -27,13 +27,14 @@ std::string CharsetOf(GMimePart* part, std::string_view content) {
 }  // namespace
 
 TextKind KindOf(GMimePart* part) {
-  const char* label = g_mime_object_get_header(GMIME_OBJECT(part), "Content-Type");
   GMimeContentType* type = g_mime_object_get_content_type(GMIME_OBJECT(part));
   const auto is = [type](const char* subtype) { return g_mime_content_type_is_type(type, "text", subtype); };
   if (is("html")) return TextKind::Html;
   if (is("enriched") || is("markdown") || is("x-markdown")) return TextKind::Markup;
+  if (is("plain")) return TextKind::Plain;
+  const char* label = g_mime_object_get_header(GMIME_OBJECT(part), "Content-Type");
   const bool unreadable = label && !std::strchr(label, '/');
-  return unreadable || is("plain") ? TextKind::Plain : TextKind::None;
+  return unreadable ? TextKind::Plain : TextKind::None;
 }
 
 std::string ParameterOf(GMimePart* part, const char* name) {

@@ -269,7 +269,9 @@ TEST_F(Deliver, KilledAtAnyMomentAndRepeatedStoresEachReplyOnce) {
     const std::size_t printed = CountOf(killed.Output, "  delivered\n");
     EXPECT_GE(printed, outcomes);
     const std::size_t stored = CountOf(Project(), "\"" + name + "-");
-    EXPECT_TRUE(stored == printed || stored == printed + 1) << stored << " stored, printed " << printed;
+    // So many mails at most wait for the disk together, which is before their lines are printed.
+    EXPECT_GE(stored, printed);
+    EXPECT_LE(stored, printed + 64);
 
     const Outcome repeated = Run("tvmail deliver Apollo mbox");
     EXPECT_EQ(repeated.Exit, 0) << repeated.Errors;
