@@ -43,9 +43,9 @@ Each message is stored once, also if it comes again, several processes deliver i
 the machine was stopped. It is recognised by its Message-ID and sender, or by its content without a Message-ID.
 So deliver everything again if you are in doubt.
 
-One line is printed for each message: its source, its Message-ID, and "delivered", "duplicate" (it was stored
-before), "refused", "held" or "to be tried again", with the reason. The words of the outcome are English in every
-language, for programs that read them; the reason is in the language of LANG. With --json each line is an object:
+One line is printed for each message when its outcome is on disk: its source, its Message-ID, and "delivered",
+"duplicate" (it was stored before), "refused", "held" or "to be tried again", with the reason. The words of the
+outcome are English in every language, for programs that read them; the reason is in the language of LANG. With --json each line is an object:
   source, messageId
   outcome      delivered, duplicate, refused, held or retry
   reason       for people; also why a reply that was delivered is empty
