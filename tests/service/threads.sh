@@ -101,6 +101,7 @@ deliver() { exec "$program" deliver --mbox --hold Project1; }
 mkfifo pipe
 exec 3<>pipe
 head -c 6000000 mbox >pipe 3>&- &  # the rest never comes, so that it can't end before the signal
+: >stopped
 deliver <pipe >stopped 2>&1 3>&- &
 service=$!
 for try in {1..1200}; do
