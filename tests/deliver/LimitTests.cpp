@@ -1,9 +1,11 @@
 // Hostile mail and endless input have no effect beyond their own outcome.
 #include <functional>
+#include <new>
 
 #include "mime/AddressDepth.h"
 #include "mime/LimitCheck.h"
 #include "mime/Mail.h"
+#include "mime/MemoryNeed.h"
 #include "runtime/Texts.h"
 #include "tests/deliver/Deliver.h"
 
@@ -20,6 +22,12 @@ std::string Nested(std::size_t count, const std::string& boundary) {
         '\n';
   }
   return mail;
+}
+
+TEST(MemoryNeed, IsRefusedInsteadOfEndingTheProgramLater) {
+  Mime::RequireMemoryFor(1);
+  EXPECT_THROW(Mime::RequireMemoryFor(std::size_t{1} << 50), std::bad_alloc);
+  EXPECT_THROW(Mime::RequireMemoryFor(std::size_t{1} << 50), std::bad_alloc);
 }
 
 TEST(LimitCheck, ReadsAMailAtALimitAndRefusesOneBeyondWithTheReason) {

@@ -172,7 +172,7 @@ TEST_F(Deliver, ReportsEachOutcomeByItsExitCodeAndReason) {
        "delivered", ""},
       {"tvmail deliver", 64, "", "MAILBOX"},
       {"tvmail deliver Apollo --jsn good", 64, "", "--jsn"},
-      {"tvmail deliver Apollo good >/dev/full", 0, "", "can't be written"},
+      {"tvmail deliver Apollo good >/dev/full", 0, "", "can't be written: No space left on device"},
       {"tvmail deliver Apollo unknown | true; exit ${PIPESTATUS[0]}", 65, "", ""},
       {"mv Apollo.TVS away; tvmail deliver Apollo unknown good; c=$?; mv away Apollo.TVS; exit $c", 75,
        "2 messages: 0 delivered, 0 refused, 2 to be tried again", ""},

@@ -49,7 +49,7 @@ TEST_F(BoundProjectCommands, AUserIsChangedAndRemovedAndKeepsTheReplies) {
        {"project set-user" + project + "ann --name Ada", 0, "Ada", "as user ann, who"},
        {"mailbox change Apollo --user Ada --password-file wrong", 0, "bound", ""},
        {"project add-discussion apollo.TVS --title Plan", 0, "1", ""},
-       {"project post" + project + "BOB --discussion 1 -", 0, "1\n", "no user is notified",
+       {"project post" + project + "' BOB' --discussion 1 -", 0, "1\n", "no user is notified",
         "\xEF\xBB\xBF  Grüße\nB.\r\n \n"},
        {"project post" + project + "bob --discussion 1", 65, "", "empty", " \n"},
        {"project post" + project + "bob --discussion 1", 65, "", "UTF-8", "\xE4"},

@@ -297,6 +297,11 @@ TEST(MailWriter, KeepsTextsOfAnyContentWithinTheirFields) {
   };
   for (const auto& row : rows)
     EXPECT_EQ(row.Written, Raw(Mime::WriteMail({.From = row.From}), "From")) << Utf8(row.From.Address);
+  for (const std::size_t size : {std::size_t{6}, std::size_t{7}}) {  // a line of 76 characters, and one of 77
+    const String last = u" " + String(size, u'b');
+    EXPECT_EQ(String(60, u'a') + (size == 6 ? u"" : u"\n") + last,
+              FromUtf8(Raw(Mime::WriteMail({.Subject = {String(60, u'a'), last}}), "Subject")));
+  }
   const std::string mail =
       Mime::WriteMail({.From = {String(3000, u'\u65E5'), String(3000, u'a') + u"@x"},
                        .Subject = {String(2000, u'a'), u" " + String(900, u'b')},

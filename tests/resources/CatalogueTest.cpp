@@ -1,13 +1,16 @@
 // The catalogues that are shipped: every language has every text, with the same places for arguments.
 #include <algorithm>
+#include <cerrno>
 #include <map>
 #include <regex>
 #include <set>
 #include <span>
+#include <system_error>
 
 #include "platform/NoticeTexts.h"
 #include "platform/ProgramTexts.h"
 #include "platform/ReasonTexts.h"
+#include "runtime/SystemReason.h"
 #include "tests/support/World.h"
 
 namespace Tests {
@@ -98,6 +101,12 @@ TEST(English, HasTheCaptionsOfTheDialogs) {
       "&Profile:|E-&mail protocol:|&E-mail address:|&Real Name:|Enable e-mail &notification|Pass&word:|"
       "&Project Path:|&User Name:|OK|Cancel|&Help|&Browse...|E-mail Configuration|Talvane E-mail Setup|");
   EXPECT_NE(texts.at(9100), texts.at(9101));
+}
+
+TEST(English, GivesTheSystemsErrorsTheirUsualTexts) {
+  for (const int error :
+       {ENOSPC, EACCES, EROFS, ENOENT, ENOTDIR, EISDIR, EIO, EFBIG, EDQUOT, EBUSY, EMFILE, ENAMETOOLONG})
+    EXPECT_EQ(Runtime::SystemReason(error), std::generic_category().message(error));
 }
 
 }  // namespace
