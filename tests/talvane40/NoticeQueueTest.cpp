@@ -355,6 +355,7 @@ TEST(NoticeLock, IsHeldByOneObjectUntilItIsReleasedOrItsProcessEnds) {
   EXPECT_THROW(queue.Drop(), Failure);
   KillProcess(other);
   EXPECT_TRUE(queue.Lock());
+  WriteFile(ToUtf8(world.Path), ReadFile(ToUtf8(world.Path)) + "; x\n");
   EXPECT_FALSE(queue.Open(world.Path)) << "the same project stays locked";
   {
     const NoticeQueue second = NewQueue(world.Path);
