@@ -21,9 +21,9 @@ struct sqlite3_stmt;
 
 namespace Runtime {
 
-// When a transaction is on disk: at the end of its commit, or with the next one of another connection or
-// thread that waits for that, or with SyncLog, at the latest. It is visible at once, and survives the end of
-// the process in any case.
+// When a transaction is on disk: when its Commit returns, or later: with SyncLog, or with the next commit to
+// the same file that waits for the disk. In both cases others see it at once, and it survives the end of the
+// process.
 enum class Durability { AtCommit, Later };
 
 class Database {

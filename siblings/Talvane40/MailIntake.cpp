@@ -4,6 +4,7 @@
 #include "siblings/Talvane40/SenderDirectory.h"
 
 namespace Talvane40 {
+
 struct MailIntake::Files {
   explicit Files(const std::string& file) : Database(file) {}
 
