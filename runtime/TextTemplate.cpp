@@ -14,12 +14,12 @@ bool IsTemplate(StringView text) {
 String Expand(StringView text, std::span<const String> arguments) {
   String result;
   result.reserve(text.size());
-  for (std::size_t i = 0; i < text.size(); ++i) {
-    if (text[i] != u'%' || i + 1 == text.size()) {
-      result += text[i];
-      continue;
-    }
+  std::size_t copied = 0;
+  for (std::size_t i = text.find(u'%'); i != StringView::npos && i + 1 < text.size();
+       i = text.find(u'%', copied)) {
+    result += text.substr(copied, i - copied);
     const char16_t mark = text[++i];
+    copied = i + 1;
     if (mark < u'1' || mark > u'9') {
       result += mark;
       continue;
@@ -31,7 +31,7 @@ String Expand(StringView text, std::span<const String> arguments) {
       result.pop_back();
     }
   }
-  return result;
+  return result += text.substr(copied);
 }
 
 }  // namespace Runtime
