@@ -31,4 +31,28 @@ class SystemLibrary {
   void* library_;
 };
 
+// The functions of a library, as members of Library, which is derived from this: each is initialised with
+// Find. Library names the file and the package that has it, as kFile and kPackage.
+template <class Library>
+class LibraryFunctions {
+ public:
+  // Loads the library at the first call, and raises as SystemLibrary does. Any thread.
+  static const Library& Get() {
+    static const Library library;
+    return library;
+  }
+
+  LibraryFunctions(const LibraryFunctions&) = delete;
+  LibraryFunctions& operator=(const LibraryFunctions&) = delete;
+
+ protected:
+  LibraryFunctions() = default;
+  ~LibraryFunctions() = default;
+
+  static SystemLibrary::Address Find(const char* function) {
+    static const SystemLibrary file(Library::kFile, Library::kPackage);
+    return file.Find(function);
+  }
+};
+
 }  // namespace Runtime

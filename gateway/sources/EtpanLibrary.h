@@ -8,20 +8,10 @@
 namespace Gateway {
 
 // The functions that are called, under their own names.
-class EtpanLibrary {
- public:
-  // Loads it at the first call. Raises 57 if it isn't installed. Any thread.
-  static const EtpanLibrary& Get();
+struct EtpanLibrary : Runtime::LibraryFunctions<EtpanLibrary> {
+  static constexpr const char* kFile = "libetpan.so.20";
+  static constexpr const char* kPackage = "libetpan20";
 
-  EtpanLibrary(const EtpanLibrary&) = delete;
-  EtpanLibrary& operator=(const EtpanLibrary&) = delete;
-
- private:
-  static Runtime::SystemLibrary::Address Find(const char* name);
-
-  EtpanLibrary() = default;
-
- public:
   decltype(&::mailimap_capability) mailimap_capability = Find("mailimap_capability");
   decltype(&::mailimap_capability_data_free) mailimap_capability_data_free =
       Find("mailimap_capability_data_free");

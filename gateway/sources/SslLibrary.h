@@ -8,20 +8,10 @@
 namespace Gateway {
 
 // The functions that are called, under their own names.
-class SslLibrary {
- public:
-  // Loads it at the first call. Raises 57 if it isn't installed. Any thread.
-  static const SslLibrary& Get();
+struct SslLibrary : Runtime::LibraryFunctions<SslLibrary> {
+  static constexpr const char* kFile = "libssl.so.3";
+  static constexpr const char* kPackage = "libssl3";
 
-  SslLibrary(const SslLibrary&) = delete;
-  SslLibrary& operator=(const SslLibrary&) = delete;
-
- private:
-  static Runtime::SystemLibrary::Address Find(const char* name);
-
-  SslLibrary() = default;
-
- public:
   decltype(&::SSL_CTX_ctrl) SSL_CTX_ctrl = Find("SSL_CTX_ctrl");
   decltype(&::SSL_CTX_free) SSL_CTX_free = Find("SSL_CTX_free");
   decltype(&::SSL_CTX_load_verify_file) SSL_CTX_load_verify_file = Find("SSL_CTX_load_verify_file");

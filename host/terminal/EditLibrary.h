@@ -8,20 +8,10 @@
 namespace Host {
 
 // The functions that are called, under their own names.
-class EditLibrary {
- public:
-  // Loads it at the first call. Raises 57 if it isn't installed. Any thread.
-  static const EditLibrary& Get();
+struct EditLibrary : Runtime::LibraryFunctions<EditLibrary> {
+  static constexpr const char* kFile = "libedit.so.2";
+  static constexpr const char* kPackage = "libedit2";
 
-  EditLibrary(const EditLibrary&) = delete;
-  EditLibrary& operator=(const EditLibrary&) = delete;
-
- private:
-  static Runtime::SystemLibrary::Address Find(const char* name);
-
-  EditLibrary() = default;
-
- public:
   decltype(&::el_deletestr) el_deletestr = Find("el_deletestr");
   decltype(&::el_end) el_end = Find("el_end");
   decltype(&::el_init) el_init = Find("el_init");
