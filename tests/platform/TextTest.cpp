@@ -112,6 +112,7 @@ TEST(MailAddress, HasOneSpellingForOneMailbox) {
       {u"a@xn--mnchen-3ya.example", u"a@münchen.example"},
       {u"a@M\u00DCNCHEN.example", u"a@münchen.example"},
       {u"a@mu\u0308nchen。example.", u"a@münchen.example"},
+      {u"a@X\u200DY.example", u"a@X\u200DY.example"},  // no joiner may stand there
       {u"a@xn--\x7F", u"a@xn--\x7F"},
       {u"\"a.b\"@c", u"a.b@c"},
       {u"\"a\\b c\"@d", u"\"a\\b c\"@d"},

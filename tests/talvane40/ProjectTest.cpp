@@ -50,7 +50,7 @@ TEST_F(Projects, GiveNothingAndAReasonForFilesThatAreNoProjects) {
       {"[Mail]\nFormat=1\n", "is not a project file"},
       {"[Project]\nFormat=2\nName=A\nDatabase=apollo.db\n", "newer version"},
       {start + "A\n", "is damaged"},
-      {start + "A\nDatabase=lost.db\n", "lost.db is missing"},
+      {start + "A\nDatabase = lost.db \n", "/lost.db is missing"},
       {start + "A\nDatabase=foreign.db\n", "another program, or empty"},
       {start + "A\nDatabase=text.db\n", "text.db is no database"},
       {start + "A\nDatabase=folder.TVS\n", "is not a file"}};
