@@ -59,10 +59,9 @@ bool EndsWithEmptyLine(std::string_view lines, char lineEnd) {
   return lines.substr(before.rfind(lineEnd) + 1).find_first_not_of("\r\n") == std::string_view::npos;
 }
 
-// True if a line may be a separator or a masked one.
+// True for a line "From ...", also after ">".
 bool IsSpecial(std::string_view line) {
-  const std::size_t begin = line.starts_with('>') ? line.find_first_not_of('>') : 0;
-  return begin == std::string_view::npos || line.substr(begin, kMboxStart.size()) == kMboxStart;
+  return line.substr(std::min(line.size(), line.find_first_not_of('>'))).starts_with(kMboxStart);
 }
 
 // The length of the line end of the message's last, empty line.

@@ -71,13 +71,13 @@ std::vector<std::string> MessagesOf(const std::string& bytes) {
 TEST(Mbox, GivesEachMessageUnmaskedWhateverItsLineEnds) {
   const std::string separator = "From a@b Mon Jan 31 12:00:00 2022\n";
   const std::string mbox = separator + "Subject: 1\nContent-Length: 9999\n\n>From x\n>>From y\n> From z\n\n" +
-                           separator + "Subject: 2\n\nno line end";
+                           separator + "Subject: 2\n\nno line end\n>>>";
   for (const std::string_view lineEnd : {"\n", "\r\n", "\r"}) {
     const std::vector<std::string> messages = MessagesOf(Crossed(mbox, lineEnd));
     ASSERT_EQ(messages.size(), 2u);
     EXPECT_EQ(messages[0],
               Crossed("Subject: 1\nContent-Length: 9999\n\nFrom x\n>From y\n> From z\n", lineEnd));
-    EXPECT_TRUE(messages[1].ends_with("no line end")) << messages[1];
+    EXPECT_EQ(messages[1], Crossed("Subject: 2\n\nno line end\n>>>", lineEnd));
   }
 }
 
