@@ -1,11 +1,9 @@
 #include "runtime/Database.h"
 
-#include <fcntl.h>
 #include <sqlite3.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
 #include <sys/statvfs.h>
-#include <unistd.h>
 
 #include <cerrno>
 #include <chrono>
@@ -164,16 +162,15 @@ void Database::Begin(Durability durability) {
   RunPrepared(begin_);
 }
 
-// The log is missing only if its changes were moved into the database, for which SQLite has waited.
-void Database::SyncLog(const std::string& file) {
-  const std::string log = file + "-wal";
-  const int descriptor = open(log.c_str(), O_RDONLY | O_CLOEXEC);
-  if (descriptor < 0 && errno == ENOENT) return;
-  const int error = descriptor < 0 || fdatasync(descriptor) != 0 ? errno : 0;
-  if (descriptor >= 0) close(descriptor);
-  if (error != 0)
-    RaiseReason(
-        TextOf(TextNumber::kNotWritten, Platform::FromUtf8(log), Platform::FromUtf8(SystemReason(error))));
+// SQLite waits itself when it moves changes from the log into the database.
+void Database::SyncLog() {
+  sqlite3_file* log = nullptr;
+  const int result = sqlite3_file_control(handle_, "main", SQLITE_FCNTL_JOURNAL_POINTER, &log);
+  if (result != SQLITE_OK || !log || !log->pMethods) return;
+  errno = 0;
+  if (log->pMethods->xSync(log, SQLITE_SYNC_NORMAL | SQLITE_SYNC_DATAONLY) != SQLITE_OK)
+    RaiseReason(TextOf(TextNumber::kNotWritten, Platform::FromUtf8(file_ + "-wal"),
+                       Platform::FromUtf8(SystemReason(errno != 0 ? errno : EIO))));
 }
 
 void Database::Commit() {

@@ -38,9 +38,10 @@ class Database {
   // log when it opens the file. For callers that create the file, or have their own text for a missing one.
   static void RequireItsLog(const std::string& file);
 
-  // Waits until all transactions that were committed to the file are on disk. After a failure some of them
-  // may be lost for good, also if a second try succeeds. Any thread.
-  static void SyncLog(const std::string& file);
+  // Waits until all transactions of any connection to the file that others can see are on disk. After a
+  // failure some of them may be lost for good, also if a second try succeeds. This connection must have read
+  // something.
+  void SyncLog();
 
   const std::string& File() const { return file_; }
 

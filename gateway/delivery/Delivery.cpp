@@ -19,21 +19,23 @@ class Group {
     processor_.SyncLater();
   }
 
-  // A result is reported at the latest when no other mail is ready.
-  void Add(MailResult result, bool moreReady) {
+  // A result is reported at the latest when no other mail is ready. False if the disk reports an error.
+  bool Add(MailResult result, bool moreReady) {
     if (results_.empty()) begun_ = Clock::now();
     results_.push_back(std::move(result));
-    if (!moreReady || results_.size() == kMost || Clock::now() - begun_ > kLongest) Report();
+    if (!moreReady || results_.size() == kMost || Clock::now() - begun_ > kLongest) return Report();
+    return true;
   }
 
-  void Report() {
-    if (results_.empty()) return;
-    processor_.Sync(results_);
+  bool Report() {
+    if (results_.empty()) return true;
+    const bool synced = processor_.Sync(results_);
     for (const MailResult& result : results_) {
       report_.Add(result);
       handled_(result);
     }
     results_.clear();
+    return synced;
   }
 
  private:
@@ -59,8 +61,7 @@ Outcome Deliver(const String& mailBox, const DeliverySettings& settings,
   try {
     all = ReadAhead(sources, input, settings.Policy, [&](PreparedMail mail, bool moreReady) {
       if (StopWanted()) return false;
-      group.Add(processor.Process(std::move(mail)), moreReady);
-      return true;
+      return group.Add(processor.Process(std::move(mail)), moreReady);
     });
   } catch (...) {
     group.Report();

@@ -194,9 +194,10 @@ void MailProcessor::SyncLater() {
   work_->Intake().SyncLater();
 }
 
-void MailProcessor::Sync(std::span<MailResult> results) {
+bool MailProcessor::Sync(std::span<MailResult> results) {
   try {
-    return work_->Intake().Sync();
+    work_->Intake().Sync();
+    return true;
   } catch (const std::exception&) {
     for (MailResult& result : results) {
       if (result.Result != Outcome::Delivered && result.Result != Outcome::Duplicate) continue;
@@ -204,6 +205,7 @@ void MailProcessor::Sync(std::span<MailResult> results) {
       result.ReplyStored = false;
       result.Reason = CurrentReason();
     }
+    return false;
   }
 }
 

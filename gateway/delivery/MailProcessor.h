@@ -40,9 +40,9 @@ class MailProcessor {
   // from its source before that.
   void SyncLater();
 
-  // Waits until the mails with these results are on disk; with an error Delivered and Duplicate become Retry,
-  // here and at all further calls. Raises nothing.
-  void Sync(std::span<MailResult> results);
+  // Waits until the mails with these results are on disk. False if the disk reports an error: Delivered and
+  // Duplicate become Retry then, and no other mail should be processed. Raises nothing.
+  bool Sync(std::span<MailResult> results);
 
   // Decides what becomes of a mail, and does it. Delivered, Duplicate and Held are durable when this returns,
   // but see SyncLater.

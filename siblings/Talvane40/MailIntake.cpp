@@ -6,9 +6,10 @@
 namespace Talvane40 {
 
 struct MailIntake::Files {
-  explicit Files(const std::string& file) : Database(file) {}
+  explicit Files(const std::string& file) : Connection(std::make_shared<ProjectDatabase>(file)) {}
 
-  ProjectDatabase Database;
+  const std::shared_ptr<ProjectDatabase> Connection;  // shared with those that have to be synced
+  ProjectDatabase& Database = *Connection;
   SenderDirectory Senders;
 };
 
@@ -35,7 +36,10 @@ Value MailIntake::Open(std::span<Value> arguments) {
 }
 
 Value MailIntake::IsStored(std::span<Value> arguments) {
-  return opened_.Get().Database.IsMailStored(VettedKey(arguments[0]));
+  Files& files = opened_.Get();
+  const bool stored = files.Database.IsMailStored(VettedKey(arguments[0]));
+  if (stored) SyncWithOthers(files.Connection);
+  return stored;
 }
 
 // Nothing, or whether mail of the user is accepted, the user's key and language.
@@ -60,10 +64,11 @@ Value MailIntake::Begin(std::span<Value> arguments) {
 Value MailIntake::End(std::span<Value>) {
   std::optional<MailUnderWay>& mail = MailOfThisThread();
   const IntakeResult result = mail ? mail->Result : IntakeResult::Nothing;
-  if (result == IntakeResult::Stored && opened_.IsOpen() && opened_.File() == mail->StoredIn)
-    opened_.Get().Database.ReplyWasAdded();
-  if (result == IntakeResult::Stored && mail->Durability == Runtime::Durability::Later)
-    unsynced_.insert(mail->StoredIn);
+  const bool here = mail && opened_.IsOpen() && opened_.File() == mail->StoredIn;
+  if (result == IntakeResult::Stored && here) opened_.Get().Database.ReplyWasAdded();
+  const bool onDisk = result == IntakeResult::Stored && durability_ == Runtime::Durability::AtCommit;
+  if (result != IntakeResult::Nothing && !onDisk)
+    SyncWithOthers(here ? opened_.Get().Connection : std::make_shared<ProjectDatabase>(mail->StoredIn));
   mail.reset();
   return static_cast<std::int32_t>(result);
 }
@@ -73,11 +78,19 @@ Value MailIntake::SyncLater(std::span<Value>) {
   return {};
 }
 
+// What another process has stored may not be on disk either.
+void MailIntake::SyncWithOthers(const std::shared_ptr<ProjectDatabase>& connection) {
+  if (durability_ == Runtime::Durability::AtCommit)
+    connection->SyncLog();
+  else
+    unsynced_.insert(connection);
+}
+
 // A second try may succeed although what the first one lost is not on disk, so it is not made.
 Value MailIntake::Sync(std::span<Value>) {
   if (syncFailure_) throw *syncFailure_;
   try {
-    for (const std::string& file : unsynced_) Runtime::Database::SyncLog(file);
+    for (const auto& connection : unsynced_) connection->SyncLog();
   } catch (const Failure& failure) {
     syncFailure_ = failure;
     throw;

@@ -1,14 +1,15 @@
 // MailIntake: stores each mail of a host once. platform/contracts/MailIntake.h is the contract.
 #pragma once
 
+#include <memory>
 #include <optional>
 #include <set>
-#include <string>
 
 #include "platform/Component.h"
 #include "platform/Object.h"
 #include "runtime/Database.h"
 #include "siblings/Talvane40/OpenedDatabase.h"
+#include "siblings/Talvane40/ProjectDatabase.h"
 
 namespace Talvane40 {
 
@@ -33,10 +34,13 @@ class MailIntake : public ObjectWithMembers<MailIntake> {
   Value SyncLater(std::span<Value> arguments);
   Value Sync(std::span<Value> arguments);
 
+  // Makes replies that a connection can see durable: now, or with Sync.
+  void SyncWithOthers(const std::shared_ptr<ProjectDatabase>& connection);
+
   OpenedDatabase<Files> opened_;
   Runtime::Durability durability_ = Runtime::Durability::AtCommit;
-  std::set<std::string> unsynced_;      // the databases of replies that may not be on disk
-  std::optional<Failure> syncFailure_;  // of the first Sync that failed
+  std::set<std::shared_ptr<ProjectDatabase>> unsynced_;  // of replies that may not be on disk
+  std::optional<Failure> syncFailure_;                   // of the first Sync that failed
   LiveObject live_{liveObjects};
 };
 

@@ -1,5 +1,6 @@
 #include "siblings/Talvane40/PasswordHash.h"
 
+#include <malloc.h>
 #include <openssl/crypto.h>
 #include <openssl/evp.h>
 #include <sys/mman.h>
@@ -64,10 +65,14 @@ void PreferLargePages(std::size_t size) {
 ByteString Derive(StringView password, const ByteString& salt, const Costs& costs) {
   std::string bytes = ToUtf8(password);
   ByteString key(kKeyLength);
-  if (const auto memory = 128 * costs.N * costs.R; memory <= kMemoryLimit) PreferLargePages(memory);
+  // Another thread's heap would keep the memory for good.
+  const bool mainThread = gettid() == getpid();
+  if (const auto memory = 128 * costs.N * costs.R; mainThread && memory <= kMemoryLimit)
+    PreferLargePages(memory);
   const bool good = EVP_PBE_scrypt(bytes.data(), bytes.size(), salt.data(), salt.size(), costs.N, costs.R,
                                    costs.P, kMemoryLimit, key.data(), key.size()) == 1;
   OPENSSL_cleanse(bytes.data(), bytes.size());
+  if (mainThread) malloc_trim(0);
   if (!good) Fail(Runtime::TextOf(TextNumber::kPasswordHashDamaged));
   return key;
 }

@@ -69,6 +69,9 @@ class ProjectDatabase {
   // again.
   void ReplyWasAdded() { facts_.EndOwnChange(); }
 
+  // As Runtime::Database::SyncLog.
+  void SyncLog() { database_.SyncLog(); }
+
   const std::string& File() const { return database_.File(); }
 
   // Adds a user without a password. Returns the key. Raises 58 if there is a user of that name.

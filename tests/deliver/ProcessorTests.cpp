@@ -1,5 +1,10 @@
 // What becomes of mails that one processor handles while the mailbox, its project and its users change.
+#include <unistd.h>
+
 #include <filesystem>
+#include <memory>
+#include <utility>
+#include <vector>
 
 #include "gateway/delivery/HeldFolder.h"
 #include "gateway/delivery/MailKey.h"
@@ -81,24 +86,51 @@ TEST_F(Processor, SeesAChangeOfTheRecordAndOfTheProjectsFilesWithTheNextMail) {
   EXPECT_EQ(Replies(u"Apollo"), "ann ann ");
 }
 
+// While one exists, the open descriptors of a file are those of a pipe, which can't be synced.
+class Unsyncable {
+ public:
+  explicit Unsyncable(const fs::path& file) {
+    int ends[2];
+    if (pipe(ends) != 0) return;
+    for (const auto& entry : fs::directory_iterator("/proc/self/fd")) {
+      std::error_code error;
+      if (fs::read_symlink(entry.path(), error) != file) continue;
+      const int descriptor = std::stoi(entry.path().filename().string());
+      replaced_.emplace_back(descriptor, dup(descriptor));
+      dup2(ends[0], descriptor);
+    }
+    for (const int end : ends) close(end);
+  }
+  Unsyncable(const Unsyncable&) = delete;
+  Unsyncable& operator=(const Unsyncable&) = delete;
+  ~Unsyncable() {
+    for (const auto& [descriptor, copy] : replaced_) dup2(copy, descriptor), close(copy);
+  }
+
+ private:
+  std::vector<std::pair<int, int>> replaced_;
+};
+
 TEST_F(Processor, TriesMailsAgainThatDidntReachTheDisk) {
   Gateway::MailProcessor processor(u"box", {});
   processor.SyncLater();
-  const fs::path log = world.Home.Path() / "Apollo.db-wal";
-  std::vector<Gateway::MailResult> results(1);
-  for (const auto& [breaks, outcome] :
-       {std::pair(false, Outcome::Delivered), {true, Outcome::Retry}, {false, Outcome::Retry}}) {
+  for (const bool breaks : {false, true, false}) {
+    std::vector<Gateway::MailResult> results(2);
     results[0].Result = Process(processor);
-    EXPECT_EQ(results[0].Result, Outcome::Delivered);
-    fs::rename(log, log.string() + ".away");
-    if (breaks) fs::create_symlink(log, log);
-    processor.Sync(results);
-    EXPECT_EQ(results[0].Result, outcome);
-    EXPECT_EQ(Holds(Utf8(results[0].Reason), "Apollo.db-wal"), outcome == Outcome::Retry);
-    fs::rename(log.string() + ".away", log);
+    results[1].Result = Process(processor, "ann@x.org", last);
+    const auto unsyncable =
+        breaks ? std::make_unique<Unsyncable>(world.Home.Path() / "Apollo.db-wal") : nullptr;
+    const bool synced = processor.Sync(results);
+    EXPECT_EQ(synced, last == 1);
+    EXPECT_EQ(results[0].Result, synced ? Outcome::Delivered : Outcome::Retry);
+    EXPECT_EQ(results[1].Result, synced ? Outcome::Duplicate : Outcome::Retry);
+    EXPECT_EQ(Holds(Utf8(results[0].Reason), "Apollo.db-wal"), !synced);
   }
   Gateway::MailProcessor again(u"box", {});
   EXPECT_EQ(Process(again, "ann@x.org", last), Outcome::Duplicate);
+  const Unsyncable unsyncable(world.Home.Path() / "Apollo.db-wal");
+  EXPECT_EQ(Process(again, "ann@x.org", last), Outcome::Retry)
+      << "another process's reply may not be on disk";
 }
 
 TEST_F(Processor, PostsAStrangersReplyInTheNameOfTheMailboxsUser) {
