@@ -82,6 +82,9 @@ class Table:
         if (most is not None and value > most * 1.1) or (least is not None and value < least / 1.1):
             self.missed.append(f"{what}: {value:.2f}, {goal}")
 
+    def lack(self, what):
+        self.missed.append(f"{what}: not measured")
+
     def print(self):
         rows = [("What", "Figure", "Value", "Goal"), ("---",) * 4, *self.rows]
         for row in rows:
@@ -121,6 +124,8 @@ def compare(table, build, peers, below, count, rounds, most, least):
                   ratio("Node.js", "deliver"), least=least)
         table.add(f"the same without mailparser's conversions, {place}", speed("Node.js, least"),
                   ratio("Node.js, least", "deliver"))
+    else:
+        table.lack(f"Node.js {place}")
     table.add(f"Python, email and sqlite3, {place}: times the time of deliver", speed("Python"), ratio("Python", "deliver"))
 
 
@@ -165,7 +170,7 @@ def calls(table, build):
     """System calls for a mail, without those of the start."""
     few, many = 20, 1020
     if not shutil.which("strace"):
-        return
+        return table.lack("system calls, without strace")
     counts = []
     with World(build, "/dev/shm", many) as world:
         for mbox in (world.path("mbox"), world.first(few)):
@@ -190,6 +195,17 @@ def machine():
     return f"{model.group(1) if model else os.uname().machine}, {os.cpu_count()} processors"
 
 
+def versions(peers):
+    """What the table's programs are, in one line."""
+    names = ["Python " + sys.version.split()[0]]
+    if (peers / "installed").exists():
+        node = subprocess.run(["node", "--version"], stdout=subprocess.PIPE, text=True, check=True).stdout.strip()
+        packages = json.loads((peers / "installed").read_text())["packages"]
+        names += ["Node.js " + node] + [f"{name} {packages['node_modules/' + name]['version']}"
+                                        for name in ("mailparser", "better-sqlite3")]
+    return ", ".join(names)
+
+
 def main():
     parser = argparse.ArgumentParser()
     parser.add_argument("build", type=lambda path: pathlib.Path(path).resolve())
@@ -207,10 +223,10 @@ def main():
     single(table, options.build, disk, most=None)
     calls(table, options.build)
     texts(table, options.build)
-    print(f"{machine()}, {time.strftime('%Y-%m-%d')}; {options.count:,} mails of 7 kB\n")
+    print(f"{machine()}, {time.strftime('%Y-%m-%d')}; {options.count:,} mails of 7 kB; {versions(options.peers)}\n")
     table.print()
     for missed in table.missed:
-        print("worse than its goal by more than 10 %:", missed, file=sys.stderr)
+        print("missing, or worse than its goal by more than 10 %:", missed, file=sys.stderr)
     return 1 if options.check and table.missed else 0
 
 
