@@ -15,6 +15,7 @@
 #include "host/terminal/EditLibrary.h"
 #include "host/terminal/HeldSignals.h"
 #include "host/terminal/PathCompletion.h"
+#include "platform/Failure.h"
 #include "platform/TerminalText.h"
 
 namespace Host {
@@ -212,8 +213,14 @@ struct EndEditor {
 
 bool CanEditLine() {
   const char* kind = std::getenv("TERM");
-  return isatty(STDIN_FILENO) == 1 && isatty(STDOUT_FILENO) == 1 && kind && *kind &&
-         std::strcmp(kind, "dumb") != 0;
+  if (isatty(STDIN_FILENO) != 1 || isatty(STDOUT_FILENO) != 1 || !kind || !*kind ||
+      std::strcmp(kind, "dumb") == 0)
+    return false;
+  try {
+    return Edit().el_init != nullptr;
+  } catch (const Platform::Failure&) {
+    return false;
+  }
 }
 
 std::optional<std::string> ReadEditedLine(const std::string& prompt) {

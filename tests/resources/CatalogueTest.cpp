@@ -105,7 +105,7 @@ TEST(English, HasTheCaptionsOfTheDialogs) {
 
 TEST(English, GivesTheSystemsErrorsTheirUsualTexts) {
   for (const int error :
-       {ENOSPC, EACCES, EROFS, ENOENT, ENOTDIR, EISDIR, EIO, EFBIG, EDQUOT, EBUSY, EMFILE, ENAMETOOLONG})
+       {ENOSPC, EACCES, EROFS, ENOENT, ENOTDIR, EISDIR, EIO, EDQUOT, EBUSY, EMFILE, ENAMETOOLONG})
     EXPECT_EQ(Runtime::SystemReason(error), std::generic_category().message(error));
 }
 
