@@ -28,7 +28,7 @@ namespace Platform {
 enum class IntakeResult : std::int32_t {
   Nothing = 0,        // no reply was stored
   Stored = 1,         // its reply was stored, and is on disk (but see SyncLater)
-  AlreadyStored = 2,  // its reply had been stored before, and nothing was changed
+  AlreadyStored = 2,  // its reply had been stored before, and is on disk too; nothing was changed
 };
 
 // The user whose address a sender has.
@@ -53,8 +53,9 @@ class MailIntake : public ObjectProxy {
   // is open.
   bool Open(StringView projectPath) const { return Call(u"Open", projectPath).ToBool(); }
 
-  // True if a reply with this key was stored in the project, by any process. Keys are 1 to kLongestKey
-  // hexadecimal digits, whose case doesn't matter; raises 380 for others.
+  // True if a reply with this key was stored in the project, by any process, and is on disk (but see
+  // SyncLater); raises 57 if it can't be written there. Keys are 1 to kLongestKey hexadecimal digits, whose
+  // case doesn't matter; raises 380 for others.
   bool IsStored(StringView key) const { return Call(u"IsStored", key).ToBool(); }
 
   // The user that the component will take for the sender: of all users with the address the one with the
@@ -83,12 +84,13 @@ class MailIntake : public ObjectProxy {
   // reply that couldn't be written: deliver such a mail again, with the same key.
   IntakeResult End() const { return static_cast<IntakeResult>(Call(u"End").ToInt32()); }
 
-  // Replies to mails that this object begins from now on are on disk only when Sync returns, so that one wait
-  // for the disk serves several mails. Others see them at once, and they survive the end of the process.
+  // Replies to mails that this object begins or finds stored from now on may be on disk only when Sync
+  // returns, so that one wait for the disk serves several mails. Others see them at once, and they survive
+  // the end of the process.
   void SyncLater() const { Call(u"SyncLater"); }
 
-  // Waits until all replies that this object's mails have stored are on disk. Raises 57 if the disk reports
-  // an error, at each further call too: deliver all mails since the last success again, with another object.
+  // Waits until all these replies are on disk. Raises 57 if the disk reports an error, at each further call
+  // too: deliver all mails since the last success again, with another object.
   void Sync() const { Call(u"Sync"); }
 };
 
