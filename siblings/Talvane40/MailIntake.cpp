@@ -1,5 +1,7 @@
 #include "siblings/Talvane40/MailIntake.h"
 
+#include <utility>
+
 #include "siblings/Talvane40/MailUnderWay.h"
 #include "siblings/Talvane40/SenderDirectory.h"
 
@@ -62,14 +64,13 @@ Value MailIntake::Begin(std::span<Value> arguments) {
 }
 
 Value MailIntake::End(std::span<Value>) {
-  std::optional<MailUnderWay>& mail = MailOfThisThread();
+  const std::optional<MailUnderWay> mail = std::exchange(MailOfThisThread(), std::nullopt);
   const IntakeResult result = mail ? mail->Result : IntakeResult::Nothing;
-  const bool here = mail && opened_.IsOpen() && opened_.File() == mail->StoredIn;
+  if (result == IntakeResult::Nothing) return static_cast<std::int32_t>(result);
+  const bool here = opened_.IsOpen() && opened_.File() == mail->StoredIn;
   if (result == IntakeResult::Stored && here) opened_.Get().Database.ReplyWasAdded();
-  const bool onDisk = result == IntakeResult::Stored && durability_ == Runtime::Durability::AtCommit;
-  if (result != IntakeResult::Nothing && !onDisk)
+  if (result == IntakeResult::AlreadyStored || mail->Durability == Runtime::Durability::Later)
     SyncWithOthers(here ? opened_.Get().Connection : std::make_shared<ProjectDatabase>(mail->StoredIn));
-  mail.reset();
   return static_cast<std::int32_t>(result);
 }
 
