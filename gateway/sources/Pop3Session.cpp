@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <charconv>
+#include <optional>
 #include <unordered_map>
 
 #include "gateway/sources/PasswordFile.h"
@@ -92,6 +93,9 @@ std::vector<Pop3Session::Mail> Pop3Session::List() {
 
 bool Pop3Session::Fetch(const Mail& mail, bool headerOnly, std::string& bytes) {
   const std::string number = std::to_string(mail.Number);
+  // Deletions take effect only with Quit, for which this answer has to be read to its end.
+  std::optional<Connection::Settling> settling;
+  if (deleted_) settling.emplace(line_);
   if (!Ask(headerOnly ? "TOP " + number + " 0" : "RETR " + number)) return false;
   const std::size_t largest = headerOnly ? Mime::MailLimits{}.HeaderSize : Mime::kLargestMail;
   // Doubled dots at the start of lines (RFC 1939, section 3) may add a third.
@@ -105,6 +109,7 @@ bool Pop3Session::Fetch(const Mail& mail, bool headerOnly, std::string& bytes) {
 void Pop3Session::Delete(const Mail& mail) {
   const Connection::Settling settling(line_);
   Require("DELE " + std::to_string(mail.Number), TextNumber::kRequestRefused);
+  deleted_ = true;
 }
 
 void Pop3Session::Quit() {

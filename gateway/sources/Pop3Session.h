@@ -55,6 +55,7 @@ class Pop3Session {
   std::string buffer_;
   std::size_t begin_ = 0;  // of the bytes in the buffer that weren't read
   std::string reason_;
+  bool deleted_ = false;
 };
 
 }  // namespace Gateway

@@ -209,6 +209,36 @@ TEST_F(NetworkTest, HasALittleTimeToSettleTheMailThatIsHandledWhenItIsInterrupte
   }
 }
 
+// Without QUIT the server would keep all mails that were deleted before.
+TEST_F(NetworkTest, EndsAPop3SessionInOrderWhenItIsInterruptedWhileItReadsAMail) {
+  std::string received;
+  Gateway::MailQueue* queue = nullptr;
+  std::optional<LoopbackServer> server([&](LoopbackServer& self, int client) {
+    LoopbackServer::Send(client, "+OK\r\n");
+    for (std::string line; !(line = self.Line(client)).empty();) {
+      received += line.substr(0, 6);
+      if (line.starts_with("RETR 2")) {
+        queue->Interrupt();
+        std::this_thread::sleep_for(50ms);
+      }
+      const bool listed = line.starts_with("UIDL") || line.starts_with("LIST");
+      const std::string answer = listed                     ? "1 5\r\n2 6\r\n.\r\n"
+                                 : line.starts_with("RETR") ? "A: b\r\n.\r\n"
+                                                            : "";
+      LoopbackServer::Send(client, "+OK\r\n" + answer);
+    }
+  });
+  settings_.Kind = QueueKind::Pop3;
+  settings_.Port = server->Port;
+  settings_.After = Gateway::AfterSuccess::Delete;
+  const auto made = Gateway::MakeQueue(settings_);
+  queue = made.get();
+  recorder_.Answer = [](const Gateway::RawMail&) { return Gateway::Outcome::Delivered; };
+  EXPECT_FALSE(queue->Pass(recorder_.Sink()));
+  server.reset();
+  EXPECT_TRUE(received.ends_with("QUIT\r\n")) << received;
+}
+
 TEST_F(NetworkTest, SendsNoPasswordWithoutTheEncryptionThatIsSet) {
   const struct {
     QueueKind Kind;
