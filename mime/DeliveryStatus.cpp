@@ -68,15 +68,17 @@ String Readable(std::string_view value) {
 // The value behind the type of an address or a diagnosis, such as "rfc822;" (RFC 3464, section 2.1.2).
 std::string_view WithoutType(std::string_view value) {
   const std::size_t semicolon = value.find(';');
-  const bool typed = semicolon != std::string_view::npos &&
-                     value.substr(0, semicolon).find_first_of(" @<:") == std::string_view::npos;
-  return typed ? value.substr(semicolon + 1) : value;
+  if (semicolon == std::string_view::npos) return value;
+  std::string_view type = value.substr(0, semicolon);
+  type.remove_prefix(std::min(type.find_first_not_of(" \t"), type.size()));
+  type = type.substr(0, type.find_last_not_of(" \t") + 1);
+  return type.find_first_of(" @<:") == std::string_view::npos ? value.substr(semicolon + 1) : value;
 }
 
 String Address(std::string_view value) {
-  const std::string text = WithoutComments(WithoutType(value));
-  const bool angled = text.size() > 2 && text.starts_with('<') && text.ends_with('>');
-  return Readable(angled ? std::string_view(text).substr(1, text.size() - 2) : text);
+  const std::string text = WithoutComments(value);
+  const std::string_view address = WithoutType(text);
+  return OnlyAddress(address).value_or(Readable(address));
 }
 
 // The code in front of its comment; empty for another text.

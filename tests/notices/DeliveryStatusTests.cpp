@@ -73,6 +73,7 @@ TEST(DeliveryStatus, IsBoundedAndToleratesWhatProgramsWrite) {
       {Report(failed, "Message-ID: <a\n"), ": a@b  |"},
       {Report("Original-Recipient: rfc822;o@b\n" + failed + "Status: 5.1.1 x\n"), "<a@b>: a@b 5.1.1 |"},
       {Report("Original-Recipient: rfc822;o@b\nAction: failed\n"), "<a@b>: o@b  |"},
+      {Report("Final-Recipient: (c) RFC822 ; Bob <o@b>\nAction: failed\n"), "<a@b>: o@b  |"},
       {Report("Final-Recipient: a@b (c)\nAction: failed\nStatus: none\nDiagnostic-Code: x\x1B[1m\xE4\n"),
        "<a@b>: a@b  x [1m\u00E4|"},
       {Report("Action: failed\nStatus: 5.0.0\n"), "<a@b>:"},
