@@ -136,7 +136,8 @@ void NoticeSender::Work::Handle(const DueNotice& notice, PassResult& pass) {
 
 void NoticeSender::Work::ReadSettings() {
   ProjectSending sending = ReadMailboxSending(projectPath_, settings_.Address);
-  if (sending.Address.empty()) Refuse(SendingProblem(sending));  // nobody could answer
+  if (const String problem = AddressProblem(sending); !problem.empty())
+    Refuse(problem);  // nobody could answer
   problem_ = RouteProblem(sending);
   if (cutMarker_.empty()) cutMarker_ = LoadCutMarkerText();
   sending_ = std::move(sending);

@@ -4,9 +4,11 @@
 #include "platform/Failure.h"
 #include "platform/NoticeTexts.h"
 #include "platform/NumberReader.h"
+#include "platform/ReasonTexts.h"
 #include "platform/Services.h"
 #include "platform/StoredNames.h"
 #include "platform/contracts/GeneralServices.h"
+#include "runtime/MailAddress.h"
 #include "runtime/RegistryStore.h"
 #include "runtime/Texts.h"
 
@@ -45,10 +47,15 @@ String RouteProblem(const ProjectSending& sending) {
   return {};
 }
 
+String AddressProblem(const ProjectSending& sending) {
+  if (sending.Address.empty()) return Runtime::TextOf(TextNumber::kMailboxAddressMissing);
+  const String fault = Runtime::AddressFault(sending.Address);
+  return fault.empty() ? String() : Runtime::TextOf(TextNumber::kAddressRefused, sending.Address, fault);
+}
+
 String SendingProblem(const ProjectSending& sending) {
   const String problem = RouteProblem(sending);
-  return problem.empty() && sending.Address.empty() ? Runtime::TextOf(TextNumber::kMailboxAddressMissing)
-                                                    : problem;
+  return problem.empty() ? AddressProblem(sending) : problem;
 }
 
 std::int32_t TransportNumber(StringView stored) {

@@ -19,6 +19,10 @@ struct ProjectSending {
   String RealName;
 };
 
+// Why nobody could answer: the project's address is missing or no address, and what to do; empty if it is
+// one.
+String AddressProblem(const ProjectSending& sending);
+
 // What is missing in the settings to send mail, and what to do; empty if nothing is. In the user's language.
 String SendingProblem(const ProjectSending& sending);
 

@@ -90,7 +90,9 @@ tvmail project set-user Apollo.TVS --user dora --email Apollo@SITE.example >/dev
 printf '[[mailbox]]\nname = "Apollo"\n' >home/tvmail.toml; chmod 600 home/tvmail.toml
 tvmail mailbox change Apollo --transport mapi --profile Office >/dev/null; sed -i /^EMailAddress/d Apollo.TVS
 tvmail mailbox show Apollo | tail -1; echo 'address = "apollo@site.example"' >>home/tvmail.toml; tvmail mailbox show Apollo | tail -1
-reply 2 bob; tvmail notify | tail -2 | cut -c1-92)bash"),
+reply 2 bob; tvmail notify | tail -2 | cut -c1-92
+sed -i /^address/d home/tvmail.toml; sed -i 's/^.EMail.$/&\nEMailAddress=apollo at site/' Apollo.TVS
+reply 3 bob; tvmail notify 2>&1; value unsentNotices)bash"),
       "1\ntvmail: no user is notified of the reply\n0\n"
       "2\ntvmail: no user is notified of the reply by mail; correct the settings with tvmail outbound: "
       "\"[\" is no host for sending mail: give a name\noutbound  \"[\" is no host for sending mail\n"
@@ -108,7 +110,9 @@ reply 2 bob; tvmail notify | tail -2 | cut -c1-92)bash"),
       "Missing:      address: set it in the mailbox's section of tvmail.toml\n"
       "Address:      apollo@site.example\n"
       "Apollo  Apollo@SITE.example  discussion 1, reply 6  given up: Apollo@SITE.example is the add\n"
-      "2 mails: 1 sent, 0 deferred, 1 given up\n");
+      "2 mails: 1 sent, 0 deferred, 1 given up\ntvmail: Apollo: \"apollo at site\" is no e-mail address: it "
+      "has no @. "
+      "Give one such as ann@example.org.\nnothing was sent\n2\n");
 }
 
 TEST_F(Notify, DefersAndGivesUpWhatTheServerDoesNotTake) {
