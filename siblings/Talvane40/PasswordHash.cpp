@@ -10,6 +10,7 @@
 #include <cstdint>
 #include <cstdio>
 #include <cstdlib>
+#include <memory>
 #include <vector>
 
 #include "platform/Failure.h"
@@ -53,12 +54,13 @@ String HashDigits(const ByteString& bytes) {
 // first block of such a size, and takes the next ones from its heap, where a freed block is found again.
 // Changes nothing with another allocator, or where the system gives no large pages.
 void PreferLargePages(std::size_t size) {
-  constexpr std::uintptr_t kSmallPage = 4096;
+  constexpr std::size_t kSmallPage = 4096;
   void* volatile block = std::malloc(size);  // volatile, or the compiler leaves out what isn't used
   std::free(block);
   block = std::malloc(size);
-  const std::uintptr_t begin = reinterpret_cast<std::uintptr_t>(block) / kSmallPage * kSmallPage + kSmallPage;
-  if (block && size > kSmallPage) madvise(reinterpret_cast<void*>(begin), size - kSmallPage, MADV_HUGEPAGE);
+  void* begin = block;
+  std::size_t space = size;
+  if (block && std::align(kSmallPage, kSmallPage, begin, space)) madvise(begin, space, MADV_HUGEPAGE);
   std::free(block);
 }
 
