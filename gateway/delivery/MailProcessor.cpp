@@ -69,8 +69,8 @@ class MailProcessor::Work {
  private:
   void OpenProject();
 
-  // True, with that result, if a copy of the mail was stored before.
-  bool IsDuplicate(MailResult& result);
+  // True, with that result, if a copy of the mail was stored before, which is looked up unless it is known.
+  bool IsDuplicate(MailResult& result, bool known = false);
   void Answer(const RawMail& raw, MailResult& result);
   void Deliver(Mime::Mail mail, const Platform::MailSender& sender, MailResult& result);
 
@@ -121,8 +121,8 @@ void MailProcessor::Work::Process(PreparedMail& prepared, MailResult& result) {
 
 // A mail is looked up in the project only if it was not stored: storing it finds the former one, too, and a
 // mail rarely comes again.
-bool MailProcessor::Work::IsDuplicate(MailResult& result) {
-  if (!project_.Intake().IsStored(Platform::FromUtf8(result.Key))) return false;
+bool MailProcessor::Work::IsDuplicate(MailResult& result, bool known) {
+  if (!known && !project_.Intake().IsStored(Platform::FromUtf8(result.Key))) return false;
   result.Result = Outcome::Duplicate;
   result.Failure.clear();
   return true;
@@ -149,7 +149,7 @@ void MailProcessor::Work::Deliver(Mime::Mail mail, const Platform::MailSender& s
     result.Result = Outcome::Delivered;
     return;
   }
-  if (IsDuplicate(result)) return;
+  if (IsDuplicate(result, stored == Platform::IntakeResult::AlreadyStored)) return;
   Verdict verdict = judge_.Judge(result.Failure);
   if (verdict.Result == Outcome::Refused) return Refuse(result, {kComponentRule, verdict.Text});
   result.Reason = result.Failure.empty() ? Runtime::TextOf(Platform::TextNumber::kNothingStored)
