@@ -92,9 +92,7 @@ std::size_t SentenceLength(LastLines& lines, std::size_t at) {
 
 bool IsAmong(StringView alternatives, StringView word) {
   while (!alternatives.empty()) {
-    const StringView one = alternatives.substr(0, alternatives.find(u'|'));
-    if (Platform::EqualsIgnoreCase(one, word)) return true;
-    alternatives.remove_prefix(std::min(one.size() + 1, alternatives.size()));
+    if (Platform::EqualsIgnoreCase(TakeAlternative(alternatives), word)) return true;
   }
   return false;
 }

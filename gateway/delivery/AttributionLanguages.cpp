@@ -156,16 +156,18 @@ std::span<const AttributionLanguage> AttributionLanguages() {
   return kLanguages;
 }
 
+StringView TakeAlternative(StringView& alternatives) {
+  const StringView first = alternatives.substr(0, alternatives.find(u'|'));
+  alternatives.remove_prefix(std::min(first.size() + 1, alternatives.size()));
+  return first;
+}
+
 bool IsHeaderName(StringView word) {
   static const auto kNames = [] {
     std::unordered_set<Platform::String> names;
     for (const AttributionLanguage& language : kLanguages) {
       for (StringView rest : {language.From, language.Date, language.To, language.Subject, language.More}) {
-        while (!rest.empty()) {
-          const StringView name = rest.substr(0, rest.find(u'|'));
-          names.insert(Platform::FoldCase(name));
-          rest.remove_prefix(std::min(name.size() + 1, rest.size()));
-        }
+        while (!rest.empty()) names.insert(Platform::FoldCase(TakeAlternative(rest)));
       }
     }
     return names;

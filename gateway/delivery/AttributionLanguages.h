@@ -28,6 +28,9 @@ struct AttributionLanguage {
 
 std::span<const AttributionLanguage> AttributionLanguages();
 
+// Removes the first of the alternatives and returns it.
+StringView TakeAlternative(StringView& alternatives);
+
 // True for the name of a header line in any language, in any case. Any thread.
 bool IsHeaderName(StringView word);
 

@@ -172,8 +172,7 @@ bool IsAttributionSentence(StringView sentence, SentenceBegin begin) {
   if (!HoldsTime(sentence) && !(address && (address->Bracketed || address->Front.empty()))) return false;
   for (const AttributionLanguage& language : AttributionLanguages()) {
     for (StringView rest = language.Sentences; !rest.empty();) {
-      const StringView pattern = rest.substr(0, rest.find(u'|'));
-      rest.remove_prefix(std::min(pattern.size() + 1, rest.size()));
+      const StringView pattern = TakeAlternative(rest);
       const bool named = pattern.starts_with(u"{name}") || pattern.starts_with(u"{address}");
       if (named == (begin == SentenceBegin::Name) && Matches(sentence, pattern.substr(0, pattern.size() - 1)))
         return true;
